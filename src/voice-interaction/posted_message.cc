@@ -1,0 +1,35 @@
+// Builds and serialises the posted message.
+#include "common/picojson.h"
+
+#include "voice-interaction/posted_message.h"
+
+namespace extension::voice_interaction {
+
+namespace {
+
+// picojson writes every "/" as "\/". Both mean the same to a JSON parser; the message keeps the plain one.
+std::string WithPlainSlashes(const std::string& json) {
+  std::string plain;
+  plain.reserve(json.size());
+  for (size_t i = 0; i < json.size(); ++i) {
+    if (json[i] == '\\') {
+      // An escape is two characters, so the second of "\\" does not start one of its own.
+      if (json[i + 1] != '/') plain += json[i];
+      ++i;
+    }
+    plain += json[i];
+  }
+  return plain;
+}
+
+}  // namespace
+
+std::string BuildPostedMessage(const char* action, const char* param) {
+  picojson::object message;
+  message["listenerId"] = picojson::value(action);
+  message["action"] = picojson::value(action);
+  if (param != nullptr) message["param"] = picojson::value(param);
+  return WithPlainSlashes(picojson::value(message).serialize());
+}
+
+}  // namespace extension::voice_interaction
