@@ -1,0 +1,103 @@
+# The stage of a run: a private bus, the web runtime on it, and the voice service. Sourced by ../corvis.
+
+privilege_base=http://developer.nurvo.example/privilege
+
+stage= stage_pids=()
+
+# Where the kit's programs and libraries are.
+kit_bin() { [ -n "$build" ] && echo "$build/bin" || echo "$home/../libexec/corvis"; }
+kit_library() {
+  [ -n "$build" ] && echo "$build/lib/libcorvis_voiceinteraction.so" && return
+  cat "$share/library-path"
+}
+[ -n "$build" ] || prepare_kit() { :; }
+
+# Ends everything that was started, in reverse order, and removes the run's folder. Set on EXIT.
+stage_end() {
+  local i
+  trap - INT TERM
+  for ((i = ${#stage_pids[@]} - 1; i >= 0; i--)); do
+    kill "${stage_pids[i]}" 2>/dev/null || true
+    wait "${stage_pids[i]}" 2>/dev/null || true
+  done
+  [ -z "$stage" ] || rm -rf "$stage"
+}
+
+# A bus of our own, reachable by this user alone, in a folder that nobody else may enter. It starts no services.
+stage_begin() {
+  stage=$(mktemp -d "${TMPDIR:-/tmp}/corvis.XXXXXX")
+  trap stage_end EXIT
+  trap 'exit 130' INT
+  trap 'exit 143' TERM
+  cat >"$stage/bus.conf" <<EOF
+<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:path=$stage/bus</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+  <limit name="max_incoming_bytes">1000000000</limit>
+  <limit name="max_outgoing_bytes">1000000000</limit>
+  <limit name="max_message_size">134217728</limit>
+</busconfig>
+EOF
+  command -v dbus-daemon >/dev/null || fail "dbus-daemon is missing; install the package dbus."
+  dbus-daemon --config-file="$stage/bus.conf" --nofork --nopidfile --nosyslog 2>"$stage/bus.log" &
+  stage_pids+=($!)
+  export DBUS_SESSION_BUS_ADDRESS=unix:path=$stage/bus NO_AT_BRIDGE=1 GTK_A11Y=none
+  local i
+  for ((i = 0; i < 100; i++)); do
+    [ -S "$stage/bus" ] && return
+    sleep 0.02
+  done
+  cat "$stage/bus.log" >&2
+  fail "the private bus did not start; its words are above."
+}
+
+# Runs an application and the voice service with it, until either ends.
+#   stage_run [options of corvis run] --app PAGE -- OPTIONS OF corvis-voice
+stage_run() {
+  local runtime=() privileges=(microphone voicecontrol) granted=() page= app_id=com.example.app display_option=
+  while [ "$1" != -- ]; do
+    case $1 in
+      --app) page=$2; shift ;;
+      --app-id) app_id=$2; shift ;;
+      --privilege) granted+=("$2"); shift ;;
+      --no-privileges) privileges=() ;;
+      --headless | --window) display_option=$1 ;;
+      *) runtime+=("$1" "$2"); shift ;;
+    esac
+    shift
+  done
+  shift
+  [ ${#granted[@]} = 0 ] || privileges=("${granted[@]}")
+  local privilege
+  for privilege in "${privileges[@]}"; do
+    case $privilege in *://*) ;; *) privilege=$privilege_base/$privilege ;; esac
+    runtime+=(--privilege "$privilege")
+  done
+  if [ "$display_option" = --headless ] ||
+    { [ -z "$display_option" ] && [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; }; then
+    runtime+=(--headless)
+  fi
+
+  stage_begin
+  local bin
+  bin=$(kit_bin)
+  "$bin/corvis-tv" --app-id "$app_id" --extension "$(kit_library)" "${runtime[@]}" "$page" </dev/null &
+  local runtime_pid=$!
+  stage_pids+=("$runtime_pid")
+  "$bin/corvis-voice" --app "$app_id" "$@" <&0 &
+  local voice_pid=$!
+  stage_pids+=("$voice_pid")
+
+  # Whichever ends first ends the run. The runtime says itself why it ended.
+  local ended= status=0
+  wait -n -p ended "$runtime_pid" "$voice_pid" || status=$?
+  exit "$status"
+}
