@@ -1,0 +1,43 @@
+// The search term of a search command: its text becomes the frozen object that "onsearch" and
+// "onsearchcollection" receive.
+
+// The members that a search term may have, by the field value that reads each; SEARCH_TERM_RAW reads none.
+var searchTermMemberByField = new Map([
+  [VoiceSearchTermField.SEARCH_TERM_UTTERANCE, 'utterance'],
+  [VoiceSearchTermField.SEARCH_TERM_TITLE, 'title'],
+  [VoiceSearchTermField.SEARCH_TERM_GENRE, 'genre'],
+  [VoiceSearchTermField.SEARCH_TERM_CAST, 'cast'],
+  [VoiceSearchTermField.SEARCH_TERM_CONTENT_TYPE, 'contentType'],
+  [VoiceSearchTermField.SEARCH_TERM_RELEASE_DATE_FROM, 'from'],
+  [VoiceSearchTermField.SEARCH_TERM_RELEASE_DATE_TO, 'to'],
+]);
+var searchTermMembers = ['utterance', 'title', 'genre', 'cast', 'contentType', 'from', 'to'];
+
+function isSearchTermMember(name) {
+  return searchTermMembers.indexOf(name) >= 0;
+}
+
+// Takes out of a parsed search term what isn't a member of one; the values stay, whatever their type.
+function removeUnknownMembers(term) {
+  if (typeof term !== 'object') {
+    return;
+  }
+  for (var name in term) {
+    if (!isSearchTermMember(name)) {
+      delete term[name];
+    }
+  }
+}
+
+// Never fails: a text that isn't JSON gives an empty search term.
+function GetVoiceSearchTermFromParam(param) {
+  console.log('GetVoiceSearchTermFromParam : ' + logText(param));
+  var term = {};
+  try {
+    term = JSON.parse(param);
+    removeUnknownMembers(term);
+  } catch (error) {
+    console.log('GetVoiceSearchTermFromParam : ' + logText(error));
+  }
+  return Object.freeze(term);
+}

@@ -1,0 +1,84 @@
+// Takes each voice command to the function that handles it, and the function's result back as the command's
+// answer. Every command gets exactly one answer, whatever the function does.
+
+// Actions that are not listed hand their parameter's text on unchanged, among them ACTION_DEFAULT_SEARCH and
+// ACTION_CUSTOM, whose text is JSON.
+var paramConverterByAction = new Map([
+  [VoiceInteractionAppAction.ACTION_NAVIGATION, GetVoiceNavigationFromParam],
+  [VoiceInteractionAppAction.ACTION_SEARCH, GetVoiceSearchTermFromParam],
+  [VoiceInteractionAppAction.ACTION_SEARCH_COLLECTION, GetVoiceSearchTermFromParam],
+  [VoiceInteractionAppAction.ACTION_MEDIA_SET_SUBTITLE, GetFunctionModeFromParam],
+  [VoiceInteractionAppAction.ACTION_MEDIA_SET_SHUFFLE, GetFunctionModeFromParam],
+  [VoiceInteractionAppAction.ACTION_MEDIA_SET_SCREEN_FIT, GetFunctionModeFromParam],
+  [VoiceInteractionAppAction.ACTION_MEDIA_SET_360_MODE, GetFunctionModeFromParam],
+  [VoiceInteractionAppAction.ACTION_MEDIA_SET_REPEAT, GetRepeatModeFromParam],
+  [VoiceInteractionAppAction.ACTION_MEDIA_SET_ZOOM, GetZoomModeFromParam],
+  [VoiceInteractionAppAction.ACTION_MEDIA_SET_ROTATE, GetRotateModeFromParam],
+  [VoiceInteractionAppAction.ACTION_SELECTION, numberFromParam],
+  [VoiceInteractionAppAction.ACTION_MEDIA_SKIP_BACKWARD, numberFromParam],
+  [VoiceInteractionAppAction.ACTION_MEDIA_SKIP_FORWARD, numberFromParam],
+  [VoiceInteractionAppAction.ACTION_MEDIA_SET_PLAY_POSITION, numberFromParam],
+  [VoiceInteractionAppAction.ACTION_ITEM_SELECTION, GetItemIdFromParam],
+  [VoiceInteractionAppAction.ACTION_ADDITION_TO_LIST, GetListItem],
+  [VoiceInteractionAppAction.ACTION_REMOVAL_FROM_LIST, GetListItem],
+]);
+
+function convertVoiceInteractionParam(action, param) {
+  var convert = paramConverterByAction.get(action);
+  return convert ? convert(param) : param;
+}
+
+// Calls the action's handler with the converted parameter, with nothing when there is none. Throws what the
+// handler throws, and when the action has no handler.
+function callHandler(result, action, param) {
+  var handler = handlerOf(action);
+  var line = '_callback ' + logJson(result) + ' ' + logText(action);
+  if (param == null) {
+    console.log(line);
+  } else {
+    console.log(line + ' ' + logText(param));
+  }
+  if (!handler) {
+    throw new TypeError('No function handles ' + logText(action));
+  }
+  return param == null ? handler() : handler.call(handler, param);
+}
+
+// The answer text for what a handler returned. Throws for a value that has no JSON text.
+function answerFromResponse(response) {
+  if (response == null) {
+    return 'success';
+  }
+  console.log('Type of Response [' + typeof response + ']');
+  if (typeof response === 'boolean') {
+    return response ? 'success' : 'not_support';
+  }
+  if (typeof response === 'string') {
+    return response;
+  }
+  var text = JSON.stringify(response);
+  if (text === undefined) {
+    throw new TypeError('The callback returned a ' + typeof response + ', which has no JSON text');
+  }
+  console.log('Object response : ' + text);
+  return text;
+}
+
+// Listens to every registered action: `result` is the message that the native instance posted.
+function _callback(result) {
+  var action = result.action;
+  var answer;
+  try {
+    var param = convertVoiceInteractionParam(action, result.param);
+    answer = answerFromResponse(callHandler(result, action, param));
+  } catch (error) {
+    console.log('_callback exception : ' + logText(error));
+    answer = answerFromResponse(false);
+  }
+  try {
+    native_.callSync('Response', { action: action, response: answer });
+  } catch (error) {
+    // The application can do nothing about an answer that didn't get through.
+    console.log('_callback exception : ' + logText(error));
+  }
+}

@@ -1,0 +1,66 @@
+// What the element map asks of one element: whether a user could activate it, its title, focus and visibility.
+
+// `tag` is the element's tag name in lower case.
+function isActivatable(element, tag) {
+  return (
+    (tag === 'li' && element.hasAttribute('tabindex')) ||
+    element.hasAttribute('onclick') ||
+    tag === 'button' ||
+    (element.hasAttribute('href') && tag !== 'link') ||
+    (element.hasAttribute('draggable') && isInUse(element))
+  );
+}
+
+// Weak on purpose: any one of the three is enough.
+function isInUse(element) {
+  return (
+    element.style.visibility !== 'hidden' || element.style.display !== 'none' || element.disabled === false
+  );
+}
+
+function hasFocus(element) {
+  return element === document.activeElement;
+}
+
+// By the element's own style; its ancestors' don't count.
+function isVisible(element) {
+  var style = window.getComputedStyle(element);
+  return style.display !== 'none' && style.visibility !== 'hidden';
+}
+
+// The element's text, or else what its attributes or its images' attributes say; empty if none says anything.
+function titleOf(element) {
+  var title = element.textContent;
+  if (isBlank(title)) {
+    console.log('$Empty title');
+    title = titleFromAttributes(element, ['title', 'aria-label']);
+  }
+  if (isBlank(title)) {
+    console.log('$No title and no aria label');
+    title = titleFromImages(element.getElementsByTagName('img'));
+  }
+  return title.trim().replace(/\s{2,}/g, ' ');
+}
+
+function titleFromImages(images) {
+  var title = '';
+  for (var i = 0; i < images.length && isBlank(title); i++) {
+    title = titleFromAttributes(images[i], ['aria-label', 'alt', 'title']);
+  }
+  return title;
+}
+
+// The first of the attributes that isn't blank; empty if all are.
+function titleFromAttributes(element, names) {
+  for (var i = 0; i < names.length; i++) {
+    var value = element.hasAttribute(names[i]) ? element.getAttribute(names[i]) : '';
+    if (!isBlank(value)) {
+      return value;
+    }
+  }
+  return '';
+}
+
+function isBlank(text) {
+  return text.trim() === '';
+}

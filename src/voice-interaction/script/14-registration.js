@@ -1,0 +1,39 @@
+// The registration as a whole: the built-in handlers, clearing, and the list of actions that the native instance
+// gets.
+
+// The page element map answers content-context requests unless the application has a callback of its own.
+function registerContentContextCallback() {
+  console.log('Register Content Context function');
+  if (handlerOf(VoiceInteractionAppAction.ACTION_REQUEST_CONTENT_CONTEXT)) {
+    console.log('This app has own content context handler!');
+    return;
+  }
+  installHandler(VoiceInteractionAppAction.ACTION_REQUEST_CONTENT_CONTEXT, onRequestContentContext);
+}
+
+function registerMoveFocusCallback() {
+  console.log('Register Move Focus function');
+  installHandler(VoiceInteractionAppAction.ACTION_ITEM_SELECTION, onItemSelection);
+}
+
+// Leaves the page with no handler and no listener, the built-in ones included.
+function clearCallbacks() {
+  console.log('Clear Callbacks');
+  appActionArray = [];
+  Object.keys(VoiceInteractionAppAction).forEach(function (name) {
+    native_.removeListener(name, _callback);
+    voiceInteractionActionHandler[name] = null;
+  });
+}
+
+// Registers what `callbacks` holds and the built-in handlers, then tells the native instance.
+function registerCallbacks() {
+  if (callbacks) {
+    callbackProperties.forEach(function (row) {
+      registerCallback(row[1], row[0]);
+    });
+  }
+  registerContentContextCallback();
+  registerMoveFocusCallback();
+  callNative('VoiceInteractionHandler_setCallback', { actions: appActionArray });
+}

@@ -1,0 +1,2 @@
+// What the runtime publishes as corvis.voiceinteraction.
+exports = new VoiceInteractionHandler();
