@@ -1,4 +1,5 @@
-// What most of the script leans on: calls that fail loudly, the script's one kind of error, texts for log lines.
+// What most of the script leans on: calls that fail loudly, the script's one kind of error, texts for log
+// lines.
 
 // Calls a native handler and gives its result; throws the runtime's error object when the call failed.
 function callNative(name, args) {
@@ -26,8 +27,8 @@ function requireType(value, type, message) {
   }
 }
 
-// Log lines are for diagnosis only. A value that has no text (a symbol, an object that contains itself) must not
-// change what the script does, so values get into them by one of these two.
+// Log lines are for diagnosis only. A value that has no text (a symbol, an object that contains itself) must
+// not change what the script does, so values get into them by one of these two.
 function logText(value) {
   try {
     return String(value);

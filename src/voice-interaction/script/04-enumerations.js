@@ -1,5 +1,5 @@
-// The vocabularies of the API. They stay inside the script: applications pass and receive the values, which are
-// plain texts.
+// The vocabularies of the API. They stay inside the script: applications pass and receive the values, which
+// are plain texts.
 
 // What an application answers to a request for its state. The script passes the answer on as it is.
 var VoiceApplicationState = {

@@ -1,5 +1,6 @@
-// Turns the parameter text of a command into the value that the application's callback expects. Every converter
-// maps exact texts and has one result for everything else, a missing parameter included; none ever fails.
+// Turns the parameter text of a command into the value that the application's callback expects. Every
+// converter maps exact texts and has one result for everything else, a missing parameter included; none ever
+// fails.
 
 // Maps, not objects: a text such as "constructor" is looked up like any other.
 var navigationByParam = new Map([
@@ -66,8 +67,8 @@ function GetListItem(param) {
   return convertByTable('GetListItemFromParam', listItemByParam, param, ListItem.LIST_UNKNOWN);
 }
 
-// The language's own conversion of a text; 0 for what isn't a number. JSON can carry an object whose conversion
-// throws, {"valueOf": 0, "toString": 0}.
+// The language's own conversion of a text; 0 for what isn't a number. JSON can carry an object whose
+// conversion throws, {"valueOf": 0, "toString": 0}.
 function numberFromParam(param) {
   try {
     var number = Number(param);

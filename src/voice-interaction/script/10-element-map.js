@@ -1,8 +1,8 @@
-// The map of what a user could activate on the page: asked for the content context, the page is walked and every
-// such element that has a readable title gets a number, by which an item selection names it later.
+// The map of what a user could activate on the page: asked for the content context, the page is walked and
+// every such element that has a readable title gets a number, by which an item selection names it later.
 
-// The elements found by the last walk, in its order: {id, title, x, y, w, h, focused, visible, iframe}. The box
-// is in the viewport of the element's own document, in whole CSS pixels.
+// The elements found by the last walk, in its order: {id, title, x, y, w, h, focused, visible, iframe}. The
+// box is in the viewport of the element's own document, in whole CSS pixels.
 var layoutMap = [];
 
 // Where each of them is: {id, xpath}, in the same order.
@@ -11,8 +11,8 @@ var xpathMap = [];
 // The number that the next element found gets.
 var itemId = 0;
 
-// Whether the elements being walked are an inline frame's. The end of any frame's walk ends it, so what follows a
-// nested frame counts as the page's; and a walk that an exception ends leaves it as it is.
+// Whether the elements being walked are an inline frame's. The end of any frame's walk ends it, so what
+// follows a nested frame counts as the page's; and a walk that an exception ends leaves it as it is.
 var insideIframe = false;
 
 // The last inline frame that a walk met; elements inside frames are looked up again in its document.

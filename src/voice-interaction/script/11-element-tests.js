@@ -1,4 +1,5 @@
-// What the element map asks of one element: whether a user could activate it, its title, focus and visibility.
+// What the element map asks of one element: whether a user could activate it, its title, focus and
+// visibility.
 
 // `tag` is the element's tag name in lower case.
 function isActivatable(element, tag) {

@@ -1,5 +1,5 @@
-// The path by which an element of the map is found again: from its document's root, or from the nearest ancestor
-// that has an id.
+// The path by which an element of the map is found again: from its document's root, or from the nearest
+// ancestor that has an id.
 function generateXpath(element) {
   if (!element || element.nodeType !== 1) {
     return '';

@@ -1,5 +1,5 @@
-// Selecting an item of the element map by its number: the element is found again by its path, focused, brought
-// into view and clicked.
+// Selecting an item of the element map by its number: the element is found again by its path, focused,
+// brought into view and clicked.
 
 // False when the map has no such item. Throws when the item's path leads nowhere any more.
 function onItemSelection(id) {

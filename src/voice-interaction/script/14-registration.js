@@ -1,5 +1,5 @@
-// The registration as a whole: the built-in handlers, clearing, and the list of actions that the native instance
-// gets.
+// The registration as a whole: the built-in handlers, clearing, and the list of actions that the native
+// instance gets.
 
 // The page element map answers content-context requests unless the application has a callback of its own.
 function registerContentContextCallback() {

@@ -9,7 +9,6 @@ VoiceInteractionHandler.prototype.listen = function () {
 // Whether there is no property, own or inherited, to walk over; also true for whatever isn't an object.
 function isEmptyObject(obj) {
   if (typeof obj === 'object') {
-    // eslint-disable-next-line no-unused-vars -- that there is a name is all that counts
     for (var name in obj) {
       return false;
     }

@@ -21,7 +21,8 @@ function requireSearchTerm(st) {
   }
 }
 
-// The field's text, or undefined when the search term doesn't have it. The search term is checked before `field`.
+// The field's text, or undefined when the search term doesn't have it. The search term is checked before
+// `field`.
 VoiceInteractionHandler.prototype.getDataFromSearchTerm = function (st, field) {
   checkPrivileges();
   requireSearchTerm(st);

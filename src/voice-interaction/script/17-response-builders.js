@@ -1,5 +1,5 @@
-// Public methods: building the answers that carry data. Where several arguments are wrong, the first check that
-// fails decides the message.
+// Public methods: building the answers that carry data. Where several arguments are wrong, the first check
+// that fails decides the message.
 
 function requireCollectionEntry(appId, title, payload) {
   requireType(appId, 'string', 'appId is not string');

@@ -1,0 +1,50 @@
+// Lint rules: the script API's files are ECMAScript 5 plus Map, joined into one scope; everything else is modern
+// modules.
+import { readFileSync, readdirSync } from 'node:fs';
+import js from '@eslint/js';
+import globals from 'globals';
+
+const scriptFolder = new URL('src/voice-interaction/script/', import.meta.url);
+const topLevelName = /^(?:var|function) (\w+)/gm;
+
+/** What each of the script API's files may use of the others: their top-level names. */
+function scriptApiNames() {
+  const files = readdirSync(scriptFolder).filter((name) => name.endsWith('.js'));
+  const text = files.map((name) => readFileSync(new URL(name, scriptFolder), 'utf8')).join('\n');
+  return Object.fromEntries([...text.matchAll(topLevelName)].map((match) => [match[1], 'writable']));
+}
+
+export default [
+  { ignores: ['build*/', 'node_modules/'] },
+  js.configs.recommended,
+  {
+    rules: { eqeqeq: ['error', 'always', { null: 'ignore' }], 'no-var': 'error', 'prefer-const': 'error' },
+    languageOptions: { globals: { ...globals.node } },
+  },
+  {
+    // Functions in these files also run inside pages.
+    files: ['tests/**/*.mjs', 'bench/**/*.mjs'],
+    languageOptions: { globals: { ...globals.browser } },
+  },
+  {
+    files: ['src/voice-interaction/script/*.js'],
+    languageOptions: {
+      ecmaVersion: 5,
+      sourceType: 'script',
+      globals: {
+        ...globals.browser,
+        ...scriptApiNames(),
+        Map: 'readonly',
+        CorviException: 'readonly',
+        xwalk: 'readonly',
+        extension: 'readonly',
+        exports: 'writable',
+      },
+    },
+    rules: {
+      'no-var': 'off',
+      'no-redeclare': ['error', { builtinGlobals: false }],
+      'no-unused-vars': ['error', { vars: 'local', caughtErrors: 'none' }],
+    },
+  },
+];
