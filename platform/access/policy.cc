@@ -1,0 +1,45 @@
+// Reading the policy file.
+#include "access/policy.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <string>
+
+#include "nurvo/log.h"
+
+namespace nurvo {
+
+namespace {
+
+constexpr const char* kTag = "NURVO_ACCESS";
+constexpr std::string_view kBlanks = " \t\r";
+
+// The first word of `line`, which is taken off it; empty at the line's end.
+std::string_view TakeWord(std::string_view& line) {
+  line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
+  const std::string_view word = line.substr(0, line.find_first_of(kBlanks));
+  line.remove_prefix(word.size());
+  return word;
+}
+
+bool isGrant(std::string_view line, std::string_view app_id, std::string_view privilege) {
+  line = line.substr(0, line.find('#'));
+  const std::string_view first = TakeWord(line);
+  const std::string_view second = TakeWord(line);
+  return first == app_id && second == privilege && TakeWord(line).empty();
+}
+
+}  // namespace
+
+bool isGranted(std::string_view app_id, std::string_view privilege) {
+  const char* const path = std::getenv("NURVO_POLICY");
+  if (path == nullptr || app_id.empty() || privilege.empty()) return false;
+  std::ifstream policy(path);
+  if (!policy) log_print(NURVO_LOG_WARN, kTag, "The policy file %s can't be read; nothing is granted.", path);
+  for (std::string line; std::getline(policy, line);) {
+    if (isGrant(line, app_id, privilege)) return true;
+  }
+  return false;
+}
+
+}  // namespace nurvo

@@ -1,0 +1,19 @@
+// The policy of a desktop: which application holds which privilege.
+#ifndef NURVO_PLATFORM_ACCESS_POLICY_H_
+#define NURVO_PLATFORM_ACCESS_POLICY_H_
+
+#include <string_view>
+
+namespace nurvo {
+
+// What a security label begins with; the application id follows.
+constexpr std::string_view kLabelPrefix = "User::App::";
+
+// Whether the file that NURVO_POLICY names grants `privilege` to `app_id`: a line with the two words. A '#'
+// begins a comment. The file is read at every question, so that grants can change while an application
+// runs. Without a file everything is denied.
+bool isGranted(std::string_view app_id, std::string_view privilege);
+
+}  // namespace nurvo
+
+#endif  // NURVO_PLATFORM_ACCESS_POLICY_H_

@@ -1,0 +1,85 @@
+// A GSource over an sd-bus connection: its descriptor, the events it waits for, and its timeout.
+#include "bus/bus_source.h"
+
+#include <glib.h>
+
+#include <cstdint>
+#include <cstring>
+
+#include "bus/bus_log.h"
+
+namespace nurvo {
+
+namespace {
+
+// How many messages are handled before the rest of the main loop gets a turn.
+constexpr int kMessagesPerTurn = 16;
+
+struct BusSource {
+  GSource base;
+  sd_bus* bus;
+  gpointer fd_tag;
+};
+
+BusSource* From(GSource* source) {
+  return reinterpret_cast<BusSource*>(source);
+}
+
+// sd-bus and GLib both count microseconds of the monotonic clock.
+gint64 ReadyTimeOf(sd_bus* bus) {
+  uint64_t timeout = 0;
+  if (sd_bus_get_timeout(bus, &timeout) < 0) return 0;  // lost: let Dispatch find out
+  return timeout > INT64_MAX ? -1 : static_cast<gint64>(timeout);
+}
+
+gboolean Prepare(GSource* source, gint* timeout) {
+  BusSource* const self = From(source);
+  const int events = sd_bus_get_events(self->bus);
+  *timeout = -1;
+  if (events < 0) return TRUE;
+  g_source_modify_unix_fd(source, self->fd_tag, static_cast<GIOCondition>(events));
+  const gint64 ready_time = ReadyTimeOf(self->bus);
+  g_source_set_ready_time(source, ready_time);
+  return ready_time >= 0 && ready_time <= g_source_get_time(source);
+}
+
+gboolean Check(GSource* source) {
+  BusSource* const self = From(source);
+  const gint64 ready_time = g_source_get_ready_time(source);
+  return g_source_query_unix_fd(source, self->fd_tag) != 0 ||
+         (ready_time >= 0 && ready_time <= g_source_get_time(source));
+}
+
+gboolean Dispatch(GSource* source, GSourceFunc /*callback*/, gpointer /*user_data*/) {
+  sd_bus* const bus = From(source)->bus;
+  int result = 1;
+  for (int i = 0; i < kMessagesPerTurn && result > 0; ++i) result = sd_bus_process(bus, nullptr);
+  if (result < 0) {
+    log_print(NURVO_LOG_ERROR, kBusTag,
+              "The connection to the bus is lost (%s); start the application again once the bus is back.",
+              std::strerror(-result));
+    return G_SOURCE_REMOVE;
+  }
+  // With messages still waiting, work of lower priority (drawing, for one) goes first, once.
+  g_source_set_priority(source, result > 0 ? G_PRIORITY_DEFAULT_IDLE : G_PRIORITY_DEFAULT);
+  return G_SOURCE_CONTINUE;
+}
+
+void Finalize(GSource* source) {
+  sd_bus_unref(From(source)->bus);
+}
+
+}  // namespace
+
+void AttachToMainLoop(sd_bus* bus) {
+  static GSourceFuncs functions = {Prepare, Check, Dispatch, Finalize, nullptr, nullptr};
+  GSource* const source = g_source_new(&functions, sizeof(BusSource));
+  BusSource* const self = From(source);
+  self->bus = sd_bus_ref(bus);
+  self->fd_tag = g_source_add_unix_fd(source, sd_bus_get_fd(bus), G_IO_IN);
+  g_source_set_name(source, "nurvo bus");
+  g_source_attach(source, nullptr);
+  g_source_unref(source);
+}
+
+}  // namespace nurvo

@@ -1,0 +1,20 @@
+// The error type of the binding. Its functions stand here, out of line, so that its type information exists
+// once and a handler's exception is recognised across libraries.
+#include "nurvo/extension.h"
+
+namespace common {
+
+PlatformException::PlatformException(const std::string& name, const std::string& message)
+    : name_(name), message_(message) {}
+
+PlatformException::~PlatformException() = default;
+
+const std::string& PlatformException::name() const {
+  return name_;
+}
+
+const std::string& PlatformException::message() const {
+  return message_;
+}
+
+}  // namespace common

@@ -1,0 +1,31 @@
+// What bundles of other platform programs may hold besides strings, for tools and tests that play one.
+#ifndef NURVO_DESKTOP_BUNDLE_EXTRAS_H_
+#define NURVO_DESKTOP_BUNDLE_EXTRAS_H_
+
+#include <stddef.h>
+
+#include "nurvo/bundle.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+// The `type` that bundle_foreach tells.
+enum {
+  BUNDLE_ENTRY_STRING = 1,
+  BUNDLE_ENTRY_STRING_ARRAY = 2,
+  BUNDLE_ENTRY_BYTES = 3,
+};
+
+// How many entries a bundle takes.
+enum { BUNDLE_MAX_ENTRIES = 65536 };
+
+// Adds an array of `count` strings, or `size` bytes (all copied). Return values as of bundle_add.
+int bundle_add_str_array(bundle* b, const char* key, const char* const* values, size_t count);
+int bundle_add_byte(bundle* b, const char* key, const void* bytes, size_t size);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif  // NURVO_DESKTOP_BUNDLE_EXTRAS_H_

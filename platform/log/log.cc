@@ -1,0 +1,78 @@
+// The platform log on a desktop: lines on the standard error, silent unless NURVO_LOG asks for more, because
+// a library under it may log its ordinary life at error priority.
+#include "nurvo/log.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdlib>
+
+#include "log/log_line.h"
+#include "support/c_interface.h"
+
+namespace {
+
+constexpr int kFailed = -1;
+
+// Writes everything, in one piece unless the file takes less.
+int WriteAll(const char* text, size_t size) {
+  size_t done = 0;
+  while (done < size) {
+    const ssize_t written = write(STDERR_FILENO, text + done, size - done);
+    if (written < 0 && errno != EINTR) return kFailed;
+    if (written > 0) done += static_cast<size_t>(written);
+  }
+  return static_cast<int>(size);
+}
+
+int ReadThreshold() {
+  const char* const name = std::getenv("NURVO_LOG");
+  if (name == nullptr || *name == '\0') return nurvo::kSilent;
+  const int threshold = nurvo::ThresholdOf(name);
+  if (threshold >= 0) return threshold;
+  constexpr char kWarning[] = "NURVO_LOG is none of V D I W E F S; nothing is logged.\n";
+  WriteAll(kWarning, sizeof(kWarning) - 1);
+  return nurvo::kSilent;
+}
+
+// Read once: a line below the threshold costs one comparison.
+int Threshold() {
+  static const int threshold = ReadThreshold();
+  return threshold;
+}
+
+__attribute__((format(printf, 3, 0))) int Print(int priority, const char* tag, const char* format,
+                                                va_list arguments) {
+  if (format == nullptr) return kFailed;
+  const int saved_errno = errno;
+  const int result = nurvo::Guarded(kFailed, [&] {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    const std::string line = nurvo::LogLine(now, priority, tag == nullptr ? "" : tag, format, arguments);
+    return WriteAll(line.data(), line.size());
+  });
+  errno = saved_errno;
+  return result;
+}
+
+}  // namespace
+
+NURVO_EXPORT int log_print(int priority, const char* tag, const char* format, ...) {
+  if (priority < Threshold()) return 0;
+  va_list arguments;
+  va_start(arguments, format);
+  const int result = Print(priority, tag, format, arguments);
+  va_end(arguments);
+  return result;
+}
+
+// All buffers of a desktop are its standard error.
+NURVO_EXPORT int log_print_to(int /*buffer_id*/, int priority, const char* tag, const char* format, ...) {
+  if (priority < Threshold()) return 0;
+  va_list arguments;
+  va_start(arguments, format);
+  const int result = Print(priority, tag, format, arguments);
+  va_end(arguments);
+  return result;
+}

@@ -1,0 +1,73 @@
+// Formatting a log line.
+#include "log/log_line.h"
+
+#include <cstdio>
+#include <string_view>
+
+#include "nurvo/log.h"
+
+namespace nurvo {
+
+namespace {
+
+// In the order of the priorities, from NURVO_LOG_VERBOSE on.
+constexpr std::string_view kLetters = "VDIWEFS";
+
+char LetterOf(int priority) {
+  const auto index = static_cast<size_t>(priority - NURVO_LOG_VERBOSE);
+  return index < kLetters.size() ? kLetters[index] : '?';
+}
+
+void AppendTime(std::string& line, const timespec& now) {
+  constexpr int kNanosecondsPerMillisecond = 1000000;
+  tm local{};
+  localtime_r(&now.tv_sec, &local);
+  char text[64];
+  std::snprintf(text, sizeof(text), "%02d:%02d:%02d.%03d", local.tm_hour, local.tm_min, local.tm_sec,
+                static_cast<int>(now.tv_nsec / kNanosecondsPerMillisecond));
+  line += text;
+}
+
+// Formats into the line itself: a first try into the room that most messages need, then with the true size.
+void AppendFormatted(std::string& line, const char* format, va_list arguments) {
+  constexpr size_t kUsualSize = 512;
+  va_list again;
+  va_copy(again, arguments);
+  const size_t start = line.size();
+  line.resize(start + kUsualSize);
+  const int length = std::vsnprintf(&line[start], kUsualSize, format, arguments);
+  if (length >= 0 && static_cast<size_t>(length) >= kUsualSize) {
+    line.resize(start + static_cast<size_t>(length) + 1);
+    std::vsnprintf(&line[start], static_cast<size_t>(length) + 1, format, again);
+  }
+  va_end(again);
+  line.resize(start + (length > 0 ? static_cast<size_t>(length) : 0));
+}
+
+void EscapeLineFeeds(std::string& line, size_t from) {
+  constexpr std::string_view kEscape = "\\n";
+  for (size_t at = line.find('\n', from); at != std::string::npos; at = line.find('\n', at)) {
+    line.replace(at, 1, kEscape);
+  }
+}
+
+}  // namespace
+
+int ThresholdOf(const char* name) {
+  const std::string_view text(name);
+  const size_t index = text.size() == 1 ? kLetters.find(text[0]) : std::string_view::npos;
+  return index == std::string_view::npos ? -1 : NURVO_LOG_VERBOSE + static_cast<int>(index);
+}
+
+std::string LogLine(const timespec& now, int priority, const char* tag, const char* format,
+                    va_list arguments) {
+  std::string line;
+  AppendTime(line, now);
+  line.append({' ', LetterOf(priority), ' '}).append(tag).append(": ");
+  const size_t message = line.size();
+  AppendFormatted(line, format, arguments);
+  EscapeLineFeeds(line, message);
+  return line += '\n';
+}
+
+}  // namespace nurvo

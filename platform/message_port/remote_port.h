@@ -1,0 +1,36 @@
+// Sending to ports of other applications.
+#ifndef NURVO_PLATFORM_MESSAGE_PORT_REMOTE_PORT_H_
+#define NURVO_PLATFORM_MESSAGE_PORT_REMOTE_PORT_H_
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "bus/name_watch.h"
+#include "nurvo/bundle.h"
+
+namespace nurvo {
+
+// Used on the thread of the main loop.
+class RemotePorts {
+ public:
+  // How many applications are remembered as running; beyond, all are asked for anew.
+  static constexpr size_t kMaxKnownApps = 64;
+
+  static RemotePorts& Get();
+
+  // See message_port_send_message. One message to the bus, and nothing else, for an application that was
+  // there the last time.
+  int Send(const char* app_id, const char* port, bundle* message);
+
+ private:
+  RemotePorts() = default;
+
+  bool isRunning(sd_bus* bus, const std::string& app_id);
+
+  std::map<std::string, std::unique_ptr<NameWatch>> known_apps_;
+};
+
+}  // namespace nurvo
+
+#endif  // NURVO_PLATFORM_MESSAGE_PORT_REMOTE_PORT_H_
