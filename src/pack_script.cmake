@@ -14,6 +14,8 @@ if(NOT result EQUAL 0)
   message(FATAL_ERROR "esbuild refused the script API; the lines above say where.")
 endif()
 string(STRIP "${packed}" packed)
+# esbuild takes the parentheses from a construction without arguments; the last statement keeps them.
+string(REGEX REPLACE "new VoiceInteractionHandler;$" "new VoiceInteractionHandler();" packed "${packed}")
 if(packed STREQUAL "" OR packed MATCHES "\n" OR packed MATCHES "\\)corvis\"")
   message(FATAL_ERROR "The packed script API must be one line without the text )corvis\".")
 endif()

@@ -90,15 +90,28 @@ void Platform::FailCall(int nth, bool for_ever) {
   fail_for_ever_ = for_ever;
 }
 
-bool Platform::Count(const std::string& name, bool record) {
-  if (record) calls.push_back(name);
-  const int count = ++counts[name];
-  ++total_calls;
+void Platform::FailNothing() {
+  failures_.clear();
+  fail_from_ = 0;
+}
+
+bool Platform::IsToFail(const std::string& name) const {
   if (fail_from_ > 0 && (total_calls == fail_from_ || (fail_for_ever_ && total_calls > fail_from_)))
     return true;
   const auto failure = failures_.find(name);
   if (failure == failures_.end()) return false;
-  return count == failure->second.first || (failure->second.second && count > failure->second.first);
+  const auto [nth, for_ever] = failure->second;
+  const int count = counts.at(name);
+  return count == nth || (for_ever && count > nth);
+}
+
+bool Platform::Count(const std::string& name, bool record) {
+  if (record) calls.push_back(name);
+  ++counts[name];
+  ++total_calls;
+  if (!IsToFail(name)) return false;
+  if (first_failed.empty()) first_failed = name;
+  return true;
 }
 
 bool Platform::Deliver(const Entries& entries) {

@@ -54,9 +54,11 @@ class Platform {
 
   // From now on the `nth` call of `name` (1 is the next) fails; with `for_ever` all later ones, too.
   void Fail(const std::string& name, int nth = 1, bool for_ever = false);
-  // The `nth` call from now on of any function fails. Returns nothing; `total_calls` tells how many there
-  // were.
+  // The `nth` call from now on fails, whatever it is; with `for_ever` all later ones, too.
   void FailCall(int nth, bool for_ever);
+  void FailNothing();
+  // The name of the first call that was made to fail.
+  std::string first_failed;
   int total_calls = 0;
 
   // Plays the voice service: delivers a message to the open port. False when none is open.
@@ -75,6 +77,8 @@ class Platform {
   bool Count(const std::string& name, bool record = true);
 
  private:
+  bool IsToFail(const std::string& name) const;
+
   std::map<std::string, std::pair<int, bool>> failures_;
   int fail_from_ = 0;
   bool fail_for_ever_ = false;

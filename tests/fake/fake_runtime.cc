@@ -13,6 +13,7 @@ namespace {
 // What the library told the runtime that lives now.
 struct Registration {
   Runtime* runtime = nullptr;
+  ExtensionHandle extension = 0;
   InstanceCallback created = nullptr;
   InstanceCallback destroyed = nullptr;
   ShutdownCallback shutdown = nullptr;
@@ -55,7 +56,8 @@ InstanceHandle NextHandle() {
 Runtime::Runtime() {
   Registered() = {};
   Registered().runtime = this;
-  status = XW_Initialize(NextHandle(), GetInterface);
+  Registered().extension = NextHandle();
+  status = XW_Initialize(Registered().extension, GetInterface);
 }
 
 Runtime::~Runtime() {
@@ -64,7 +66,7 @@ Runtime::~Runtime() {
 }
 
 void Runtime::Shutdown() {
-  if (Registered().shutdown != nullptr) Registered().shutdown(1);
+  if (Registered().shutdown != nullptr) Registered().shutdown(Registered().extension);
 }
 
 InstanceHandle Runtime::NewPage() {
