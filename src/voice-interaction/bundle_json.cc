@@ -59,13 +59,13 @@ void AddSearchJsonParamCallback(const char* key, int /*type*/, const bundle_keyv
 }
 
 std::string BuildJsonObjectFromBundle(const char* bundle_text) {
-  const std::string json = JoinMembers(bundle_text, AddJsonParamCallback);
+  std::string json = JoinMembers(bundle_text, AddJsonParamCallback);
   MODULE_INFO_F("Finished to build Object from bundle [%s]", json.c_str());
   return json;
 }
 
 std::string BuildJsonSearchTermFromBundle(const char* bundle_text) {
-  const std::string json = JoinMembers(bundle_text, AddSearchJsonParamCallback);
+  std::string json = JoinMembers(bundle_text, AddSearchJsonParamCallback);
   MODULE_INFO_F("Finished to build Object from bundle [%s]", json.c_str());
   return json;
 }

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <functional>
 #include <set>
 
 #include "common/logger.h"
@@ -40,7 +39,7 @@ const T* FindMember(const picojson::value& args, const char* name) {
 }
 
 common::PlatformException TypeMismatch(const char* message) {
-  return common::PlatformException("TypeMismatchError", message);
+  return {"TypeMismatchError", message};
 }
 
 // The parameter that the page's callback for `command` expects, made from the service's data.
@@ -73,7 +72,9 @@ VoiceInteractionInstance::~VoiceInteractionInstance() {
 }
 
 void VoiceInteractionInstance::RegisterHandler(const char* name, SyncHandler handler) {
-  RegisterSyncHandler(name, std::bind(handler, this, std::placeholders::_1, std::placeholders::_2));
+  RegisterSyncHandler(name, [this, handler](const picojson::value& args, picojson::object& out) {
+    (this->*handler)(args, out);
+  });
 }
 
 void VoiceInteractionInstance::SetCurrentApplicationId() {

@@ -59,12 +59,10 @@ bool TakeText(std::string& rest, std::string& text) {
 
 int Log(int priority, const char* tag, const char* format, va_list arguments) {
   if (Platform::Get().Count("log", false)) return kRefused;
-  va_list again;
-  va_copy(again, arguments);
-  std::string text(static_cast<size_t>(std::vsnprintf(nullptr, 0, format, again)), '\0');
-  va_end(again);
-  std::vsnprintf(text.data(), text.size() + 1, format, arguments);
+  char* text = nullptr;
+  if (vasprintf(&text, format, arguments) < 0) return kRefused;
   Platform::Get().log.push_back({priority, tag, text});
+  free(text);
   return 0;
 }
 
@@ -127,7 +125,7 @@ bool Platform::Deliver(const std::string& command, const std::string& data) {
   return Deliver({{"command", command}, {"strData", data}});
 }
 
-int Platform::PublishStart() {
+int Platform::PublishStart() const {
   const auto subscribed = events;
   bundle data;
   for (const auto& [handle, target] : subscribed) {

@@ -65,7 +65,7 @@ class Platform {
   bool Deliver(const Entries& entries);
   bool Deliver(const std::string& command, const std::string& data);
   // Plays the service's start-up event. Returns the number of subscribers.
-  int PublishStart();
+  int PublishStart() const;
 
   // The messages since the last call, one text each: "command|strData" and, for a piece, "|total".
   std::vector<std::string> TakeSent();

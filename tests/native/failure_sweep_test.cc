@@ -36,7 +36,7 @@ void UseEverything() {
   platform.PublishStart();
   platform.Deliver({{"command", "ACTION_PLAY"}});
   runtime.DestroyPage(page);
-  page = runtime.NewListeningPage(kActions);
+  runtime.NewListeningPage(kActions);
   platform.PublishStart();
   platform.Deliver("ACTION_PLAY", "");
 }

@@ -29,7 +29,7 @@ function updateLayoutMap() {
   xpathMap = [];
   itemId = 0;
   console.log('Version 1.06');
-  addToLayoutMap(document.getElementsByTagName('*'));
+  addToLayoutMap(document.getElementsByTagName('*'), newPathMemory());
   if (layoutMap.length > 0 && xpathMap.length > 0) {
     console.log('$Number of elements added to the layout map: ' + layoutMap.length);
   } else {
@@ -38,35 +38,38 @@ function updateLayoutMap() {
 }
 
 // Walks the elements of one document and those of the frames among them.
-function addToLayoutMap(elements) {
+function addToLayoutMap(elements, pathMemory) {
   var count = elements.length;
   for (var i = 0; i < count; i++) {
     var element = elements[i];
     var tag = element.tagName.toLowerCase();
     if (tag === 'iframe') {
-      addIframeToLayoutMap(element);
+      addIframeToLayoutMap(element, pathMemory);
     } else {
-      addElementToLayoutMap(element, tag);
+      addElementToLayoutMap(element, tag, pathMemory);
     }
   }
   insideIframe = false;
 }
 
-function addIframeToLayoutMap(iframe) {
+function addIframeToLayoutMap(iframe, pathMemory) {
   console.log('$IFRAME DETECTED!');
   iframeNode = iframe;
   insideIframe = true;
-  addToLayoutMap(iframe.contentWindow.document.getElementsByTagName('*'));
+  addToLayoutMap(iframe.contentWindow.document.getElementsByTagName('*'), pathMemory);
 }
 
-function addElementToLayoutMap(element, tag) {
+function addElementToLayoutMap(element, tag, pathMemory) {
+  if (!isActivatable(element, tag)) {
+    return;
+  }
   var box;
   try {
     box = element.getBoundingClientRect();
   } catch (error) {
     return;
   }
-  var title = isActivatable(element, tag) ? titleOf(element) : '';
+  var title = titleOf(element);
   if (title === '') {
     return;
   }
@@ -81,6 +84,6 @@ function addElementToLayoutMap(element, tag) {
     visible: isVisible(element),
     iframe: insideIframe,
   });
-  xpathMap.push({ id: itemId, xpath: generateXpath(element) });
+  xpathMap.push({ id: itemId, xpath: generateXpath(element, pathMemory) });
   itemId++;
 }
