@@ -1,0 +1,228 @@
+// Message ports between two processes on a private bus.
+#include <systemd/sd-bus.h>
+
+#include <csignal>
+#include <string>
+#include <vector>
+
+#include "bus/payload.h"
+#include "bus_fixture.h"
+#include "nurvo_desktop/app_watch.h"
+#include "nurvo_desktop/bus.h"
+
+namespace {
+
+using MessagePortTest = BusTest;
+
+int EncodedSize(bundle* b) {
+  bundle_raw* text = nullptr;
+  int length = 0;
+  EXPECT_EQ(bundle_encode(b, &text, &length), 0);
+  const std::unique_ptr<bundle_raw, nurvo::FreeDeleter> owner(text);
+  return length;
+}
+
+TEST_F(MessagePortTest, DeliversBothWays) {
+  const auto peer = StartPeer();
+  const int port = Open(kPort);
+  const std::string cut_character = "half a \xC3";
+  ASSERT_EQ(Send({{"do", "echo"}, {"id", "1"}, {"data", cut_character}}), 0);
+  ASSERT_TRUE(WaitFor([&] { return !received_.empty(); }));
+  EXPECT_EQ(received_[0].port, port);
+  EXPECT_EQ(received_[0].app_id, kPeerId);
+  EXPECT_FALSE(received_[0].has_port);
+  EXPECT_EQ(received_[0].data, cut_character);
+}
+
+TEST_F(MessagePortTest, KeepsTenThousandMessagesInOrder) {
+  constexpr int kCount = 10000;
+  const auto peer = StartPeer();
+  Open(kPort);
+  for (int i = 0; i < kCount; ++i) ASSERT_EQ(Send({{"do", "echo"}, {"id", std::to_string(i)}}), 0) << i;
+  ASSERT_TRUE(WaitFor([&] { return received_.size() == kCount; })) << received_.size();
+  for (int i = 0; i < kCount; ++i) ASSERT_EQ(received_[i].id, std::to_string(i));
+}
+
+TEST_F(MessagePortTest, RefusesWhatCannotBeSent) {
+  const auto peer = StartPeer();
+  const BundlePtr empty = MakeBundle({});
+  const BundlePtr fits = MakeBundle({{"data", std::string(65500, 'x')}});
+  const size_t room = nurvo::kMaxPayloadBytes - static_cast<size_t>(EncodedSize(fits.get()));
+  const BundlePtr largest = MakeBundle({{"data", std::string(65500 + room, 'x')}});
+  const BundlePtr too_large = MakeBundle({{"data", std::string(65501 + room, 'x')}});
+  const struct {
+    const char* app_id;
+    const char* port;
+    bundle* message;
+    int result;
+  } rows[] = {
+      {kPeerId, kPort, largest.get(), MESSAGE_PORT_ERROR_NONE},
+      {kPeerId, kPort, too_large.get(), MESSAGE_PORT_ERROR_MAX_EXCEEDED},
+      {"com.example.nobody", kPort, empty.get(), MESSAGE_PORT_ERROR_PORT_NOT_FOUND},
+      {"nodots", kPort, empty.get(), MESSAGE_PORT_ERROR_INVALID_PARAMETER},
+      {":1.1", kPort, empty.get(), MESSAGE_PORT_ERROR_INVALID_PARAMETER},
+      {nullptr, kPort, empty.get(), MESSAGE_PORT_ERROR_INVALID_PARAMETER},
+      {kPeerId, "", empty.get(), MESSAGE_PORT_ERROR_INVALID_PARAMETER},
+      {kPeerId, kPort, nullptr, MESSAGE_PORT_ERROR_INVALID_PARAMETER},
+  };
+  EXPECT_EQ(EncodedSize(largest.get()), static_cast<int>(nurvo::kMaxPayloadBytes));
+  for (const auto& row : rows) {
+    EXPECT_EQ(message_port_send_message(row.app_id, row.port, row.message), row.result)
+        << (row.app_id ? row.app_id : "null");
+  }
+}
+
+TEST_F(MessagePortTest, NoticesThatThePeerVanishesAndReturns) {
+  std::vector<bool> seen;
+  app_watch_h watch = nullptr;
+  const auto on_change = [](const char* /*app_id*/, bool is_running, void* list) {
+    static_cast<std::vector<bool>*>(list)->push_back(is_running);
+  };
+  ASSERT_EQ(app_watch_add(kPeerId, on_change, &seen, &watch), 0);
+  auto peer = StartPeer();
+  Open(kPort);
+  EXPECT_EQ(Send({}), 0);
+  peer->Signal(SIGKILL);
+  EXPECT_TRUE(WaitFor([&] { return Send({}) == MESSAGE_PORT_ERROR_PORT_NOT_FOUND; }));
+  peer = StartPeer();
+  EXPECT_TRUE(app_watch_is_running(kPeerId));
+  EXPECT_EQ(Send({{"do", "echo"}}), 0);
+  EXPECT_TRUE(WaitFor([&] { return received_.size() == 1; }));
+  EXPECT_EQ(seen, (std::vector<bool>{true, false, true}));
+  EXPECT_EQ(app_watch_remove(watch), 0);
+  EXPECT_LT(app_watch_remove(watch), 0);
+}
+
+// Sixteen MiB go to a peer that stands still, and all of it is there when the peer goes on.
+TEST_F(MessagePortTest, DoesNotWaitForAPeerThatDoesNotRead) {
+  constexpr int kPieces = 16 * 1024 * 1024 / 8192;
+  const auto peer = StartPeer();
+  Open(kPort);
+  const std::string data(8192, 'x');
+  peer->Signal(SIGSTOP);
+  for (int i = 0; i < kPieces; ++i) {
+    ASSERT_EQ(Send({{"do", "echo"}, {"id", std::to_string(i)}, {"data", data}}), 0) << i;
+  }
+  peer->Signal(SIGCONT);
+  ASSERT_TRUE(WaitFor([&] { return received_.size() == kPieces; })) << received_.size();
+  for (int i = 0; i < kPieces; ++i) ASSERT_EQ(received_[i].id, std::to_string(i));
+}
+
+// When the bus itself stands still, a send gives up instead of waiting or piling up messages, and what was
+// accepted arrives when the bus goes on.
+TEST_F(MessagePortTest, GivesUpOnABusThatTakesNothing) {
+  Open(kPort);
+  const std::string data(8192, 'x');
+  ASSERT_EQ(Send({{"id", "0"}, {"data", data}}, kOwnId), 0);
+  size_t accepted = 1;
+  Bus().Signal(SIGSTOP);
+  const auto send = [&] { return Send({{"id", std::to_string(accepted)}, {"data", data}}, kOwnId); };
+  int result = send();
+  while (result == 0 && ++accepted < 10000) result = send();
+  EXPECT_EQ(result, MESSAGE_PORT_ERROR_IO_ERROR);
+  EXPECT_EQ(send(), MESSAGE_PORT_ERROR_IO_ERROR);
+  Bus().Signal(SIGCONT);
+  EXPECT_TRUE(WaitFor([&] { return send() == 0; }));
+  ASSERT_TRUE(WaitFor([&] { return received_.size() > accepted; })) << received_.size();
+  for (size_t i = 0; i <= accepted; ++i) ASSERT_EQ(received_[i].id, std::to_string(i));
+}
+
+// A delivery by hand: what another implementation, or somebody who means harm, could send.
+void DeliverByHand(sd_bus* bus, const char* path, const char* member, const char* signature,
+                   const std::string& bytes) {
+  sd_bus_message* message = nullptr;
+  ASSERT_GE(sd_bus_message_new_method_call(bus, &message, kOwnId, path, "nurvo.MessagePort", member), 0);
+  for (const char* type = signature; *type == 's'; ++type)
+    sd_bus_message_append(message, "s", "com.example.x");
+  if (std::string(signature).find("ay") != std::string::npos) {
+    sd_bus_message_append_array(message, 'y', bytes.data(), bytes.size());
+  }
+  sd_bus_message_set_expect_reply(message, 0);
+  EXPECT_GE(sd_bus_send(bus, message, nullptr), 0);
+  sd_bus_message_unref(message);
+}
+
+TEST_F(MessagePortTest, DropsMalformedDeliveriesWithALogLineEach) {
+  Open("plain");
+  constexpr const char* kPath = "/nurvo/port/plain";
+  bundle_raw* text = nullptr;
+  int length = 0;
+  ASSERT_EQ(bundle_encode(MakeBundle({{"id", "good"}}).get(), &text, &length), 0);
+  const std::string good(reinterpret_cast<char*>(text), static_cast<size_t>(length));
+  std::free(text);
+  sd_bus* bus = nullptr;
+  ASSERT_GE(sd_bus_open_user(&bus), 0);
+
+  ::testing::internal::CaptureStderr();
+  DeliverByHand(bus, kPath, "Deliver", "s", good);
+  DeliverByHand(bus, kPath, "Deliver", "say", good);
+  DeliverByHand(bus, kPath, "Deliver", "sssay", good);
+  DeliverByHand(bus, kPath, "Hand", "ssay", good);
+  DeliverByHand(bus, "/nurvo/port/closed", "Deliver", "ssay", good);
+  DeliverByHand(bus, "/nurvo/port", "Deliver", "ssay", good);
+  DeliverByHand(bus, "/nurvo/port/plain/deeper", "Deliver", "ssay", good);
+  DeliverByHand(bus, kPath, "Deliver", "ssay", "");
+  DeliverByHand(bus, kPath, "Deliver", "ssay", std::string("\0\xFF junk", 7));
+  DeliverByHand(bus, kPath, "Deliver", "ssay", good + '\0');
+  DeliverByHand(bus, kPath, "Deliver", "ssay", std::string(nurvo::kMaxPayloadBytes + 1, 'x'));
+  constexpr int kBad = 11;
+  DeliverByHand(bus, kPath, "Deliver", "ssay", good);
+  EXPECT_GE(sd_bus_flush(bus), 0);
+  EXPECT_TRUE(WaitFor([&] { return !received_.empty(); }));
+  const std::string log = ::testing::internal::GetCapturedStderr();
+  sd_bus_flush_close_unref(bus);
+
+  ASSERT_EQ(received_.size(), 1U);
+  EXPECT_EQ(received_[0].id, "good");
+  EXPECT_TRUE(received_[0].has_port);
+  EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), kBad) << log;
+}
+
+TEST_F(MessagePortTest, PortsMayBeClosedAndOpenedWhileTheyAreCalled) {
+  const int first = Open("first");
+  const int second = Open("second");
+  EXPECT_GT(first, 0);
+  EXPECT_NE(first, second);
+  EXPECT_EQ(Open("first"), first);
+  const auto send = [](const char* port, const char* id) {
+    EXPECT_EQ(message_port_send_message(kOwnId, port, MakeBundle({{"id", id}}).get()), 0);
+  };
+  int reopened = 0;
+  on_message_ = [&] {
+    if (received_.back().id != "close") return;
+    EXPECT_EQ(message_port_unregister_local_port(first), 0);
+    EXPECT_EQ(message_port_unregister_local_port(second), 0);
+    EXPECT_LT(message_port_unregister_local_port(second), 0);
+    reopened = Open("second");
+    send("second", "after");
+  };
+  send("second", "close");
+  send("first", "lost");
+  ASSERT_TRUE(WaitFor([&] { return received_.size() == 2; }));
+  EXPECT_EQ(received_[0].port, second);
+  EXPECT_EQ(received_[1].id, "after");
+  EXPECT_EQ(received_[1].port, reopened);
+}
+
+TEST_F(MessagePortTest, AnApplicationIdBelongsToOneProcess) {
+  const auto result_of_another = [] {
+    return Process({PEER_PROGRAM, "serve", kPort}, {{"NURVO_LOG", ""}}).ReadLine();
+  };
+  const int port = Open(kPort);
+  EXPECT_EQ(result_of_another(), "opened " + std::to_string(NURVO_DESKTOP_ERROR_APP_ID_TAKEN));
+  EXPECT_EQ(message_port_unregister_local_port(port), 0);
+  EXPECT_EQ(result_of_another(), "opened 1");
+  EXPECT_EQ(Process({PEER_PROGRAM, "serve", kPort}, {{"NURVO_APP_ID", ""}, {"NURVO_LOG", ""}}).ReadLine(),
+            "opened -5");
+}
+
+TEST_F(MessagePortTest, ALostBusIsAnErrorAndNothingWorse) {
+  PrivateBus bus;
+  Process peer({PEER_PROGRAM, "lose", kPort},
+               {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}, {"NURVO_LOG", ""}});
+  ASSERT_EQ(peer.ReadLine(), "opened 1");
+  bus.Kill();
+  EXPECT_EQ(peer.ReadLine(), "calm -5 -5 1");
+}
+
+}  // namespace

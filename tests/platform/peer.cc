@@ -1,0 +1,71 @@
+// The other application of the bus tests, and a process whose log can be looked at.
+//
+//   peer serve PORT   opens PORT, says "opened ID", and does what messages ask for in their entry "do":
+//                     "echo" sends the message back, "publish" publishes it as the event that "event" names
+//   peer lose PORT    opens PORT, waits for the bus to die, says how things stand then
+//   peer log          logs one line of each priority
+#include <glib.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "nurvo/log.h"
+#include "nurvo/message_port.h"
+#include "nurvo_desktop/bus.h"
+#include "nurvo_desktop/event_publish.h"
+
+namespace {
+
+std::string TextOf(bundle* b, const char* key) {
+  char* value = nullptr;
+  return bundle_get_str(b, key, &value) == 0 ? value : "";
+}
+
+void OnMessage(int /*id*/, const char* app_id, const char* /*port*/, bool /*trusted*/, bundle* message,
+               void* own_port) {
+  const std::string wish = TextOf(message, "do");
+  if (wish == "echo") message_port_send_message(app_id, static_cast<const char*>(own_port), message);
+  if (wish == "publish") event_publish_app_event(TextOf(message, "event").c_str(), message);
+}
+
+void Open(char* port) {
+  std::printf("opened %d\n", message_port_register_local_port(port, OnMessage, port));
+  std::fflush(stdout);
+}
+
+int Serve(char* port) {
+  Open(port);
+  while (true) g_main_context_iteration(nullptr, TRUE);
+}
+
+// Says whether the loop still turns for nothing, and what calls return.
+int Lose(char* port) {
+  Open(port);
+  while (nurvo_bus() != nullptr) g_main_context_iteration(nullptr, TRUE);
+  int turns = 0;
+  constexpr int kMaxTurns = 100;
+  while (turns < kMaxTurns && g_main_context_iteration(nullptr, FALSE)) ++turns;
+  bundle* const message = bundle_create();
+  std::printf("%s %d %d %d\n", turns < kMaxTurns ? "calm" : "spinning",
+              message_port_send_message("com.example.page", port, message),
+              message_port_register_local_port("another", OnMessage, nullptr),
+              event_publish_app_event("event", nullptr) < 0);
+  return bundle_free(message);
+}
+
+int Log() {
+  for (int priority = NURVO_LOG_VERBOSE; priority <= NURVO_LOG_FATAL; ++priority) {
+    log_print(priority, "TAG", "priority %d", priority);
+  }
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string mode = argc > 1 ? argv[1] : "";
+  if (mode == "log") return Log();
+  if (argc < 3) return 2;
+  return mode == "lose" ? Lose(argv[2]) : Serve(argv[2]);
+}
