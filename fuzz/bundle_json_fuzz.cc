@@ -1,0 +1,22 @@
+// Both conversions of a command's data: any text gives an object's braces and never more.
+#include "page.h"
+#include "signed_bundle.h"
+#include "voice-interaction/bundle_json.h"
+
+namespace {
+
+void Convert(const std::string& text) {
+  using namespace extension::voice_interaction;
+  for (const auto build : {BuildJsonObjectFromBundle, BuildJsonSearchTermFromBundle}) {
+    const std::string json = build(text.c_str());
+    Require(json.size() >= 2 && json.front() == '{' && json.back() == '}', "the result is a pair of braces");
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  Convert(FuzzText(data, size));
+  Convert(SignedBundle(data, size));
+  return 0;
+}

@@ -1,0 +1,20 @@
+// A message that arrives at the port: an encoded bundle that the channel reads and the page is told of.
+#include <memory>
+
+#include "nurvo/bundle.h"
+#include "page.h"
+#include "signed_bundle.h"
+#include "voice-interaction/voice_interaction_channel.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  FuzzPage& fuzz = TheFuzzPage();
+  const std::string text = SignedBundle(data, size);
+  const auto* raw = reinterpret_cast<const bundle_raw*>(text.data());
+  const std::unique_ptr<bundle, int (*)(bundle*)> message(bundle_decode(raw, static_cast<int>(text.size())),
+                                                          bundle_free);
+  if (!message) return 0;
+  extension::voice_interaction::VoiceInteractionChannel::OnMessageReceived(1, "a", "b", false, message.get(),
+                                                                           nullptr);
+  Require(fuzz.runtime.TakePosted(fuzz.page).size() <= 1, "a command is posted once");
+  return 0;
+}

@@ -1,0 +1,8 @@
+// A page's synchronous call, whatever its text.
+#include "page.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  FuzzPage& fuzz = TheFuzzPage();
+  RequireReply(fuzz.runtime.CallRaw(fuzz.page, FuzzText(data, size)));
+  return 0;
+}
