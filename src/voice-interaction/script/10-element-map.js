@@ -29,7 +29,7 @@ function updateLayoutMap() {
   xpathMap = [];
   itemId = 0;
   console.log('Version 1.06');
-  addToLayoutMap(document.getElementsByTagName('*'), newPathMemory());
+  addToLayoutMap(document.getElementsByTagName('*'), new Map());
   if (layoutMap.length > 0 && xpathMap.length > 0) {
     console.log('$Number of elements added to the layout map: ' + layoutMap.length);
   } else {
@@ -37,29 +37,31 @@ function updateLayoutMap() {
   }
 }
 
-// Walks the elements of one document and those of the frames among them.
-function addToLayoutMap(elements, pathMemory) {
+// Walks the elements of one document and those of the frames among them. `walkMemory` is generateXpath's; it
+// ends with the walk, because by the next one the page may have changed.
+function addToLayoutMap(elements, walkMemory) {
   var count = elements.length;
   for (var i = 0; i < count; i++) {
     var element = elements[i];
     var tag = element.tagName.toLowerCase();
     if (tag === 'iframe') {
-      addIframeToLayoutMap(element, pathMemory);
+      addIframeToLayoutMap(element, walkMemory);
     } else {
-      addElementToLayoutMap(element, tag, pathMemory);
+      addElementToLayoutMap(element, tag, walkMemory);
     }
   }
   insideIframe = false;
 }
 
-function addIframeToLayoutMap(iframe, pathMemory) {
+function addIframeToLayoutMap(iframe, walkMemory) {
   console.log('$IFRAME DETECTED!');
   iframeNode = iframe;
   insideIframe = true;
-  addToLayoutMap(iframe.contentWindow.document.getElementsByTagName('*'), pathMemory);
+  addToLayoutMap(iframe.contentWindow.document.getElementsByTagName('*'), walkMemory);
 }
 
-function addElementToLayoutMap(element, tag, pathMemory) {
+function addElementToLayoutMap(element, tag, walkMemory) {
+  // Reading the box is what takes most of a walk's time, so that most elements are spared it.
   if (!isActivatable(element, tag)) {
     return;
   }
@@ -84,6 +86,6 @@ function addElementToLayoutMap(element, tag, pathMemory) {
     visible: isVisible(element),
     iframe: insideIframe,
   });
-  xpathMap.push({ id: itemId, xpath: generateXpath(element, pathMemory) });
+  xpathMap.push({ id: itemId, xpath: generateXpath(element, walkMemory) });
   itemId++;
 }

@@ -29,39 +29,40 @@ function isVisible(element) {
   return style.display !== 'none' && style.visibility !== 'hidden';
 }
 
+var whiteSpaceRun = /\s{2,}/;
+var whiteSpaceRuns = /\s{2,}/g;
+
 // The element's text, or else what its attributes or its images' attributes say; empty if none says anything.
+// Runs of white space become one space.
 function titleOf(element) {
-  var title = element.textContent;
-  if (isBlank(title)) {
+  var title = element.textContent.trim();
+  if (title === '') {
     console.log('$Empty title');
     title = titleFromAttributes(element, ['title', 'aria-label']);
   }
-  if (isBlank(title)) {
+  if (title === '') {
     console.log('$No title and no aria label');
     title = titleFromImages(element.getElementsByTagName('img'));
   }
-  return title.trim().replace(/\s{2,}/g, ' ');
+  // Few titles have runs, and looking for one is cheaper than replacing none.
+  return whiteSpaceRun.test(title) ? title.replace(whiteSpaceRuns, ' ') : title;
 }
 
 function titleFromImages(images) {
   var title = '';
-  for (var i = 0; i < images.length && isBlank(title); i++) {
+  for (var i = 0; i < images.length && title === ''; i++) {
     title = titleFromAttributes(images[i], ['aria-label', 'alt', 'title']);
   }
   return title;
 }
 
-// The first of the attributes that isn't blank; empty if all are.
+// The first of the attributes that isn't blank, trimmed; empty if all are.
 function titleFromAttributes(element, names) {
   for (var i = 0; i < names.length; i++) {
-    var value = element.hasAttribute(names[i]) ? element.getAttribute(names[i]) : '';
-    if (!isBlank(value)) {
-      return value;
+    var title = element.hasAttribute(names[i]) ? element.getAttribute(names[i]).trim() : '';
+    if (title !== '') {
+      return title;
     }
   }
   return '';
-}
-
-function isBlank(text) {
-  return text.trim() === '';
 }

@@ -1,61 +1,54 @@
-// The path by which an element of the map is found again: from its document's root, or from the nearest ancestor that
-// has an id.
+// The path by which an element of the map is found again: from its document's root, or from the nearest
+// ancestor that has an id.
 
-// What a walk remembers of the paths that it has built, so that ancestors and siblings are looked at once and not once
-// for each element. Belongs to one walk: the page may be another at the next.
-function newPathMemory() {
-  return { paths: new Map(), suffixes: new Map() };
-}
-
-// `memory` is a walk's; without it everything is looked up afresh.
-function generateXpath(element, memory) {
+// `walkMemory` is a Map that a walk keeps for its duration, parent → childrenOf(), so that ancestors and
+// siblings are looked at once and not once for each element; without it everything is looked up afresh.
+function generateXpath(element, walkMemory) {
   if (!element || element.nodeType !== 1) {
     return '';
   }
   if (element.id) {
     return '//*[@id="' + element.id + '"]';
   }
-  memory = memory || newPathMemory();
+  var memory = walkMemory || new Map();
   var parent = element.parentNode;
-  var parentPath = memory.paths.get(parent);
-  if (parentPath === undefined) {
-    parentPath = generateXpath(parent, memory);
-    memory.paths.set(parent, parentPath);
+  var children = memory.get(parent);
+  if (!children) {
+    children = childrenOf(parent, element, generateXpath(parent, memory));
+    memory.set(parent, children);
   }
-  return parentPath + '/' + element.tagName.toLowerCase() + positionSuffix(element, memory.suffixes);
+  var tag = children.tags.get(element.tagName);
+  if (!tag || !advanceTo(element, children)) {
+    // The page changed while it was walked; what is remembered of these children is out of date.
+    return generateXpath(element);
+  }
+  return tag.count > 1 ? tag.path + '[' + tag.position + ']' : tag.path;
 }
 
-// "[n]" for the n-th of several siblings with the same tag name; empty for an only one.
-function positionSuffix(element, suffixes) {
-  var suffix = suffixes.get(element);
-  if (suffix === undefined) {
-    addSuffixes(element.parentNode ? element.parentNode.children : [element], suffixes);
-    suffix = suffixes.get(element);
-  }
-  return suffix;
-}
-
-// Finds the suffixes of all the children of one element in one go.
-function addSuffixes(siblings, suffixes) {
-  var count = siblings.length;
-  if (count === 1) {
-    suffixes.set(siblings[0], '');
-    return;
-  }
-  var lastOfTag = new Map();
-  for (var i = 0; i < count; i++) {
-    var sibling = siblings[i];
-    var tag = sibling.tagName;
-    var last = lastOfTag.get(tag);
-    if (last === undefined) {
-      lastOfTag.set(tag, { first: sibling, count: 1 });
-      suffixes.set(sibling, '');
+// What is remembered of a parent's children: by tag name how many there are, their path without a position,
+// and how many `advanceTo` has passed. An element without a parent stands alone.
+function childrenOf(parent, element, parentPath) {
+  var first = parent ? parent.firstElementChild : element;
+  var tags = new Map();
+  for (var child = first; child; child = child.nextElementSibling) {
+    var tag = tags.get(child.tagName);
+    if (tag) {
+      tag.count++;
     } else {
-      last.count++;
-      if (last.count === 2) {
-        suffixes.set(last.first, '[1]');
-      }
-      suffixes.set(sibling, '[' + last.count + ']');
+      var path = parentPath + '/' + child.tagName.toLowerCase();
+      tags.set(child.tagName, { path: path, count: 1, position: 0 });
     }
   }
+  return { tags: tags, at: null, next: first };
+}
+
+// Goes on to the child asked for, counting by tag name. A walk asks in document order, so each child is
+// passed once. False when the child isn't ahead.
+function advanceTo(element, children) {
+  while (children.at !== element && children.next) {
+    children.at = children.next;
+    children.next = children.next.nextElementSibling;
+    children.tags.get(children.at.tagName).position++;
+  }
+  return children.at === element;
 }
