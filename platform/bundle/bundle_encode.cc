@@ -40,7 +40,7 @@ class Writer {
 template <typename Sink>
 void PutNumber(Sink& sink, size_t number) {
   char digits[24];
-  const auto end = std::to_chars(digits, digits + sizeof(digits) - 1, number).ptr;
+  char* const end = std::to_chars(digits, digits + sizeof(digits) - 1, number).ptr;
   *end = kFieldMark;
   sink.Put({digits, static_cast<size_t>(end + 1 - digits)});
 }

@@ -149,7 +149,7 @@ void Binding::DestroyInstancesOf(const LoadedExtension* extension) {
 }
 
 LoadedExtension* Binding::Find(ExtensionHandle handle) {
-  const auto found =
+  auto* const found =
       std::find_if(extensions_.begin(), extensions_.end(),
                    [&](const LoadedExtension& extension) { return extension.handle == handle; });
   return found == extensions_.end() ? nullptr : &*found;

@@ -22,11 +22,13 @@ void Instance::SetSuspended(bool suspended) {
   suspended_ = suspended;
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the signature is the platform's.
 void Instance::PostMessage(const char* message) {
   const NurvoMessagingInterface* const messaging = nurvo::Binding::Get().MessagingOf(handle_);
   if (messaging != nullptr && message != nullptr) messaging->post_message(handle_, message);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the signature is the platform's.
 void Instance::SendSyncReply(const char* reply) {
   const NurvoMessagingInterface* const messaging = nurvo::Binding::Get().MessagingOf(handle_);
   if (messaging != nullptr && reply != nullptr) messaging->set_sync_reply(handle_, reply);

@@ -4,6 +4,7 @@
 
 namespace common {
 
+// NOLINTNEXTLINE(modernize-pass-by-value): the signature is the platform's.
 PlatformException::PlatformException(const std::string& name, const std::string& message)
     : name_(name), message_(message) {}
 
