@@ -1,6 +1,7 @@
-// The checksum: eight bytes at a time, because a table-driven CRC took longer than the encoding itself.
+// The checksum: in words, and in four rows at once, because one row alone took longer than copying the text.
 #include "bundle/checksum.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace nurvo {
@@ -18,16 +19,24 @@ uint64_t Mix(uint64_t sum, uint64_t word) {
   return sum << kTurn | sum >> (kBits - kTurn);
 }
 
+using Rows = std::array<uint64_t, 4>;
+
+void MixBlock(Rows& rows, const char* block) {
+  Rows words;
+  std::memcpy(words.data(), block, sizeof(words));
+  for (size_t i = 0; i < rows.size(); ++i) rows[i] = Mix(rows[i], words[i]);
+}
+
+// A changed word changes its row's sum, and so the sum of the rows.
 uint64_t SumOf(std::string_view text) {
   uint64_t sum = Mix(kSeed, text.size());
-  uint64_t word = 0;
-  for (; text.size() >= sizeof(word); text.remove_prefix(sizeof(word))) {
-    std::memcpy(&word, text.data(), sizeof(word));
-    sum = Mix(sum, word);
-  }
-  word = 0;
-  if (!text.empty()) std::memcpy(&word, text.data(), text.size());
-  return Mix(Mix(sum, word), 0);
+  Rows rows{};
+  for (; text.size() >= sizeof(rows); text.remove_prefix(sizeof(rows))) MixBlock(rows, text.data());
+  char last_block[sizeof(rows)] = {};
+  std::copy(text.begin(), text.end(), last_block);
+  MixBlock(rows, last_block);
+  for (const uint64_t row : rows) sum = Mix(sum, row);
+  return Mix(sum, 0);
 }
 
 }  // namespace

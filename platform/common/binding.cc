@@ -131,7 +131,7 @@ void Binding::OnSyncMessage(size_t slot, InstanceHandle handle, const char* mess
 }
 
 void Binding::OnShutdown(ExtensionHandle handle) noexcept {
-  LoadedExtension* const place = Find(handle);
+  LoadedExtension* const place = handle > 0 ? Find(handle) : nullptr;
   if (place == nullptr) return;
   DestroyInstancesOf(place);
   const auto shutdown = place->shutdown;

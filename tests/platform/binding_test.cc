@@ -229,6 +229,7 @@ TEST_F(BindingTest, OwnsTheInstancesUntilTheirPageOrTheExtensionGoes) {
   first.destroyed(1);
   first.destroyed(1);
   first.message(1, R"({"cmd":"done"})");
+  first.shutdown(0);
   std::exchange(first.shutdown, nullptr)(1);
   first.created(4);
   std::exchange(second.shutdown, nullptr)(2);

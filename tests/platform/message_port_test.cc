@@ -1,4 +1,5 @@
 // Message ports between two processes on a private bus.
+#include <glib.h>
 #include <systemd/sd-bus.h>
 
 #include <csignal>
@@ -41,6 +42,20 @@ TEST_F(MessagePortTest, KeepsTenThousandMessagesInOrder) {
   for (int i = 0; i < kCount; ++i) ASSERT_EQ(Send({{"do", "echo"}, {"id", std::to_string(i)}}), 0) << i;
   ASSERT_TRUE(WaitFor([&] { return received_.size() == kCount; })) << received_.size();
   for (int i = 0; i < kCount; ++i) ASSERT_EQ(received_[i].id, std::to_string(i));
+}
+
+TEST_F(MessagePortTest, ManyWaitingMessagesLeaveTimeForLessUrgentWork) {
+  constexpr size_t kCount = 1000;
+  Open(kPort);
+  for (size_t i = 0; i < kCount; ++i) ASSERT_EQ(Send({}, kOwnId), 0);
+  bool is_drawn = false;
+  const auto draw = [](gpointer flag) -> gboolean {
+    *static_cast<bool*>(flag) = true;
+    return G_SOURCE_REMOVE;
+  };
+  g_idle_add_full(G_PRIORITY_HIGH_IDLE, draw, &is_drawn, nullptr);
+  on_message_ = [&] { EXPECT_TRUE(is_drawn || received_.size() < kCount); };
+  EXPECT_TRUE(WaitFor([&] { return received_.size() == kCount; }));
 }
 
 TEST_F(MessagePortTest, RefusesWhatCannotBeSent) {

@@ -67,7 +67,8 @@ class Instance {
   InstanceHandle handle_ = 0;
 };
 
-// An instance whose calls are JSON: {"cmd": name, "args": value} in, and a reply object out. The reply is
+// An instance whose calls are JSON: {"cmd": name, "args": value} in ("args" left out means null), and a reply
+// object out. The reply is
 // {"status": "success"}, {"status": "success", "result": value} or
 // {"status": "error", "error": {"name": text, "message": text}}.
 //
