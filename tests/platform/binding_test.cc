@@ -75,7 +75,6 @@ class Page : public common::ParsedInstance {
       PostMessage("too late");
       ReportSuccess(out);
     });
-    add("done", [&](const picojson::value&, picojson::object& out) { ReportSuccess(out); });
   }
   ~Page() override {
     PostMessage("last words");

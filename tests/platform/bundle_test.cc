@@ -10,32 +10,10 @@
 #include <vector>
 
 #include "bundle/checksum.h"
+#include "bundles.h"
 #include "nurvo_desktop/bundle_extras.h"
 
 namespace {
-
-struct BundleDeleter {
-  void operator()(bundle* b) const { bundle_free(b); }
-};
-using BundlePtr = std::unique_ptr<bundle, BundleDeleter>;
-using Entries = std::vector<std::pair<std::string, std::string>>;
-
-BundlePtr Make(const Entries& entries) {
-  BundlePtr b(bundle_create());
-  for (const auto& [key, value] : entries) EXPECT_EQ(bundle_add(b.get(), key.c_str(), value.c_str()), 0);
-  return b;
-}
-
-std::string Encode(bundle* b) {
-  bundle_raw* raw = nullptr;
-  int length = 0;
-  EXPECT_EQ(bundle_encode(b, &raw, &length), 0);
-  std::string text(reinterpret_cast<char*>(raw), static_cast<size_t>(length));
-  EXPECT_EQ(raw[length], '\0');
-  EXPECT_EQ(text.find('\0'), std::string::npos);
-  std::free(raw);
-  return text;
-}
 
 BundlePtr Decode(const std::string& text) {
   return BundlePtr(
@@ -71,18 +49,18 @@ std::string Forge(const std::string& body) {
 TEST(BundleTest, ComesBackAsItWas) {
   Entries many;
   for (int i = 0; i < 1024; ++i) many.emplace_back("key" + std::to_string(i), std::to_string(i));
-  const std::string nested = Encode(Make({{"title", "\"quoted\", \\ and \n"}}).get());
+  const std::string nested = Encode(MakeBundle({{"title", "\"quoted\", \\ and \n"}}));
   const Entries rows[] = {
       {},
       {{"z", "1"}, {"a", "2"}, {"m", ""}},
       {{"utf-8", "gr\xC3\xBC\xC3\x9F \xF0\x9F\x98\x80"}, {"cut", "\xF0\x9F"}, {"\xFF", "\x01\x7F"}},
       {{"looks like the format", "s1:a3:xyz"}, {"3:", ":"}},
-      {{"strData", nested}, {"twice", Encode(Make({{"inner", nested}}).get())}},
+      {{"strData", nested}, {"twice", Encode(MakeBundle({{"inner", nested}}))}},
       {{"big", std::string(size_t{16} << 20, 'x')}},
       many,
   };
   for (const Entries& row : rows) {
-    const BundlePtr decoded = Decode(Encode(Make(row).get()));
+    const BundlePtr decoded = Decode(Encode(MakeBundle(row)));
     ASSERT_TRUE(decoded);
     EXPECT_EQ(Read(decoded.get()), row);
     for (const auto& [key, text] : row) {
@@ -94,22 +72,22 @@ TEST(BundleTest, ComesBackAsItWas) {
 }
 
 TEST(BundleTest, HoldsArraysAndBytesBesideStrings) {
-  const BundlePtr b = Make({{"s", "text"}});
+  const BundlePtr b = MakeBundle({{"s", "text"}});
   const char* const items[] = {"one", "", "three"};
   ASSERT_EQ(bundle_add_str_array(b.get(), "a", items, 3), 0);
   ASSERT_EQ(bundle_add_byte(b.get(), "b", "\0\xFF\n", 3), 0);
-  const BundlePtr decoded = Decode(Encode(b.get()));
+  const BundlePtr decoded = Decode(Encode(b));
   ASSERT_TRUE(decoded);
   EXPECT_EQ(Read(decoded.get()),
             (Entries{{"s", "text"}, {"a", "(array)"}, {"b", std::string("\0\xFF\n", 3)}}));
-  EXPECT_EQ(Encode(decoded.get()), Encode(b.get()));
+  EXPECT_EQ(Encode(decoded), Encode(b));
   char* value = nullptr;
   EXPECT_LT(bundle_get_str(decoded.get(), "a", &value), 0);
   EXPECT_LT(bundle_get_str(decoded.get(), "b", &value), 0);
 }
 
 TEST(BundleTest, RefusesBadEntries) {
-  const BundlePtr b = Make({{"key", "kept"}});
+  const BundlePtr b = MakeBundle({{"key", "kept"}});
   EXPECT_LT(bundle_add(b.get(), "key", "second"), 0);
   EXPECT_LT(bundle_add(b.get(), "", "x"), 0);
   EXPECT_LT(bundle_add(b.get(), nullptr, "x"), 0);
@@ -121,7 +99,7 @@ TEST(BundleTest, RefusesBadEntries) {
 
 // Callers keep a value while more is added.
 TEST(BundleTest, ValuesStayWhereTheyAre) {
-  const BundlePtr b = Make({{"first", "short"}});
+  const BundlePtr b = MakeBundle({{"first", "short"}});
   char* before = nullptr;
   char* after = nullptr;
   ASSERT_EQ(bundle_get_str(b.get(), "first", &before), 0);
@@ -131,9 +109,9 @@ TEST(BundleTest, ValuesStayWhereTheyAre) {
 }
 
 TEST(BundleTest, EveryTruncationAndEveryChangedByteIsFound) {
-  const BundlePtr b = Make({{"command", "ACTION_PLAY"}, {"strData", "data"}, {"n", "0"}});
+  const BundlePtr b = MakeBundle({{"command", "ACTION_PLAY"}, {"strData", "data"}, {"n", "0"}});
   bundle_add_byte(b.get(), "b", "\1\2", 2);
-  const std::string sample = Encode(b.get());
+  const std::string sample = Encode(b);
   ASSERT_TRUE(Decode(sample));
   for (size_t length = 0; length < sample.size(); ++length) {
     EXPECT_FALSE(Decode(sample.substr(0, length))) << length;

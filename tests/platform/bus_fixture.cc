@@ -22,17 +22,6 @@ PrivateBus::~PrivateBus() {
   rmdir(folder_.c_str());
 }
 
-BundlePtr MakeBundle(const Entries& entries) {
-  BundlePtr result(bundle_create());
-  for (const auto& [key, value] : entries) EXPECT_EQ(bundle_add(result.get(), key.c_str(), value.c_str()), 0);
-  return result;
-}
-
-std::string TextOf(bundle* b, const char* key) {
-  char* value = nullptr;
-  return bundle_get_str(b, key, &value) == 0 ? value : "";
-}
-
 bool WaitFor(const std::function<bool()>& condition) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   // Wakes the loop up, so that the deadline is looked at when nothing happens.

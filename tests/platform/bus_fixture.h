@@ -5,12 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "nurvo/bundle.h"
+#include "bundles.h"
 #include "nurvo/message_port.h"
 #include "process.h"
 
@@ -33,16 +32,6 @@ class PrivateBus {
   std::string address_;
   std::unique_ptr<Process> daemon_;
 };
-
-struct BundleDeleter {
-  void operator()(bundle* b) const { bundle_free(b); }
-};
-using BundlePtr = std::unique_ptr<bundle, BundleDeleter>;
-using Entries = std::vector<std::pair<std::string, std::string>>;
-
-BundlePtr MakeBundle(const Entries& entries);
-// The string under `key`; empty when there is none.
-std::string TextOf(bundle* b, const char* key);
 
 // Runs the main loop until `condition` holds; false when it does not within ten seconds.
 bool WaitFor(const std::function<bool()>& condition);

@@ -15,14 +15,6 @@ namespace {
 
 using MessagePortTest = BusTest;
 
-int EncodedSize(bundle* b) {
-  bundle_raw* text = nullptr;
-  int length = 0;
-  EXPECT_EQ(bundle_encode(b, &text, &length), 0);
-  const std::unique_ptr<bundle_raw, nurvo::FreeDeleter> owner(text);
-  return length;
-}
-
 TEST_F(MessagePortTest, DeliversBothWays) {
   const auto peer = StartPeer();
   const int port = Open(kPort);
@@ -62,7 +54,7 @@ TEST_F(MessagePortTest, RefusesWhatCannotBeSent) {
   const auto peer = StartPeer();
   const BundlePtr empty = MakeBundle({});
   const BundlePtr fits = MakeBundle({{"data", std::string(65500, 'x')}});
-  const size_t room = nurvo::kMaxPayloadBytes - static_cast<size_t>(EncodedSize(fits.get()));
+  const size_t room = nurvo::kMaxPayloadBytes - Encode(fits).size();
   const BundlePtr largest = MakeBundle({{"data", std::string(65500 + room, 'x')}});
   const BundlePtr too_large = MakeBundle({{"data", std::string(65501 + room, 'x')}});
   const struct {
@@ -80,7 +72,7 @@ TEST_F(MessagePortTest, RefusesWhatCannotBeSent) {
       {kPeerId, "", empty.get(), MESSAGE_PORT_ERROR_INVALID_PARAMETER},
       {kPeerId, kPort, nullptr, MESSAGE_PORT_ERROR_INVALID_PARAMETER},
   };
-  EXPECT_EQ(EncodedSize(largest.get()), static_cast<int>(nurvo::kMaxPayloadBytes));
+  EXPECT_EQ(Encode(largest).size(), nurvo::kMaxPayloadBytes);
   for (const auto& row : rows) {
     EXPECT_EQ(message_port_send_message(row.app_id, row.port, row.message), row.result)
         << (row.app_id ? row.app_id : "null");
@@ -160,11 +152,7 @@ void DeliverByHand(sd_bus* bus, const char* path, const char* member, const char
 TEST_F(MessagePortTest, DropsMalformedDeliveriesWithALogLineEach) {
   Open("plain");
   constexpr const char* kPath = "/nurvo/port/plain";
-  bundle_raw* text = nullptr;
-  int length = 0;
-  ASSERT_EQ(bundle_encode(MakeBundle({{"id", "good"}}).get(), &text, &length), 0);
-  const std::string good(reinterpret_cast<char*>(text), static_cast<size_t>(length));
-  std::free(text);
+  const std::string good = Encode(MakeBundle({{"id", "good"}}));
   sd_bus* bus = nullptr;
   ASSERT_GE(sd_bus_open_user(&bus), 0);
 

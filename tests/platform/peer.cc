@@ -7,20 +7,15 @@
 #include <glib.h>
 
 #include <cstdio>
-#include <cstring>
 #include <string>
 
+#include "bundles.h"
 #include "nurvo/log.h"
 #include "nurvo/message_port.h"
 #include "nurvo_desktop/bus.h"
 #include "nurvo_desktop/event_publish.h"
 
 namespace {
-
-std::string TextOf(bundle* b, const char* key) {
-  char* value = nullptr;
-  return bundle_get_str(b, key, &value) == 0 ? value : "";
-}
 
 void OnMessage(int /*id*/, const char* app_id, const char* /*port*/, bool /*trusted*/, bundle* message,
                void* own_port) {
@@ -46,12 +41,11 @@ int Lose(char* port) {
   int turns = 0;
   constexpr int kMaxTurns = 100;
   while (turns < kMaxTurns && g_main_context_iteration(nullptr, FALSE)) ++turns;
-  bundle* const message = bundle_create();
   std::printf("%s %d %d %d\n", turns < kMaxTurns ? "calm" : "spinning",
-              message_port_send_message("com.example.page", port, message),
+              message_port_send_message("com.example.page", port, MakeBundle({}).get()),
               message_port_register_local_port("another", OnMessage, nullptr),
               event_publish_app_event("event", nullptr) < 0);
-  return bundle_free(message);
+  return 0;
 }
 
 int Log() {
