@@ -19,6 +19,7 @@ struct BusSource {
   GSource base;
   sd_bus* bus;
   gpointer fd_tag;
+  int events;  // what the descriptor is watched for
 };
 
 BusSource* From(GSource* source) {
@@ -37,7 +38,10 @@ gboolean Prepare(GSource* source, gint* timeout) {
   const int events = sd_bus_get_events(self->bus);
   *timeout = -1;
   if (events < 0) return TRUE;
-  g_source_modify_unix_fd(source, self->fd_tag, static_cast<GIOCondition>(events));
+  // Only a change is passed on: it wakes the loop up, which would bring it here again.
+  if (events != self->events)
+    g_source_modify_unix_fd(source, self->fd_tag, static_cast<GIOCondition>(events));
+  self->events = events;
   const gint64 ready_time = ReadyTimeOf(self->bus);
   g_source_set_ready_time(source, ready_time);
   return ready_time >= 0 && ready_time <= g_source_get_time(source);
@@ -77,6 +81,7 @@ void AttachToMainLoop(sd_bus* bus) {
   BusSource* const self = From(source);
   self->bus = sd_bus_ref(bus);
   self->fd_tag = g_source_add_unix_fd(source, sd_bus_get_fd(bus), G_IO_IN);
+  self->events = G_IO_IN;
   g_source_set_name(source, "nurvo bus");
   g_source_attach(source, nullptr);
   g_source_unref(source);
