@@ -4,7 +4,7 @@
 import { writeFileSync } from 'node:fs';
 import { parseArgs } from 'node:util';
 import { startBrowser } from '../../tests/script/browser.mjs';
-import { referenceElementMap } from '../../tests/script/reference-element-map.mjs';
+import { plainElementMap } from './plain-element-map.mjs';
 
 const { values: options } = parseArgs({ options: { short: { type: 'boolean' }, json: { type: 'string' } } });
 const sizes = options.short ? [100] : [1000, 5000, 20000];
@@ -90,7 +90,7 @@ async function measurePage(browser, name, size) {
   const runs = [];
   for (let i = 0; i < rounds; i++) {
     const withPlain = size <= plainLimit && i < plainRounds;
-    runs.push(await page.evaluate(measure, { reference: String(referenceElementMap), withPlain }));
+    runs.push(await page.evaluate(measure, { reference: String(plainElementMap), withPlain }));
   }
   await page.close();
   const middle = (kind) => median(runs.map((run) => run[kind]).filter((time) => time !== null));

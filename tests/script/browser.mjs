@@ -1,7 +1,9 @@
 // A browser whose pages run the script API on a native side that only records: pages come from two local
 // origins, and each page gets `voice`, with which a test delivers commands and looks at what the script did.
 import { readFileSync, readdirSync } from 'node:fs';
+import assert from 'node:assert/strict';
 import { createServer } from 'node:http';
+import { inspect } from 'node:util';
 import { chromium } from 'playwright-core';
 
 const scriptFolder = new URL('../../src/voice-interaction/script/', import.meta.url);
@@ -80,6 +82,13 @@ function installVoice(text) {
       }
     },
     contentContext: () => JSON.parse(state.deliver('ACTION_REQUEST_CONTENT_CONTEXT')),
+    mismatch: (message) => `TypeMismatchError: ${message}`,
+    /** The lines that \`action\` writes to the log. */
+    logged(action) {
+      state.logs.length = 0;
+      action();
+      return state.logs.slice();
+    },
   });
 }
 
@@ -119,4 +128,26 @@ export async function startBrowser() {
       servers.forEach((server) => server.closeAllConnections() ?? server.close());
     },
   };
+}
+
+/** The value of `expression` in the page, where `voice` and its members are in scope; an error as its text. */
+export function evaluate(page, expression) {
+  const scope =
+    'const { api, calls, logs, logged, listeners, deliver, contentContext, peek, outcome, mismatch } = voice';
+  return page.evaluate(`(() => { ${scope}; return outcome(() => (${expression})); })()`);
+}
+
+/**
+ * Checks a table with a row `expression → expected expression` on each line, both evaluated in the page and in this
+ * order; an error counts as its text. A failure shows every row that is off.
+ */
+export async function checkTable(page, table) {
+  const rows = table
+    .trim()
+    .split('\n')
+    .map((line) => line.trim().split(' → '));
+  const values = await evaluate(page, `[${rows.flat().map((side) => `outcome(() => (${side}))`)}]`);
+  const row = (i, value) => `${rows[i][0]} → ${inspect(value, { breakLength: Infinity, depth: 9 })}`;
+  const [actual, expected] = [0, 1].map((side) => rows.map((_, i) => row(i, values[2 * i + side])));
+  assert.deepEqual(actual, expected);
 }

@@ -2,7 +2,7 @@
 // every path built anew from the element upwards. Runs inside a page.
 
 /** {layout, paths} of the page, as a walk that starts from scratch finds them. */
-export function referenceElementMap() {
+export function plainElementMap() {
   const layout = [];
   const paths = [];
   let insideIframe = false;
