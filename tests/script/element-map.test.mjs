@@ -94,7 +94,8 @@ test('paths', () =>
     paths('<div id=box><p><i onclick>d</i></p><b onclick id=e>e</b></div>') → ['//*[@id="box"]/p/i', '//*[@id="e"]']
     paths('<p></p><div onclick>h<div onclick>i</div></div>') → ['/html/body/div', '/html/body/div/div']
     paths('<svg><A href=x>g</A></svg><x.y onclick>h</x.y>') → ['/html/body/svg/a', '/html/body/x.y']
-    peek('generateXpath')($('svg a')) → '/html/body/svg/a'
+    paths('<form><input name=id><button>i</button></form>') → ['/html/body/form/button']
+    (paths('<svg><a href=x>g</a></svg>'), peek('generateXpath')($('svg a'))) → '/html/body/svg/a'
     [null, document, document.createTextNode('')].map((node) => peek('generateXpath')(node)) → ['', '', '']
     peek('generateXpath')(document.createElement('p')) → '/p'
     (paths(button('', 'a')), document.body.prepend(document.createElement('button')), paths()) → ['/html/body/button[2]']`

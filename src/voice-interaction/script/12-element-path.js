@@ -7,8 +7,9 @@ function generateXpath(element, walkMemory) {
   if (!element || element.nodeType !== 1) {
     return '';
   }
-  if (element.id) {
-    return '//*[@id="' + element.id + '"]';
+  var id = idOf(element);
+  if (id) {
+    return '//*[@id="' + id + '"]';
   }
   var memory = walkMemory || new Map();
   var parent = element.parentNode;
@@ -23,6 +24,11 @@ function generateXpath(element, walkMemory) {
     return generateXpath(element);
   }
   return tag.count > 1 ? tag.path + '[' + tag.position + ']' : tag.path;
+}
+
+// A form that has a field named "id" gives that field as its `id`.
+function idOf(element) {
+  return typeof element.id === 'string' ? element.id : element.getAttribute('id');
 }
 
 // What is remembered of a parent's children: by tag name how many there are, their path without a position,
