@@ -1,0 +1,189 @@
+// The methods of the control interface, by a table.
+#include "launcher/control_service.h"
+
+#include <gtk/gtk.h>
+
+#include <cstring>
+#include <utility>
+
+namespace corvis::tv {
+
+namespace {
+
+constexpr const char* kObjectPath = "/corvis/tv";
+constexpr const char* kInterface = "corvis.tv.Control";
+constexpr const char* kLoadFailed = "corvis.tv.Error.LoadFailed";
+constexpr const char* kScriptError = "corvis.tv.Error.ScriptError";
+constexpr const char* kFailed = "corvis.tv.Error.Failed";
+
+constexpr const char* kIntrospection = R"(<node><interface name="corvis.tv.Control">
+  <method name="Load"><arg name="url" type="s" direction="in"/></method>
+  <method name="Reload"/>
+  <method name="Evaluate"><arg name="expression" type="s" direction="in"/><arg name="json" type="s" direction="out"/></method>
+  <method name="Screenshot"><arg name="png" type="ay" direction="out"/></method>
+  <method name="SetPrivileges"><arg name="uris" type="as" direction="in"/></method>
+  <method name="GetStatus"><arg name="url" type="s" direction="out"/><arg name="loading" type="b" direction="out"/>
+    <arg name="web_process_pid" type="u" direction="out"/><arg name="crashes" type="u" direction="out"/></method>
+  <method name="Quit"/>
+  <signal name="Console"><arg type="s"/><arg type="s"/><arg type="s"/></signal>
+  <signal name="Loaded"><arg type="s"/></signal>
+  <signal name="Crashed"><arg type="u"/></signal>
+</interface></node>)";
+
+// A callback that answers the call: with nothing, or with the error.
+ResultCallback Finish(GDBusMethodInvocation* call, const char* error_name) {
+  return [call, error_name](const std::string& /*result*/, const std::string& error) {
+    if (error.empty()) {
+      g_dbus_method_invocation_return_value(call, nullptr);
+    } else {
+      g_dbus_method_invocation_return_dbus_error(call, error_name, error.c_str());
+    }
+  };
+}
+
+// The pid of the process that owns a name on the bus, 0 when nobody does.
+guint OwnerPid(GDBusConnection* bus, const std::string& name) {
+  const GVariantPtr answer(g_dbus_connection_call_sync(
+      bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+      "GetConnectionUnixProcessID", g_variant_new("(s)", name.c_str()), G_VARIANT_TYPE("(u)"),
+      G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+  guint pid = 0;
+  if (answer) g_variant_get(answer.get(), "(u)", &pid);
+  return pid;
+}
+
+}  // namespace
+
+std::unique_ptr<ControlService> ControlService::Start(const std::string& app_id, ExitStatus& status,
+                                                      std::string& error) {
+  GError* failure = nullptr;
+  GObjectPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &failure));
+  const GErrorPtr reason(failure);
+  if (!bus) {
+    status = kExitNoEnvironment;
+    error = "There is no D-Bus session bus (" + std::string(reason->message) +
+            "); run it through the command corvis, or within dbus-run-session.";
+    return nullptr;
+  }
+  constexpr guint kDoNotQueue = 4;
+  constexpr guint kPrimaryOwner = 1;
+  const GVariantPtr answer(g_dbus_connection_call_sync(
+      bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
+      g_variant_new("(su)", (app_id + ".runtime").c_str(), kDoNotQueue), G_VARIANT_TYPE("(u)"),
+      G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+  guint owner = 0;
+  if (answer) g_variant_get(answer.get(), "(u)", &owner);
+  if (owner != kPrimaryOwner) {
+    status = kExitAppIdTaken;
+    error =
+        "The application " + app_id + " is running on this bus already; end it, or choose another --app-id.";
+    return nullptr;
+  }
+  return std::unique_ptr<ControlService>(new ControlService(std::move(bus)));
+}
+
+ControlService::~ControlService() {
+  if (registration_ != 0) g_dbus_connection_unregister_object(bus_.get(), registration_);
+}
+
+void ControlService::Serve(Browser* browser, PrivilegeSetter set_privileges) {
+  browser_ = browser;
+  set_privileges_ = std::move(set_privileges);
+  GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(kIntrospection, nullptr);
+  static constexpr GDBusInterfaceVTable kTable = {OnCall, nullptr, nullptr, {}};
+  registration_ = g_dbus_connection_register_object(bus_.get(), kObjectPath, node->interfaces[0], &kTable,
+                                                    this, nullptr, nullptr);
+  g_dbus_node_info_unref(node);
+}
+
+void ControlService::OnCall(GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
+                            const char* /*interface*/, const char* method, GVariant* arguments,
+                            GDBusMethodInvocation* call, gpointer service) {
+  static constexpr struct {
+    const char* name;
+    void (ControlService::*run)(GVariant* arguments, GDBusMethodInvocation* call);
+  } kMethods[] = {{"Load", &ControlService::Load},
+                  {"Reload", &ControlService::Reload},
+                  {"Evaluate", &ControlService::Evaluate},
+                  {"Screenshot", &ControlService::Screenshot},
+                  {"SetPrivileges", &ControlService::SetPrivileges},
+                  {"GetStatus", &ControlService::GetStatus},
+                  {"Quit", &ControlService::Quit}};
+  // The bus has checked the name against the interface's description.
+  for (const auto& row : kMethods) {
+    if (std::strcmp(row.name, method) == 0)
+      (static_cast<ControlService*>(service)->*row.run)(arguments, call);
+  }
+}
+
+void ControlService::Load(GVariant* arguments, GDBusMethodInvocation* call) {
+  const char* uri = nullptr;
+  g_variant_get(arguments, "(&s)", &uri);
+  browser_->Load(uri, Finish(call, kLoadFailed));
+}
+
+void ControlService::Reload(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
+  browser_->Reload(Finish(call, kLoadFailed));
+}
+
+void ControlService::Evaluate(GVariant* arguments, GDBusMethodInvocation* call) {
+  const char* expression = nullptr;
+  g_variant_get(arguments, "(&s)", &expression);
+  browser_->Evaluate(expression, [call](const std::string& json, const std::string& error) {
+    if (error.empty()) {
+      g_dbus_method_invocation_return_value(call, g_variant_new("(s)", json.c_str()));
+    } else {
+      g_dbus_method_invocation_return_dbus_error(call, kScriptError, error.c_str());
+    }
+  });
+}
+
+void ControlService::Screenshot(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
+  browser_->Screenshot([call](const std::string& png, const std::string& error) {
+    if (error.empty()) {
+      GVariant* bytes = g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, png.data(), png.size(), 1);
+      g_dbus_method_invocation_return_value(call, g_variant_new_tuple(&bytes, 1));
+    } else {
+      g_dbus_method_invocation_return_dbus_error(call, kFailed, error.c_str());
+    }
+  });
+}
+
+void ControlService::SetPrivileges(GVariant* arguments, GDBusMethodInvocation* call) {
+  std::vector<std::string> uris;
+  GVariantIter* list = nullptr;
+  const char* uri = nullptr;
+  g_variant_get(arguments, "(as)", &list);
+  while (g_variant_iter_next(list, "&s", &uri)) uris.emplace_back(uri);
+  g_variant_iter_free(list);
+  Finish(call, kFailed)("", set_privileges_(uris) ? "" : "The privileges can't be written.");
+}
+
+void ControlService::GetStatus(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
+  g_dbus_method_invocation_return_value(
+      call, g_variant_new("(sbuu)", browser_->uri().c_str(), browser_->is_loading(),
+                          OwnerPid(bus_.get(), g_getenv("NURVO_APP_ID")), browser_->crashes()));
+}
+
+void ControlService::Quit(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
+  g_dbus_method_invocation_return_value(call, nullptr);
+  g_dbus_connection_flush_sync(bus_.get(), nullptr, nullptr);
+  gtk_main_quit();
+}
+
+void ControlService::Emit(const char* signal, GVariant* arguments) {
+  g_dbus_connection_emit_signal(bus_.get(), nullptr, kObjectPath, kInterface, signal, arguments, nullptr);
+}
+
+void ControlService::EmitConsole(const std::string& level, const std::string& text,
+                                 const std::string& source) {
+  Emit("Console", g_variant_new("(sss)", level.c_str(), text.c_str(), source.c_str()));
+}
+void ControlService::EmitLoaded(const std::string& uri) {
+  Emit("Loaded", g_variant_new("(s)", uri.c_str()));
+}
+void ControlService::EmitCrashed(unsigned times) {
+  Emit("Crashed", g_variant_new("(u)", times));
+}
+
+}  // namespace corvis::tv

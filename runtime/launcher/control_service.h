@@ -1,0 +1,60 @@
+// The control interface on the bus: what tools ask of a running page.
+#ifndef CORVIS_RUNTIME_LAUNCHER_CONTROL_SERVICE_H_
+#define CORVIS_RUNTIME_LAUNCHER_CONTROL_SERVICE_H_
+
+#include <gio/gio.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "launcher/browser.h"
+#include "support/glib_ptr.h"
+
+namespace corvis::tv {
+
+// Interface corvis.tv.Control of the object /corvis/tv, under the name APPLICATION-ID.runtime.
+class ControlService {
+ public:
+  // Replaces the privileges that the application holds; false when that failed.
+  using PrivilegeSetter = std::function<bool(const std::vector<std::string>& uris)>;
+
+  // Takes the name and serves `browser`, which must outlive the service. Null, a status and a sentence on
+  // failure.
+  static std::unique_ptr<ControlService> Start(const std::string& app_id, ExitStatus& status,
+                                               std::string& error);
+  ~ControlService();
+  ControlService(const ControlService&) = delete;
+  ControlService& operator=(const ControlService&) = delete;
+
+  // Answers callers from now on; until then they wait.
+  void Serve(Browser* browser, PrivilegeSetter set_privileges);
+
+  void EmitConsole(const std::string& level, const std::string& text, const std::string& source);
+  void EmitLoaded(const std::string& uri);
+  void EmitCrashed(unsigned times);
+
+ private:
+  explicit ControlService(GObjectPtr<GDBusConnection> bus) : bus_(std::move(bus)) {}
+  static void OnCall(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
+                     const char* method, GVariant* arguments, GDBusMethodInvocation* call, gpointer service);
+  void Emit(const char* signal, GVariant* arguments);
+
+  void Load(GVariant* arguments, GDBusMethodInvocation* call);
+  void Reload(GVariant* arguments, GDBusMethodInvocation* call);
+  void Evaluate(GVariant* arguments, GDBusMethodInvocation* call);
+  void Screenshot(GVariant* arguments, GDBusMethodInvocation* call);
+  void SetPrivileges(GVariant* arguments, GDBusMethodInvocation* call);
+  void GetStatus(GVariant* arguments, GDBusMethodInvocation* call);
+  void Quit(GVariant* arguments, GDBusMethodInvocation* call);
+
+  GObjectPtr<GDBusConnection> bus_;
+  guint registration_ = 0;
+  Browser* browser_ = nullptr;
+  PrivilegeSetter set_privileges_;
+};
+
+}  // namespace corvis::tv
+
+#endif  // CORVIS_RUNTIME_LAUNCHER_CONTROL_SERVICE_H_

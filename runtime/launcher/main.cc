@@ -1,0 +1,122 @@
+// corvis-tv: runs one web application with extension libraries, in a window or without.
+#include <glib-unix.h>
+#include <gtk/gtk.h>
+
+#include <csignal>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <variant>
+
+#include "launcher/application.h"
+#include "launcher/browser.h"
+#include "launcher/control_service.h"
+#include "launcher/headless_display.h"
+#include "launcher/options.h"
+#include "launcher/run_folder.h"
+
+namespace corvis::tv {
+
+namespace {
+
+int Fail(ExitStatus status, const std::string& sentence) {
+  std::fprintf(stderr, "corvis-tv: %s\n", sentence.c_str());
+  return status;
+}
+
+void PrintConsole(ConsoleKind kind, const std::string& level, const std::string& text,
+                  const std::string& source) {
+  if (kind == ConsoleKind::kNone || (kind == ConsoleKind::kPage && source != "page")) return;
+  std::fprintf(stderr, "[%s] %s: %s\n", source.c_str(), level.c_str(), text.c_str());
+}
+
+// The run from the first load to the end of the main loop.
+class Run {
+ public:
+  Run(const Options& options, const Application& application, const RunFolder& folder,
+      ControlService& control)
+      : browser_(options, application, Events(options.console, control)) {
+    control.Serve(&browser_,
+                  [&folder, id = options.app_id](const auto& uris) { return folder.WritePolicy(id, uris); });
+    browser_.Load(application.uri, [this](const std::string& /*uri*/, const std::string& error) {
+      if (!error.empty()) End(kExitLoadFailed, error);
+    });
+  }
+
+  int UntilTheEnd() {
+    for (const int signal : {SIGINT, SIGTERM}) {
+      g_unix_signal_add(
+          signal,
+          [](gpointer) {
+            gtk_main_quit();
+            return G_SOURCE_REMOVE;
+          },
+          nullptr);
+    }
+    gtk_main();
+    return sentence_.empty() ? status_ : Fail(status_, sentence_);
+  }
+
+ private:
+  BrowserEvents Events(ConsoleKind console, ControlService& control) {
+    BrowserEvents events;
+    events.on_console = [console, &control](const auto& level, const auto& text, const auto& source) {
+      PrintConsole(console, level, text, source);
+      control.EmitConsole(level, text, source);
+    };
+    events.on_loaded = [&control](const std::string& uri) { control.EmitLoaded(uri); };
+    events.on_crashed = [&control](unsigned times) {
+      std::fprintf(stderr, "corvis-tv: The page's process crashed; the page is loaded again.\n");
+      control.EmitCrashed(times);
+    };
+    events.on_end = [this](ExitStatus status, const std::string& sentence) { End(status, sentence); };
+    return events;
+  }
+
+  void End(ExitStatus status, const std::string& sentence) {
+    status_ = status;
+    sentence_ = sentence;
+    gtk_main_quit();
+  }
+
+  ExitStatus status_ = kExitOk;
+  std::string sentence_;
+  Browser browser_;
+};
+
+int RunApplication(const Options& options) {
+  std::string error;
+  ExitStatus status = kExitOk;
+  const Application application = FindApplication(options.page, options.app_id, error);
+  if (application.uri.empty()) return Fail(kExitLoadFailed, error);
+  const RunFolder folder;
+  if (folder.path().empty() || !folder.WritePolicy(options.app_id, options.privileges)) {
+    return Fail(kExitNoEnvironment, "No folder can be made for this run; is the temporary folder writable?");
+  }
+  folder.SetEnvironment(options.app_id);
+  const std::unique_ptr<ControlService> control = ControlService::Start(options.app_id, status, error);
+  if (!control) return Fail(status, error);
+
+  std::unique_ptr<HeadlessDisplay> display;
+  if (options.is_headless) {
+    display = HeadlessDisplay::Start(options.width, options.height, error);
+    if (!display) return Fail(kExitNoEnvironment, error);
+  }
+  if (!gtk_init_check(nullptr, nullptr)) {
+    return Fail(kExitNoEnvironment, "There is no display to open a window on; run it with --headless.");
+  }
+  return Run(options, application, folder, *control).UntilTheEnd();
+}
+
+}  // namespace
+
+}  // namespace corvis::tv
+
+int main(int argc, char** argv) {
+  const auto parsed = corvis::tv::ParseOptions(argc, argv);
+  if (const auto* exit = std::get_if<corvis::tv::Exit>(&parsed)) {
+    std::fputs(exit->text.c_str(), exit->status == corvis::tv::kExitOk ? stdout : stderr);
+    return exit->status;
+  }
+  return corvis::tv::RunApplication(std::get<corvis::tv::Options>(parsed));
+}

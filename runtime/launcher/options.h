@@ -1,0 +1,45 @@
+// The command line of corvis-tv.
+#ifndef CORVIS_RUNTIME_LAUNCHER_OPTIONS_H_
+#define CORVIS_RUNTIME_LAUNCHER_OPTIONS_H_
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace corvis::tv {
+
+// The exit statuses of corvis-tv.
+enum ExitStatus {
+  kExitOk = 0,
+  kExitUsage = 2,
+  kExitLoadFailed = 3,
+  kExitCrashing = 4,
+  kExitAppIdTaken = 5,
+  kExitNoEnvironment = 6,
+};
+
+enum class ConsoleKind { kPage, kAll, kNone };
+
+struct Options {
+  std::string app_id = "com.example.app";
+  std::vector<std::string> extensions;
+  std::vector<std::string> privileges;
+  int width = 1920;
+  int height = 1080;
+  bool is_headless = false;
+  ConsoleKind console = ConsoleKind::kPage;
+  // A URL, an HTML file or a folder.
+  std::string page;
+};
+
+// What to do instead of running: print a text and exit.
+struct Exit {
+  int status;
+  std::string text;
+};
+
+std::variant<Options, Exit> ParseOptions(int argc, char** argv);
+
+}  // namespace corvis::tv
+
+#endif  // CORVIS_RUNTIME_LAUNCHER_OPTIONS_H_

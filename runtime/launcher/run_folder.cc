@@ -1,0 +1,51 @@
+// The run's folder and what is in it.
+#include "launcher/run_folder.h"
+
+#include <gio/gio.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace corvis::tv {
+
+namespace {
+constexpr const char* kPolicyName = "/policy";
+}  // namespace
+
+RunFolder::RunFolder() {
+  GError* error = nullptr;
+  gchar* path = g_dir_make_tmp("corvis-tv.XXXXXX", &error);
+  if (path != nullptr) path_ = path;
+  g_free(path);
+  g_clear_error(&error);
+}
+
+RunFolder::~RunFolder() {
+  if (path_.empty()) return;
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+bool RunFolder::WritePolicy(const std::string& app_id, const std::vector<std::string>& privileges) const {
+  std::string text;
+  for (const std::string& privilege : privileges)
+    text.append(app_id).append(" ").append(privilege).append("\n");
+  // Replaces the file in one step, so that a reader sees the old policy or the new one.
+  return g_file_set_contents((path_ + kPolicyName).c_str(), text.c_str(), static_cast<gssize>(text.size()),
+                             nullptr);
+}
+
+void RunFolder::SetEnvironment(const std::string& app_id) const {
+  setenv("NURVO_APP_ID", app_id.c_str(), 1);
+  setenv("NURVO_POLICY", (path_ + kPolicyName).c_str(), 1);
+  for (const char* name : {"XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME"})
+    setenv(name, path_.c_str(), 1);
+  // A desktop's services are not looked for, and nothing is drawn by a graphics card that may not be there.
+  setenv("NO_AT_BRIDGE", "1", 1);
+  setenv("GIO_USE_VFS", "local", 1);
+  setenv("GSETTINGS_BACKEND", "memory", 1);
+  setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
+  setenv("WEBKIT_DISABLE_COMPOSITING_MODE", "1", 1);
+}
+
+}  // namespace corvis::tv

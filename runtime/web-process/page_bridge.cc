@@ -1,0 +1,123 @@
+// Evaluates the page-side script, and carries calls and messages across.
+#include "web-process/page_bridge.h"
+
+#include <memory>
+#include <utility>
+
+#include "page_script.h"
+#include "web-process/extension_host.h"
+
+namespace corvis::tv {
+
+namespace {
+
+using JscValue = GObjectPtr<JSCValue>;
+
+// Text from outside may be broken UTF-8, which the script engine does not take.
+JscValue NewString(JSCContext* context, const std::string& text) {
+  const GText valid(g_utf8_make_valid(text.c_str(), static_cast<gssize>(text.size())));
+  return JscValue(jsc_value_new_string(context, valid.get()));
+}
+
+// What the script's functions of the runtime refer to; owned by the script's function object, so that it
+// outlives the page and turns calls from a page that has gone into nothing.
+struct SyncChannel {
+  InstanceHandle instance;
+};
+
+char* SendSync(const char* message, gpointer data) {
+  const std::string reply = CallInstance(static_cast<SyncChannel*>(data)->instance, message);
+  if (reply.empty())
+    return g_strdup(
+        R"({"status":"error","error":{"name":"InvalidStateError","message":"The page has gone"}})");
+  return g_utf8_make_valid(reply.c_str(), static_cast<gssize>(reply.size()));
+}
+
+void Print(const char* level, const char* text, const char* source, gpointer data) {
+  (*static_cast<ConsoleSink*>(data))(level, text, source);
+}
+
+JscValue NewPrintFunction(JSCContext* context, const ConsoleSink& console) {
+  return JscValue(jsc_value_new_function(
+      context, "print", G_CALLBACK(Print), new ConsoleSink(console),
+      [](gpointer data) { delete static_cast<ConsoleSink*>(data); }, G_TYPE_NONE, 3, G_TYPE_STRING,
+      G_TYPE_STRING, G_TYPE_STRING));
+}
+
+JscValue NewSyncFunction(JSCContext* context, InstanceHandle instance) {
+  return JscValue(jsc_value_new_function(
+      context, "sendSync", G_CALLBACK(SendSync), new SyncChannel{instance},
+      [](gpointer data) { delete static_cast<SyncChannel*>(data); }, G_TYPE_STRING, 1, G_TYPE_STRING));
+}
+
+JscValue Evaluate(JSCContext* context, const std::string& text, const char* source_name) {
+  return JscValue(jsc_context_evaluate_with_source_uri(context, text.data(), static_cast<gssize>(text.size()),
+                                                       source_name, 1));
+}
+
+}  // namespace
+
+PageBridge::PageBridge(JSCContext* context, ConsoleSink console)
+    : context_(NewReference(context)), console_(std::move(console)) {
+  const JscValue start = Evaluate(context, kPageScript, "runtime.js");
+  if (TakeException("starting the runtime's script")) return;
+  const JscValue native(jsc_value_new_object(context, nullptr, nullptr));
+  jsc_value_object_set_property(native.get(), "print", NewPrintFunction(context, console_).get());
+  page_side_.reset(jsc_value_function_call(start.get(), JSC_TYPE_VALUE, native.get(), G_TYPE_NONE));
+  if (TakeException("starting the runtime's script")) return;
+  const JscValue watched(jsc_value_object_invoke_method(page_side_.get(), "watch", G_TYPE_NONE));
+  TakeException("watching the console");
+}
+
+PageBridge::~PageBridge() {
+  for (auto instance = instances_.rbegin(); instance != instances_.rend(); ++instance)
+    DestroyInstance(*instance);
+}
+
+void PageBridge::AttachExtensions() {
+  if (!page_side_) return;
+  for (const LoadedExtension& extension : LoadedExtensions()) {
+    AttachExtension(extension.handle, extension.name, extension.script);
+  }
+}
+
+void PageBridge::AttachExtension(ExtensionHandle extension, const std::string& name,
+                                 const std::string& script) {
+  // The function that takes the messages exists only after the script ran, and the script may already call.
+  const auto deliver = std::make_shared<JscValue>();
+  const InstanceHandle instance = CreateInstance(extension, [this, deliver](const std::string& message) {
+    if (!*deliver) return;
+    const JscValue text = NewString(context_.get(), message);
+    const JscValue result(jsc_value_function_call(deliver->get(), JSC_TYPE_VALUE, text.get(), G_TYPE_NONE));
+    TakeException("delivering a message");
+  });
+  instances_.push_back(instance);
+
+  const std::string wrapped =
+      "(function(xwalk,extension,console){var exports={};" + script + "\n;return exports;})";
+  const JscValue build = Evaluate(context_.get(), wrapped, name.c_str());
+  if (TakeException("reading the script API " + name)) return;
+  const JscValue path = NewString(context_.get(), name);
+  const JscValue send_sync = NewSyncFunction(context_.get(), instance);
+  deliver->reset(jsc_value_object_invoke_method(page_side_.get(), "attach", JSC_TYPE_VALUE, path.get(),
+                                                JSC_TYPE_VALUE, build.get(), JSC_TYPE_VALUE, send_sync.get(),
+                                                G_TYPE_NONE));
+  if (TakeException("starting the script API " + name)) deliver->reset();
+}
+
+bool PageBridge::TakeException(const std::string& doing) {
+  JSCException* exception = jsc_context_get_exception(context_.get());
+  if (exception == nullptr) return false;
+  const GText report(jsc_exception_report(exception));
+  console_("uncaught", "Error while " + doing + ": " + report.get(), "page");
+  jsc_context_clear_exception(context_.get());
+  return true;
+}
+
+bool IsOfOrigin(JSCContext* context, const std::string& origin) {
+  const JscValue value = Evaluate(context, "location.protocol + '//' + location.host", "runtime.js");
+  const GText text(jsc_value_to_string(value.get()));
+  return text && origin == text.get();
+}
+
+}  // namespace corvis::tv

@@ -1,0 +1,51 @@
+// One frame's bridge between its script and the runtime: watches the console of every frame, and gives the
+// main frame of the application's own pages the extensions' script APIs. Lives as long as the frame's
+// document.
+#ifndef CORVIS_RUNTIME_WEB_PROCESS_PAGE_BRIDGE_H_
+#define CORVIS_RUNTIME_WEB_PROCESS_PAGE_BRIDGE_H_
+
+#include <jsc/jsc.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "nurvo/runtime.h"
+#include "support/glib_ptr.h"
+
+namespace corvis::tv {
+
+// Takes a console line or an uncaught error: level, text, and "page" or "api".
+using ConsoleSink =
+    std::function<void(const std::string& level, const std::string& text, const std::string& source)>;
+
+// The page-side half in a frame's script context, before any script of the page runs.
+class PageBridge {
+ public:
+  // Null when the script context refuses the runtime's script; the reason goes to `console`.
+  PageBridge(JSCContext* context, ConsoleSink console);
+  // Destroys the instances of this page.
+  ~PageBridge();
+  PageBridge(const PageBridge&) = delete;
+  PageBridge& operator=(const PageBridge&) = delete;
+
+  // Makes an instance of every loaded extension and publishes its script API.
+  void AttachExtensions();
+
+ private:
+  void AttachExtension(ExtensionHandle extension, const std::string& name, const std::string& script);
+  // Reports a script error that is pending, and clears it. True when there was one.
+  bool TakeException(const std::string& doing);
+
+  GObjectPtr<JSCContext> context_;
+  ConsoleSink console_;
+  GObjectPtr<JSCValue> page_side_;
+  std::vector<InstanceHandle> instances_;
+};
+
+// Whether the document of this context is of `origin`, asked of the engine before any script of the page ran.
+bool IsOfOrigin(JSCContext* context, const std::string& origin);
+
+}  // namespace corvis::tv
+
+#endif  // CORVIS_RUNTIME_WEB_PROCESS_PAGE_BRIDGE_H_
