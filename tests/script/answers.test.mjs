@@ -8,13 +8,15 @@ before(async () => {
   browser = await startBrowser();
   page = await browser.open('');
   await page.evaluate(() => {
-    const { api, mismatch } = window.voice;
+    const { api, mismatch, outcome } = window.voice;
     window.read = api.getDataFromSearchTerm;
+    window.readTitle = (st) => outcome(() => window.read(st, 'SEARCH_TERM_TITLE'));
     window.term = { utterance: 'u', title: 't', genre: 'g', cast: 'c', contentType: 'k', from: 'f', to: 'e' };
     window.badTerm = mismatch('param is not valid object');
     window.badField = mismatch('field value is invalid');
     window.item = api.buildVoiceInteractionContentContextItem;
     window.answer = api.buildVoiceInteractionContentContextResponse;
+    window.refusal = (items) => outcome(() => window.answer(items));
   });
 });
 after(() => browser.close());
@@ -27,20 +29,11 @@ test('a field of a search term', () =>
     read(term, 'SEARCH_TERM_RELEASE_DATE_FROM') + read(term, 'SEARCH_TERM_RELEASE_DATE_TO') → 'fe'
     read({ title: 'a' }, 'SEARCH_TERM_GENRE') → undefined
     read(Object.create({ title: 'inherited' }), 'SEARCH_TERM_TITLE') → 'inherited'
-    read(term, 'SEARCH_TERM_RAW') → badField
-    read(term, 'toString') → badField
-    read(term, Symbol()) → badField
-    read(term) → badField
-    read() → badTerm
-    read(null, 'SEARCH_TERM_TITLE') → badTerm
-    read('title', 'SEARCH_TERM_TITLE') → badTerm
-    read({}, 'SEARCH_TERM_TITLE') → badTerm
+    ['SEARCH_TERM_RAW', 'toString', Symbol(), undefined].map((field) => outcome(() => read(term, field))) → Array(4).fill(badField)
+    [undefined, null, 'title', {}, { title: 'a', cast: null }].map(readTitle) → Array(5).fill(badTerm)
+    [{ title: Symbol() }, { title: Object.create(null) }, { title: 'a', year: '2' }].map(readTitle) → Array(3).fill(badTerm)
+    readTitle(Object.create({ year: '2' }, { title: { value: 'a' } })) → badTerm
     read({ title: 5 }, 'SEARCH_TERM_RAW') → badTerm
-    read({ title: 'a', cast: null }, 'SEARCH_TERM_TITLE') → badTerm
-    read({ title: Symbol() }, 'SEARCH_TERM_TITLE') → badTerm
-    read({ title: Object.create(null) }, 'SEARCH_TERM_TITLE') → badTerm
-    read({ title: 'a', year: '2' }, 'SEARCH_TERM_TITLE') → badTerm
-    read(Object.create({ year: '2' }, { title: { value: 'a' } }), 'SEARCH_TERM_TITLE') → badTerm
     logged(() => read({ to: '1' }, 'SEARCH_TERM_RELEASE_DATE_TO'))[0] → 'Investigate to'
     logs[1] → 'Data for to: 1 type : string'
     logs[2] → 'Value for [SEARCH_TERM_RELEASE_DATE_TO] is [1]'
@@ -78,13 +71,9 @@ test('content-context items and the answer made of them', () =>
     answer([]) → '[]'
     JSON.parse(answer([item(NaN, 2, 'P', [1], true)]))[0].positionX → null
     answer([{ more: 1, ...item(1, 2, 'P', [], true) }, , ]).slice(0, 23) → '[{"more":1,"positionX":'
-    answer({ length: 0 }) → mismatch('contentContextArr is not array')
-    answer() → mismatch('contentContextArr is not array')
-    answer(['x', {}]) → mismatch('param is not object')
-    answer([undefined]) → mismatch('param is not object')
-    answer([null]) → mismatch('param contains invalid object')
-    answer([{}]) → mismatch('param contains invalid object')
-    answer([[]]) → mismatch('param contains invalid object')
+    [{ length: 0 }, undefined].map(refusal) → Array(2).fill(mismatch('contentContextArr is not array'))
+    [['x', {}], [undefined]].map(refusal) → Array(2).fill(mismatch('param is not object'))
+    [[null], [{}], [[]]].map(refusal) → Array(3).fill(mismatch('param contains invalid object'))
     answer([item(1, 2, '', [], true), { title: 1 }]) → mismatch('title is not string')
     answer([{ title: '' }]) → mismatch('alias is not array')
     answer([{ title: '', alias: [] }]) → mismatch('positionX is not number')
