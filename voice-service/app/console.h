@@ -1,0 +1,56 @@
+// The prompt of the voice service: its commands, and phrases.
+#ifndef CORVIS_VOICE_APP_CONSOLE_H_
+#define CORVIS_VOICE_APP_CONSOLE_H_
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/line_source.h"
+#include "core/items.h"
+#include "run/conversation.h"
+
+namespace corvis::voice {
+
+class Console {
+ public:
+  Console(Conversation& conversation, LineSource& lines) : conversation_(conversation), lines_(lines) {}
+
+  // Takes lines until the end of input or "quit".
+  void Run();
+
+  // Everything that completes what is typed: commands, phrases, actions.
+  static std::vector<std::string> CompletionWords();
+
+ private:
+  using Handler = void (Console::*)(const std::string& argument);
+  struct CommandRow {
+    const char* name;
+    const char* usage;
+    const char* help;
+    Handler run;
+  };
+  static const std::vector<CommandRow>& Commands();
+
+  void Handle(const std::string& line);
+  void ShowTurn(const Turn& turn);
+
+  void Help(const std::string& argument);
+  void Apps(const std::string& argument);
+  void ListActions(const std::string& argument);
+  void Items(const std::string& argument);
+  void SayPhrase(const std::string& argument);
+  void Restart(const std::string& argument);
+  void Reload(const std::string& argument);
+  void Quit(const std::string& argument);
+
+  Conversation& conversation_;
+  LineSource& lines_;
+  bool is_over_ = false;
+  // The last items, for comparing.
+  std::optional<ItemList> items_;
+};
+
+}  // namespace corvis::voice
+
+#endif  // CORVIS_VOICE_APP_CONSOLE_H_

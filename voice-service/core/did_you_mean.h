@@ -1,0 +1,19 @@
+// Suggestions for mistyped words.
+#ifndef CORVIS_VOICE_CORE_DID_YOU_MEAN_H_
+#define CORVIS_VOICE_CORE_DID_YOU_MEAN_H_
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvis::voice {
+
+// The candidate that is closest to `word`, when it is close enough to be meant; empty otherwise.
+std::string ClosestTo(std::string_view word, const std::vector<std::string>& candidates);
+
+// " Did you mean …?" or nothing.
+std::string DidYouMean(std::string_view word, const std::vector<std::string>& candidates);
+
+}  // namespace corvis::voice
+
+#endif  // CORVIS_VOICE_CORE_DID_YOU_MEAN_H_

@@ -1,0 +1,33 @@
+// Puts an answer that came in "partial_result" pieces together again.
+#ifndef CORVIS_VOICE_CORE_PIECE_JOINER_H_
+#define CORVIS_VOICE_CORE_PIECE_JOINER_H_
+
+#include <cstddef>
+#include <string>
+
+namespace corvis::voice {
+
+// The pieces of one answer follow each other, and each says how many bytes the whole answer has.
+class PieceJoiner {
+ public:
+  enum class State { kIncomplete, kComplete, kBroken };
+
+  // Takes the next piece. kBroken when the pieces don't fit each other; what came so far is dropped then.
+  State Add(const std::string& piece, size_t total);
+
+  bool is_empty() const { return pieces_ == 0; }
+  int pieces() const { return pieces_; }
+
+  // The whole answer; the joiner is empty afterwards.
+  std::string Take();
+  void Clear() { Take(); }
+
+ private:
+  std::string data_;
+  size_t total_ = 0;
+  int pieces_ = 0;
+};
+
+}  // namespace corvis::voice
+
+#endif  // CORVIS_VOICE_CORE_PIECE_JOINER_H_

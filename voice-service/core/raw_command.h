@@ -1,0 +1,26 @@
+// Commands in the raw: an action's name and its data, as they go over the wire.
+#ifndef CORVIS_VOICE_CORE_RAW_COMMAND_H_
+#define CORVIS_VOICE_CORE_RAW_COMMAND_H_
+
+#include <string>
+#include <string_view>
+
+#include "core/actions.h"
+
+namespace corvis::voice {
+
+// Whether a line is meant as a raw command: it begins with "ACTION_".
+bool IsRawCommand(std::string_view line);
+
+// Reads "ACTION_NAME data". Behind the name and one blank, everything is the data as it stands. For the
+// actions whose data is a bundle, data that consists of key=value and key="two words" pairs (with \" and
+// \\ in quotes) becomes the bundle; other data is sent as text. An action that is not in the table is taken,
+// too.
+Command ParseRawCommand(std::string_view line);
+
+// A sentence with a suggestion when the command's action is not in the table; empty otherwise.
+std::string UnknownActionWarning(const Command& command);
+
+}  // namespace corvis::voice
+
+#endif  // CORVIS_VOICE_CORE_RAW_COMMAND_H_

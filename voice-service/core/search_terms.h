@@ -1,0 +1,18 @@
+// What somebody searches for, taken apart into the search terms that applications read.
+#ifndef CORVIS_VOICE_CORE_SEARCH_TERMS_H_
+#define CORVIS_VOICE_CORE_SEARCH_TERMS_H_
+
+#include <string>
+
+#include "core/actions.h"
+
+namespace corvis::voice {
+
+// The entries of a search bundle: "utterance" (the whole phrase), then those of title, genre, cast,
+// content_type, from and to that are found in `words`, and "raw" (the words). "comedies with Jane Doe from
+// 1990 to 2000" has a genre, a cast and a range of dates.
+Entries SearchTerms(const std::string& phrase, const std::string& words);
+
+}  // namespace corvis::voice
+
+#endif  // CORVIS_VOICE_CORE_SEARCH_TERMS_H_

@@ -1,0 +1,226 @@
+// The statements of the language, by a table.
+#include "script/voice_script.h"
+
+#include "core/did_you_mean.h"
+#include "script/line_reader.h"
+
+namespace corvis::voice {
+
+namespace {
+
+void ReadMatcher(LineReader& line, Step& step) {
+  step.has_matcher = true;
+  Matcher& matcher = step.matcher;
+  if (line.TakeWord("contains")) {
+    matcher = {MatchKind::kContains, {line.Text()}};
+  } else if (line.TakeWord("matches")) {
+    if (line.Peek() != '/') return line.Fail("Here stands a regular expression between slashes.");
+    matcher = {MatchKind::kMatches, {line.Between('/')}};
+  } else if (line.TakeWord("json")) {
+    matcher = {MatchKind::kJson, {line.Rest("a JSON text")}};
+  } else if (line.TakeWord("one")) {
+    line.OneOf({"of"});
+    matcher = {MatchKind::kOneOf, {}};
+    while (!line.is_at_end()) matcher.texts.push_back(line.Text(/*may_be_bare=*/true));
+    if (matcher.texts.empty()) line.Fail("Here stand the texts that are allowed.");
+  } else {
+    line.TakeWord("is");
+    matcher = {MatchKind::kExact, {line.Text(/*may_be_bare=*/true)}};
+  }
+  if (line.has_failed()) return;
+  const std::string problem = MatcherProblem(matcher);
+  if (!problem.empty()) line.Fail(problem);
+}
+
+void ReadName(LineReader& line, Step& step) {
+  step.text = line.Text();
+}
+void ReadRest(LineReader& line, Step& step) {
+  step.text = line.Rest("a text");
+}
+void ReadNothing(LineReader& /*line*/, Step& /*step*/) {}
+void ReadDuration(LineReader& line, Step& step) {
+  step.duration = line.Duration();
+}
+
+// A phrase may stand in quotation marks, or bare to the end of the line.
+void ReadPhrase(LineReader& line, Step& step) {
+  step.text = line.Peek() == '"' ? line.Text() : line.Rest("what is said");
+}
+
+void ReadSend(LineReader& line, Step& step) {
+  if (line.Peek() == '\0') return line.Fail("Here stands an action, such as ACTION_PLAY, and its data.");
+  step.text = line.Rest("an action");
+}
+
+void ReadInject(LineReader& line, Step& step) {
+  if (line.TakeWord("after")) step.duration = line.Duration();
+  step.entries = line.Pairs();
+}
+
+void ReadExpect(LineReader& line, Step& step) {
+  if (line.TakeWord("no")) {
+    line.OneOf({"answer"});
+    step.kind = StepKind::kNoAnswer;
+    if (line.TakeWord("within")) step.duration = line.Duration();
+  } else if (line.TakeWord("action")) {
+    step.kind = StepKind::kAction;
+    step.text = line.Word();
+    if (step.text.empty()) line.Fail("Here stands an action, such as ACTION_PLAY.");
+    if (!line.is_at_end()) {
+      line.OneOf({"with"});
+      ReadMatcher(line, step);
+    }
+  } else {
+    ReadMatcher(line, step);
+  }
+}
+
+void ReadSubjectAndMatcher(LineReader& line, Step& step) {
+  step.text = line.Text();
+  if (!line.has_failed() && line.is_at_end())
+    return line.Fail("Here stands what it should be, such as is \"Play\".");
+  ReadMatcher(line, step);
+}
+
+void ReadItems(LineReader& line, Step& step) {
+  if (line.TakeWord("count")) {
+    step.kind = StepKind::kItemCount;
+    step.is_at_least = line.OneOf({"is", "at"}) == "at";
+    if (step.is_at_least) line.OneOf({"least"});
+    step.number = line.Number();
+    return;
+  }
+  line.OneOf({"changed"});
+  step.kind = StepKind::kItemChange;
+  step.text = line.OneOf({"none", "moved", "appeared", "vanished"});
+  if (step.text != "none") step.number = line.Number();
+}
+
+void ReadItem(LineReader& line, Step& step) {
+  if (line.Peek() == '"') {
+    step.kind = StepKind::kItemNumber;
+    step.text = line.Text();
+    line.OneOf({"is"});
+    step.number = line.Number();
+    return;
+  }
+  step.number = line.Number();
+  for (const char* state : {"focused", "visible", "hidden"}) {
+    if (!line.TakeWord(state)) continue;
+    step.kind = StepKind::kItemState;
+    step.text = state;
+    return;
+  }
+  step.kind = StepKind::kItemTitle;
+  ReadMatcher(line, step);
+}
+
+void ReadRestart(LineReader& line, Step& /*step*/) {
+  line.TakeWord("service");
+}
+
+void ReadPrivileges(LineReader& line, Step& step) {
+  if (line.is_at_end()) return line.Fail("Here stands none, or microphone, voicecontrol or URIs.");
+  while (!line.is_at_end()) step.words.push_back(line.Word());
+  if (step.words.size() == 1 && step.words[0] == "none") step.words.clear();
+}
+
+struct Statement {
+  const char* word;
+  StepKind kind;
+  void (*read)(LineReader& line, Step& step);
+};
+
+constexpr Statement kStatements[] = {
+    {"test", StepKind::kTest, ReadName},
+    {"note", StepKind::kNote, ReadRest},
+    {"say", StepKind::kSay, ReadPhrase},
+    {"send", StepKind::kSend, ReadSend},
+    {"inject", StepKind::kInject, ReadInject},
+    {"expect", StepKind::kExpect, ReadExpect},
+    {"within", StepKind::kWithin, ReadDuration},
+    {"show", StepKind::kShow, ReadSubjectAndMatcher},
+    {"value", StepKind::kValue, ReadSubjectAndMatcher},
+    {"items", StepKind::kItemCount, ReadItems},
+    {"item", StepKind::kItemTitle, ReadItem},
+    {"reload", StepKind::kReload, ReadNothing},
+    {"open", StepKind::kOpen, ReadName},
+    {"restart", StepKind::kRestart, ReadRestart},
+    {"privileges", StepKind::kPrivileges, ReadPrivileges},
+    {"timeout", StepKind::kTimeout, ReadDuration},
+};
+
+const Statement* FindStatement(const std::string& word, std::string& problem) {
+  std::vector<std::string> words;
+  for (const Statement& statement : kStatements) {
+    if (word == statement.word) return &statement;
+    words.emplace_back(statement.word);
+  }
+  problem = "There is no statement \"" + word + "\"." + DidYouMean(word, words);
+  return nullptr;
+}
+
+// Whether a step checks the answer of what was said before it in the same test.
+bool NeedsAnswer(StepKind kind) {
+  return kind == StepKind::kExpect || kind == StepKind::kNoAnswer || kind == StepKind::kAction ||
+         kind == StepKind::kWithin;
+}
+
+class Parser {
+ public:
+  explicit Parser(VoiceScript& script) : script_(script) {}
+
+  void ReadLine(std::string_view text, int number) {
+    LineReader line(text);
+    if (line.is_at_end() || line.Peek() == '#') return;
+    Step step;
+    step.place = {number, static_cast<int>(text.find_first_not_of(" \t")) + 1};
+    step.source = text.substr(static_cast<size_t>(step.place.column) - 1);
+    std::string problem;
+    const Statement* statement = FindStatement(line.Word(), problem);
+    if (statement == nullptr) return AddError(step.place, problem);
+    step.kind = statement->kind;
+    statement->read(line, step);
+    line.End();
+    if (line.has_failed()) return AddError({number, line.problem_column()}, line.problem());
+    Add(std::move(step));
+  }
+
+ private:
+  void Add(Step step) {
+    if (step.kind == StepKind::kTest) has_command_ = false;
+    if (step.kind == StepKind::kSay || step.kind == StepKind::kSend) has_command_ = true;
+    if (NeedsAnswer(step.kind) && !has_command_) {
+      return AddError(step.place, "Nothing has been said yet; a say or send stands before this.");
+    }
+    script_.steps.push_back(std::move(step));
+  }
+
+  void AddError(Place place, const std::string& sentence) { script_.errors.push_back({place, sentence}); }
+
+  VoiceScript& script_;
+  bool has_command_ = false;
+};
+
+}  // namespace
+
+VoiceScript ParseVoiceScript(std::string_view text, const std::string& file) {
+  VoiceScript script;
+  script.file = file;
+  Parser parser(script);
+  for (int number = 1; !text.empty(); ++number) {
+    const size_t end = text.find('\n');
+    std::string_view line = text.substr(0, end);
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    parser.ReadLine(line, number);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  }
+  return script;
+}
+
+std::string Located(const std::string& file, const Place& place, const std::string& sentence) {
+  return file + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ": " + sentence;
+}
+
+}  // namespace corvis::voice

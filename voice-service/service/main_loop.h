@@ -1,0 +1,21 @@
+// Waiting on the main loop, with a deadline.
+#ifndef CORVIS_VOICE_SERVICE_MAIN_LOOP_H_
+#define CORVIS_VOICE_SERVICE_MAIN_LOOP_H_
+
+#include <chrono>
+#include <functional>
+
+namespace corvis::voice {
+
+// Runs the main loop until `holds` is true or the time is over, or SIGINT or SIGTERM came. Returns whether it
+// holds.
+bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds timeout);
+
+// From now on SIGINT and SIGTERM end every wait instead of the process.
+void EndWaitsOnSignals();
+// Whether such a signal came.
+bool IsInterrupted();
+
+}  // namespace corvis::voice
+
+#endif  // CORVIS_VOICE_SERVICE_MAIN_LOOP_H_
