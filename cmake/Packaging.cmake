@@ -9,6 +9,8 @@ install(TARGETS corvis_voiceinteraction LIBRARY DESTINATION ${CMAKE_INSTALL_LIBD
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/platform/include/nurvo DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvis
         COMPONENT library)
 install(FILES ${CMAKE_BINARY_DIR}/voiceinteraction_api.js DESTINATION ${kit_datadir} COMPONENT library)
+# Relative to itself, so that it is right wherever the package is put.
+file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/corvis_voiceinteraction.pc.in corvis_voiceinteraction.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/corvis_voiceinteraction.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT library)
@@ -21,11 +23,15 @@ endif()
 
 if(TARGET corvis-tv)
   set_target_properties(corvis-tv corvis-voice PROPERTIES INSTALL_RPATH "$ORIGIN/../../${kit_libdir}")
-  set_target_properties(corvis_tv_web_process PROPERTIES INSTALL_RPATH "$ORIGIN")
+  set_target_properties(corvis_tv_web_process PROPERTIES INSTALL_RPATH "$ORIGIN/..")
   install(TARGETS corvis-tv corvis-voice RUNTIME DESTINATION ${kit_libexecdir} COMPONENT kit)
-  install(TARGETS corvis_tv_web_process LIBRARY DESTINATION ${kit_libdir} COMPONENT kit)
+  install(TARGETS corvis_tv_web_process LIBRARY DESTINATION ${kit_libdir}/web-process COMPONENT kit)
   install(PROGRAMS ${CMAKE_SOURCE_DIR}/corvis DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT kit)
   install(FILES ${CMAKE_SOURCE_DIR}/tools/stage.sh DESTINATION ${kit_datadir}/tools COMPONENT kit)
+  file(WRITE ${CMAKE_BINARY_DIR}/places "kit_bin=${CMAKE_INSTALL_LIBEXECDIR}/corvis
+kit_library=${CMAKE_INSTALL_LIBDIR}/libcorvis_voiceinteraction.so
+")
+  install(FILES ${CMAKE_BINARY_DIR}/places DESTINATION ${kit_datadir} COMPONENT kit)
   install(DIRECTORY ${CMAKE_SOURCE_DIR}/examples ${CMAKE_SOURCE_DIR}/types DESTINATION ${kit_datadir} COMPONENT kit)
   install(DIRECTORY ${CMAKE_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT kit)
 endif()

@@ -128,6 +128,7 @@ corvis_test() {
     esac
   done
   [ ${#parts[@]} -gt 0 ] || parts=(native script kit)
+  shopt -s nullglob
   install_missing "${kit_packages[@]}" "${test_packages[@]}"
   cd "$home"
   if [ -n "$sanitize" ]; then
@@ -142,7 +143,7 @@ corvis_test() {
       case $part in
         native) native_tests "$build" ;;
         script) prepare_node; node_tests "script tests" tests/script/*.test.mjs tests/types/*.test.mjs ;;
-        kit) prepare_node; node_tests "kit tests" tests/kit/*.test.mjs tests/examples/*.test.mjs ;;
+        kit) prepare_node; node_tests "kit tests" tests/{runtime,examples,kit}/*.test.mjs ;;
       esac
     done
   fi

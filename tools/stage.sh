@@ -4,12 +4,12 @@ privilege_base=http://developer.nurvo.example/privilege
 
 stage= stage_pids=()
 
-# Where the kit's programs and libraries are.
-kit_bin() { [ -n "$build" ] && echo "$build/bin" || echo "$home/../libexec/corvis"; }
-kit_library() {
-  [ -n "$build" ] && echo "$build/lib/libcorvis_voiceinteraction.so" && return
-  cat "$share/library-path"
-}
+# Where the kit's programs and the library are; an installation notes the places below its prefix.
+kit_bin=$build/bin kit_library=$build/lib/libcorvis_voiceinteraction.so
+if [ -z "$build" ]; then
+  . "$share/places"
+  kit_bin=$home/../$kit_bin kit_library=$home/../$kit_library
+fi
 [ -n "$build" ] || prepare_kit() { :; }
 
 # Ends everything that was started, in reverse order, and removes the run's folder. Set on EXIT.
@@ -87,12 +87,10 @@ stage_run() {
   fi
 
   stage_begin
-  local bin
-  bin=$(kit_bin)
-  "$bin/corvis-tv" --app-id "$app_id" --extension "$(kit_library)" "${runtime[@]}" "$page" </dev/null &
+  "$kit_bin/corvis-tv" --app-id "$app_id" --extension "$kit_library" "${runtime[@]}" "$page" </dev/null &
   local runtime_pid=$!
   stage_pids+=("$runtime_pid")
-  "$bin/corvis-voice" --app "$app_id" "$@" <&0 &
+  "$kit_bin/corvis-voice" --app "$app_id" "$@" <&0 &
   local voice_pid=$!
   stage_pids+=("$voice_pid")
 

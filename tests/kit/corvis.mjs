@@ -6,6 +6,7 @@ import path from 'node:path';
 import { fileURLToPath } from 'node:url';
 
 export const root = path.resolve(path.dirname(fileURLToPath(import.meta.url)), '../..');
+export const build = process.env.CORVIS_BUILD ?? path.join(root, 'build');
 
 // A folder for one test, gone after it. Runs put their private folders into it, so that leftovers show.
 export function scratchFolder(t) {
@@ -29,7 +30,9 @@ export function start(args, { input, env = {}, cwd = tmpdir() } = {}) {
   child.stderr.on('data', (data) => (text += data));
   child.stdin.on('error', () => {});
   if (input !== undefined) child.stdin.end(input);
-  const exited = new Promise((resolve) => child.on('close', (code, signal) => resolve({ code, signal, text })));
+  const exited = new Promise((resolve) =>
+    child.on('close', (code, signal) => resolve({ code, signal, text }))
+  );
   return { child, exited, output: () => text };
 }
 
@@ -48,7 +51,8 @@ export async function until(holds, command, seconds = 20) {
   for (;;) {
     const value = holds();
     if (value) return value;
-    if (Date.now() > deadline) throw new Error(`waited ${seconds} s in vain; printed so far:\n${command.output()}`);
+    if (Date.now() > deadline)
+      throw new Error(`waited ${seconds} s in vain; printed so far:\n${command.output()}`);
     await new Promise((resolve) => setTimeout(resolve, 20));
   }
 }

@@ -8,7 +8,14 @@ test('the demo answers as expected, in milliseconds, and leaves nothing behind',
   const folder = scratchFolder(t);
   const { code, text } = await run(['demo'], { env: { TMPDIR: folder } });
   assert.equal(code, 0, text);
-  for (const part of ['ACTION_PLAY', 'ACTION_PAUSE', 'ACTION_NAVIGATION', 'ACTION_SEARCH', 'not_support', 'success']) {
+  for (const part of [
+    'ACTION_PLAY',
+    'ACTION_PAUSE',
+    'ACTION_NAVIGATION',
+    'ACTION_SEARCH',
+    'not_support',
+    'success',
+  ]) {
     assert.ok(text.includes(part), `${part} is missing in:\n${text}`);
   }
   const times = [...text.matchAll(/([\d.]+) ms/g)].map((match) => Number(match[1]));

@@ -1,0 +1,50 @@
+// The packages, taken apart into an empty root: the kit works there without the source tree.
+import assert from 'node:assert/strict';
+import { execFileSync, spawnSync } from 'node:child_process';
+import { readdirSync } from 'node:fs';
+import path from 'node:path';
+import { test } from 'node:test';
+import { build, scratchFolder, writePage } from './corvis.mjs';
+
+function unpackedRoot(t) {
+  const folder = scratchFolder(t);
+  execFileSync('cpack', ['-G', 'DEB', '-B', folder, '--config', path.join(build, 'CPackConfig.cmake')]);
+  const root = path.join(folder, 'root');
+  const packages = readdirSync(folder).filter((name) => name.endsWith('.deb'));
+  for (const name of packages) execFileSync('dpkg', ['-x', path.join(folder, name), root]);
+  return { root, packages };
+}
+
+test('the packages run an application from an empty root', (t) => {
+  const { root, packages } = unpackedRoot(t);
+  assert.equal(packages.length, 2, packages.join());
+  const page = writePage(
+    t,
+    `<script>corvis.voiceinteraction.setCallback({ onpause: function () { return 'paused here'; } });
+     corvis.voiceinteraction.listen();</script>`
+  );
+  const corvis = path.join(root, 'usr/bin/corvis');
+  const env = { ...process.env, DISPLAY: '' };
+  const run = spawnSync(corvis, ['run', page], {
+    input: 'pause\n',
+    encoding: 'utf8',
+    cwd: '/',
+    env,
+    timeout: 30000,
+  });
+  assert.equal(run.status, 0, run.stderr);
+  assert.match(run.stdout, /ACTION_PAUSE {2}-> {2}paused here/);
+  assert.equal(spawnSync(corvis, ['test']).status, 2, 'what needs the source tree is refused');
+
+  const withPrefix = {
+    ...env,
+    PKG_CONFIG_PATH: path.join(root, 'usr/lib/pkgconfig'),
+    PKG_CONFIG_SYSROOT_DIR: root,
+  };
+  const flags = execFileSync('pkg-config', ['--cflags', 'corvis_voiceinteraction'], {
+    env: withPrefix,
+    encoding: 'utf8',
+  });
+  const source = '#include <nurvo/runtime.h>\nint main() { return kExtensionEntryPointName[0] == 0; }';
+  execFileSync('g++', ['-x', 'c++', '-fsyntax-only', ...flags.trim().split(' '), '-'], { input: source });
+});
