@@ -72,7 +72,7 @@ const std::vector<PhraseRow>& PhraseTable() {
 
       {"(show|go) [to] [the] home [screen]", "ACTION_CHANGE_APP_STATE", "Home"},
       {"(show|go) [to] [the] player", "ACTION_CHANGE_APP_STATE", "Player"},
-      {"(show|go) [to] [my] lists", "ACTION_CHANGE_APP_STATE", "List"},
+      {"(show|go) [to] [the|my] lists", "ACTION_CHANGE_APP_STATE", "List"},
       {"(show|go) [to] [the] settings", "ACTION_CHANGE_APP_STATE", "Setting"},
       {"(show|go) [to] [the] search", "ACTION_CHANGE_APP_STATE", "Search"},
       {"where am i", "ACTION_REQUEST_APP_CONTEXT", ""},

@@ -11,9 +11,9 @@ namespace {
 
 constexpr size_t kSaidWidth = 36;
 constexpr size_t kActionWidth = 30;
-constexpr size_t kDataWidth = 34;
-constexpr size_t kPageWidth = 16;
-constexpr size_t kAnswerWidth = 16;
+constexpr size_t kDataWidth = 26;
+constexpr size_t kPageWidth = 18;
+constexpr size_t kAnswerWidth = 12;
 
 bool IsContinuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
