@@ -9,6 +9,8 @@ import { plainElementMap } from './plain-element-map.mjs';
 const { values: options } = parseArgs({ options: { short: { type: 'boolean' }, json: { type: 'string' } } });
 const sizes = options.short ? [100] : [1000, 5000, 20000];
 const rounds = options.short ? 3 : 15;
+// Run first and not counted, so that a page's first round doesn't time the compiler.
+const warmUps = options.short ? 0 : 3;
 // The plain implementation takes minutes on the largest lists; it runs where it stays below some 10 s a round.
 const plainRounds = options.short ? 1 : 3;
 const plainLimit = 5000;
@@ -88,9 +90,10 @@ function median(numbers) {
 async function measurePage(browser, name, size) {
   const page = await browser.open(workloads.get(name)(size));
   const runs = [];
-  for (let i = 0; i < rounds; i++) {
-    const withPlain = size <= plainLimit && i < plainRounds;
-    runs.push(await page.evaluate(measure, { reference: String(plainElementMap), withPlain }));
+  for (let i = -warmUps; i < rounds; i++) {
+    const withPlain = size <= plainLimit && i >= 0 && i < plainRounds;
+    const run = await page.evaluate(measure, { reference: String(plainElementMap), withPlain });
+    if (i >= 0) runs.push(run);
   }
   await page.close();
   const middle = (kind) => median(runs.map((run) => run[kind]).filter((time) => time !== null));

@@ -18,8 +18,8 @@ function generateXpath(element, walkMemory) {
     children = childrenOf(parent, element, generateXpath(parent, memory));
     memory.set(parent, children);
   }
-  var tag = children.tags.get(element.tagName);
-  if (!tag || !advanceTo(element, children)) {
+  var tag = advanceTo(element, children);
+  if (!tag) {
     // The page changed while it was walked; what is remembered of these children is out of date.
     return generateXpath(element);
   }
@@ -28,7 +28,8 @@ function generateXpath(element, walkMemory) {
 
 // A form that has a field named "id" gives that field as its `id`.
 function idOf(element) {
-  return typeof element.id === 'string' ? element.id : element.getAttribute('id');
+  var id = element.id;
+  return typeof id === 'string' ? id : element.getAttribute('id');
 }
 
 // What is remembered of a parent's children: by tag name how many there are, their path without a position,
@@ -45,16 +46,19 @@ function childrenOf(parent, element, parentPath) {
       tags.set(child.tagName, { path: path, count: 1, position: 0 });
     }
   }
-  return { tags: tags, at: null, next: first };
+  return { tags: tags, at: null, tag: null, next: first };
 }
 
-// Goes on to the child asked for, counting by tag name. A walk asks in document order, so each child is
-// passed once. False when the child isn't ahead.
+// Goes on to the child asked for, counting by tag name, and gives what is remembered of its tag name. A walk
+// asks in document order, so each child is passed once. Nothing when the child isn't ahead.
 function advanceTo(element, children) {
   while (children.at !== element && children.next) {
     children.at = children.next;
-    children.next = children.next.nextElementSibling;
-    children.tags.get(children.at.tagName).position++;
+    children.next = children.at.nextElementSibling;
+    children.tag = children.tags.get(children.at.tagName);
+    if (children.tag) {
+      children.tag.position++;
+    }
   }
-  return children.at === element;
+  return children.at === element ? children.tag : undefined;
 }
