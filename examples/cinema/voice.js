@@ -248,13 +248,18 @@
     badge.textContent = 'Listening';
   }
 
+  function showOff(reason) {
+    badge.textContent = reason;
+    badge.className = 'badge off';
+  }
+
   if (!voice) {
-    badge.textContent = 'No voice control here';
+    showOff('No voice control here');
     return;
   }
   try {
     start();
   } catch (error) {
-    badge.textContent = 'No voice control: ' + error.message;
+    showOff('No voice control: ' + error.message);
   }
 })();
