@@ -27,7 +27,7 @@ if(TARGET corvis-tv)
   install(TARGETS corvis-tv corvis-voice RUNTIME DESTINATION ${kit_libexecdir} COMPONENT kit)
   install(TARGETS corvis_tv_web_process LIBRARY DESTINATION ${kit_libdir}/web-process COMPONENT kit)
   install(PROGRAMS ${CMAKE_SOURCE_DIR}/corvis DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT kit)
-  install(FILES ${CMAKE_SOURCE_DIR}/tools/stage.sh DESTINATION ${kit_datadir}/tools COMPONENT kit)
+  install(FILES ${CMAKE_SOURCE_DIR}/tools/apps.sh ${CMAKE_SOURCE_DIR}/tools/stage.sh DESTINATION ${kit_datadir}/tools COMPONENT kit)
   file(WRITE ${CMAKE_BINARY_DIR}/places "kit_bin=${CMAKE_INSTALL_LIBEXECDIR}/corvis
 kit_library=${CMAKE_INSTALL_LIBDIR}/libcorvis_voiceinteraction.so
 ")

@@ -1,18 +1,14 @@
 // corvis-voice: the TV's voice service for a desktop.
 #include <clocale>
 #include <cstdio>
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <variant>
 
 #include "app/console.h"
 #include "app/line_source.h"
 #include "app/options.h"
-#include "report/narrator.h"
+#include "app/script_run.h"
 #include "run/conversation.h"
-#include "run/script_runner.h"
-#include "script/voice_script.h"
 #include "service/main_loop.h"
 #include "service/voice_service.h"
 
@@ -27,61 +23,39 @@ int Fail(int status, const std::string& sentence) {
   return status;
 }
 
-// Reads all scripts before anything runs, and prints every error that is in them.
-bool ReadScripts(const std::vector<std::string>& files, std::vector<VoiceScript>& scripts) {
-  bool is_ok = true;
-  for (const std::string& file : files) {
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream text;
-    if (!stream || !(text << stream.rdbuf())) {
-      Fail(kExitUsage, "The script " + file + " can't be read, or is empty.");
-      is_ok = false;
-      continue;
-    }
-    scripts.push_back(ParseVoiceScript(text.str(), file));
-    for (const ScriptError& error : scripts.back().errors) {
-      std::fprintf(stderr, "%s\n", Located(file, error.place, error.sentence).c_str());
-      is_ok = false;
-    }
-  }
-  return is_ok;
+int InterruptedStatus() {
+  return IsTimeOver() ? kExitTimeOver : kExitInterrupted;
 }
 
-int RunScripts(const Options& options, const std::vector<VoiceScript>& scripts, Conversation& conversation) {
-  Narrator narrator(stdout);
-  std::vector<Reporter*> reporters = {&narrator};
-  ScriptRunner runner(conversation, reporters, Clock::now() + options.total_timeout);
-  for (const VoiceScript& script : scripts) runner.Run(script);
-  for (Reporter* reporter : reporters) reporter->OnEnd();
-  if (IsInterrupted()) return kExitInterrupted;
-  return runner.totals().failed == 0 ? kExitOk : kExitFailed;
-}
-
-int Run(const Options& options) {
-  std::vector<VoiceScript> scripts;
-  if (!ReadScripts(options.scripts, scripts)) return kExitUsage;
-  std::unique_ptr<LineSource> lines;
-  if (scripts.empty()) lines = LineSource::Open(Console::CompletionWords());
-  VoiceService service([&lines](const std::string& sentence) {
-    if (lines) {
-      lines->Show(sentence);
-    } else {
-      std::fprintf(stderr, "%s\n", sentence.c_str());
-    }
-  });
+int RunPrompt(const Options& options) {
+  const std::unique_ptr<LineSource> lines = LineSource::Open(Console::CompletionWords());
+  VoiceService service([&lines](const std::string& sentence) { lines->Show(sentence); });
   const std::string problem = service.Start();
   if (!problem.empty()) return Fail(kExitNoBus, problem);
   EndWaitsOnSignals();
   Conversation conversation(service, options.app_id, options.timeout);
   const std::string absence = conversation.WaitForApp(kRegistrationTimeout);
   if (IsInterrupted()) return kExitInterrupted;
-  if (!absence.empty()) {
-    if (!lines) return Fail(kExitNoApp, absence);
-    lines->Show(absence);
-  }
-  if (!lines) return RunScripts(options, scripts, conversation);
+  if (!absence.empty()) lines->Show(absence);
   Console(conversation, *lines).Run();
   return IsInterrupted() ? kExitInterrupted : kExitOk;
+}
+
+int RunScripts(const Options& options) {
+  std::vector<VoiceScript> scripts;
+  if (!ReadScripts(options.scripts, scripts)) return kExitUsage;
+  if (options.is_check_only) return kExitOk;
+  ScriptRun run(options, scripts);
+  VoiceService service([](const std::string& sentence) { std::fprintf(stderr, "%s\n", sentence.c_str()); });
+  const std::string problem = service.Start();
+  if (!problem.empty()) return run.Abort(kExitNoBus, problem);
+  EndWaitsOnSignals();
+  EndWaitsAfter(options.total_timeout);
+  Conversation conversation(service, options.app_id, options.timeout);
+  const std::string absence = conversation.WaitForApp(kRegistrationTimeout);
+  if (IsInterrupted())
+    return run.Abort(InterruptedStatus(), "The run ended before the application listened.");
+  return absence.empty() ? run.Run(conversation) : run.Abort(kExitNoApp, absence);
 }
 
 }  // namespace
@@ -96,5 +70,6 @@ int main(int argc, char** argv) {
     std::fputs(exit->text.c_str(), exit->status == corvis::voice::kExitOk ? stdout : stderr);
     return exit->status;
   }
-  return corvis::voice::Run(std::get<corvis::voice::Options>(parsed));
+  const auto& options = std::get<corvis::voice::Options>(parsed);
+  return options.scripts.empty() ? corvis::voice::RunPrompt(options) : corvis::voice::RunScripts(options);
 }

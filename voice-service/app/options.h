@@ -15,15 +15,34 @@ enum ExitStatus {
   kExitUsage = 2,
   kExitNoApp = 3,
   kExitNoBus = 6,
+  kExitLowCoverage = 7,
+  kExitTimeOver = 8,
   kExitInterrupted = 130
 };
+
+// What a run of scripts prints.
+enum class Output { kNarration, kTap, kJson };
 
 struct Options {
   std::string app_id = "com.example.app";
   std::chrono::milliseconds timeout{5000};
   std::chrono::seconds total_timeout{600};
   std::vector<std::string> scripts;
-  bool is_narrated = false;
+  Output output = Output::kNarration;
+  // Files and folders to write; empty for none.
+  std::string junit_file;
+  std::string screenshot_folder;
+  bool is_coverage_shown = false;
+  // Percent; less fails the run.
+  long least_coverage = 0;
+  // What the application was given, for a script that takes it away.
+  std::vector<std::string> privileges;
+  // Only reads the scripts.
+  bool is_check_only = false;
+  // Looks for what would make voice fail on the page.
+  bool is_lint = false;
+  // There, the page's callbacks are called, too.
+  bool is_calling = false;
 };
 
 struct Exit {

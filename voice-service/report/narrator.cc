@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include "report/coverage.h"
 #include "script/voice_script.h"
 
 namespace corvis::voice {
@@ -113,7 +114,12 @@ void Narrator::Flush() {
   failure_.clear();
 }
 
-void Narrator::OnEnd() {
+void Narrator::OnCoverage(const CoverageReport& report) {
+  Flush();
+  std::fputs(Describe(report).c_str(), out_);
+}
+
+void Narrator::OnEnd(const RunTotals& /*totals*/, int /*status*/) {
   Flush();
 }
 

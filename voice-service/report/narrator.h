@@ -17,7 +17,8 @@ class Narrator : public Reporter {
 
   void OnScript(const VoiceScript& script) override;
   void OnStep(const VoiceScript& script, const StepResult& result) override;
-  void OnEnd() override;
+  void OnCoverage(const CoverageReport& report) override;
+  void OnEnd(const RunTotals& totals, int status) override;
 
  private:
   // Prints the turn that is being told.

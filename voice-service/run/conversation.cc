@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "core/json_text.h"
 #include "core/matcher.h"
 #include "core/phrase_pattern.h"
 #include "core/phrases.h"
@@ -31,14 +32,30 @@ std::string UnknownPhrase(const std::string& phrase) {
 
 }  // namespace
 
+std::string PrivilegeUri(const std::string& name) {
+  constexpr const char* kBase = "http://developer.nurvo.example/privilege/";
+  return name.find("://") == std::string::npos ? kBase + name : name;
+}
+
 Conversation::Conversation(VoiceService& service, std::string app_id, std::chrono::milliseconds timeout)
     : service_(service), app_id_(std::move(app_id)), timeout_(timeout), runtime_(app_id_) {
   runtime_.WatchConsole(
       [this](const auto& level, const auto& text, const auto& source) { TakeConsole(level, text, source); });
+  runtime_.WatchCrashes([this] { ++crashes_; });
+}
+
+void Conversation::set_timeout(std::chrono::milliseconds timeout) {
+  timeout_ = timeout;
+  runtime_.set_timeout(timeout);
 }
 
 void Conversation::TakeConsole(const std::string& level, const std::string& text, const std::string& source) {
-  if (source == "api") return registered_.TakeLine(text);
+  if (source == "api") {
+    constexpr std::string_view kException = "_callback exception : ";
+    if (text.compare(0, kException.size(), kException) == 0)
+      exceptions_.push_back(text.substr(kException.size()));
+    return registered_.TakeLine(text);
+  }
   console_.push_back(level + ": " + text);
   if (console_.size() > kConsoleLines) console_.pop_front();
 }
@@ -52,8 +69,20 @@ std::string Conversation::WaitForApp(std::chrono::milliseconds timeout) {
 
 Turn Conversation::Send(const Command& command, const std::string& said) {
   Turn turn{said, command, true, {}};
+  const int crashes_before = crashes_;
   turn.outcome = service_.Say(app_id_, command, timeout_);
+  ExplainDeparture(turn.outcome, crashes_before);
   return turn;
+}
+
+void Conversation::ExplainDeparture(Outcome& outcome, int crashes_before) {
+  if (outcome.is_answered) return;
+  // The runtime tells of a crash a moment after the page has left the bus.
+  constexpr auto kTelling = std::chrono::milliseconds(300);
+  const auto has_crashed = [this, crashes_before] { return crashes_ > crashes_before; };
+  if (!service_.HasApp(app_id_)) WaitUntil(has_crashed, kTelling);
+  if (has_crashed())
+    outcome.problem = "The page's process crashed before it answered; the runtime loads the page again.";
 }
 
 Turn Conversation::Say(const std::string& phrase) {
@@ -91,33 +120,64 @@ std::optional<ItemList> Conversation::AskItems(std::string& problem) {
   return list;
 }
 
-std::string Conversation::WaitForNewRegistration(int registered_before) {
+std::string Conversation::WaitForArrival(const Arrival& arrival, int registered_before,
+                                         Clock::time_point end) {
   const auto has_registered = [&] {
     return service_.HasApp(app_id_) && service_.registrations(app_id_) > registered_before;
   };
-  if (WaitUntil(has_registered, timeout_)) return "";
+  if (!arrival.is_listening) {
+    return WaitUntil(has_registered, arrival.quiet) ? "The application listens all the same." : "";
+  }
+  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
+  if (WaitUntil(has_registered, left)) return "";
   return "The application " + app_id_ + " has not registered again within " +
-         std::to_string(timeout_.count()) + " ms.";
+         std::to_string(timeout_.count()) +
+         " ms; does its page call listen(), and does it hold the privileges?";
 }
 
-std::string Conversation::Restart() {
+std::string Conversation::Restart(const Arrival& arrival) {
   const int before = service_.registrations(app_id_);
+  const auto end = Clock::now() + timeout_;
   const std::string problem = service_.Restart();
-  return problem.empty() ? WaitForNewRegistration(before) : problem;
+  return problem.empty() ? WaitForArrival(arrival, before, end) : problem;
 }
 
-std::string Conversation::Reload() {
+std::string Conversation::Reload(const Arrival& arrival) {
   const int before = service_.registrations(app_id_);
+  const auto end = Clock::now() + timeout_;
   const ControlResult result = runtime_.Reload();
-  return result.is_ok ? WaitForNewRegistration(before) : result.error;
+  return result.is_ok ? WaitForArrival(arrival, before, end) : result.error;
 }
 
-std::string Conversation::Open(const std::string& url) {
-  const ControlResult here = runtime_.Evaluate("new URL(" + Quoted(url) + ", document.baseURI).href");
-  if (!here.is_ok) return here.error;
+std::string Conversation::Open(const std::string& url, const Arrival& arrival) {
+  // A link to a place on the same page loads nothing.
+  const ControlResult here = runtime_.Evaluate(
+      "(function (url) {"
+      "  if (!url.hash || url.href.split('#')[0] !== location.href.split('#')[0]) return url.href;"
+      "  location.hash = url.hash;"
+      "  return null;"
+      "})(new URL(" +
+      JsonText(url) + ", document.baseURI))");
+  if (!here.is_ok || here.value == "null") return here.error;
   const int before = service_.registrations(app_id_);
-  const ControlResult result = runtime_.Load(here.value.substr(1, here.value.size() - 2));
-  return result.is_ok ? WaitForNewRegistration(before) : result.error;
+  const auto end = Clock::now() + timeout_;
+  const ControlResult result = runtime_.Load(PlainValue(here.value));
+  return result.is_ok ? WaitForArrival(arrival, before, end) : result.error;
+}
+
+std::string Conversation::NoteBeginning(std::vector<std::string> privileges) {
+  const ControlResult here = runtime_.Evaluate("location.href");
+  home_ = PlainValue(here.value);
+  privileges_ = std::move(privileges);
+  return here.error;
+}
+
+std::string Conversation::BeginAnew() {
+  const ControlResult granted = runtime_.SetPrivileges(privileges_);
+  if (!granted.is_ok) return granted.error;
+  if (home_.find('#') == std::string::npos) return Open(home_);
+  const ControlResult placed = runtime_.Evaluate("history.replaceState(null, '', " + JsonText(home_) + ")");
+  return placed.is_ok ? Reload() : placed.error;
 }
 
 }  // namespace corvis::voice

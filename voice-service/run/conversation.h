@@ -7,6 +7,7 @@
 #include <deque>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/items.h"
 #include "core/registered_actions.h"
@@ -15,12 +16,22 @@
 
 namespace corvis::voice {
 
+// The URI of "microphone" or "voicecontrol"; a URI stays as it is.
+std::string PrivilegeUri(const std::string& name);
+
 // What was said, what it became, and what came back.
 struct Turn {
   std::string said;
   Command command;
   bool is_sent = false;
   Outcome outcome;
+};
+
+// What is expected of the application after its page was loaded or the service restarted.
+struct Arrival {
+  // It registers again; or, when false, it does not for as long as `quiet`.
+  bool is_listening = true;
+  std::chrono::milliseconds quiet{0};
 };
 
 class Conversation {
@@ -39,25 +50,36 @@ class Conversation {
   // The turn of the last AskItems.
   const Turn& items_turn() const { return items_turn_; }
 
-  // Plays the service's restart and waits until the application has registered again.
-  std::string Restart();
-  // Lets the page load again, or another page, and waits until it listens again.
-  std::string Reload();
-  std::string Open(const std::string& url);
+  // Plays the service's restart, and waits for what is expected of the application then.
+  std::string Restart(const Arrival& arrival = {});
+  // Lets the page load again, or another page, and waits likewise.
+  std::string Reload(const Arrival& arrival = {});
+  std::string Open(const std::string& url, const Arrival& arrival = {});
+
+  // Remembers the page that is shown, and the privileges that the application was given, as its beginning.
+  std::string NoteBeginning(std::vector<std::string> privileges);
+  // Goes back there: the privileges, and a fresh page that listens.
+  std::string BeginAnew();
 
   VoiceService& service() { return service_; }
   RuntimeControl& runtime() { return runtime_; }
   const std::string& app_id() const { return app_id_; }
-  void set_timeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
+  void set_timeout(std::chrono::milliseconds timeout);
   std::chrono::milliseconds timeout() const { return timeout_; }
 
   const RegisteredActions& registered() const { return registered_; }
   // The page's last console lines, oldest first, at most a few dozen.
   const std::deque<std::string>& console() const { return console_; }
+  // What the script API's console said of exceptions in callbacks, oldest first.
+  const std::vector<std::string>& exceptions() const { return exceptions_; }
+  // How often the page's process has crashed.
+  int crashes() const { return crashes_; }
+  // When an answer is missing because the page's process crashed: says so.
+  void ExplainDeparture(Outcome& outcome, int crashes_before);
 
  private:
   void TakeConsole(const std::string& level, const std::string& text, const std::string& source);
-  std::string WaitForNewRegistration(int registered_before);
+  std::string WaitForArrival(const Arrival& arrival, int registered_before, Clock::time_point end);
   // The selection of the one item with this title; a turn that says why not otherwise.
   Turn SelectByTitle(const std::string& phrase, const std::string& title);
 
@@ -67,6 +89,10 @@ class Conversation {
   RuntimeControl runtime_;
   RegisteredActions registered_;
   std::deque<std::string> console_;
+  std::vector<std::string> exceptions_;
+  int crashes_ = 0;
+  std::string home_;
+  std::vector<std::string> privileges_;
   Turn items_turn_;
 };
 

@@ -1,10 +1,13 @@
 // What each kind of step does.
 #include "run/script_runner.h"
 
+#include <glib.h>
+
 #include <algorithm>
-#include <nlohmann/json.hpp>
+#include <iterator>
 #include <utility>
 
+#include "core/json_text.h"
 #include "core/raw_command.h"
 #include "service/main_loop.h"
 
@@ -13,7 +16,6 @@ namespace corvis::voice {
 namespace {
 
 constexpr auto kPollInterval = std::chrono::milliseconds(20);
-constexpr const char* kPrivilegeBase = "http://developer.nurvo.example/privilege/";
 
 double Milliseconds(Clock::duration time) {
   return std::chrono::duration<double, std::milli>(time).count();
@@ -23,12 +25,6 @@ std::string MillisecondsText(Clock::duration time) {
   char text[32];
   std::snprintf(text, sizeof(text), "%.1f ms", Milliseconds(time));
   return text;
-}
-
-// A text value of the page without its quotation marks; other values as JSON.
-std::string PlainValue(const std::string& json) {
-  const auto parsed = nlohmann::json::parse(json, nullptr, false);
-  return parsed.is_string() ? parsed.get<std::string>() : json;
 }
 
 bool IsItemStep(StepKind kind) {
@@ -44,39 +40,97 @@ bool IsLookOnly(StepKind kind) {
 }
 
 std::string SelectorExpression(const std::string& selector) {
-  const std::string text =
-      nlohmann::json(selector).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-  return "(function (e) { return e === null ? null : (e.value === undefined ? e.textContent : "
-         "String(e.value)).trim(); })"
-         "(document.querySelector(" +
-         text + "))";
+  return "(function (e) {"
+         "  if (e === null) return null;"
+         "  return String(/^(input|select|textarea)$/.test(e.localName) ? e.value : e.textContent).trim();"
+         "})(document.querySelector(" +
+         JsonText(selector) + "))";
 }
 
 }  // namespace
 
+// An injection that waits for its time.
+struct ScriptRunner::Delayed {
+  Conversation& conversation;
+  const Step& step;
+  guint source = 0;
+
+  Delayed(Conversation& with, const Step& what) : conversation(with), step(what) {
+    source = g_timeout_add(
+        static_cast<guint>(step.duration.count()),
+        [](gpointer data) {
+          auto& self = *static_cast<Delayed*>(data);
+          std::string ignored;
+          self.conversation.service().Inject(self.conversation.app_id(), self.step.entries, ignored);
+          self.source = 0;
+          return G_SOURCE_REMOVE;
+        },
+        this);
+  }
+  ~Delayed() {
+    if (source != 0) g_source_remove(source);
+  }
+  Delayed(const Delayed&) = delete;
+  Delayed& operator=(const Delayed&) = delete;
+};
+
 ScriptRunner::ScriptRunner(Conversation& conversation, std::vector<Reporter*> reporters,
-                           Clock::time_point deadline)
-    : conversation_(conversation), reporters_(std::move(reporters)), deadline_(deadline) {}
+                           Photographer photographer)
+    : conversation_(conversation),
+      reporters_(std::move(reporters)),
+      photographer_(std::move(photographer)),
+      timeout_(conversation.timeout()) {}
+ScriptRunner::~ScriptRunner() = default;
 
 void ScriptRunner::Run(const VoiceScript& script) {
   for (Reporter* reporter : reporters_) reporter->OnScript(script);
+  delayed_.clear();
   items_.reset();
   items_before_.reset();
+  injected_ = 0;
+  conversation_.set_timeout(timeout_);
+  std::string obstacle;
+  if (!is_first_script_ && !is_over_) obstacle = conversation_.BeginAnew();
+  is_first_script_ = false;
   bool has_failed = false;
-  for (const Step& step : script.steps) {
+  for (size_t i = 0; i < script.steps.size(); ++i) {
+    const Step& step = script.steps[i];
+    next_ = i + 1 < script.steps.size() ? &script.steps[i + 1] : nullptr;
     if (step.kind == StepKind::kTest) has_failed = false;
     StepResult result;
     result.step = &step;
-    result.is_skipped = has_failed;
-    if (!has_failed) {
-      const auto begin = Clock::now();
+    result.is_skipped = has_failed || is_over_;
+    if (!obstacle.empty() && !IsHeading(step.kind) && !result.is_skipped) {
+      Finish(result, std::exchange(obstacle, ""));
+    } else if (!result.is_skipped) {
       result = RunStep(step);
-      result.took = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
     }
     has_failed = has_failed || !result.is_ok;
-    ++(result.is_skipped ? totals_.skipped : result.is_ok ? totals_.passed : totals_.failed);
+    if (!result.is_ok) Document(script, result);
+    if (!IsHeading(step.kind)) {
+      ++(result.is_skipped ? totals_.skipped : result.is_ok ? totals_.passed : totals_.failed);
+    }
     for (Reporter* reporter : reporters_) reporter->OnStep(script, result);
   }
+  delayed_.clear();
+}
+
+void ScriptRunner::Document(const VoiceScript& script, StepResult& result) {
+  if (IsInterrupted()) is_over_ = true;
+  // The page's lines come a moment after what it did.
+  constexpr auto kConsoleDelay = std::chrono::milliseconds(50);
+  constexpr size_t kMostLines = 10;
+  WaitUntil([] { return false; }, kConsoleDelay);
+  const auto& lines = conversation_.console();
+  const size_t count = std::min(lines.size(), kMostLines);
+  result.console.assign(lines.end() - static_cast<std::ptrdiff_t>(count), lines.end());
+  if (photographer_ && !is_over_) result.screenshot = photographer_(script, *result.step);
+}
+
+std::string ScriptRunner::Prepare(const Step& step) {
+  if (step.kind != StepKind::kTest || crashes_ == conversation_.crashes()) return "";
+  crashes_ = conversation_.crashes();
+  return conversation_.WaitForApp(conversation_.timeout());
 }
 
 void ScriptRunner::Finish(StepResult& result, const std::string& problem) {
@@ -87,6 +141,8 @@ void ScriptRunner::Finish(StepResult& result, const std::string& problem) {
 void ScriptRunner::Check(StepResult& result, bool is_ok, const std::string& expected,
                          const std::string& actual) {
   result.is_ok = is_ok;
+  result.expected.clear();
+  result.actual.clear();
   if (is_ok) return;
   result.expected = expected;
   result.actual = actual;
@@ -95,84 +151,107 @@ void ScriptRunner::Check(StepResult& result, bool is_ok, const std::string& expe
 StepResult ScriptRunner::RunStep(const Step& step) {
   StepResult result;
   result.step = &step;
-  if (IsInterrupted() || Clock::now() > deadline_) {
-    Finish(result, IsInterrupted() ? "Interrupted." : "The time for the whole run is over.");
-    return result;
-  }
+  const auto begin = Clock::now();
   if (!IsLookOnly(step.kind)) are_items_fresh_ = false;
+  const std::string obstacle = Prepare(step);
+  if (obstacle.empty()) {
+    Do(result);
+  } else {
+    Finish(result, obstacle);
+  }
+  result.took = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+  if (IsInterrupted() && !IsHeading(step.kind)) {
+    Finish(result, IsTimeOver() ? "The time for the whole run is over." : "The run was interrupted.");
+  }
+  return result;
+}
+
+void ScriptRunner::Do(StepResult& result) {
+  const Step& step = *result.step;
+  const Arrival arrival{step.is_listening, step.duration};
   switch (step.kind) {
     case StepKind::kTest:
     case StepKind::kNote:
-      break;
+      return;
     case StepKind::kTimeout:
-      conversation_.set_timeout(step.duration);
-      break;
+      return conversation_.set_timeout(step.duration);
     case StepKind::kSay:
     case StepKind::kSend:
-      Say(result);
-      break;
+      return Say(result);
     case StepKind::kInject:
-      Inject(result);
-      break;
+      return Inject(result);
     case StepKind::kExpect:
     case StepKind::kNoAnswer:
     case StepKind::kWithin:
-      Expect(result);
-      break;
+      return Expect(result);
     case StepKind::kAction:
-      ExpectAction(result);
-      break;
+      return ExpectAction(result);
     case StepKind::kShow:
-      Show(result);
-      break;
+      return Show(result);
     case StepKind::kValue:
-      Value(result);
-      break;
+      return Value(result);
     case StepKind::kItemCount:
     case StepKind::kItemTitle:
     case StepKind::kItemNumber:
     case StepKind::kItemState:
     case StepKind::kItemChange:
-      CheckItems(result);
-      break;
+      return CheckItems(result);
     case StepKind::kReload:
-      Finish(result, conversation_.Reload());
-      break;
+      return Finish(result, conversation_.Reload(arrival));
     case StepKind::kOpen:
-      Finish(result, conversation_.Open(step.text));
-      break;
+      return Finish(result, conversation_.Open(step.text, arrival));
     case StepKind::kRestart:
-      Finish(result, conversation_.Restart());
-      break;
-    case StepKind::kPrivileges: {
-      std::vector<std::string> uris = step.words;
-      for (std::string& uri : uris) {
-        if (uri.find("://") == std::string::npos) uri.insert(0, kPrivilegeBase);
-      }
-      Finish(result, conversation_.runtime().SetPrivileges(uris).error);
-      break;
-    }
+      return Finish(result, conversation_.Restart(arrival));
+    case StepKind::kPrivileges:
+      return SetPrivileges(result);
   }
-  return result;
+}
+
+void ScriptRunner::SetPrivileges(StepResult& result) {
+  std::vector<std::string> uris = result.step->words;
+  for (std::string& uri : uris) uri = PrivilegeUri(uri);
+  Finish(result, conversation_.runtime().SetPrivileges(uris).error);
 }
 
 void ScriptRunner::Say(StepResult& result) {
   const Step& step = *result.step;
+  injected_ = 0;
+  const bool is_silence_expected = next_ != nullptr && next_->kind == StepKind::kNoAnswer;
+  const auto timeout = conversation_.timeout();
+  if (is_silence_expected && next_->duration.count() > 0) conversation_.set_timeout(next_->duration);
   turn_ = step.kind == StepKind::kSay ? conversation_.Say(step.text)
                                       : conversation_.Send(ParseRawCommand(step.text), step.text);
+  conversation_.set_timeout(timeout);
   result.turn = &turn_;
-  // No answer is judged by the expectations that follow; what could not even be sent is wrong by itself.
-  if (!turn_.is_sent) Finish(result, turn_.outcome.problem);
+  if (!turn_.outcome.is_answered && !is_silence_expected) Finish(result, turn_.outcome.problem);
 }
 
 void ScriptRunner::Inject(StepResult& result) {
   const Step& step = *result.step;
-  if (step.duration.count() > 0) WaitUntil([] { return false; }, step.duration);
-  Finish(result, conversation_.service().SendEntries(conversation_.app_id(), step.entries));
+  if (step.duration.count() > 0) {
+    delayed_.push_back(std::make_unique<Delayed>(conversation_, step));
+    return;
+  }
+  std::string problem;
+  turn_ = {};
+  turn_.said = step.source;
+  crashes_ = conversation_.crashes();
+  injected_ = conversation_.service().Inject(conversation_.app_id(), step.entries, problem);
+  turn_.outcome.problem = "What was injected is no whole command, so no answer is expected.";
+  Finish(result, problem);
+}
+
+void ScriptRunner::FetchAnswer(std::chrono::milliseconds timeout) {
+  const uint64_t id = std::exchange(injected_, 0);
+  if (id == 0) return;
+  turn_.outcome = conversation_.service().Await(conversation_.app_id(), id, timeout);
+  conversation_.ExplainDeparture(turn_.outcome, crashes_);
 }
 
 void ScriptRunner::Expect(StepResult& result) {
   const Step& step = *result.step;
+  const bool is_limited = step.kind == StepKind::kNoAnswer && step.duration.count() > 0;
+  FetchAnswer(is_limited ? step.duration : conversation_.timeout());
   const Outcome& outcome = turn_.outcome;
   if (step.kind == StepKind::kNoAnswer) {
     Check(result, !outcome.is_answered, "no answer", outcome.is_answered ? Quoted(outcome.answer.data) : "");
@@ -198,7 +277,7 @@ void ScriptRunner::ExpectAction(StepResult& result) {
 
 void ScriptRunner::Poll(StepResult& result, const std::function<ControlResult()>& look) {
   const Step& step = *result.step;
-  const auto end = std::min(Clock::now() + conversation_.timeout(), deadline_);
+  const auto end = Clock::now() + conversation_.timeout();
   for (;;) {
     const ControlResult seen = look();
     const std::string value = PlainValue(seen.value);
@@ -206,8 +285,6 @@ void ScriptRunner::Poll(StepResult& result, const std::function<ControlResult()>
     Check(result, seen.is_ok && Matches(step.matcher, value), Describe(step.matcher), Quoted(value));
     if (!seen.is_ok) Finish(result, seen.error);
     if (result.is_ok) {
-      result.expected.clear();
-      result.actual.clear();
       result.shown = value;
       return;
     }
@@ -228,15 +305,29 @@ void ScriptRunner::Value(StepResult& result) {
   Poll(result, [this, &result] { return conversation_.runtime().Evaluate(result.step->text); });
 }
 
+bool ScriptRunner::AskItems(StepResult& result) {
+  std::string problem;
+  items_ = conversation_.AskItems(problem);
+  are_items_fresh_ = items_.has_value();
+  Finish(result, problem);
+  return are_items_fresh_;
+}
+
+// The page may still be on its way to what is expected, so it is asked again for a while.
 void ScriptRunner::CheckItems(StepResult& result) {
-  if (!are_items_fresh_ || !items_ || result.step->kind == StepKind::kItemChange) {
-    items_before_ = std::exchange(items_, {});
-    std::string problem;
-    items_ = conversation_.AskItems(problem);
-    if (!items_) return Finish(result, problem);
-    are_items_fresh_ = true;
+  constexpr auto kItemsInterval = std::chrono::milliseconds(100);
+  const auto end = Clock::now() + conversation_.timeout();
+  const bool is_change = result.step->kind == StepKind::kItemChange;
+  if (is_change) items_before_ = std::exchange(items_, {});
+  if ((!are_items_fresh_ || !items_) && !AskItems(result)) return;
+  for (;;) {
+    result.problem.clear();
+    CheckItem(result, *items_);
+    const bool can_change = !is_change || items_before_.has_value();
+    if (result.is_ok || !can_change || Clock::now() >= end || IsInterrupted()) return;
+    WaitUntil([] { return false; }, kItemsInterval);
+    if (!AskItems(result)) return;
   }
-  CheckItem(result, *items_);
 }
 
 void ScriptRunner::CheckItem(StepResult& result, const ItemList& list) {

@@ -1,7 +1,12 @@
 // The statements of the language, by a table.
 #include "script/voice_script.h"
 
+#include <algorithm>
+
 #include "core/did_you_mean.h"
+#include "core/phrase_pattern.h"
+#include "core/phrases.h"
+#include "core/raw_command.h"
 #include "script/line_reader.h"
 
 namespace corvis::voice {
@@ -38,23 +43,57 @@ void ReadName(LineReader& line, Step& step) {
 void ReadRest(LineReader& line, Step& step) {
   step.text = line.Rest("a text");
 }
-void ReadNothing(LineReader& /*line*/, Step& /*step*/) {}
 void ReadDuration(LineReader& line, Step& step) {
   step.duration = line.Duration();
 }
 
 // A phrase may stand in quotation marks, or bare to the end of the line.
 void ReadPhrase(LineReader& line, Step& step) {
+  const LineReader before = line;
   step.text = line.Peek() == '"' ? line.Text() : line.Rest("what is said");
+  const std::string plain = NormalisedPhrase(step.text);
+  constexpr std::string_view kSelect = "select ";
+  if (line.has_failed() || CommandOf(step.text) || plain.compare(0, kSelect.size(), kSelect) == 0) return;
+  const std::string similar = SimilarPhrase(step.text);
+  line = before;
+  line.Fail("Nothing is known for \"" + step.text + "\"." +
+            (similar.empty() ? "" : " Did you mean \"" + similar + "\"?"));
+}
+
+// Fails unless there is such an action.
+void CheckAction(LineReader& line, const LineReader& at, const std::string& action) {
+  if (line.has_failed() || FindAction(action) != nullptr) return;
+  std::vector<std::string> names;
+  for (const ActionInfo& info : Actions()) names.emplace_back(info.name);
+  line = at;
+  line.Fail(action.empty() ? "Here stands an action, such as ACTION_PLAY."
+                           : "There is no action " + action + "." + DidYouMean(action, names));
 }
 
 void ReadSend(LineReader& line, Step& step) {
-  if (line.Peek() == '\0') return line.Fail("Here stands an action, such as ACTION_PLAY, and its data.");
-  step.text = line.Rest("an action");
+  const LineReader before = line;
+  step.text = line.is_at_end() ? "" : line.Rest("an action");
+  CheckAction(line, before, ParseRawCommand(step.text).action);
+}
+
+// What is expected of the application afterwards: nothing said, it listens again.
+void ReadArrival(LineReader& line, Step& step) {
+  if (line.is_at_end()) return;
+  line.OneOf({"without"});
+  line.OneOf({"listening"});
+  step.is_listening = false;
+  constexpr auto kQuiet = std::chrono::milliseconds(500);
+  step.duration = line.TakeWord("for") ? line.Duration() : kQuiet;
+}
+
+void ReadOpen(LineReader& line, Step& step) {
+  step.text = line.Text();
+  ReadArrival(line, step);
 }
 
 void ReadInject(LineReader& line, Step& step) {
   if (line.TakeWord("after")) step.duration = line.Duration();
+  if (line.is_at_end()) return line.Fail("Here stands key=\"value\".");
   step.entries = line.Pairs();
 }
 
@@ -65,8 +104,9 @@ void ReadExpect(LineReader& line, Step& step) {
     if (line.TakeWord("within")) step.duration = line.Duration();
   } else if (line.TakeWord("action")) {
     step.kind = StepKind::kAction;
+    const LineReader before = line;
     step.text = line.Word();
-    if (step.text.empty()) line.Fail("Here stands an action, such as ACTION_PLAY.");
+    CheckAction(line, before, step.text);
     if (!line.is_at_end()) {
       line.OneOf({"with"});
       ReadMatcher(line, step);
@@ -116,14 +156,22 @@ void ReadItem(LineReader& line, Step& step) {
   ReadMatcher(line, step);
 }
 
-void ReadRestart(LineReader& line, Step& /*step*/) {
+void ReadRestart(LineReader& line, Step& step) {
   line.TakeWord("service");
+  ReadArrival(line, step);
 }
 
 void ReadPrivileges(LineReader& line, Step& step) {
   if (line.is_at_end()) return line.Fail("Here stands none, or microphone, voicecontrol or URIs.");
-  while (!line.is_at_end()) step.words.push_back(line.Word());
-  if (step.words.size() == 1 && step.words[0] == "none") step.words.clear();
+  if (line.TakeWord("none")) return;
+  while (!line.is_at_end()) {
+    const LineReader before = line;
+    const std::string word = line.Word();
+    step.words.push_back(word);
+    if (word.find("://") != std::string::npos) continue;
+    line = before;
+    line.OneOf({"microphone", "voicecontrol"});
+  }
 }
 
 struct Statement {
@@ -144,8 +192,8 @@ constexpr Statement kStatements[] = {
     {"value", StepKind::kValue, ReadSubjectAndMatcher},
     {"items", StepKind::kItemCount, ReadItems},
     {"item", StepKind::kItemTitle, ReadItem},
-    {"reload", StepKind::kReload, ReadNothing},
-    {"open", StepKind::kOpen, ReadName},
+    {"reload", StepKind::kReload, ReadArrival},
+    {"open", StepKind::kOpen, ReadOpen},
     {"restart", StepKind::kRestart, ReadRestart},
     {"privileges", StepKind::kPrivileges, ReadPrivileges},
     {"timeout", StepKind::kTimeout, ReadDuration},
@@ -190,9 +238,12 @@ class Parser {
  private:
   void Add(Step step) {
     if (step.kind == StepKind::kTest) has_command_ = false;
-    if (step.kind == StepKind::kSay || step.kind == StepKind::kSend) has_command_ = true;
+    if (step.kind == StepKind::kSay || step.kind == StepKind::kSend ||
+        (step.kind == StepKind::kInject && step.duration.count() == 0)) {
+      has_command_ = true;
+    }
     if (NeedsAnswer(step.kind) && !has_command_) {
-      return AddError(step.place, "Nothing has been said yet; a say or send stands before this.");
+      return AddError(step.place, "Nothing has been said yet; a say, send or inject stands before this.");
     }
     script_.steps.push_back(std::move(step));
   }
@@ -204,6 +255,24 @@ class Parser {
 };
 
 }  // namespace
+
+const char* NameOf(StepKind kind) {
+  switch (kind) {
+    case StepKind::kNoAnswer:
+    case StepKind::kAction:
+      return "expect";
+    case StepKind::kItemChange:
+      return "items";
+    case StepKind::kItemNumber:
+    case StepKind::kItemState:
+      return "item";
+    default:
+      break;
+  }
+  const auto* found = std::find_if(std::begin(kStatements), std::end(kStatements),
+                                   [kind](const Statement& statement) { return statement.kind == kind; });
+  return found->word;
+}
 
 VoiceScript ParseVoiceScript(std::string_view text, const std::string& file) {
   VoiceScript script;

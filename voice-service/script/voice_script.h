@@ -30,12 +30,19 @@ enum class StepKind {
   kItemNumber,  // text: the title; number
   kItemState,   // number; text: focused, visible or hidden
   kItemChange,  // text: none, or moved, appeared, vanished with `number`
-  kReload,
-  kOpen,  // text: a URL, relative to the page
+  kReload,      // is_listening, or not for `duration`; so for the next two
+  kOpen,        // text: a URL, relative to the page
   kRestart,
   kPrivileges,  // words: names or URIs
   kTimeout,     // duration: for each step that follows
 };
+
+// Whether such a step does nothing by itself.
+inline bool IsHeading(StepKind kind) {
+  return kind == StepKind::kTest || kind == StepKind::kNote;
+}
+// The statement's word.
+const char* NameOf(StepKind kind);
 
 // Where something stands in a script, counted from 1. Columns count bytes.
 struct Place {
@@ -53,6 +60,7 @@ struct Step {
   bool has_matcher = false;
   long number = 0;
   bool is_at_least = false;
+  bool is_listening = true;
   std::chrono::milliseconds duration{0};
   Entries entries;
   std::vector<std::string> words;

@@ -15,6 +15,11 @@ bool& Interrupted() {
   return is_interrupted;
 }
 
+bool& TimeOver() {
+  static bool is_time_over = false;
+  return is_time_over;
+}
+
 gboolean SetTrue(gpointer flag) {
   *static_cast<bool*>(flag) = true;
   return G_SOURCE_CONTINUE;
@@ -35,8 +40,16 @@ void EndWaitsOnSignals() {
   for (const int signal : {SIGINT, SIGTERM}) g_unix_signal_add(signal, SetTrue, &Interrupted());
 }
 
+void EndWaitsAfter(std::chrono::milliseconds time) {
+  g_timeout_add(static_cast<guint>(std::clamp<int64_t>(time.count(), 0, G_MAXINT)), SetTrue, &TimeOver());
+}
+
 bool IsInterrupted() {
-  return Interrupted();
+  return Interrupted() || TimeOver();
+}
+
+bool IsTimeOver() {
+  return TimeOver();
 }
 
 }  // namespace corvis::voice

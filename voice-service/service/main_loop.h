@@ -13,8 +13,12 @@ bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds tim
 
 // From now on SIGINT and SIGTERM end every wait instead of the process.
 void EndWaitsOnSignals();
-// Whether such a signal came.
+// The same when this time is over.
+void EndWaitsAfter(std::chrono::milliseconds time);
+// Whether such a signal came, or that time is over.
 bool IsInterrupted();
+// Whether it was the time.
+bool IsTimeOver();
 
 }  // namespace corvis::voice
 

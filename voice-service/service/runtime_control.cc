@@ -77,6 +77,16 @@ struct RuntimeControl::Console {
   }
 };
 
+struct RuntimeControl::Crashes {
+  std::function<void()> sink;
+  SlotPtr match;
+
+  static int OnSignal(sd_bus_message* /*signal*/, void* data, sd_bus_error* /*error*/) {
+    static_cast<Crashes*>(data)->sink();
+    return 0;
+  }
+};
+
 RuntimeControl::RuntimeControl(std::string app_id, std::chrono::milliseconds timeout)
     : app_id_(std::move(app_id)), timeout_(timeout) {}
 RuntimeControl::~RuntimeControl() = default;
@@ -90,6 +100,18 @@ void RuntimeControl::WatchConsole(ConsoleSink sink) {
       sd_bus_match_signal_async(nurvo_bus(), &slot, sender.c_str(), kPath, kInterface, "Console",
                                 Console::OnSignal, nullptr, console_.get()) >= 0) {
     console_->match.reset(slot);
+  }
+}
+
+void RuntimeControl::WatchCrashes(std::function<void()> sink) {
+  crashes_ = std::make_unique<Crashes>();
+  crashes_->sink = std::move(sink);
+  sd_bus_slot* slot = nullptr;
+  const std::string sender = app_id_ + ".runtime";
+  if (nurvo_bus() != nullptr &&
+      sd_bus_match_signal_async(nurvo_bus(), &slot, sender.c_str(), kPath, kInterface, "Crashed",
+                                Crashes::OnSignal, nullptr, crashes_.get()) >= 0) {
+    crashes_->match.reset(slot);
   }
 }
 

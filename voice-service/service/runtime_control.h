@@ -31,6 +31,10 @@ class RuntimeControl {
   RuntimeControl& operator=(const RuntimeControl&) = delete;
 
   void WatchConsole(ConsoleSink sink);
+  // Is told when the page's process has crashed; the runtime loads the page again.
+  void WatchCrashes(std::function<void()> sink);
+  // How long each call may take.
+  void set_timeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
 
   ControlResult Load(const std::string& url);
   ControlResult Reload();
@@ -44,12 +48,14 @@ class RuntimeControl {
  private:
   struct Pending;
   struct Console;
+  struct Crashes;
   ControlResult Call(const std::string& method, const std::vector<std::string>& arguments,
                      const char* signature);
 
   std::string app_id_;
   std::chrono::milliseconds timeout_;
   std::unique_ptr<Console> console_;
+  std::unique_ptr<Crashes> crashes_;
 };
 
 }  // namespace corvis::voice

@@ -140,8 +140,22 @@ void VoiceService::TakeAnswer(const std::string& app_id, const std::string& word
 
 uint64_t VoiceService::Send(const std::string& app_id, const Command& command, std::string& problem) {
   const std::string data = command.is_bundle ? EncodeEntries(command.entries) : command.text;
-  const uint64_t id = book_.Note(app_id, command.action, Clock::now());
-  problem = SendEntries(app_id, {{wire::kCommandKey, command.action}, {wire::kDataKey, data}});
+  return Inject(app_id, {{wire::kCommandKey, command.action}, {wire::kDataKey, data}}, problem);
+}
+
+uint64_t VoiceService::Inject(const std::string& app_id, const Entries& entries, std::string& problem) {
+  const auto value_of = [&entries](const char* key) {
+    const auto entry =
+        std::find_if(entries.begin(), entries.end(), [key](const auto& pair) { return pair.first == key; });
+    return entry == entries.end() ? nullptr : &entry->second;
+  };
+  const std::string* action = value_of(wire::kCommandKey);
+  if (action == nullptr || value_of(wire::kDataKey) == nullptr) {
+    problem = SendEntries(app_id, entries);
+    return 0;
+  }
+  const uint64_t id = book_.Note(app_id, *action, Clock::now());
+  problem = SendEntries(app_id, entries);
   if (problem.empty()) {
     awaited_.push_back(id);
     return id;

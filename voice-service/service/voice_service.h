@@ -55,10 +55,13 @@ class VoiceService {
   // Waits for the answer to a command that was sent.
   Outcome Await(const std::string& app_id, uint64_t command_id, std::chrono::milliseconds timeout);
 
-  // Sends a bundle as it is, whatever it holds; no answer is expected. Returns a sentence on failure.
-  std::string SendEntries(const std::string& app_id, const Entries& entries);
+  // Sends a bundle as it is, whatever it holds. A whole command (it has an action and data) is owed an
+  // answer, which Await gives; for anything else, and on failure, the id is 0.
+  uint64_t Inject(const std::string& app_id, const Entries& entries, std::string& problem);
 
  private:
+  // Returns a sentence on failure.
+  std::string SendEntries(const std::string& app_id, const Entries& entries);
   static void OnMessage(int port_id, const char* remote_app_id, const char* remote_port, bool is_trusted,
                         bundle* message, void* service);
   static void OnAppChange(const char* app_id, bool is_running, void* service);

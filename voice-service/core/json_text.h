@@ -1,0 +1,17 @@
+// Texts to and from the JSON that the page's values travel in.
+#ifndef CORVIS_VOICE_CORE_JSON_TEXT_H_
+#define CORVIS_VOICE_CORE_JSON_TEXT_H_
+
+#include <string>
+
+namespace corvis::voice {
+
+// The text as JSON, which is also a JavaScript literal. Bytes that are no UTF-8 are replaced.
+std::string JsonText(const std::string& text);
+
+// A text value without its quotation marks; any other value as it stands.
+std::string PlainValue(const std::string& json);
+
+}  // namespace corvis::voice
+
+#endif  // CORVIS_VOICE_CORE_JSON_TEXT_H_
