@@ -1,7 +1,6 @@
 // The page that the fuzz targets share.
 #include "page.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 FuzzPage& TheFuzzPage() {
@@ -14,12 +13,6 @@ FuzzPage& TheFuzzPage() {
                             R"("ACTION_PLAY","ACTION_SEARCH","ACTION_CUSTOM","ACTION_ITEM_SELECTION")")};
   }();
   return *page;
-}
-
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
-  std::abort();
 }
 
 void RequireReply(const std::string& reply) {

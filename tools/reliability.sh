@@ -1,0 +1,54 @@
+# What goes wrong, on purpose, with figures: fuzzing, and the programs of tests/reliability. Sourced by ../corvis.
+
+fuzz_packages=(clang libclang-rt-14-dev)
+
+fuzz_usage() {
+  cat <<'EOT'
+Usage: corvis fuzz SECONDS [TARGET...]
+
+Builds the fuzzers with clang, AddressSanitizer and UndefinedBehaviorSanitizer, runs each for SECONDS (or the ones
+named) and prints a table: target, executions, executions a second, edges covered, findings. Ends with status 1 when
+something was found; what brings it about is kept in fuzz/corpus/TARGET, which `corvis test` replays from then on.
+EOT
+}
+
+corvis_fuzz() {
+  case ${1:-} in
+    -h | --help) fuzz_usage; return ;;
+    '' | *[!0-9]*) fail "fuzz needs the seconds for each target; see corvis fuzz --help." 2 ;;
+  esac
+  local seconds=$1 target targets=()
+  shift
+  for target in "$home"/fuzz/*_fuzz.cc; do targets+=("$(basename "$target" _fuzz.cc)"); done
+  for target in "$@"; do
+    [[ " ${targets[*]} " == *" $target "* ]] || fail "there is no fuzz target $target; there are ${targets[*]}." 2
+  done
+  [ $# = 0 ] || targets=("$@")
+  install_missing "${kit_packages[@]}" "${test_packages[@]}" "${fuzz_packages[@]}"
+  configure "$build-fuzz" -DCMAKE_CXX_COMPILER=clang++ -DCORVIS_BUILD_TESTS=ON -DCORVIS_BUILD_FUZZERS=ON \
+    -DCORVIS_SANITIZE=fuzzer-no-link,address,undefined
+  compile "$build-fuzz" fuzzers
+  local status=0
+  printf '%-18s %12s %13s %8s %9s\n' target executions executions/s edges findings
+  for target in "${targets[@]}"; do fuzz_one "$target" "$seconds" || status=1; done
+  return "$status"
+}
+
+# Fuzzes one target and prints its row. What it learns stays in the build folder, what it finds goes to the corpus.
+fuzz_one() {
+  local target=$1 seconds=$2 corpus=$home/fuzz/corpus/$1 learned=$build-fuzz/learned/$1 log=$build-fuzz/fuzz_$1.log
+  mkdir -p "$learned"
+  local before after status=0
+  before=$(ls "$corpus" | wc -l)
+  "$build-fuzz/bin/fuzz_$target" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=4096 -print_final_stats=1 \
+    -artifact_prefix="$corpus/" "$learned" "$corpus" >"$log" 2>&1 || status=$?
+  after=$(ls "$corpus" | wc -l)
+  awk -v target="$target" -v findings="$((after - before))" '
+    /stat::number_of_executed_units/ { executed = $2 }
+    /stat::average_exec_per_sec/ { rate = $2 }
+    /cov: [0-9]/ { for (i = 1; i < NF; i++) if ($i == "cov:") edges = $(i + 1) }
+    END { printf "%-18s %12d %13d %8d %9d\n", target, executed, rate, edges, findings }' "$log"
+  [ "$status" = 0 ] && return
+  tail -40 "$log" >&2
+  return 1
+}
