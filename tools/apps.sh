@@ -33,6 +33,24 @@ coverage than --coverage-min; 8 the time for the whole run was over; 130 interru
 EOF
 }
 
+items_usage() {
+  cat <<'EOF'
+Usage: corvis items [OPTIONS] URL|FILE|FOLDER
+
+Loads the page and prints what can be selected on it by voice: the numbers, titles and places of its items.
+
+Options
+  --png FILE           save a picture of the page with each item's box and number on it
+  --json               the page's answer as it is; nothing else on standard output
+  --timeout MS         for each answer of the page (default 5000)
+  --app-id ID, --privilege NAME, --no-privileges, --size WIDTHxHEIGHT, --window, --console KIND
+                       as for corvis test-app
+
+Exit status: 0 printed; 1 the page answered with no items, or no picture could be made; 2 wrong usage; 3 the page
+can't be loaded, or never listened; 4 it keeps crashing; 6 no bus or display.
+EOF
+}
+
 lint_usage() {
   cat <<'EOF'
 Usage: corvis lint [OPTIONS] URL|FILE|FOLDER
@@ -103,13 +121,19 @@ test_app() {
   stage_run "${stage_options[@]}" --app "${operands[0]}" -- --tap "${voice_options[@]}"
 }
 
-lint() {
-  local argument stage_options voice_options operands
+# A look at one page: look NAME "OPTIONS WITH A VALUE" "OTHER OPTIONS" ARGUMENTS...
+look() {
+  local name=$1 valued=$2 flags=$3 argument stage_options voice_options operands
+  shift 3
   for argument in "$@"; do
-    case $argument in -h | --help) lint_usage; return ;; esac
+    case $argument in -h | --help) "${name}_usage"; return ;; esac
   done
-  sort_arguments lint "" "--json --call" "$@"
-  [ ${#operands[@]} = 1 ] || fail "lint needs one URL, HTML file or folder; see corvis lint --help." 2
+  sort_arguments "$name" "$valued" "$flags" "$@"
+  [ ${#operands[@]} = 1 ] || fail "$name needs one URL, HTML file or folder; see corvis $name --help." 2
   prepare_kit
-  stage_run "${stage_options[@]}" --app "${operands[0]}" -- --lint "${voice_options[@]}"
+  stage_run "${stage_options[@]}" --app "${operands[0]}" -- "--$name" "${voice_options[@]}"
 }
+
+items() { look items --png --json "$@"; }
+
+lint() { look lint "" "--json --call" "$@"; }

@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "page_script.h"
+#include "runtime_script.h"
 #include "web-process/extension_host.h"
 
 namespace corvis::tv {

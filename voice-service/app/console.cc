@@ -1,23 +1,30 @@
 // The prompt's commands, by a table.
 #include "app/console.h"
 
+#include <sstream>
+#include <utility>
+
 #include "core/did_you_mean.h"
 #include "core/phrase_pattern.h"
 #include "core/phrases.h"
 #include "core/raw_command.h"
 #include "report/narrator.h"
+#include "report/output_file.h"
 
 namespace corvis::voice {
 
 const std::vector<Console::CommandRow>& Console::Commands() {
   static const std::vector<CommandRow> kCommands = {
       {"help", "help", "this list", &Console::Help},
-      {"items", "items [--diff]",
-       "what can be selected on the screen; --diff: what changed since the last time", &Console::Items},
+      {"items", "items [--diff] [--png FILE]",
+       "what can be selected on the screen; --diff: what changed since the last time; --png: a picture",
+       &Console::Items},
       {"commands", "commands", "the actions that the page registered, with a phrase for each",
        &Console::ListActions},
       {"say", "say PHRASE", "the same as the phrase alone", &Console::SayPhrase},
       {"apps", "apps", "the registered applications", &Console::Apps},
+      {"record", "record FILE, record stop", "writes what follows as a voice script, to replay it",
+       &Console::Record},
       {"restart", "restart", "plays the voice service's restart", &Console::Restart},
       {"reload", "reload", "loads the page again", &Console::Reload},
       {"quit", "quit", "ends the run (so does Ctrl-D)", &Console::Quit},
@@ -59,6 +66,7 @@ void Console::Handle(const std::string& line) {
 }
 
 void Console::ShowTurn(const Turn& turn) {
+  recorder_.Take(turn);
   if (!turn.outcome.problem.empty()) {
     lines_.Show((turn.is_sent ? turn.command.action + ": " : "") + turn.outcome.problem);
     return;
@@ -117,27 +125,59 @@ void Console::ListActions(const std::string& /*argument*/) {
 }
 
 void Console::Items(const std::string& argument) {
-  if (!argument.empty() && argument != "--diff")
-    return lines_.Show("items takes --diff or nothing, not " + argument + ".");
+  std::istringstream words(argument);
+  bool is_diff = false;
+  std::string file;
+  for (std::string word; words >> word;) {
+    if (word == "--diff") {
+      is_diff = true;
+    } else if (word != "--png" || !(words >> file)) {
+      return lines_.Show("items takes --diff and --png FILE, not " + word + ".");
+    }
+  }
   std::string problem;
-  const std::optional<ItemList> before = items_;
-  items_ = conversation_.AskItems(problem);
-  if (!items_) return lines_.Show(problem);
-  std::string text =
-      argument == "--diff" && before ? Describe(CompareItems(*before, *items_)) : ItemTable(*items_);
-  text.pop_back();
-  lines_.Show(text);
+  auto items = conversation_.AskItems(problem);
+  if (!items) return lines_.Show(problem);
+  std::swap(items_, items);
+  const std::string text = is_diff && items ? Describe(CompareItems(*items, *items_)) : ItemTable(*items_);
+  lines_.Show(text + DescribeItemsAnswer(*items_, conversation_.items_turn().outcome.answer));
+  recorder_.Take(*items_);
+  if (!file.empty()) SavePicture(file);
+}
+
+void Console::SavePicture(const std::string& file) {
+  std::string problem;
+  const std::string picture = conversation_.PictureOf(*items_, problem);
+  if (problem.empty()) problem = WriteOutputFile(file, picture);
+  lines_.Show(problem.empty() ? "The picture is in " + file + "." : problem);
+}
+
+void Console::Record(const std::string& argument) {
+  if (argument.empty()) return lines_.Show("record takes the name of the file to write, or stop.");
+  if (argument != "stop") {
+    const std::string problem = recorder_.Begin(argument);
+    return lines_.Show(!problem.empty()
+                           ? problem
+                           : "Recording to " + argument +
+                                 ". A replay begins with a fresh page; so does this after reload.");
+  }
+  lines_.Show(recorder_.is_recording() ? "The recording is over." : "Nothing is being recorded.");
+  recorder_.End();
+}
+
+void Console::ShowStatement(const std::string& statement, const std::string& problem,
+                            const std::string& done) {
+  if (problem.empty()) recorder_.TakeStatement(statement);
+  lines_.Show(problem.empty() ? done : problem);
 }
 
 void Console::Restart(const std::string& /*argument*/) {
-  const std::string problem = conversation_.Restart();
-  lines_.Show(problem.empty() ? "The voice service has restarted; the application has registered again."
-                              : problem);
+  ShowStatement("restart", conversation_.Restart(),
+                "The voice service has restarted; the application has registered again.");
 }
 
 void Console::Reload(const std::string& /*argument*/) {
-  const std::string problem = conversation_.Reload();
-  lines_.Show(problem.empty() ? "The page is loaded again and listens." : problem);
+  ShowStatement("reload", conversation_.Reload(), "The page is loaded again and listens.");
 }
 
 void Console::Quit(const std::string& /*argument*/) {

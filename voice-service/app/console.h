@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/line_source.h"
+#include "app/recorder.h"
 #include "core/items.h"
 #include "run/conversation.h"
 
@@ -34,12 +35,16 @@ class Console {
 
   void Handle(const std::string& line);
   void ShowTurn(const Turn& turn);
+  void SavePicture(const std::string& file);
+  // Shows what was done, or why it wasn't, and records it.
+  void ShowStatement(const std::string& statement, const std::string& problem, const std::string& done);
 
   void Help(const std::string& argument);
   void Apps(const std::string& argument);
   void ListActions(const std::string& argument);
   void Items(const std::string& argument);
   void SayPhrase(const std::string& argument);
+  void Record(const std::string& argument);
   void Restart(const std::string& argument);
   void Reload(const std::string& argument);
   void Quit(const std::string& argument);
@@ -49,6 +54,7 @@ class Console {
   bool is_over_ = false;
   // The last items, for comparing.
   std::optional<ItemList> items_;
+  Recorder recorder_;
 };
 
 }  // namespace corvis::voice

@@ -6,6 +6,7 @@
 
 #include "app/console.h"
 #include "app/line_source.h"
+#include "app/looks.h"
 #include "app/options.h"
 #include "app/script_run.h"
 #include "run/conversation.h"
@@ -16,7 +17,8 @@ namespace corvis::voice {
 
 namespace {
 
-constexpr auto kRegistrationTimeout = std::chrono::seconds(20);
+// Loading a page and its engine takes longer than an answer.
+constexpr int kRegistrationFactor = 4;
 
 int Fail(int status, const std::string& sentence) {
   std::fprintf(stderr, "corvis-voice: %s\n", sentence.c_str());
@@ -27,6 +29,19 @@ int InterruptedStatus() {
   return IsTimeOver() ? kExitTimeOver : kExitInterrupted;
 }
 
+// One look at the page that the runtime shows.
+int RunLook(const Options& options, int (*look)(Conversation& conversation, const Options& options)) {
+  VoiceService service([](const std::string& sentence) { std::fprintf(stderr, "%s\n", sentence.c_str()); });
+  const std::string problem = service.Start();
+  if (!problem.empty()) return Fail(kExitNoBus, problem);
+  EndWaitsOnSignals();
+  Conversation conversation(service, options.app_id, options.timeout);
+  const std::string absence = conversation.WaitForApp(options.timeout);
+  if (IsInterrupted()) return kExitInterrupted;
+  if (!absence.empty() && options.job == Job::kItems) return Fail(kExitNoApp, absence);
+  return look(conversation, options);
+}
+
 int RunPrompt(const Options& options) {
   const std::unique_ptr<LineSource> lines = LineSource::Open(Console::CompletionWords());
   VoiceService service([&lines](const std::string& sentence) { lines->Show(sentence); });
@@ -34,7 +49,7 @@ int RunPrompt(const Options& options) {
   if (!problem.empty()) return Fail(kExitNoBus, problem);
   EndWaitsOnSignals();
   Conversation conversation(service, options.app_id, options.timeout);
-  const std::string absence = conversation.WaitForApp(kRegistrationTimeout);
+  const std::string absence = conversation.WaitForApp(options.timeout * kRegistrationFactor);
   if (IsInterrupted()) return kExitInterrupted;
   if (!absence.empty()) lines->Show(absence);
   Console(conversation, *lines).Run();
@@ -52,10 +67,24 @@ int RunScripts(const Options& options) {
   EndWaitsOnSignals();
   EndWaitsAfter(options.total_timeout);
   Conversation conversation(service, options.app_id, options.timeout);
-  const std::string absence = conversation.WaitForApp(kRegistrationTimeout);
+  const std::string absence = conversation.WaitForApp(options.timeout * kRegistrationFactor);
   if (IsInterrupted())
     return run.Abort(InterruptedStatus(), "The run ended before the application listened.");
   return absence.empty() ? run.Run(conversation) : run.Abort(kExitNoApp, absence);
+}
+
+int Run(const Options& options) {
+  switch (options.job) {
+    case Job::kPrompt:
+      return RunPrompt(options);
+    case Job::kScripts:
+      return RunScripts(options);
+    case Job::kItems:
+      return RunLook(options, ShowItems);
+    case Job::kLint:
+      return RunLook(options, ShowFindings);
+  }
+  return kExitUsage;
 }
 
 }  // namespace
@@ -71,5 +100,5 @@ int main(int argc, char** argv) {
     return exit->status;
   }
   const auto& options = std::get<corvis::voice::Options>(parsed);
-  return options.scripts.empty() ? corvis::voice::RunPrompt(options) : corvis::voice::RunScripts(options);
+  return corvis::voice::Run(options);
 }

@@ -33,7 +33,10 @@ With scripts
   --total-timeout S   how long the whole run may take (default 600)
   --check             only read the scripts
 
-  --lint [--json] [--call]   look for what would make voice fail on the page; --call: call its callbacks, too
+Instead of a prompt
+  --items [--png FILE] [--json]  what can be selected on the screen; --png: a picture with the numbers on it;
+                                 --json: the page's answer as it is
+  --lint [--call] [--json]       look for what would make voice fail on the page; --call: call its callbacks, too
 
 Exit status: 0 ended, or every expectation held; 1 an expectation failed, or lint found something; 2 wrong usage
 or a script with errors; 3 the application did not register; 6 no bus; 7 less coverage than --coverage-min;
@@ -53,6 +56,8 @@ constexpr option kOptions[] = {{"app", required_argument, nullptr, 'a'},
                                {"screenshots", required_argument, nullptr, 'S'},
                                {"privilege", required_argument, nullptr, 'P'},
                                {"check", no_argument, nullptr, 'k'},
+                               {"items", no_argument, nullptr, 'i'},
+                               {"png", required_argument, nullptr, 'g'},
                                {"lint", no_argument, nullptr, 'l'},
                                {"call", no_argument, nullptr, 'L'},
                                {"help", no_argument, nullptr, 'h'},
@@ -89,7 +94,10 @@ bool TakeFlag(int letter, Options& options) {
       options.is_check_only = true;
       return true;
     case 'l':
-      options.is_lint = true;
+      options.job = Job::kLint;
+      return true;
+    case 'i':
+      options.job = Job::kItems;
       return true;
     case 'L':
       options.is_calling = true;
@@ -129,7 +137,11 @@ std::variant<Options, Exit> ParseOptions(int argc, char** argv) {
         options.app_id = optarg;
         break;
       case 's':
+        options.job = Job::kScripts;
         options.scripts.emplace_back(optarg);
+        break;
+      case 'g':
+        options.png_file = optarg;
         break;
       case 'J':
         options.junit_file = optarg;

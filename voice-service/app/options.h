@@ -23,7 +23,10 @@ enum ExitStatus {
 // What a run of scripts prints.
 enum class Output { kNarration, kTap, kJson };
 
+enum class Job { kPrompt, kScripts, kItems, kLint };
+
 struct Options {
+  Job job = Job::kPrompt;
   std::string app_id = "com.example.app";
   std::chrono::milliseconds timeout{5000};
   std::chrono::seconds total_timeout{600};
@@ -39,10 +42,10 @@ struct Options {
   std::vector<std::string> privileges;
   // Only reads the scripts.
   bool is_check_only = false;
-  // Looks for what would make voice fail on the page.
-  bool is_lint = false;
-  // There, the page's callbacks are called, too.
+  // For the lint: the page's callbacks are called, too.
   bool is_calling = false;
+  // Where the picture of the items goes; empty for none.
+  std::string png_file;
 };
 
 struct Exit {

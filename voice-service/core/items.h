@@ -21,6 +21,9 @@ struct Item {
   bool is_focused = false;
   bool is_visible = true;
   bool is_in_frame = false;
+
+  // Something without a box is not on the screen, though it may be in the list.
+  bool HasBox() const { return w > 0 && h > 0; }
 };
 
 struct ItemList {

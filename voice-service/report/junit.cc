@@ -4,7 +4,8 @@
 #include <glib.h>
 
 #include <cstdio>
-#include <fstream>
+
+#include "report/output_file.h"
 
 namespace corvis::voice {
 
@@ -138,13 +139,8 @@ std::string JUnitReporter::Xml() const {
 }
 
 void JUnitReporter::OnEnd(const RunTotals& /*totals*/, int /*status*/) {
-  std::ofstream stream(file_, std::ios::binary);
-  stream << Xml();
-  stream.close();
-  if (!stream) {
-    std::fprintf(stderr, "corvis-voice: The report %s can't be written; is its folder there?\n",
-                 file_.c_str());
-  }
+  const std::string problem = WriteOutputFile(file_, Xml());
+  if (!problem.empty()) std::fprintf(stderr, "corvis-voice: %s\n", problem.c_str());
 }
 
 }  // namespace corvis::voice

@@ -3,26 +3,35 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
+
+#include "report/output_file.h"
 
 namespace corvis::voice {
+
+namespace {
+
+// With the items' numbers where the page still tells them, plain otherwise.
+std::string Picture(Conversation& conversation, std::string& problem) {
+  const auto items = conversation.AskItems(problem);
+  const std::string numbered = items ? conversation.PictureOf(*items, problem) : "";
+  if (!numbered.empty()) return numbered;
+  const ControlResult plain = conversation.runtime().Screenshot();
+  problem = plain.error;
+  return plain.value;
+}
+
+}  // namespace
 
 std::string SaveScreenshot(Conversation& conversation, const std::string& folder, const VoiceScript& script,
                            const Step& step) {
   namespace fs = std::filesystem;
-  const ControlResult picture = conversation.runtime().Screenshot();
-  std::string problem = picture.error;
-  if (picture.is_ok) {
-    std::error_code ignored;
-    fs::create_directories(folder, ignored);
-    const fs::path file = fs::path(folder) / (fs::path(script.file).stem().string() + "-" +
-                                              std::to_string(step.place.line) + ".png");
-    std::ofstream stream(file, std::ios::binary);
-    stream << picture.value;
-    stream.close();
-    if (stream) return file;
-    problem = file.string() + " can't be written.";
-  }
+  std::string problem;
+  const std::string picture = Picture(conversation, problem);
+  const std::string name =
+      fs::path(script.file).stem().string() + "-" + std::to_string(step.place.line) + ".png";
+  const std::string file = fs::path(folder) / name;
+  if (!picture.empty()) problem = WriteOutputFile(file, picture);
+  if (problem.empty()) return file;
   std::fprintf(stderr, "corvis-voice: There is no picture of the failure: %s\n", problem.c_str());
   return "";
 }

@@ -1,6 +1,9 @@
 // Turns of the conversation.
 #include "run/conversation.h"
 
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
 #include <utility>
 
 #include "core/json_text.h"
@@ -8,6 +11,8 @@
 #include "core/phrase_pattern.h"
 #include "core/phrases.h"
 #include "core/raw_command.h"
+#include "picture/item_picture.h"
+#include "picture/item_places.h"
 #include "service/main_loop.h"
 
 namespace corvis::voice {
@@ -37,6 +42,21 @@ std::string PrivilegeUri(const std::string& name) {
   return name.find("://") == std::string::npos ? kBase + name : name;
 }
 
+std::string DescribeItemsAnswer(const ItemList& list, const Answer& answer) {
+  const auto milliseconds = [](Clock::duration time) {
+    return std::chrono::duration<double, std::milli>(time).count();
+  };
+  char text[160];
+  int size = std::snprintf(text, sizeof(text), "%zu items; %zu bytes, %.1f ms", list.items.size(),
+                           answer.data.size(), milliseconds(answer.took));
+  std::string line(text, static_cast<size_t>(size));
+  if (answer.pieces == 1) return line;
+  size = std::snprintf(text, sizeof(text), " (%.1f ms to the first of %d pieces, %.1f ms to the last)",
+                       milliseconds(answer.first_piece), answer.pieces,
+                       milliseconds(answer.took - answer.first_piece));
+  return line.append(text, static_cast<size_t>(size));
+}
+
 Conversation::Conversation(VoiceService& service, std::string app_id, std::chrono::milliseconds timeout)
     : service_(service), app_id_(std::move(app_id)), timeout_(timeout), runtime_(app_id_) {
   runtime_.WatchConsole(
@@ -61,10 +81,23 @@ void Conversation::TakeConsole(const std::string& level, const std::string& text
 }
 
 std::string Conversation::WaitForApp(std::chrono::milliseconds timeout) {
-  if (WaitUntil([this] { return service_.HasApp(app_id_); }, timeout)) return "";
+  if (WaitUntil([this] { return service_.HasApp(app_id_); }, timeout)) {
+    WaitForLoad(timeout);
+    return "";
+  }
   if (IsInterrupted()) return "Interrupted.";
   return "The application " + app_id_ + " has not registered: its page has not called listen() within " +
          std::to_string(timeout.count()) + " ms. Does it hold the privileges?";
+}
+
+void Conversation::WaitForLoad(std::chrono::milliseconds timeout) {
+  constexpr auto kInterval = std::chrono::milliseconds(20);
+  const auto end = Clock::now() + timeout;
+  for (;;) {
+    const ControlResult state = runtime_.Evaluate("document.readyState");
+    if (!state.is_ok || PlainValue(state.value) == "complete" || Clock::now() > end) return;
+    WaitUntil([] { return false; }, kInterval);
+  }
 }
 
 Turn Conversation::Send(const Command& command, const std::string& said) {
@@ -98,7 +131,11 @@ Turn Conversation::SelectByTitle(const std::string& phrase, const std::string& t
   std::string problem;
   const auto list = AskItems(problem);
   if (!list) return NotSent(phrase, problem);
-  const std::vector<Item> found = ItemsTitled(*list, title);
+  const std::vector<Item> all = ItemsTitled(*list, title);
+  std::vector<Item> found;
+  std::copy_if(all.begin(), all.end(), std::back_inserter(found),
+               [](const Item& item) { return item.HasBox(); });
+  if (found.empty()) found = all;
   if (found.size() == 1) {
     Command command{"ACTION_ITEM_SELECTION", "", {{"id", std::to_string(found[0].number)}}, true};
     return Send(command, phrase);
@@ -118,6 +155,16 @@ std::optional<ItemList> Conversation::AskItems(std::string& problem) {
   if (!list)
     problem = "The page answered with no list of items: " + items_turn_.outcome.answer.data.substr(0, 200);
   return list;
+}
+
+std::string Conversation::PictureOf(const ItemList& list, std::string& problem) {
+  const ControlResult looked_up = runtime_.Evaluate(PlacesExpression(list));
+  const std::optional<ItemPlaces> places = ReadItemPlaces(list, looked_up.value);
+  problem = places ? "" : "The page doesn't say where its items are. " + looked_up.error;
+  if (!places) return "";
+  const ControlResult picture = runtime_.Screenshot();
+  problem = picture.error;
+  return picture.is_ok ? DrawItems(picture.value, *places, problem) : "";
 }
 
 std::string Conversation::WaitForArrival(const Arrival& arrival, int registered_before,

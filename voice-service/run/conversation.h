@@ -34,6 +34,9 @@ struct Arrival {
   std::chrono::milliseconds quiet{0};
 };
 
+// "12 items; 1234 bytes, 3.4 ms", with the split of the time for an answer in pieces.
+std::string DescribeItemsAnswer(const ItemList& list, const Answer& answer);
+
 class Conversation {
  public:
   Conversation(VoiceService& service, std::string app_id, std::chrono::milliseconds timeout);
@@ -49,6 +52,10 @@ class Conversation {
   std::optional<ItemList> AskItems(std::string& problem);
   // The turn of the last AskItems.
   const Turn& items_turn() const { return items_turn_; }
+
+  // A picture of the page with the items' boxes and numbers on it, as a PNG file's bytes. Nothing and a
+  // sentence on failure.
+  std::string PictureOf(const ItemList& list, std::string& problem);
 
   // Plays the service's restart, and waits for what is expected of the application then.
   std::string Restart(const Arrival& arrival = {});
@@ -78,6 +85,8 @@ class Conversation {
   void ExplainDeparture(Outcome& outcome, int crashes_before);
 
  private:
+  // A page may listen before its images and frames are there. Waits for them where the runtime tells.
+  void WaitForLoad(std::chrono::milliseconds timeout);
   void TakeConsole(const std::string& level, const std::string& text, const std::string& source);
   std::string WaitForArrival(const Arrival& arrival, int registered_before, Clock::time_point end);
   // The selection of the one item with this title; a turn that says why not otherwise.

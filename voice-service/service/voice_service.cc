@@ -85,9 +85,9 @@ void VoiceService::OnMessage(int /*port_id*/, const char* remote_app_id, const c
   // Who speaks is what the bus says, not what the message claims.
   const std::string app_id = remote_app_id == nullptr ? "" : remote_app_id;
   if (word == wire::kRegister) {
-    self.Register(TextOf(message, wire::kDataKey));
+    self.Register(app_id);
   } else if (word == wire::kUnregister) {
-    self.Unregister(TextOf(message, wire::kDataKey));
+    self.Unregister(app_id);
   } else if (word == wire::kResult || word == wire::kAppContext || word == wire::kPartialResult) {
     self.TakeAnswer(app_id, word, message);
   } else {

@@ -1,0 +1,31 @@
+# Scripts that programs carry as C++ texts, read as they stand in their files. As a program of its own (cmake -P)
+# this file writes one such header.
+if(CMAKE_SCRIPT_MODE_FILE)
+  file(READ ${SCRIPT} text)
+  file(WRITE ${HEADER} "// Made from a script file; change that.
+#pragma once
+
+namespace ${NAMESPACE} {
+
+constexpr char ${NAME}[] = R\"script(${text})script\";
+
+}  // namespace ${NAMESPACE}
+")
+  return()
+endif()
+
+set(embed_script_program ${CMAKE_CURRENT_LIST_FILE})
+
+# Gives `target` the header <base name of the script>_script.h, which defines the text `name` in `namespace`.
+function(embed_script target script namespace name)
+  get_filename_component(base ${script} NAME_WE)
+  set(header ${CMAKE_CURRENT_BINARY_DIR}/scripts/${base}_script.h)
+  add_custom_command(
+    OUTPUT ${header}
+    COMMAND ${CMAKE_COMMAND} -DSCRIPT=${CMAKE_CURRENT_SOURCE_DIR}/${script} -DHEADER=${header}
+            -DNAMESPACE=${namespace} -DNAME=${name} -P ${embed_script_program}
+    DEPENDS ${script} ${embed_script_program}
+    VERBATIM)
+  target_sources(${target} PRIVATE ${header})
+  target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/scripts)
+endfunction()

@@ -1,0 +1,152 @@
+// What is on the screen: asked for, selected, drawn and checked, from the voice service to a page in the web engine.
+import assert from 'node:assert/strict';
+import { readFileSync, writeFileSync } from 'node:fs';
+import { createServer } from 'node:http';
+import path from 'node:path';
+import { test } from 'node:test';
+import { run, scratchFolder, writePage } from './corvis.mjs';
+
+const listen = `<script>
+  corvis.voiceinteraction.setCallback({ oncustom: function () { return document.title; } });
+  corvis.voiceinteraction.listen();
+</script>`;
+
+const button = (title) => `<button onclick="top.document.title = this.textContent">${title}</button>`;
+
+// Takes the lines typed at the prompt, and what is expected of each.
+async function converse(page, rows) {
+  const input = rows.map(([line]) => `${line}\n`).join('');
+  const { code, text } = await run(['run', page], { input });
+  assert.equal(code, 0, text);
+  let from = 0;
+  for (const [line, expected] of rows) {
+    const at = text.indexOf(expected, from);
+    assert.ok(at >= 0, `${line}: "${expected}" is missing after ${from} characters of:\n${text}`);
+    from = at;
+  }
+}
+
+test('items are selected by number and by title, in the page and in a frame', async (t) => {
+  const page = writePage(
+    t,
+    `${button('Play')}${button('Add to list')}<iframe src="inner.html"></iframe>${listen}`
+  );
+  writeFileSync(path.join(page, 'inner.html'), `<!doctype html><p>${button('Trailer')}${button('Play')}</p>`);
+  await converse(page, [
+    ['items', 'Trailer'],
+    ['select 1', 'ACTION_ITEM_SELECTION id=1  ->  success'],
+    ['ACTION_CUSTOM', '->  Add to list'],
+    ['select trailer', 'ACTION_ITEM_SELECTION id=2  ->  success'],
+    ['ACTION_CUSTOM', '->  Trailer'],
+    ['select play', 'Several items are called "play"'],
+    ['select 3', 'id=3  ->  success'],
+    ['select 9', 'ACTION_ITEM_SELECTION id=9  ->  not_support'],
+    ['items --diff', 'No item changed its number.'],
+  ]);
+});
+
+test('a frame of another origin leaves the page without items', async (t) => {
+  const server = createServer((request, response) => response.end(button('Foreign')));
+  await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
+  t.after(() => server.close());
+  const foreign = `http://127.0.0.1:${server.address().port}/`;
+  const page = writePage(
+    t,
+    `${button('Play')}<iframe src="${foreign}" onload="document.title = 'there'"></iframe>${listen}`
+  );
+  const script = path.join(page, 'foreign.voice');
+  writeFileSync(script, 'value "document.title" is "there"\nsay "what can I select"\nexpect not_support\n');
+  const { code, text } = await run(['test-app', page, script]);
+  assert.equal(code, 0, text);
+});
+
+const strange = [
+  'Ελληνικά עברית العربية हिन्दी ไทย 한국어 日本語 中文',
+  'emoji 🎬👨‍👩‍👧‍👦🇳🇴 and e\u0301',
+  '"quoted" \\back\\slash\\ /slash/ \'single\' <tag> &amp;',
+  'control \u0001\u0007\u001b\u007f \u0085 \u2028 \u2029 end',
+  '\ufeffmark \u200b zero',
+];
+
+test('titles of every kind arrive byte for byte, however they are cut', async (t) => {
+  const titles = Array.from(
+    { length: 400 },
+    (_, i) => `${strange[i % strange.length]} ${'é'.repeat(i % 7)}${i}`
+  );
+  const page = writePage(
+    t,
+    `<div id="list"></div><script>
+      ${JSON.stringify(titles)}.forEach(function (title) {
+        document.getElementById('list').appendChild(document.createElement('button')).textContent = title;
+      });
+    </script>${listen}`
+  );
+  const { code, text } = await run(['items', '--json', page]);
+  assert.equal(code, 0, text);
+  assert.deepEqual(
+    JSON.parse(text).map((item) => item.title),
+    titles.map((title) => title.trim().replace(/\s{2,}/g, ' '))
+  );
+});
+
+test('thousands of items come in pieces and are drawn', async (t) => {
+  const page = writePage(
+    t,
+    `<script>for (var i = 0; i < 5000; i++) document.write('<button>Title number ' + i + '</button>');</script>${listen}`
+  );
+  const file = path.join(page, 'items.png');
+  const { code, text } = await run(['items', page, '--png', file, '--size', '1280x720']);
+  assert.equal(code, 0, text);
+  const [, ms, pieces] = text.match(
+    /5000 items; \d+ bytes, ([\d.]+) ms \(.* ms to the first of (\d+) pieces/
+  );
+  t.diagnostic(text.trim().split('\n').pop());
+  assert.ok(Number(ms) < 5000 && Number(pieces) > 10, text);
+  const png = readFileSync(file);
+  assert.deepEqual([png.readUInt32BE(16), png.readUInt32BE(20)], [1280, 720]);
+});
+
+test('no picture is made of a page that shows one single colour', async (t) => {
+  const page = writePage(t, `<style>body{background:#123456}</style>${listen}`);
+  const file = path.join(scratchFolder(t), 'items.png');
+  const { code, text } = await run(['items', page, '--png', file]);
+  assert.equal(code, 1, text);
+  assert.match(text, /one single colour/);
+  assert.throws(() => readFileSync(file));
+});
+
+test('the lint names each element that voice will miss, and its rule', async (t) => {
+  const page = writePage(
+    t,
+    `<button id="empty"></button><button>Twice</button><button>Twice</button>
+     <button id="label">Play<span style="display:none"> now</span></button>
+     <div id="pointer" style="cursor:pointer">Press me</div>
+     <div id="same"><button>One</button></div><div id="same"><button>Two</button></div>
+     <div id="host">.</div><iframe src="inner.html"></iframe><iframe src="inner.html"></iframe>
+     <script>document.getElementById('host').attachShadow({ mode: 'open' }).innerHTML = '<button>In</button>';
+     corvis.voiceinteraction.setCallback({ onpause: function () { throw new Error('broken'); } });
+     corvis.voiceinteraction.listen();</script>`
+  );
+  writeFileSync(path.join(page, 'inner.html'), '<button>Inner</button>');
+  const { code, text } = await run(['lint', '--json', '--call', page]);
+  assert.equal(code, 1, text);
+  const found = text
+    .trim()
+    .split('\n')
+    .map((line) => JSON.parse(line));
+  const places = (rule) => found.filter((finding) => finding.rule === rule).map((finding) => finding.where);
+  assert.deepEqual(places('title'), ['button#empty'], text);
+  assert.deepEqual(places('label'), ['button#label'], text);
+  assert.deepEqual(places('item'), ['div#pointer'], text);
+  assert.deepEqual(places('id'), ['div#same', 'div#same'], text);
+  assert.deepEqual(places('shadow'), ['div#host'], text);
+  assert.equal(places('frame').length, 1, text);
+  assert.deepEqual(places('callback'), ['onpause'], text);
+  assert.ok(places('same-title').includes('items 0 1'), text);
+});
+
+test('the lint tells of a page that never listens', async (t) => {
+  const { code, text } = await run(['lint', '--timeout', '300', writePage(t, '<button>Play</button>')]);
+  assert.equal(code, 1, text);
+  assert.match(text, /^listen /m);
+});
