@@ -2,8 +2,27 @@
 #include "core/answer_book.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvis::voice {
+
+namespace {
+
+constexpr const char* kPiece = "partial_result";
+constexpr const char* kContextAnswer = "appContext";
+constexpr const char* kContextRequest = "ACTION_REQUEST_APP_CONTEXT";
+
+// The command that a message with this word answers. A context request that the page has no callback for is
+// refused with a "result", so that road is the second choice of a "result".
+template <typename Commands>
+auto FindOwed(Commands& commands, const std::string& word) {
+  const auto is_context = [](const auto& command) { return command.action == kContextRequest; };
+  if (word == kContextAnswer) return std::find_if(commands.begin(), commands.end(), is_context);
+  const auto found = std::find_if_not(commands.begin(), commands.end(), is_context);
+  return found == commands.end() ? commands.begin() : found;
+}
+
+}  // namespace
 
 uint64_t AnswerBook::Note(const std::string& app_id, const std::string& action, Clock::time_point now) {
   accounts_[app_id].commands.push_back({++last_id_, action, now});
@@ -17,42 +36,79 @@ void AnswerBook::Forget(const std::string& app_id, uint64_t command_id) {
                  commands.end());
 }
 
-Answer AnswerBook::Settle(Account& account, Clock::time_point now) {
+Answer AnswerBook::Settle(Account& account, std::deque<Command>::iterator command, Clock::time_point now) {
   Answer answer;
-  if (account.commands.empty()) return answer;
-  const Command command = account.commands.front();
-  account.commands.pop_front();
-  answer.command_id = command.id;
-  answer.action = command.action;
-  answer.took = now - command.sent;
+  if (command == account.commands.end()) return answer;
+  answer.command_id = command->id;
+  answer.action = command->action;
+  answer.took = now - command->sent;
   answer.first_piece = answer.took;
+  account.commands.erase(command);
   return answer;
+}
+
+Answer AnswerBook::Break(Account& account, const char* problem, Clock::time_point now) {
+  Answer answer = Settle(account, account.commands.begin(), now);
+  answer.word = kPiece;
+  answer.pieces = account.joiner.pieces();
+  answer.is_broken = true;
+  answer.problem = problem;
+  account.joiner.Clear();
+  return answer;
+}
+
+void AnswerBook::ReceivePiece(Account& account, const std::string& piece, size_t total, Clock::time_point now,
+                              std::vector<Answer>& answers) {
+  if (account.joiner.is_empty()) {
+    account.first_piece = now;
+    account.is_doubtful = false;
+  }
+  PieceJoiner::State state = account.joiner.Add(piece, total);
+  if (state == PieceJoiner::State::kBroken) {
+    if (!account.is_doubtful) {
+      answers.push_back(Break(account, "The pieces of the answer don't fit each other; say it again.", now));
+    }
+    account.joiner.Clear();
+    // What doesn't fit the answer may begin the next one.
+    account.first_piece = now;
+    account.is_doubtful = true;
+    if (!account.commands.empty()) state = account.joiner.Add(piece, total);
+  }
+  if (state != PieceJoiner::State::kComplete) return;
+  Answer answer = Settle(account, account.commands.begin(), now);
+  answer.word = kPiece;
+  answer.pieces = account.joiner.pieces();
+  answer.data = account.joiner.Take();
+  answer.first_piece = answer.took - (now - account.first_piece);
+  answers.push_back(std::move(answer));
+}
+
+std::vector<Answer> AnswerBook::Receive(const std::string& app_id, const std::string& word,
+                                        const std::string& data, size_t total, Clock::time_point now) {
+  Account& account = accounts_[app_id];
+  std::vector<Answer> answers;
+  if (word == kPiece) {
+    ReceivePiece(account, data, total, now, answers);
+    return answers;
+  }
+  if (!account.joiner.is_empty() && !account.is_doubtful) {
+    answers.push_back(Break(account, "The answer broke off: not all of its pieces came; say it again.", now));
+  }
+  account.joiner.Clear();
+  Answer answer = Settle(account, FindOwed(account.commands, word), now);
+  answer.word = word;
+  answer.data = data;
+  answers.push_back(std::move(answer));
+  return answers;
 }
 
 std::optional<Answer> AnswerBook::Take(const std::string& app_id, const std::string& word,
                                        const std::string& data, size_t total, Clock::time_point now,
                                        std::string& problem) {
-  Account& account = accounts_[app_id];
-  if (word != "partial_result") {
-    if (!account.joiner.is_empty())
-      problem = "An answer in pieces broke off; what had come of it is dropped.";
-    account.joiner.Clear();
-    Answer answer = Settle(account, now);
-    answer.word = word;
-    answer.data = data;
-    return answer;
-  }
-  if (account.joiner.is_empty()) account.first_piece = now;
-  const PieceJoiner::State state = account.joiner.Add(data, total);
-  if (state == PieceJoiner::State::kBroken)
-    problem = "The pieces of an answer don't fit each other; they are dropped.";
-  if (state != PieceJoiner::State::kComplete) return {};
-  Answer answer = Settle(account, now);
-  answer.word = word;
-  answer.pieces = account.joiner.pieces();
-  answer.data = account.joiner.Take();
-  answer.first_piece = answer.took - (now - account.first_piece);
-  return answer;
+  std::vector<Answer> answers = Receive(app_id, word, data, total, now);
+  if (answers.empty()) return {};
+  if (answers.front().is_broken) problem = answers.front().problem;
+  return std::move(answers.back());
 }
 
 void AnswerBook::Clear(const std::string& app_id) {

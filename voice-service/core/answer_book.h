@@ -1,5 +1,6 @@
-// Which command an answer belongs to. Answers carry no identifier, but every page answers each command once
-// and in order, so an answer belongs to the oldest command of its application that is owed one.
+// Which command an answer belongs to. Answers carry no identifier, but every page answers each command once,
+// and in order on each of two roads: application contexts come as "appContext", all else as "result". So an
+// answer belongs to the oldest command of its road that is owed one.
 #ifndef CORVIS_VOICE_CORE_ANSWER_BOOK_H_
 #define CORVIS_VOICE_CORE_ANSWER_BOOK_H_
 
@@ -10,6 +11,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/piece_joiner.h"
 
@@ -17,17 +19,21 @@ namespace corvis::voice {
 
 using Clock = std::chrono::steady_clock;
 
-// A command's answer, whole.
+// A command's answer, whole; or the news that no whole answer will come.
 struct Answer {
   uint64_t command_id = 0;
   std::string action;
   // "result" or "appContext"; "partial_result" for an answer that came in pieces.
   std::string word;
+  // Empty when the answer is broken.
   std::string data;
   int pieces = 1;
   Clock::duration took{};
   // When the answer had begun to arrive; a single message begins and ends at once.
   Clock::duration first_piece{};
+  // The answer's pieces don't make a whole; `problem` is a sentence that says why.
+  bool is_broken = false;
+  std::string problem;
 };
 
 class AnswerBook {
@@ -37,9 +43,13 @@ class AnswerBook {
   // A command that could not be sent after all is owed nothing.
   void Forget(const std::string& app_id, uint64_t command_id);
 
-  // Takes a message of the application ("result", "appContext", "partial_result"). Gives the answer when it
-  // is whole; nothing while pieces are missing. An answer that no command is owed has the id 0. Pieces that
-  // don't fit give nothing and set `problem` to a sentence.
+  // Takes a message of the application ("result", "appContext", "partial_result"). Gives the answers that it
+  // settles: none while pieces are missing, a broken one when pieces don't fit or broke off, and what the
+  // message itself completes. An answer that no command is owed has the id 0.
+  std::vector<Answer> Receive(const std::string& app_id, const std::string& word, const std::string& data,
+                              size_t total, Clock::time_point now);
+
+  // Receive for a caller that wants the last of those answers only; `problem` is set when one is broken.
   std::optional<Answer> Take(const std::string& app_id, const std::string& word, const std::string& data,
                              size_t total, Clock::time_point now, std::string& problem);
 
@@ -59,9 +69,14 @@ class AnswerBook {
     std::deque<Command> commands;
     PieceJoiner joiner;
     Clock::time_point first_piece;
+    // The joiner holds pieces that followed broken ones: the next answer's, or just more that is broken.
+    bool is_doubtful = false;
   };
 
-  static Answer Settle(Account& account, Clock::time_point now);
+  static void ReceivePiece(Account& account, const std::string& piece, size_t total, Clock::time_point now,
+                           std::vector<Answer>& answers);
+  static Answer Settle(Account& account, std::deque<Command>::iterator command, Clock::time_point now);
+  static Answer Break(Account& account, const char* problem, Clock::time_point now);
 
   std::map<std::string, Account> accounts_;
   uint64_t last_id_ = 0;

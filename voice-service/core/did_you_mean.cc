@@ -10,17 +10,27 @@ namespace {
 
 // Longer words are not compared: they are pasted, not mistyped.
 constexpr size_t kLongestWord = 80;
+// One mistake for so many letters.
+constexpr size_t kLettersPerMistake = 3;
 
-size_t EditDistance(std::string_view a, std::string_view b) {
-  std::vector<size_t> row(b.size() + 1);
+using Row = std::vector<size_t>;
+
+// The costs of turning beginnings of `word` into beginnings of `candidate`, a row for each letter of `word`.
+size_t EditDistance(std::string_view word, std::string_view candidate) {
+  Row before_last;
+  Row last;
+  Row row(candidate.size() + 1);
   std::iota(row.begin(), row.end(), 0U);
-  for (size_t i = 1; i <= a.size(); ++i) {
-    size_t diagonal = row[0];
-    row[0] = i;
-    for (size_t j = 1; j <= b.size(); ++j) {
-      const size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-      diagonal = row[j];
-      row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
+  for (size_t i = 1; i <= word.size(); ++i) {
+    before_last.swap(last);
+    last.swap(row);
+    row.assign(candidate.size() + 1, i);
+    for (size_t j = 1; j <= candidate.size(); ++j) {
+      const size_t replaced = last[j - 1] + (word[i - 1] == candidate[j - 1] ? 0 : 1);
+      row[j] = std::min({last[j] + 1, row[j - 1] + 1, replaced});
+      const bool is_swap =
+          i > 1 && j > 1 && word[i - 1] == candidate[j - 2] && word[i - 2] == candidate[j - 1];
+      if (is_swap) row[j] = std::min(row[j], before_last[j - 2] + 1);
     }
   }
   return row.back();
@@ -28,15 +38,21 @@ size_t EditDistance(std::string_view a, std::string_view b) {
 
 }  // namespace
 
+std::optional<size_t> Mistakes(std::string_view word, std::string_view candidate) {
+  const auto [shorter, longer] = std::minmax(word.size(), candidate.size());
+  const size_t most = std::max<size_t>(1, word.size() / kLettersPerMistake);
+  if (longer > kLongestWord || longer - shorter > most) return {};
+  const size_t distance = EditDistance(word, candidate);
+  return distance <= most && distance < shorter ? std::optional(distance) : std::nullopt;
+}
+
 std::string ClosestTo(std::string_view word, const std::vector<std::string>& candidates) {
-  if (word.size() > kLongestWord) return "";
-  size_t best = 1 + word.size() / 3;
+  std::optional<size_t> fewest;
   std::string closest;
   for (const std::string& candidate : candidates) {
-    if (candidate.size() > kLongestWord) continue;
-    const size_t distance = EditDistance(word, candidate);
-    if (distance > best || (distance == best && !closest.empty())) continue;
-    best = distance;
+    const auto mistakes = Mistakes(word, candidate);
+    if (!mistakes || (fewest && *mistakes >= *fewest)) continue;
+    fewest = mistakes;
     closest = candidate;
   }
   return closest;

@@ -2,11 +2,17 @@
 #ifndef CORVIS_VOICE_CORE_DID_YOU_MEAN_H_
 #define CORVIS_VOICE_CORE_DID_YOU_MEAN_H_
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace corvis::voice {
+
+// How many letters must be changed, added, dropped or swapped with their neighbour to make `candidate` of
+// `word`; nothing when that is too much for a typing mistake.
+std::optional<size_t> Mistakes(std::string_view word, std::string_view candidate);
 
 // The candidate that is closest to `word`, when it is close enough to be meant; empty otherwise.
 std::string ClosestTo(std::string_view word, const std::vector<std::string>& candidates);

@@ -6,6 +6,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "core/json_text.h"
 #include "core/phrase_pattern.h"
 
 namespace corvis::voice {
@@ -14,29 +15,38 @@ namespace {
 
 using Json = nlohmann::json;
 
-template <typename T>
-T Member(const Json& object, const char* name, T otherwise) {
+std::string Text(const Json& object, const char* name) {
   const auto member = object.find(name);
-  if (member == object.end()) return otherwise;
-  if constexpr (std::is_same_v<T, std::string>)
-    return member->is_string() ? member->template get<T>() : otherwise;
-  if constexpr (std::is_same_v<T, bool>) return member->is_boolean() ? member->template get<T>() : otherwise;
-  if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
-    return member->is_number() ? member->template get<T>() : otherwise;
-  }
+  return member != object.end() && member->is_string() ? member->get<std::string>() : "";
+}
+
+bool Flag(const Json& object, const char* name, bool otherwise) {
+  const auto member = object.find(name);
+  return member != object.end() && member->is_boolean() ? member->get<bool>() : otherwise;
+}
+
+double Number(const Json& object, const char* name) {
+  const auto member = object.find(name);
+  return member != object.end() && member->is_number() ? member->get<double>() : 0;
+}
+
+// 0 for what is no number of an item.
+long ItemNumber(double number) {
+  constexpr double kLargest = 1e9;
+  return number >= 0 && number <= kLargest ? static_cast<long>(number) : 0;
 }
 
 Item ReadItem(const Json& object, bool is_own, size_t position) {
   Item item;
-  item.number = is_own ? static_cast<long>(position) : Member<long>(object, "id", 0);
-  item.title = Member<std::string>(object, "title", "");
-  item.x = Member<double>(object, is_own ? "positionX" : "x", 0);
-  item.y = Member<double>(object, is_own ? "positionY" : "y", 0);
-  item.w = Member<double>(object, "w", 0);
-  item.h = Member<double>(object, "h", 0);
-  item.is_focused = Member<bool>(object, is_own ? "bFocused" : "focused", false);
-  item.is_visible = Member<bool>(object, "visible", true);
-  item.is_in_frame = Member<bool>(object, "iframe", false);
+  item.number = is_own ? static_cast<long>(position) : ItemNumber(Number(object, "id"));
+  item.title = Text(object, "title");
+  item.x = Number(object, is_own ? "positionX" : "x");
+  item.y = Number(object, is_own ? "positionY" : "y");
+  item.w = Number(object, "w");
+  item.h = Number(object, "h");
+  item.is_focused = Flag(object, is_own ? "bFocused" : "focused", false);
+  item.is_visible = Flag(object, "visible", true);
+  item.is_in_frame = Flag(object, "iframe", false);
   return item;
 }
 
@@ -57,7 +67,8 @@ std::map<std::string, std::vector<Item>> ByTitle(const ItemList& list) {
 }  // namespace
 
 std::optional<ItemList> ReadItems(const std::string& answer) {
-  const Json parsed = Json::parse(answer, nullptr, /*allow_exceptions=*/false);
+  std::string ignored;
+  const Json parsed = ParseJson(answer, ignored);
   if (!parsed.is_array()) return {};
   ItemList list;
   for (const Json& object : parsed) {
@@ -79,6 +90,7 @@ std::string ItemTable(const ItemList& list) {
 
 std::vector<Item> ItemsTitled(const ItemList& list, const std::string& title) {
   const std::string wanted = NormalisedPhrase(title);
+  if (wanted.empty()) return {};
   std::vector<Item> same;
   std::vector<Item> containing;
   for (const Item& item : list.items) {

@@ -2,6 +2,7 @@
 #ifndef CORVIS_VOICE_CORE_JSON_TEXT_H_
 #define CORVIS_VOICE_CORE_JSON_TEXT_H_
 
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace corvis::voice {
@@ -11,6 +12,10 @@ std::string JsonText(const std::string& text);
 
 // A text value without its quotation marks; any other value as it stands.
 std::string PlainValue(const std::string& json);
+
+// The value of a JSON text, nested at most 200 levels deep so that it can be walked by recursion. Otherwise
+// the value is discarded and `problem` is a sentence about "this".
+nlohmann::json ParseJson(const std::string& text, std::string& problem);
 
 }  // namespace corvis::voice
 

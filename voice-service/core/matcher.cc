@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <string_view>
+
+#include "core/json_text.h"
 
 namespace corvis::voice {
 
@@ -13,9 +16,8 @@ namespace {
 
 using Json = nlohmann::json;
 
-Json ParseJson(const std::string& text) {
-  return Json::parse(text, nullptr, /*allow_exceptions=*/false);
-}
+// A pattern such as (a+)+$ would try for years; this many steps take a fraction of a second.
+constexpr const char* kStepLimit = "(*LIMIT_MATCH=500000)";
 
 bool IsSubset(const Json& expected, const Json& actual) {
   if (expected.is_object() && actual.is_object()) {
@@ -30,9 +32,9 @@ bool IsSubset(const Json& expected, const Json& actual) {
   return expected == actual;
 }
 
-bool IsJsonMatch(const std::string& expected, const std::string& actual) {
-  const Json parsed = ParseJson(actual);
-  return !parsed.is_discarded() && IsSubset(ParseJson(expected), parsed);
+bool IsJsonMatch(const std::string& expected, const std::string& actual, std::string& problem) {
+  const Json parsed = ParseJson(actual, problem);
+  return !parsed.is_discarded() && IsSubset(ParseJson(expected, problem), parsed);
 }
 
 struct RegexDeleter {
@@ -40,27 +42,40 @@ struct RegexDeleter {
 };
 using RegexPtr = std::unique_ptr<GRegex, RegexDeleter>;
 
+struct ErrorDeleter {
+  void operator()(GError* error) const { g_error_free(error); }
+};
+using ErrorPtr = std::unique_ptr<GError, ErrorDeleter>;
+
 // Raw: answers are bytes, which need not be UTF-8.
 RegexPtr NewRegex(const std::string& pattern, std::string& problem) {
   GError* error = nullptr;
   RegexPtr regex(g_regex_new(pattern.c_str(), G_REGEX_RAW, GRegexMatchFlags(0), &error));
-  if (error != nullptr) {
-    problem = error->message;
-    g_error_free(error);
-  }
+  const ErrorPtr owned(error);
+  if (owned) problem = std::string("This is no regular expression: ") + owned->message + ".";
   return regex;
 }
 
-bool IsRegexMatch(const std::string& pattern, const std::string& actual) {
-  std::string ignored;
-  const RegexPtr regex = NewRegex(pattern, ignored);
-  return regex && g_regex_match_full(regex.get(), actual.data(), static_cast<gssize>(actual.size()), 0,
-                                     GRegexMatchFlags(0), nullptr, nullptr) != FALSE;
+bool IsRegexMatch(const std::string& pattern, const std::string& actual, std::string& problem) {
+  const RegexPtr regex = NewRegex(kStepLimit + pattern, problem);
+  if (!regex) return false;
+  GError* error = nullptr;
+  const bool is_match = g_regex_match_full(regex.get(), actual.data(), static_cast<gssize>(actual.size()), 0,
+                                           GRegexMatchFlags(0), nullptr, &error) != FALSE;
+  const ErrorPtr owned(error);
+  if (owned) {
+    problem =
+        "The regular expression was given up: it tries too many ways to match this text; write it without "
+        "a repetition within a repetition.";
+  }
+  return is_match;
 }
 
 }  // namespace
 
-bool Matches(const Matcher& matcher, const std::string& actual) {
+bool Matches(const Matcher& matcher, const std::string& actual, std::string* problem) {
+  std::string ignored;
+  std::string& trouble = problem == nullptr ? ignored : *problem;
   const std::string& expected = matcher.texts.front();
   switch (matcher.kind) {
     case MatchKind::kExact:
@@ -68,9 +83,9 @@ bool Matches(const Matcher& matcher, const std::string& actual) {
     case MatchKind::kContains:
       return actual.find(expected) != std::string::npos;
     case MatchKind::kMatches:
-      return IsRegexMatch(expected, actual);
+      return IsRegexMatch(expected, actual, trouble);
     case MatchKind::kJson:
-      return IsJsonMatch(expected, actual);
+      return IsJsonMatch(expected, actual, trouble);
     case MatchKind::kOneOf:
       return std::find(matcher.texts.begin(), matcher.texts.end(), actual) != matcher.texts.end();
   }
@@ -98,22 +113,28 @@ std::string Describe(const Matcher& matcher) {
 
 std::string MatcherProblem(const Matcher& matcher) {
   std::string problem;
-  if (matcher.kind == MatchKind::kMatches && !NewRegex(matcher.texts.front(), problem)) {
-    return "This is no regular expression: " + problem + ".";
+  const std::string& expected = matcher.texts.front();
+  if (matcher.kind == MatchKind::kMatches) {
+    if (expected.find('\0') != std::string::npos)
+      return "A regular expression can't hold a NUL byte; write \\0.";
+    NewRegex(expected, problem);
   }
-  if (matcher.kind == MatchKind::kJson && ParseJson(matcher.texts.front()).is_discarded())
-    return "This is no JSON.";
-  return "";
+  if (matcher.kind == MatchKind::kJson) ParseJson(expected, problem);
+  return problem;
 }
 
 std::string Quoted(const std::string& text) {
+  constexpr std::string_view kEscaped = "\"\\\n\t\r";
+  constexpr std::string_view kEscapes = "\"\\ntr";
+  constexpr const char* kDigits = "0123456789abcdef";
   std::string quoted = "\"";
   for (const char c : text) {
-    if (c == '"' || c == '\\') quoted += '\\';
-    if (c == '\n') {
-      quoted += "\\n";
-    } else if (c == '\t') {
-      quoted += "\\t";
+    const auto byte = static_cast<unsigned char>(c);
+    const size_t escape = kEscaped.find(c);
+    if (escape != std::string_view::npos) {
+      quoted.append({'\\', kEscapes[escape]});
+    } else if (byte < ' ') {
+      quoted.append({'\\', 'x', kDigits[byte >> 4U], kDigits[byte & 0xFU]});
     } else {
       quoted += c;
     }

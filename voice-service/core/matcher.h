@@ -16,8 +16,10 @@ struct Matcher {
 };
 
 // Whether `actual` is as expected. JSON: every member that the expected object has is in the actual one, at
-// any depth; arrays have the same length; other values are equal.
-bool Matches(const Matcher& matcher, const std::string& actual);
+// any depth; arrays have the same length; other values are equal. When the two can't be compared (the actual
+// text is no JSON, a regular expression takes too long), it is false and `problem`, when given, is a
+// sentence.
+bool Matches(const Matcher& matcher, const std::string& actual, std::string* problem = nullptr);
 
 // For people: `contains "x"`.
 std::string Describe(const Matcher& matcher);

@@ -1,7 +1,9 @@
 // A pattern is expanded into its plain wordings; each is then compared from its front.
 #include "core/phrase_pattern.h"
 
+#include <algorithm>
 #include <cctype>
+#include <map>
 
 namespace corvis::voice {
 
@@ -19,8 +21,8 @@ std::vector<std::string> Split(std::string_view text, char mark) {
   return parts;
 }
 
-// Every wording of the pattern, with (a|b) and [a|b] written out. Patterns are short and come from our table.
-std::vector<std::string> Wordings(std::string_view pattern) {
+// The wordings as texts. Patterns are short and come from our table.
+std::vector<std::string> Expanded(std::string_view pattern) {
   const size_t open = pattern.find_first_of("([");
   if (open == std::string_view::npos) return {std::string(pattern)};
   const bool is_optional = pattern[open] == '[';
@@ -28,20 +30,13 @@ std::vector<std::string> Wordings(std::string_view pattern) {
   std::vector<std::string> choices = Split(pattern.substr(open + 1, close - open - 1), '|');
   if (is_optional) choices.emplace_back();
   std::vector<std::string> wordings;
-  for (const std::string& rest : Wordings(pattern.substr(close + 1))) {
+  for (const std::string& rest : Expanded(pattern.substr(close + 1))) {
     for (const std::string& choice : choices) {
       wordings.push_back(std::string(pattern.substr(0, open)).append(choice).append(rest));
     }
   }
   return wordings;
 }
-
-// The wording's text before and behind its slot, and the slot's name.
-struct Wording {
-  std::string before;
-  std::string slot;
-  std::string behind;
-};
 
 Wording TakeApart(const std::string& wording) {
   const size_t open = wording.find('{');
@@ -51,50 +46,80 @@ Wording TakeApart(const std::string& wording) {
           NormalisedPhrase(wording.substr(close + 1))};
 }
 
-bool StartsWith(std::string_view text, std::string_view start) {
-  return text.substr(0, start.size()) == start;
+char Lower(char c) {
+  return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
 }
 
-bool IsMatch(const Wording& wording, const std::string& phrase, std::string& words) {
-  if (wording.slot.empty()) return phrase == wording.before;
-  if (!StartsWith(phrase, wording.before + " ")) return false;
-  words = phrase.substr(wording.before.size() + 1);
-  if (!wording.behind.empty()) {
-    const std::string end = " " + wording.behind;
-    if (words.size() <= end.size() || words.substr(words.size() - end.size()) != end) return false;
-    words.resize(words.size() - end.size());
-  }
-  return !words.empty();
+// `fixed` is in lower case.
+bool IsSame(std::string_view said, std::string_view fixed) {
+  return std::equal(said.begin(), said.end(), fixed.begin(), fixed.end(),
+                    [](char a, char b) { return Lower(a) == b; });
 }
 
 bool IsBlank(char c) {
   return std::isspace(static_cast<unsigned char>(c)) != 0;
 }
 
+std::string_view WithoutQuotes(std::string_view words) {
+  constexpr std::pair<std::string_view, std::string_view> kQuotes[] = {
+      {"\"", "\""}, {"'", "'"}, {"“", "”"}, {"‘", "’"}};
+  for (const auto& [open, close] : kQuotes) {
+    if (words.size() <= open.size() + close.size() || words.substr(0, open.size()) != open ||
+        words.substr(words.size() - close.size()) != close) {
+      continue;
+    }
+    return words.substr(open.size(), words.size() - open.size() - close.size());
+  }
+  return words;
+}
+
 }  // namespace
 
-std::string NormalisedPhrase(std::string_view phrase) {
-  std::string plain;
+std::string TidyPhrase(std::string_view phrase) {
+  std::string tidy;
   for (const char c : phrase) {
     if (!IsBlank(c)) {
-      plain += static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    } else if (!plain.empty() && plain.back() != ' ') {
-      plain += ' ';
+      tidy += c;
+    } else if (!tidy.empty() && tidy.back() != ' ') {
+      tidy += ' ';
     }
   }
-  while (!plain.empty() && std::string_view(" .!?,").find(plain.back()) != std::string_view::npos)
-    plain.pop_back();
+  while (!tidy.empty() && std::string_view(" .!?,").find(tidy.back()) != std::string_view::npos)
+    tidy.pop_back();
+  return tidy;
+}
+
+std::string NormalisedPhrase(std::string_view phrase) {
+  std::string plain = TidyPhrase(phrase);
+  std::transform(plain.begin(), plain.end(), plain.begin(), Lower);
   return plain;
 }
 
-std::vector<SlotValue> MatchPattern(std::string_view pattern, const std::string& phrase) {
-  std::vector<SlotValue> matches;
-  for (const std::string& text : Wordings(pattern)) {
-    const Wording wording = TakeApart(text);
-    std::string words;
-    if (IsMatch(wording, phrase, words)) matches.push_back({wording.slot, words});
+std::vector<Wording> WordingsOf(std::string_view pattern) {
+  std::vector<Wording> wordings;
+  for (const std::string& text : Expanded(pattern)) wordings.push_back(TakeApart(text));
+  return wordings;
+}
+
+std::optional<std::string_view> SlotWords(const Wording& wording, std::string_view phrase) {
+  const size_t front = wording.before.size();
+  if (!IsSame(phrase.substr(0, front), wording.before)) return {};
+  if (wording.slot.empty()) return phrase.size() == front ? std::optional(std::string_view()) : std::nullopt;
+  if (phrase.size() <= front + 1 || phrase[front] != ' ') return {};
+  std::string_view words = phrase.substr(front + 1);
+  if (!wording.behind.empty()) {
+    const std::string end = " " + wording.behind;
+    if (words.size() <= end.size() || !IsSame(words.substr(words.size() - end.size()), end)) return {};
+    words.remove_suffix(end.size());
   }
-  return matches;
+  return WithoutQuotes(words);
+}
+
+std::string SlotExample(const std::string& slot) {
+  static const std::map<std::string, const char*> kExamples = {
+      {"number", "3"}, {"place", "third"}, {"time", "90 seconds"}};
+  const auto found = kExamples.find(slot);
+  return found == kExamples.end() ? "{" + slot + "}" : found->second;
 }
 
 std::string SampleOfPattern(std::string_view pattern) {
@@ -115,9 +140,10 @@ std::string SampleOfPattern(std::string_view pattern) {
       sample += c;
     }
   }
-  for (const auto& [slot, example] : {std::pair("{number}", "3"), std::pair("{time}", "90 seconds")}) {
-    const size_t at = sample.find(slot);
-    if (at != std::string::npos) sample.replace(at, std::string_view(slot).size(), example);
+  const size_t open = sample.find('{');
+  const size_t close = sample.find('}');
+  if (open != std::string::npos && close != std::string::npos) {
+    sample.replace(open, close + 1 - open, SlotExample(sample.substr(open + 1, close - open - 1)));
   }
   return NormalisedPhrase(sample);
 }

@@ -2,7 +2,7 @@
 #include "core/phrases.h"
 
 #include <algorithm>
-#include <cstring>
+#include <utility>
 
 #include "core/did_you_mean.h"
 #include "core/phrase_pattern.h"
@@ -13,11 +13,12 @@ namespace corvis::voice {
 
 const std::vector<PhraseRow>& PhraseTable() {
   static const std::vector<PhraseRow> kTable = {
-      {"play [it]", "ACTION_PLAY", ""},
-      {"(resume|continue)", "ACTION_PLAY", ""},
-      {"pause [it]", "ACTION_PAUSE", ""},
-      {"stop [it]", "ACTION_STOP", ""},
-      {"(exit|close the app|leave the app)", "ACTION_EXIT", ""},
+      {"play [it|this|the movie|the film|the video|the show|the music]", "ACTION_PLAY", ""},
+      {"(resume|continue) [it|this|the movie|the film|the video|the show|the music]", "ACTION_PLAY", ""},
+      {"pause [it|this|the movie|the film|the video|the show|the music]", "ACTION_PAUSE", ""},
+      {"stop [it|this|the movie|the film|the video|the show|the music]", "ACTION_STOP", ""},
+      {"exit", "ACTION_EXIT", ""},
+      {"(exit|close|leave|quit) [the|this] app", "ACTION_EXIT", ""},
 
       {"[go|move] left", "ACTION_NAVIGATION", "MoveLeftCommand"},
       {"[go|move] right", "ACTION_NAVIGATION", "MoveRightCommand"},
@@ -29,6 +30,7 @@ const std::vector<PhraseRow>& PhraseTable() {
 
       {"select [number|item] {number}", "ACTION_ITEM_SELECTION", "id={number}"},
       {"choose [number|item] {number}", "ACTION_SELECTION", "{number}"},
+      {"choose [the] {place} [one|item]", "ACTION_SELECTION", "{place}"},
       {"open {title}", "ACTION_TITLE_SELECTION", "{title}"},
 
       {"search [the] collection for {words}", "ACTION_SEARCH_COLLECTION", "{terms}"},
@@ -40,6 +42,8 @@ const std::vector<PhraseRow>& PhraseTable() {
       {"rewind", "ACTION_REWIND", ""},
       {"skip (forward|ahead) [by] {time}", "ACTION_MEDIA_SKIP_FORWARD", "{time}"},
       {"(skip|go) back[ward] [by] {time}", "ACTION_MEDIA_SKIP_BACKWARD", "{time}"},
+      {"skip (forward|ahead)", "ACTION_MEDIA_SKIP_FORWARD", "10"},
+      {"skip back[ward]", "ACTION_MEDIA_SKIP_BACKWARD", "10"},
       {"(go|jump) to {time}", "ACTION_MEDIA_SET_PLAY_POSITION", "{time}"},
       {"play from {time}", "ACTION_MEDIA_SET_PLAY_POSITION", "{time}"},
       {"(start over|play from the beginning)", "ACTION_MEDIA_RESTART", ""},
@@ -55,8 +59,10 @@ const std::vector<PhraseRow>& PhraseTable() {
       {"shuffle off", "ACTION_MEDIA_SET_SHUFFLE", "off"},
       {"(screen fit|fit to screen) [on]", "ACTION_MEDIA_SET_SCREEN_FIT", "on"},
       {"(screen fit|fit to screen) off", "ACTION_MEDIA_SET_SCREEN_FIT", "off"},
-      {"360 [mode] on", "ACTION_MEDIA_SET_360_MODE", "on"},
-      {"360 [mode] off", "ACTION_MEDIA_SET_360_MODE", "off"},
+      {"(360|three sixty) [mode] on", "ACTION_MEDIA_SET_360_MODE", "on"},
+      {"turn on [the] (360|three sixty) mode", "ACTION_MEDIA_SET_360_MODE", "on"},
+      {"(360|three sixty) [mode] off", "ACTION_MEDIA_SET_360_MODE", "off"},
+      {"turn off [the] (360|three sixty) mode", "ACTION_MEDIA_SET_360_MODE", "off"},
       {"zoom in", "ACTION_MEDIA_SET_ZOOM", "in"},
       {"zoom out", "ACTION_MEDIA_SET_ZOOM", "out"},
       {"rotate [to the] left", "ACTION_MEDIA_SET_ROTATE", "Left"},
@@ -67,6 +73,8 @@ const std::vector<PhraseRow>& PhraseTable() {
 
       {"add [this|it] to [my] bookmarks", "ACTION_ADDITION_TO_LIST", "BookMarks"},
       {"add [this|it] to [my] watch later", "ACTION_ADDITION_TO_LIST", "WatchLater"},
+      {"bookmark (this|it)", "ACTION_ADDITION_TO_LIST", "BookMarks"},
+      {"watch (this|it) later", "ACTION_ADDITION_TO_LIST", "WatchLater"},
       {"remove [this|it] from [my] bookmarks", "ACTION_REMOVAL_FROM_LIST", "BookMarks"},
       {"remove [this|it] from [my] watch later", "ACTION_REMOVAL_FROM_LIST", "WatchLater"},
 
@@ -83,19 +91,45 @@ const std::vector<PhraseRow>& PhraseTable() {
 
 namespace {
 
-bool IsFilled(const SlotValue& slot, std::string& value) {
-  if (slot.name == "number") {
-    const auto number = SpokenNumber(slot.words);
-    if (number) value = std::to_string(*number);
-    return number.has_value();
-  }
-  if (slot.name == "time") {
-    const auto seconds = SpokenSeconds(slot.words);
-    if (seconds) value = std::to_string(*seconds);
-    return seconds.has_value();
-  }
-  value = slot.words;
-  return true;
+// Longer phrases get no suggestion: they are pasted, not said.
+constexpr size_t kLongestPhrase = 200;
+
+struct KnownRow {
+  const PhraseRow* row;
+  std::vector<Wording> wordings;
+};
+
+// The table with its patterns written out.
+const std::vector<KnownRow>& KnownRows() {
+  static const std::vector<KnownRow> kRows = [] {
+    std::vector<KnownRow> rows;
+    for (const PhraseRow& row : PhraseTable()) rows.push_back({&row, WordingsOf(row.pattern)});
+    return rows;
+  }();
+  return kRows;
+}
+
+// The tidy phrase without a "please" at its beginning or end.
+std::string PlainRequest(std::string_view phrase) {
+  constexpr std::string_view kPlease = "please";
+  std::string said = TidyPhrase(phrase);
+  const size_t first = said.find(' ');
+  if (first == std::string::npos) return said;
+  if (NormalisedPhrase(said.substr(0, first)) == kPlease) said.erase(0, first + 1);
+  const size_t last = said.rfind(' ');
+  if (last != std::string::npos && NormalisedPhrase(said.substr(last + 1)) == kPlease) said.resize(last);
+  return TidyPhrase(said);
+}
+
+// What goes into the data for the words of a slot; nothing when they are no number or time, as they should
+// be.
+std::optional<std::string> ValueOf(const std::string& slot, std::string_view words) {
+  if (slot != "number" && slot != "place" && slot != "time") return std::string(words);
+  const std::string plain = NormalisedPhrase(words);
+  const auto number = slot == "number"  ? SpokenNumber(plain)
+                      : slot == "place" ? SpokenPlace(plain)
+                                        : SpokenSeconds(plain);
+  return number ? std::optional(std::to_string(*number)) : std::nullopt;
 }
 
 // `data` with the slot's value in place of {name}; every slot that stays empty goes.
@@ -123,19 +157,59 @@ Command MakeCommand(const PhraseRow& row, const std::string& phrase, const std::
   return command;
 }
 
+// A phrase that might have been meant. Suggestions that keep the words of the slot come first, then those
+// with fewer mistakes.
+struct Suggestion {
+  bool is_example = false;
+  size_t mistakes = 0;
+  std::string text;
+};
+
+// How many bytes the first words of a text have, as many as `fixed` has.
+size_t BeginningOf(std::string_view text, std::string_view fixed) {
+  size_t end = text.find(' ');
+  for (auto left = std::count(fixed.begin(), fixed.end(), ' '); left > 0 && end != text.npos; --left) {
+    end = text.find(' ', end + 1);
+  }
+  return std::min(end, text.size());
+}
+
+// Only the fixed words before the slot are compared; what stands in the slot is no mistake.
+std::optional<Suggestion> SuggestionOf(const Wording& wording, const std::string& said) {
+  const size_t beginning = wording.slot.empty() ? said.size() : BeginningOf(said, wording.before);
+  const auto mistakes = Mistakes(NormalisedPhrase(said.substr(0, beginning)), wording.before);
+  if (!mistakes) return {};
+  Suggestion suggestion{false, *mistakes, wording.before + said.substr(beginning)};
+  if (wording.slot.empty() || (beginning < said.size() && SlotWords(wording, suggestion.text) &&
+                               (CommandOf(suggestion.text) || TitleToSelect(suggestion.text)))) {
+    return suggestion;
+  }
+  suggestion.is_example = true;
+  suggestion.text = wording.before + " " + SlotExample(wording.slot);
+  if (!wording.behind.empty()) suggestion.text += " " + wording.behind;
+  return suggestion;
+}
+
 }  // namespace
 
 std::optional<Command> CommandOf(std::string_view phrase) {
-  const std::string plain = NormalisedPhrase(phrase);
-  if (plain.empty()) return {};
-  for (const PhraseRow& row : PhraseTable()) {
-    // A wording may fit the pattern in several ways; the first whose slot can be read counts.
-    for (const SlotValue& slot : MatchPattern(row.pattern, plain)) {
-      std::string value;
-      if (IsFilled(slot, value)) return MakeCommand(row, plain, slot.name, value);
+  const std::string said = PlainRequest(phrase);
+  if (said.empty()) return {};
+  for (const KnownRow& known : KnownRows()) {
+    // A phrase may fit the pattern in several ways; the first whose slot can be read counts.
+    for (const Wording& wording : known.wordings) {
+      const auto words = SlotWords(wording, said);
+      const auto value = words ? ValueOf(wording.slot, *words) : std::nullopt;
+      if (value) return MakeCommand(*known.row, said, wording.slot, *value);
     }
   }
   return {};
+}
+
+std::optional<std::string> TitleToSelect(std::string_view phrase) {
+  const std::string said = PlainRequest(phrase);
+  const auto title = SlotWords({"select", "title", ""}, said);
+  return title && !CommandOf(said) ? std::optional(std::string(*title)) : std::nullopt;
 }
 
 std::string SamplePhrase(std::string_view action) {
@@ -146,9 +220,18 @@ std::string SamplePhrase(std::string_view action) {
 }
 
 std::string SimilarPhrase(std::string_view phrase) {
-  std::vector<std::string> samples;
-  for (const PhraseRow& row : PhraseTable()) samples.push_back(SampleOfPattern(row.pattern));
-  return ClosestTo(NormalisedPhrase(phrase), samples);
+  const std::string said = PlainRequest(phrase);
+  if (said.empty() || said.size() > kLongestPhrase) return "";
+  std::optional<Suggestion> best;
+  for (const KnownRow& known : KnownRows()) {
+    for (const Wording& wording : known.wordings) {
+      const auto suggestion = SuggestionOf(wording, said);
+      if (!suggestion) continue;
+      const auto rank = [](const Suggestion& one) { return std::pair(one.is_example, one.mistakes); };
+      if (!best || rank(*suggestion) < rank(*best)) best = suggestion;
+    }
+  }
+  return best ? best->text : "";
 }
 
 }  // namespace corvis::voice

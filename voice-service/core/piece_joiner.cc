@@ -5,10 +5,14 @@
 
 namespace corvis::voice {
 
+namespace {
+// What an application can make the service keep.
+constexpr size_t kLargestAnswer = 16U << 20U;
+}  // namespace
+
 PieceJoiner::State PieceJoiner::Add(const std::string& piece, size_t total) {
-  if (!is_empty() && total != total_) Clear();
-  if (total == 0 || data_.size() + piece.size() > total) {
-    Clear();
+  const bool is_other = !is_empty() && total != total_;
+  if (total == 0 || total > kLargestAnswer || is_other || piece.size() > total - data_.size()) {
     return State::kBroken;
   }
   total_ = total;

@@ -12,7 +12,8 @@ class PieceJoiner {
  public:
   enum class State { kIncomplete, kComplete, kBroken };
 
-  // Takes the next piece. kBroken when the pieces don't fit each other; what came so far is dropped then.
+  // Takes the next piece. kBroken when it doesn't fit what came so far (another total, or more bytes than the
+  // total) or says a total that no answer can have; nothing changes then.
   State Add(const std::string& piece, size_t total);
 
   bool is_empty() const { return pieces_ == 0; }

@@ -2,6 +2,8 @@
 #include "core/raw_command.h"
 
 #include <algorithm>
+#include <cctype>
+#include <set>
 
 #include "core/did_you_mean.h"
 
@@ -11,7 +13,9 @@ namespace {
 
 constexpr std::string_view kActionPrefix = "ACTION_";
 
-// Takes a quoted value from behind its first quotation mark. False when it does not end.
+enum class Reading { kDone, kIsText, kIsWrong };
+
+// Takes a text from behind its first quotation mark. False when it does not end.
 bool TakeQuoted(std::string_view& rest, std::string& value) {
   while (!rest.empty()) {
     char c = rest.front();
@@ -26,32 +30,72 @@ bool TakeQuoted(std::string_view& rest, std::string& value) {
   return false;
 }
 
-bool TakePair(std::string_view& rest, Entries& entries) {
-  const size_t equals = rest.find('=');
-  if (equals == 0 || equals == std::string_view::npos || rest.find(' ') < equals) return false;
-  const std::string key(rest.substr(0, equals));
-  if (std::any_of(entries.begin(), entries.end(), [&key](const auto& entry) { return entry.first == key; })) {
-    return false;
+// Reads key=value pairs, from the front to the end.
+class PairReader {
+ public:
+  PairReader(std::string_view data, std::string& problem) : rest_(data), problem_(problem) {}
+
+  Reading ReadAll(Entries& entries) {
+    Reading reading = rest_.empty() ? Reading::kIsText : Reading::kDone;
+    while (reading == Reading::kDone && !rest_.empty()) reading = ReadPair(entries);
+    return reading;
   }
-  rest.remove_prefix(equals + 1);
-  std::string value;
+
+ private:
+  Reading ReadPair(Entries& entries) {
+    const size_t end = rest_.find_first_of("= \"");
+    if (end == 0 || end == std::string_view::npos || rest_[end] != '=') return Reading::kIsText;
+    const std::string key(rest_.substr(0, end));
+    rest_.remove_prefix(end + 1);
+    std::string value;
+    const Reading reading = ReadValue(key, value);
+    if (reading != Reading::kDone) return reading;
+    if (!keys_.insert(key).second) return Fail("The key " + key + " stands there twice");
+    entries.emplace_back(key, value);
+    rest_.remove_prefix(std::min(rest_.find_first_not_of(' '), rest_.size()));
+    return Reading::kDone;
+  }
+
+  Reading ReadValue(const std::string& key, std::string& value) {
+    if (rest_.empty() || rest_.front() != '"') {
+      value = rest_.substr(0, rest_.find(' '));
+      rest_.remove_prefix(value.size());
+      return Reading::kDone;
+    }
+    rest_.remove_prefix(1);
+    if (!TakeQuoted(rest_, value)) return Fail("The closing quotation mark of " + key + " is missing");
+    return rest_.empty() || rest_.front() == ' ' ? Reading::kDone : Reading::kIsText;
+  }
+
+  Reading Fail(const std::string& what) {
+    problem_ = what + "; put all of the data in quotation marks to send it as a text.";
+    return Reading::kIsWrong;
+  }
+
+  std::string_view rest_;
+  std::string& problem_;
+  std::set<std::string> keys_;
+};
+
+// The data of an action that takes a bundle.
+void ReadBundleData(Command& command, std::string& problem) {
+  std::string_view rest = command.text;
+  std::string quoted;
   if (!rest.empty() && rest.front() == '"') {
     rest.remove_prefix(1);
-    if (!TakeQuoted(rest, value) || (!rest.empty() && rest.front() != ' ')) return false;
-  } else {
-    value = rest.substr(0, rest.find(' '));
-    rest.remove_prefix(value.size());
+    if (!TakeQuoted(rest, quoted)) {
+      problem = "The closing quotation mark is missing.";
+    } else if (rest.empty()) {
+      command.text = quoted;
+    }
+    return;
   }
-  while (!rest.empty() && rest.front() == ' ') rest.remove_prefix(1);
-  entries.emplace_back(key, value);
-  return true;
+  command.is_bundle = PairReader(rest, problem).ReadAll(command.entries) == Reading::kDone;
+  if (!command.is_bundle) command.entries.clear();
 }
 
-bool ReadPairs(std::string_view data, Entries& entries) {
-  while (!data.empty()) {
-    if (!TakePair(data, entries)) return false;
-  }
-  return !entries.empty();
+std::string_view WithoutPrefix(std::string_view name) {
+  return IsRawCommand(name) ? name.substr(kActionPrefix.size()) : name;
 }
 
 }  // namespace
@@ -60,25 +104,34 @@ bool IsRawCommand(std::string_view line) {
   return line.substr(0, kActionPrefix.size()) == kActionPrefix;
 }
 
-Command ParseRawCommand(std::string_view line) {
+Command ParseRawCommand(std::string_view line, std::string* problem) {
   const size_t blank = line.find(' ');
   Command command;
   command.action = line.substr(0, blank);
   command.text = blank == std::string_view::npos ? "" : line.substr(blank + 1);
   const ActionInfo* action = FindAction(command.action);
+  std::string ignored;
   if (action != nullptr && action->takes_bundle) {
-    command.is_bundle = ReadPairs(command.text, command.entries);
-    if (!command.is_bundle) command.entries.clear();
+    ReadBundleData(command, problem == nullptr ? ignored : *problem);
   }
   return command;
 }
 
 std::string UnknownActionWarning(const Command& command) {
   if (FindAction(command.action) != nullptr) return "";
-  std::vector<std::string> names;
-  for (const ActionInfo& action : Actions()) names.emplace_back(action.name);
   return "There is no action " + command.action + "; it is sent all the same." +
-         DidYouMean(command.action, names);
+         DidYouMeanAction(command.action);
+}
+
+std::string DidYouMeanAction(const std::string& action) {
+  // The prefix that all have would make them all look alike.
+  std::string word(WithoutPrefix(action));
+  std::transform(word.begin(), word.end(), word.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  std::vector<std::string> names;
+  for (const ActionInfo& info : Actions()) names.emplace_back(WithoutPrefix(info.name));
+  const std::string closest = ClosestTo(word, names);
+  return closest.empty() ? "" : " Did you mean \"" + std::string(kActionPrefix) + closest + "\"?";
 }
 
 }  // namespace corvis::voice

@@ -7,11 +7,15 @@
 
 namespace corvis::voice {
 
-// The number in normalised words: digits, or words up to ninety nine ("twenty one"). At most a million.
+// The number in normalised words: digits, at most a million, or words below a thousand ("twenty one", "one
+// hundred and five").
 std::optional<long> SpokenNumber(const std::string& words);
 
-// Seconds: "90", "90 seconds", "two minutes", "1 hour and 5 minutes", "1:30", "1:02:03". A lone number counts
-// seconds.
+// The place in a row, counted from 1: "3rd", or "first" to "twelfth".
+std::optional<long> SpokenPlace(const std::string& words);
+
+// Seconds, rounded: "90", "90 seconds", "1.5 minutes", "half an hour", "1 hour and 5 minutes", "an hour and a
+// half", "1:30", "1:02:03". A lone number counts seconds.
 std::optional<long> SpokenSeconds(const std::string& words);
 
 }  // namespace corvis::voice

@@ -175,6 +175,9 @@ void ScriptRunner::Do(StepResult& result) {
       return;
     case StepKind::kTimeout:
       return conversation_.set_timeout(step.duration);
+    case StepKind::kWait:
+      WaitUntil([] { return false; }, step.duration);
+      return;
     case StepKind::kSay:
     case StepKind::kSend:
       return Say(result);

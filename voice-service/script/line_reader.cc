@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <set>
 
 #include "core/did_you_mean.h"
 
@@ -123,7 +124,8 @@ std::chrono::milliseconds LineReader::Duration() {
 
 Entries LineReader::Pairs() {
   Entries entries;
-  while (!is_at_end()) {
+  std::set<std::string> keys;
+  while (!is_at_end() && !has_failed()) {
     const size_t begin = at_;
     const size_t equals = line_.find('=', at_);
     if (equals == std::string_view::npos || equals == at_) {
@@ -134,10 +136,8 @@ Entries LineReader::Pairs() {
     at_ = equals + 1;
     const std::string value = is_at_end() || IsBlank(Peek()) ? "" : Text(/*may_be_bare=*/true);
     SkipBlanks();
-    for (const auto& entry : entries) {
-      if (entry.first == key) FailAt(begin, "The key " + key + " stands here twice.");
-    }
     if (key.find(' ') != std::string::npos) FailAt(begin, "Here stands key=\"value\".");
+    if (!keys.insert(key).second) FailAt(begin, "The key " + key + " stands here twice.");
     entries.emplace_back(key, value);
   }
   return has_failed() ? Entries{} : entries;

@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "core/did_you_mean.h"
-#include "core/phrase_pattern.h"
 #include "core/phrases.h"
 #include "core/raw_command.h"
 #include "script/line_reader.h"
@@ -47,13 +46,20 @@ void ReadDuration(LineReader& line, Step& step) {
   step.duration = line.Duration();
 }
 
+void ReadPause(LineReader& line, Step& step) {
+  constexpr auto kLongestPause = std::chrono::minutes(1);
+  const LineReader before = line;
+  step.duration = line.Duration();
+  if (line.has_failed() || step.duration <= kLongestPause) return;
+  line = before;
+  line.Fail("A minute is the longest pause.");
+}
+
 // A phrase may stand in quotation marks, or bare to the end of the line.
 void ReadPhrase(LineReader& line, Step& step) {
   const LineReader before = line;
   step.text = line.Peek() == '"' ? line.Text() : line.Rest("what is said");
-  const std::string plain = NormalisedPhrase(step.text);
-  constexpr std::string_view kSelect = "select ";
-  if (line.has_failed() || CommandOf(step.text) || plain.compare(0, kSelect.size(), kSelect) == 0) return;
+  if (line.has_failed() || CommandOf(step.text) || TitleToSelect(step.text)) return;
   const std::string similar = SimilarPhrase(step.text);
   line = before;
   line.Fail("Nothing is known for \"" + step.text + "\"." +
@@ -63,17 +69,20 @@ void ReadPhrase(LineReader& line, Step& step) {
 // Fails unless there is such an action.
 void CheckAction(LineReader& line, const LineReader& at, const std::string& action) {
   if (line.has_failed() || FindAction(action) != nullptr) return;
-  std::vector<std::string> names;
-  for (const ActionInfo& info : Actions()) names.emplace_back(info.name);
   line = at;
   line.Fail(action.empty() ? "Here stands an action, such as ACTION_PLAY."
-                           : "There is no action " + action + "." + DidYouMean(action, names));
+                           : "There is no action " + action + "." + DidYouMeanAction(action));
 }
 
 void ReadSend(LineReader& line, Step& step) {
   const LineReader before = line;
   step.text = line.is_at_end() ? "" : line.Rest("an action");
-  CheckAction(line, before, ParseRawCommand(step.text).action);
+  std::string problem;
+  CheckAction(line, before, ParseRawCommand(step.text, &problem).action);
+  if (line.has_failed() || problem.empty()) return;
+  line = before;
+  line.Word();
+  line.Fail(problem);
 }
 
 // What is expected of the application afterwards: nothing said, it listens again.
@@ -197,6 +206,7 @@ constexpr Statement kStatements[] = {
     {"restart", StepKind::kRestart, ReadRestart},
     {"privileges", StepKind::kPrivileges, ReadPrivileges},
     {"timeout", StepKind::kTimeout, ReadDuration},
+    {"wait", StepKind::kWait, ReadPause},
 };
 
 const Statement* FindStatement(const std::string& word, std::string& problem) {
@@ -214,6 +224,9 @@ bool NeedsAnswer(StepKind kind) {
   return kind == StepKind::kExpect || kind == StepKind::kNoAnswer || kind == StepKind::kAction ||
          kind == StepKind::kWithin;
 }
+
+// More errors help nobody: the file is something else than a script.
+constexpr size_t kMostErrors = 100;
 
 class Parser {
  public:
@@ -279,6 +292,10 @@ VoiceScript ParseVoiceScript(std::string_view text, const std::string& file) {
   script.file = file;
   Parser parser(script);
   for (int number = 1; !text.empty(); ++number) {
+    if (script.errors.size() == kMostErrors) {
+      script.errors.push_back({{number, 1}, "There are too many errors; from here on nothing is read."});
+      break;
+    }
     const size_t end = text.find('\n');
     std::string_view line = text.substr(0, end);
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
