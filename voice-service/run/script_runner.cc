@@ -47,6 +47,15 @@ std::string SelectorExpression(const std::string& selector) {
          JsonText(selector) + "))";
 }
 
+// What is longer would hide the rest of a report. Never cuts a character in two.
+std::string Abridged(const std::string& text) {
+  constexpr size_t kMostBytes = 600;
+  if (text.size() <= kMostBytes) return text;
+  size_t end = kMostBytes;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+  return text.substr(0, end) + "… (" + std::to_string(text.size()) + " bytes in all)";
+}
+
 }  // namespace
 
 // An injection that waits for its time.
@@ -145,7 +154,7 @@ void ScriptRunner::Check(StepResult& result, bool is_ok, const std::string& expe
   result.actual.clear();
   if (is_ok) return;
   result.expected = expected;
-  result.actual = actual;
+  result.actual = Abridged(actual);
 }
 
 StepResult ScriptRunner::RunStep(const Step& step) {
