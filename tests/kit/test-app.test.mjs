@@ -88,8 +88,8 @@ test('JSON events, and nothing else, stand on standard output', async (t) => {
   );
   assert.equal(events[2].answer, 'é 🎬');
   assert.deepEqual(
-    [events[5].ok, events[5].expected, events[5].actual],
-    [false, '"success"', '"not_support"']
+    [events[5].status, events[5].expected, events[5].actual],
+    ['failed', '"success"', '"not_support"']
   );
   assert.equal(events[7].status, 1);
 });
