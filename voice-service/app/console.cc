@@ -59,7 +59,9 @@ void Console::Handle(const std::string& line) {
     return (this->*row.run)(blank == std::string::npos ? "" : text.substr(blank + 1));
   }
   if (!IsRawCommand(text)) return SayPhrase(text);
-  const Command command = ParseRawCommand(text);
+  std::string problem;
+  const Command command = ParseRawCommand(text, &problem);
+  if (!problem.empty()) return lines_.Show(problem);
   const std::string warning = UnknownActionWarning(command);
   if (!warning.empty()) lines_.Show(warning);
   ShowTurn(conversation_.Send(command, text));

@@ -1,6 +1,7 @@
 // corvis-voice: the TV's voice service for a desktop.
 #include <clocale>
 #include <cstdio>
+#include <exception>
 #include <memory>
 #include <variant>
 
@@ -92,13 +93,18 @@ int Run(const Options& options) {
 }  // namespace corvis::voice
 
 int main(int argc, char** argv) {
+  using corvis::voice::Exit;
   std::setlocale(LC_ALL, "");
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
-  const auto parsed = corvis::voice::ParseOptions(argc, argv);
-  if (const auto* exit = std::get_if<corvis::voice::Exit>(&parsed)) {
-    std::fputs(exit->text.c_str(), exit->status == corvis::voice::kExitOk ? stdout : stderr);
-    return exit->status;
+  try {
+    const auto parsed = corvis::voice::ParseOptions(argc, argv);
+    if (const auto* exit = std::get_if<Exit>(&parsed)) {
+      std::fputs(exit->text.c_str(), exit->status == corvis::voice::kExitOk ? stdout : stderr);
+      return exit->status;
+    }
+    return corvis::voice::Run(std::get<corvis::voice::Options>(parsed));
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "corvis-voice: %s\n", error.what());
+    return corvis::voice::kExitFailed;
   }
-  const auto& options = std::get<corvis::voice::Options>(parsed);
-  return corvis::voice::Run(options);
 }

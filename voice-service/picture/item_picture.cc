@@ -71,7 +71,8 @@ bool IsOneColour(cairo_surface_t* surface) {
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
       uint32_t pixel = 0;
-      std::memcpy(&pixel, bytes + static_cast<ptrdiff_t>(y) * stride + x * 4, sizeof(pixel));
+      std::memcpy(&pixel, bytes + static_cast<ptrdiff_t>(y) * stride + static_cast<ptrdiff_t>(x) * 4,
+                  sizeof(pixel));
       if (pixel != first) return false;
     }
   }
@@ -149,7 +150,7 @@ std::string DrawItems(const std::string& png, const ItemPlaces& places, std::str
   for (const ItemPlace& place : shown) DrawBox(context.get(), place);
   // After the boxes, so that none crosses a number.
   for (const ItemPlace& place : shown) DrawLabel(context.get(), place, width / scale, height);
-  const std::string drawn = WritePng(surface.get());
+  std::string drawn = WritePng(surface.get());
   problem = drawn.empty() ? "The picture can't be written." : "";
   return drawn;
 }

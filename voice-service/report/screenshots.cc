@@ -13,7 +13,7 @@ namespace {
 // With the items' numbers where the page still tells them, plain otherwise.
 std::string Picture(Conversation& conversation, std::string& problem) {
   const auto items = conversation.AskItems(problem);
-  const std::string numbered = items ? conversation.PictureOf(*items, problem) : "";
+  std::string numbered = items ? conversation.PictureOf(*items, problem) : "";
   if (!numbered.empty()) return numbered;
   const ControlResult plain = conversation.runtime().Screenshot();
   problem = plain.error;
@@ -29,7 +29,7 @@ std::string SaveScreenshot(Conversation& conversation, const std::string& folder
   const std::string picture = Picture(conversation, problem);
   const std::string name =
       fs::path(script.file).stem().string() + "-" + std::to_string(step.place.line) + ".png";
-  const std::string file = fs::path(folder) / name;
+  std::string file = fs::path(folder) / name;
   if (!picture.empty()) problem = WriteOutputFile(file, picture);
   if (problem.empty()) return file;
   std::fprintf(stderr, "corvis-voice: There is no picture of the failure: %s\n", problem.c_str());

@@ -151,7 +151,7 @@ std::optional<ItemList> Conversation::AskItems(std::string& problem) {
   items_turn_ = Send({"ACTION_REQUEST_CONTENT_CONTEXT", "", {}, false}, "what can i select");
   problem = items_turn_.outcome.problem;
   if (!items_turn_.outcome.is_answered) return {};
-  const auto list = ReadItems(items_turn_.outcome.answer.data);
+  auto list = ReadItems(items_turn_.outcome.answer.data);
   if (!list)
     problem = "The page answered with no list of items: " + items_turn_.outcome.answer.data.substr(0, 200);
   return list;

@@ -127,6 +127,7 @@ ControlResult RuntimeControl::Call(const std::string& method, const std::vector<
   const MessagePtr call(message);
   if (signature == std::string("as")) {
     std::vector<char*> texts;
+    texts.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments) texts.push_back(const_cast<char*>(argument.c_str()));
     texts.push_back(nullptr);
     sd_bus_message_append_strv(message, texts.data());

@@ -16,6 +16,9 @@ namespace corvis::voice {
 
 namespace {
 
+// How much of an answer a notice repeats.
+constexpr size_t kNoticeBytes = 100;
+
 std::string SendProblem(int result, const std::string& app_id) {
   switch (result) {
     case 0:
@@ -42,7 +45,7 @@ VoiceService::~VoiceService() {
 
 std::string VoiceService::Start() {
   setenv("NURVO_APP_ID", wire::kServiceId, 1);
-  const std::string problem = OpenPort();
+  std::string problem = OpenPort();
   if (!problem.empty()) return problem;
   return event_publish_app_event(wire::kInitEvent, nullptr) == 0
              ? ""
@@ -121,20 +124,22 @@ void VoiceService::OnAppChange(const char* app_id, bool is_running, void* servic
 }
 
 void VoiceService::TakeAnswer(const std::string& app_id, const std::string& word, bundle* message) {
-  std::string problem;
   constexpr int kDecimal = 10;
   const size_t total = std::strtoul(TextOf(message, wire::kTotalKey).c_str(), nullptr, kDecimal);
-  std::optional<Answer> answer =
-      book_.Take(app_id, word, TextOf(message, wire::kDataKey), total, Clock::now(), problem);
-  if (!problem.empty()) notice_(problem);
-  if (!answer) return;
-  if (answer->command_id == 0) {
-    notice_("An answer of " + app_id + " that nobody waits for is ignored: " + answer->data.substr(0, 100));
-  } else if (std::find(awaited_.begin(), awaited_.end(), answer->command_id) == awaited_.end()) {
-    notice_("The answer to " + answer->action + " came late, after " +
-            std::to_string(Milliseconds(answer->took)) + " ms: " + answer->data.substr(0, 100));
+  for (Answer& answer : book_.Receive(app_id, word, TextOf(message, wire::kDataKey), total, Clock::now())) {
+    HandOver(app_id, std::move(answer));
+  }
+}
+
+void VoiceService::HandOver(const std::string& app_id, Answer answer) {
+  const std::string text = answer.is_broken ? answer.problem : answer.data.substr(0, kNoticeBytes);
+  if (answer.command_id == 0) {
+    notice_("An answer of " + app_id + " that nobody waits for is ignored: " + text);
+  } else if (std::find(awaited_.begin(), awaited_.end(), answer.command_id) == awaited_.end()) {
+    notice_("The answer to " + answer.action + " came late, after " +
+            std::to_string(Milliseconds(answer.took)) + " ms: " + text);
   } else {
-    arrived_[answer->command_id] = std::move(*answer);
+    arrived_[answer.command_id] = std::move(answer);
   }
 }
 
@@ -180,8 +185,9 @@ Outcome VoiceService::Await(const std::string& app_id, uint64_t command_id,
   awaited_.erase(std::remove(awaited_.begin(), awaited_.end(), command_id), awaited_.end());
   Outcome outcome;
   if (has_come()) {
-    outcome.is_answered = true;
     outcome.answer = std::move(arrived_[command_id]);
+    outcome.is_answered = !outcome.answer.is_broken;
+    outcome.problem = outcome.answer.problem;
     arrived_.erase(command_id);
   } else if (IsInterrupted()) {
     outcome.problem = "Interrupted.";

@@ -71,6 +71,8 @@ class VoiceService {
   void Register(const std::string& app_id);
   void Unregister(const std::string& app_id);
   void TakeAnswer(const std::string& app_id, const std::string& word, bundle* message);
+  // To whoever waits for it, or as a notice.
+  void HandOver(const std::string& app_id, Answer answer);
   void Watch(const std::string& app_id);
 
   Notice notice_;
