@@ -31,6 +31,7 @@ With scripts
   --screenshots DIR   where pictures of failures go (default: beside the JUnit report; none without one)
   --privilege NAME    what the application was given; each script begins with it; repeatable
   --total-timeout S   how long the whole run may take (default 600)
+  --pace MS           wait before each thing said, for people who watch
   --check             only read the scripts
 
 Instead of a prompt
@@ -55,6 +56,7 @@ constexpr option kOptions[] = {{"app", required_argument, nullptr, 'a'},
                                {"coverage-min", required_argument, nullptr, 'C'},
                                {"screenshots", required_argument, nullptr, 'S'},
                                {"privilege", required_argument, nullptr, 'P'},
+                               {"pace", required_argument, nullptr, 'w'},
                                {"check", no_argument, nullptr, 'k'},
                                {"items", no_argument, nullptr, 'i'},
                                {"png", required_argument, nullptr, 'g'},
@@ -114,9 +116,11 @@ std::string TakeNumber(int letter, const char* text, Options& options) {
   const bool is_number = ReadPositive(text, number);
   if (letter == 't') options.timeout = std::chrono::milliseconds(number);
   if (letter == 'T') options.total_timeout = std::chrono::seconds(number);
+  if (letter == 'w') options.pace = std::chrono::milliseconds(number);
   if (letter == 'C') options.least_coverage = number;
   if (letter == 'C' && (!is_number || number > kPercent)) return "--coverage-min takes a percentage.";
   if (is_number) return "";
+  if (letter == 'w') return "--pace takes milliseconds.";
   return letter == 't' ? "--timeout takes milliseconds." : "--total-timeout takes seconds.";
 }
 
@@ -155,6 +159,7 @@ std::variant<Options, Exit> ParseOptions(int argc, char** argv) {
       case 't':
       case 'T':
       case 'C':
+      case 'w':
         problem = TakeNumber(letter, optarg, options);
         break;
       case ':':

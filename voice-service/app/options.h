@@ -38,6 +38,8 @@ struct Options {
   bool is_coverage_shown = false;
   // Percent; less fails the run.
   long least_coverage = 0;
+  // How long to wait before each thing said, for people who watch.
+  std::chrono::milliseconds pace{0};
   // What the application was given, for a script that takes it away.
   std::vector<std::string> privileges;
   // Only reads the scripts.

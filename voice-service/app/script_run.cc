@@ -91,6 +91,7 @@ int ScriptRun::Run(Conversation& conversation) {
     };
   }
   ScriptRunner runner(conversation, reporters, photographer);
+  runner.set_pace(options_.pace);
   for (const VoiceScript& script : scripts_) runner.Run(script);
   const CoverageReport report = coverage.Report();
   if (options_.is_coverage_shown || options_.least_coverage > 0) {

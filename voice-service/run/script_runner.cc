@@ -227,6 +227,7 @@ void ScriptRunner::SetPrivileges(StepResult& result) {
 
 void ScriptRunner::Say(StepResult& result) {
   const Step& step = *result.step;
+  WaitUntil([] { return false; }, pace_);
   injected_ = 0;
   const bool is_silence_expected = next_ != nullptr && next_->kind == StepKind::kNoAnswer;
   const auto timeout = conversation_.timeout();

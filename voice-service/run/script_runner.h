@@ -77,6 +77,9 @@ class ScriptRunner {
   // fails.
   void Run(const VoiceScript& script);
 
+  // Waits before each thing said, for people who watch.
+  void set_pace(std::chrono::milliseconds pace) { pace_ = pace; }
+
   const RunTotals& totals() const { return totals_; }
 
  private:
@@ -113,6 +116,7 @@ class ScriptRunner {
   Photographer photographer_;
   RunTotals totals_;
   std::chrono::milliseconds timeout_;
+  std::chrono::milliseconds pace_{0};
   bool is_first_script_ = true;
   // Nothing runs any more.
   bool is_over_ = false;
