@@ -52,3 +52,55 @@ fuzz_one() {
   tail -40 "$log" >&2
   return 1
 }
+
+reliability_programs=(service-restarts departures web-process-crashes load hostile-peers permissions)
+
+reliability_usage() {
+  cat <<EOT
+Usage: corvis reliability [--short] [NAME...]
+
+Runs an application and lets go wrong what can, often; prints a line of figures for each. With --short for seconds
+instead of minutes. Without a name all are run:
+
+  service-restarts       the voice service is killed and started again
+  departures             the application is closed, crashes, is killed: how soon the service knows
+  web-process-crashes    the page's process is killed during commands
+  load                   very many commands, and answers of every special size
+  hostile-peers          messages that are wrong in every way
+  permissions            what is refused without the privileges, to other users, and in other folders
+
+Exit status: 0 everything held; 1 something did not; 2 wrong usage.
+EOT
+}
+
+corvis_reliability() {
+  local short=() names=() name status=0
+  for name in "$@"; do
+    case $name in
+      -h | --help) reliability_usage; return ;;
+      --short) short=(--short) ;;
+      *)
+        [[ " ${reliability_programs[*]} " == *" $name "* ]] ||
+          fail "reliability has no program $name; see corvis reliability --help." 2
+        names+=("$name") ;;
+    esac
+  done
+  [ ${#names[@]} -gt 0 ] || names=("${reliability_programs[@]}")
+  install_missing "${kit_packages[@]}" "${test_packages[@]}"
+  prepare_node
+  configure "$build" -DCORVIS_BUILD_TESTS=ON
+  compile "$build" "${kit_targets[@]}" corvis_reliability
+  for name in "${names[@]}"; do
+    # Each on a bus of its own, with its leftovers in the run's folder.
+    (
+      stage_begin
+      export TMPDIR=$stage
+      if [ -f "$home/tests/reliability/$name.mjs" ]; then
+        CORVIS_BUILD=$build node "$home/tests/reliability/$name.mjs" "${short[@]}"
+      else
+        "$build/bin/corvis_reliability" "$name" "${short[@]}"
+      fi
+    ) || status=1
+  done
+  return "$status"
+}

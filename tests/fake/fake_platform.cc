@@ -105,6 +105,7 @@ bool Platform::IsToFail(const std::string& name) const {
 
 bool Platform::Count(const std::string& name, bool record) {
   if (record) calls.push_back(name);
+  if (record && on_call) on_call();
   ++counts[name];
   ++total_calls;
   if (!IsToFail(name)) return false;

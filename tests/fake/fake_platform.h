@@ -3,6 +3,7 @@
 #ifndef CORVIS_TESTS_FAKE_PLATFORM_H_
 #define CORVIS_TESTS_FAKE_PLATFORM_H_
 
+#include <functional>
 #include <limits>
 #include <map>
 #include <set>
@@ -37,6 +38,8 @@ class Platform {
 
   // The calls so far, by name, but for the log's and the bundles' (those are counted only).
   std::vector<std::string> calls;
+  // Runs within each of those calls.
+  std::function<void()> on_call;
   std::map<std::string, int> counts;
   std::vector<LogLine> log;
   // Every message that was sent, and those among them that the port took.

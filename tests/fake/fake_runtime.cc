@@ -38,7 +38,11 @@ const void* GetInterface(const char* name) {
   static const NurvoMessagingInterface kMessaging = {
       [](ExtensionHandle, MessageCallback) {},
       [](ExtensionHandle, MessageCallback on_sync) { Registered().on_sync = on_sync; },
-      [](InstanceHandle page, const char* text) { Registered().runtime->posted[page].emplace_back(text); },
+      [](InstanceHandle page, const char* text) {
+        Runtime& runtime = *Registered().runtime;
+        runtime.posted[page].emplace_back(text);
+        if (runtime.on_post) runtime.on_post(page);
+      },
       [](InstanceHandle, const char* reply) { Registered().reply = reply; }};
   if (std::strcmp(name, kNurvoExtensionInterface) == 0) return &kExtension;
   if (std::strcmp(name, kNurvoMessagingInterface) == 0) return &kMessaging;

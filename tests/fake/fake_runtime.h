@@ -3,6 +3,7 @@
 #ifndef CORVIS_TESTS_FAKE_RUNTIME_H_
 #define CORVIS_TESTS_FAKE_RUNTIME_H_
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -25,6 +26,8 @@ class Runtime {
   std::string script;
   // What was posted to each page, in order.
   std::map<InstanceHandle, std::vector<std::string>> posted;
+  // Runs within each posting.
+  std::function<void(InstanceHandle page)> on_post;
 
   InstanceHandle NewPage();
   void DestroyPage(InstanceHandle page);
