@@ -143,7 +143,7 @@ corvis_test() {
       case $part in
         native) native_tests "$build" ;;
         script) prepare_node; node_tests "script tests" tests/script/*.test.mjs tests/types/*.test.mjs ;;
-        kit) prepare_node; node_tests "kit tests" tests/{runtime,examples,kit}/*.test.mjs ;;
+        kit) prepare_node; node_tests "kit tests" tests/{runtime,examples,kit,docs,reliability,bench}/*.test.mjs ;;
       esac
     done
   fi

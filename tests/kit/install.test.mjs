@@ -1,7 +1,7 @@
 // The packages, taken apart into an empty root: the kit works there without the source tree.
 import assert from 'node:assert/strict';
 import { execFileSync, spawnSync } from 'node:child_process';
-import { readdirSync } from 'node:fs';
+import { readdirSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
 import { build, scratchFolder, writePage } from './corvis.mjs';
@@ -34,6 +34,9 @@ test('the packages run an application from an empty root', (t) => {
   });
   assert.equal(run.status, 0, run.stderr);
   assert.match(run.stdout, /ACTION_PAUSE {2}-> {2}paused here/);
+  writeFileSync(path.join(page, 'a.voice'), 'say pause\nexpect "paused here"\n');
+  const script = spawnSync(corvis, ['test-app', page, path.join(page, 'a.voice')], { encoding: 'utf8', env });
+  assert.equal(script.status, 0, script.stdout + script.stderr);
   assert.equal(spawnSync(corvis, ['test']).status, 2, 'what needs the source tree is refused');
 
   const withPrefix = {
