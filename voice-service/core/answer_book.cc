@@ -36,7 +36,8 @@ void AnswerBook::Forget(const std::string& app_id, uint64_t command_id) {
                  commands.end());
 }
 
-Answer AnswerBook::Settle(Account& account, std::deque<Command>::iterator command, Clock::time_point now) {
+Answer AnswerBook::Settle(Account& account, const std::deque<Command>::iterator& command,
+                          Clock::time_point now) {
   Answer answer;
   if (command == account.commands.end()) return answer;
   answer.command_id = command->id;

@@ -75,7 +75,7 @@ class AnswerBook {
 
   static void ReceivePiece(Account& account, const std::string& piece, size_t total, Clock::time_point now,
                            std::vector<Answer>& answers);
-  static Answer Settle(Account& account, std::deque<Command>::iterator command, Clock::time_point now);
+  static Answer Settle(Account& account, const std::deque<Command>::iterator& command, Clock::time_point now);
   static Answer Break(Account& account, const char* problem, Clock::time_point now);
 
   std::map<std::string, Account> accounts_;

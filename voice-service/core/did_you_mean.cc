@@ -39,7 +39,7 @@ size_t EditDistance(std::string_view word, std::string_view candidate) {
 }  // namespace
 
 std::optional<size_t> Mistakes(std::string_view word, std::string_view candidate) {
-  const auto [shorter, longer] = std::minmax(word.size(), candidate.size());
+  const auto [shorter, longer] = std::minmax({word.size(), candidate.size()});
   const size_t most = std::max<size_t>(1, word.size() / kLettersPerMistake);
   if (longer > kLongestWord || longer - shorter > most) return {};
   const size_t distance = EditDistance(word, candidate);

@@ -21,10 +21,10 @@ constexpr const char* kStepLimit = "(*LIMIT_MATCH=500000)";
 
 bool IsSubset(const Json& expected, const Json& actual) {
   if (expected.is_object() && actual.is_object()) {
-    for (const auto& [key, value] : expected.items()) {
-      if (!actual.contains(key) || !IsSubset(value, actual[key])) return false;
-    }
-    return true;
+    const auto members = expected.items();
+    return std::all_of(members.begin(), members.end(), [&actual](const auto& member) {
+      return actual.contains(member.key()) && IsSubset(member.value(), actual[member.key()]);
+    });
   }
   if (expected.is_array() && actual.is_array()) {
     return std::equal(expected.begin(), expected.end(), actual.begin(), actual.end(), IsSubset);

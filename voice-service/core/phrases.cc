@@ -2,6 +2,7 @@
 #include "core/phrases.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "core/did_you_mean.h"
@@ -11,85 +12,82 @@
 
 namespace corvis::voice {
 
-const std::vector<PhraseRow>& PhraseTable() {
-  static const std::vector<PhraseRow> kTable = {
-      {"play [it|this|the movie|the film|the video|the show|the music]", "ACTION_PLAY", ""},
-      {"(resume|continue) [it|this|the movie|the film|the video|the show|the music]", "ACTION_PLAY", ""},
-      {"pause [it|this|the movie|the film|the video|the show|the music]", "ACTION_PAUSE", ""},
-      {"stop [it|this|the movie|the film|the video|the show|the music]", "ACTION_STOP", ""},
-      {"exit", "ACTION_EXIT", ""},
-      {"(exit|close|leave|quit) [the|this] app", "ACTION_EXIT", ""},
-
-      {"[go|move] left", "ACTION_NAVIGATION", "MoveLeftCommand"},
-      {"[go|move] right", "ACTION_NAVIGATION", "MoveRightCommand"},
-      {"[go|move] up", "ACTION_NAVIGATION", "MoveUpCommand"},
-      {"[go|move] down", "ACTION_NAVIGATION", "MoveDownCommand"},
-      {"[go to the] next page", "ACTION_NAVIGATION", "NextPageCommand"},
-      {"[go to the] previous page", "ACTION_NAVIGATION", "PreviousPageCommand"},
-      {"show [me] more", "ACTION_NAVIGATION", "ShowMore"},
-
-      {"select [number|item] {number}", "ACTION_ITEM_SELECTION", "id={number}"},
-      {"choose [number|item] {number}", "ACTION_SELECTION", "{number}"},
-      {"choose [the] {place} [one|item]", "ACTION_SELECTION", "{place}"},
-      {"open {title}", "ACTION_TITLE_SELECTION", "{title}"},
-
-      {"search [the] collection for {words}", "ACTION_SEARCH_COLLECTION", "{terms}"},
-      {"search [for] {words}", "ACTION_SEARCH", "{terms}"},
-      {"find {words}", "ACTION_DEFAULT_SEARCH", "{terms}"},
-      {"tell the app {words}", "ACTION_CUSTOM", "utterance={words}"},
-
-      {"fast forward", "ACTION_FAST_FORWARD", ""},
-      {"rewind", "ACTION_REWIND", ""},
-      {"skip (forward|ahead) [by] {time}", "ACTION_MEDIA_SKIP_FORWARD", "{time}"},
-      {"(skip|go) back[ward] [by] {time}", "ACTION_MEDIA_SKIP_BACKWARD", "{time}"},
-      {"skip (forward|ahead)", "ACTION_MEDIA_SKIP_FORWARD", "10"},
-      {"skip back[ward]", "ACTION_MEDIA_SKIP_BACKWARD", "10"},
-      {"(go|jump) to {time}", "ACTION_MEDIA_SET_PLAY_POSITION", "{time}"},
-      {"play from {time}", "ACTION_MEDIA_SET_PLAY_POSITION", "{time}"},
-      {"(start over|play from the beginning)", "ACTION_MEDIA_RESTART", ""},
-      {"next (track|episode|song|video)", "ACTION_MEDIA_TRACK_NEXT", ""},
-      {"previous (track|episode|song|video)", "ACTION_MEDIA_TRACK_PREVIOUS", ""},
-      {"continue watching [{title}]", "ACTION_MEDIA_CONTINUE_WATCHING", "{title}"},
-
-      {"[turn] subtitles on", "ACTION_MEDIA_SET_SUBTITLE", "on"},
-      {"turn on [the] subtitles", "ACTION_MEDIA_SET_SUBTITLE", "on"},
-      {"[turn] subtitles off", "ACTION_MEDIA_SET_SUBTITLE", "off"},
-      {"turn off [the] subtitles", "ACTION_MEDIA_SET_SUBTITLE", "off"},
-      {"shuffle [on]", "ACTION_MEDIA_SET_SHUFFLE", "on"},
-      {"shuffle off", "ACTION_MEDIA_SET_SHUFFLE", "off"},
-      {"(screen fit|fit to screen) [on]", "ACTION_MEDIA_SET_SCREEN_FIT", "on"},
-      {"(screen fit|fit to screen) off", "ACTION_MEDIA_SET_SCREEN_FIT", "off"},
-      {"(360|three sixty) [mode] on", "ACTION_MEDIA_SET_360_MODE", "on"},
-      {"turn on [the] (360|three sixty) mode", "ACTION_MEDIA_SET_360_MODE", "on"},
-      {"(360|three sixty) [mode] off", "ACTION_MEDIA_SET_360_MODE", "off"},
-      {"turn off [the] (360|three sixty) mode", "ACTION_MEDIA_SET_360_MODE", "off"},
-      {"zoom in", "ACTION_MEDIA_SET_ZOOM", "in"},
-      {"zoom out", "ACTION_MEDIA_SET_ZOOM", "out"},
-      {"rotate [to the] left", "ACTION_MEDIA_SET_ROTATE", "Left"},
-      {"rotate [to the] right", "ACTION_MEDIA_SET_ROTATE", "Right"},
-      {"repeat off", "ACTION_MEDIA_SET_REPEAT", "off"},
-      {"repeat [this] one", "ACTION_MEDIA_SET_REPEAT", "one"},
-      {"repeat all", "ACTION_MEDIA_SET_REPEAT", "all"},
-
-      {"add [this|it] to [my] bookmarks", "ACTION_ADDITION_TO_LIST", "BookMarks"},
-      {"add [this|it] to [my] watch later", "ACTION_ADDITION_TO_LIST", "WatchLater"},
-      {"bookmark (this|it)", "ACTION_ADDITION_TO_LIST", "BookMarks"},
-      {"watch (this|it) later", "ACTION_ADDITION_TO_LIST", "WatchLater"},
-      {"remove [this|it] from [my] bookmarks", "ACTION_REMOVAL_FROM_LIST", "BookMarks"},
-      {"remove [this|it] from [my] watch later", "ACTION_REMOVAL_FROM_LIST", "WatchLater"},
-
-      {"(show|go) [to] [the] home [screen]", "ACTION_CHANGE_APP_STATE", "Home"},
-      {"(show|go) [to] [the] player", "ACTION_CHANGE_APP_STATE", "Player"},
-      {"(show|go) [to] [the|my] lists", "ACTION_CHANGE_APP_STATE", "List"},
-      {"(show|go) [to] [the] settings", "ACTION_CHANGE_APP_STATE", "Setting"},
-      {"(show|go) [to] [the] search", "ACTION_CHANGE_APP_STATE", "Search"},
-      {"where am i", "ACTION_REQUEST_APP_CONTEXT", ""},
-      {"what can i select", "ACTION_REQUEST_CONTENT_CONTEXT", ""},
-  };
-  return kTable;
-}
-
 namespace {
+
+constexpr PhraseRow kTable[] = {
+    {"play [it|this|the movie|the film|the video|the show|the music]", "ACTION_PLAY", ""},
+    {"(resume|continue) [it|this|the movie|the film|the video|the show|the music]", "ACTION_PLAY", ""},
+    {"pause [it|this|the movie|the film|the video|the show|the music]", "ACTION_PAUSE", ""},
+    {"stop [it|this|the movie|the film|the video|the show|the music]", "ACTION_STOP", ""},
+    {"exit", "ACTION_EXIT", ""},
+    {"(exit|close|leave|quit) [the|this] app", "ACTION_EXIT", ""},
+
+    {"[go|move] left", "ACTION_NAVIGATION", "MoveLeftCommand"},
+    {"[go|move] right", "ACTION_NAVIGATION", "MoveRightCommand"},
+    {"[go|move] up", "ACTION_NAVIGATION", "MoveUpCommand"},
+    {"[go|move] down", "ACTION_NAVIGATION", "MoveDownCommand"},
+    {"[go to the] next page", "ACTION_NAVIGATION", "NextPageCommand"},
+    {"[go to the] previous page", "ACTION_NAVIGATION", "PreviousPageCommand"},
+    {"show [me] more", "ACTION_NAVIGATION", "ShowMore"},
+
+    {"select [number|item] {number}", "ACTION_ITEM_SELECTION", "id={number}"},
+    {"choose [number|item] {number}", "ACTION_SELECTION", "{number}"},
+    {"choose [the] {place} [one|item]", "ACTION_SELECTION", "{place}"},
+    {"open {title}", "ACTION_TITLE_SELECTION", "{title}"},
+
+    {"search [the] collection for {words}", "ACTION_SEARCH_COLLECTION", "{terms}"},
+    {"search [for] {words}", "ACTION_SEARCH", "{terms}"},
+    {"find {words}", "ACTION_DEFAULT_SEARCH", "{terms}"},
+    {"tell the app {words}", "ACTION_CUSTOM", "utterance={words}"},
+
+    {"fast forward", "ACTION_FAST_FORWARD", ""},
+    {"rewind", "ACTION_REWIND", ""},
+    {"skip (forward|ahead) [by] {time}", "ACTION_MEDIA_SKIP_FORWARD", "{time}"},
+    {"(skip|go) back[ward] [by] {time}", "ACTION_MEDIA_SKIP_BACKWARD", "{time}"},
+    {"skip (forward|ahead)", "ACTION_MEDIA_SKIP_FORWARD", "10"},
+    {"skip back[ward]", "ACTION_MEDIA_SKIP_BACKWARD", "10"},
+    {"(go|jump) to {time}", "ACTION_MEDIA_SET_PLAY_POSITION", "{time}"},
+    {"play from {time}", "ACTION_MEDIA_SET_PLAY_POSITION", "{time}"},
+    {"(start over|play from the beginning)", "ACTION_MEDIA_RESTART", ""},
+    {"next (track|episode|song|video)", "ACTION_MEDIA_TRACK_NEXT", ""},
+    {"previous (track|episode|song|video)", "ACTION_MEDIA_TRACK_PREVIOUS", ""},
+    {"continue watching [{title}]", "ACTION_MEDIA_CONTINUE_WATCHING", "{title}"},
+
+    {"[turn] subtitles on", "ACTION_MEDIA_SET_SUBTITLE", "on"},
+    {"turn on [the] subtitles", "ACTION_MEDIA_SET_SUBTITLE", "on"},
+    {"[turn] subtitles off", "ACTION_MEDIA_SET_SUBTITLE", "off"},
+    {"turn off [the] subtitles", "ACTION_MEDIA_SET_SUBTITLE", "off"},
+    {"shuffle [on]", "ACTION_MEDIA_SET_SHUFFLE", "on"},
+    {"shuffle off", "ACTION_MEDIA_SET_SHUFFLE", "off"},
+    {"(screen fit|fit to screen) [on]", "ACTION_MEDIA_SET_SCREEN_FIT", "on"},
+    {"(screen fit|fit to screen) off", "ACTION_MEDIA_SET_SCREEN_FIT", "off"},
+    {"(360|three sixty) [mode] on", "ACTION_MEDIA_SET_360_MODE", "on"},
+    {"turn on [the] (360|three sixty) mode", "ACTION_MEDIA_SET_360_MODE", "on"},
+    {"(360|three sixty) [mode] off", "ACTION_MEDIA_SET_360_MODE", "off"},
+    {"turn off [the] (360|three sixty) mode", "ACTION_MEDIA_SET_360_MODE", "off"},
+    {"zoom in", "ACTION_MEDIA_SET_ZOOM", "in"},
+    {"zoom out", "ACTION_MEDIA_SET_ZOOM", "out"},
+    {"rotate [to the] left", "ACTION_MEDIA_SET_ROTATE", "Left"},
+    {"rotate [to the] right", "ACTION_MEDIA_SET_ROTATE", "Right"},
+    {"repeat off", "ACTION_MEDIA_SET_REPEAT", "off"},
+    {"repeat [this] one", "ACTION_MEDIA_SET_REPEAT", "one"},
+    {"repeat all", "ACTION_MEDIA_SET_REPEAT", "all"},
+
+    {"add [this|it] to [my] bookmarks", "ACTION_ADDITION_TO_LIST", "BookMarks"},
+    {"add [this|it] to [my] watch later", "ACTION_ADDITION_TO_LIST", "WatchLater"},
+    {"bookmark (this|it)", "ACTION_ADDITION_TO_LIST", "BookMarks"},
+    {"watch (this|it) later", "ACTION_ADDITION_TO_LIST", "WatchLater"},
+    {"remove [this|it] from [my] bookmarks", "ACTION_REMOVAL_FROM_LIST", "BookMarks"},
+    {"remove [this|it] from [my] watch later", "ACTION_REMOVAL_FROM_LIST", "WatchLater"},
+
+    {"(show|go) [to] [the] home [screen]", "ACTION_CHANGE_APP_STATE", "Home"},
+    {"(show|go) [to] [the] player", "ACTION_CHANGE_APP_STATE", "Player"},
+    {"(show|go) [to] [the|my] lists", "ACTION_CHANGE_APP_STATE", "List"},
+    {"(show|go) [to] [the] settings", "ACTION_CHANGE_APP_STATE", "Setting"},
+    {"(show|go) [to] [the] search", "ACTION_CHANGE_APP_STATE", "Search"},
+    {"where am i", "ACTION_REQUEST_APP_CONTEXT", ""},
+    {"what can i select", "ACTION_REQUEST_CONTENT_CONTEXT", ""},
+};
 
 // Longer phrases get no suggestion: they are pasted, not said.
 constexpr size_t kLongestPhrase = 200;
@@ -168,7 +166,8 @@ struct Suggestion {
 // How many bytes the first words of a text have, as many as `fixed` has.
 size_t BeginningOf(std::string_view text, std::string_view fixed) {
   size_t end = text.find(' ');
-  for (auto left = std::count(fixed.begin(), fixed.end(), ' '); left > 0 && end != text.npos; --left) {
+  for (auto left = std::count(fixed.begin(), fixed.end(), ' '); left > 0 && end != std::string_view::npos;
+       --left) {
     end = text.find(' ', end + 1);
   }
   return std::min(end, text.size());
@@ -191,6 +190,11 @@ std::optional<Suggestion> SuggestionOf(const Wording& wording, const std::string
 }
 
 }  // namespace
+
+const std::vector<PhraseRow>& PhraseTable() {
+  static const std::vector<PhraseRow> kRows(std::begin(kTable), std::end(kTable));
+  return kRows;
+}
 
 std::optional<Command> CommandOf(std::string_view phrase) {
   const std::string said = PlainRequest(phrase);

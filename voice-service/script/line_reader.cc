@@ -30,7 +30,7 @@ void LineReader::FailAt(size_t at, const std::string& problem) {
 std::string LineReader::Word() {
   const size_t begin = at_;
   while (!is_at_end() && !IsBlank(line_[at_])) ++at_;
-  const std::string word(line_.substr(begin, at_ - begin));
+  std::string word(line_.substr(begin, at_ - begin));
   SkipBlanks();
   return word;
 }
@@ -44,7 +44,7 @@ bool LineReader::TakeWord(std::string_view word) {
 
 std::string LineReader::OneOf(std::initializer_list<const char*> words) {
   const size_t begin = at_;
-  const std::string word = Word();
+  std::string word = Word();
   std::string list;
   std::vector<std::string> candidates;
   for (const char* candidate : words) {
