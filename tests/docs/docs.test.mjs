@@ -1,0 +1,134 @@
+// The documents against the product: the guides' commands print what the guides say, links lead somewhere, and what the
+// code has (API, statements, options, events, log lines) stands in the document that promises to list it.
+import assert from 'node:assert/strict';
+import { existsSync, readFileSync, readdirSync } from 'node:fs';
+import path from 'node:path';
+import { test } from 'node:test';
+import { apiReference } from '../../tools/api-reference.mjs';
+import { root, run, scratchFolder } from '../kit/corvis.mjs';
+import { blocksOf, runGuide } from './guide.mjs';
+
+const read = (file) => readFileSync(path.join(root, file), 'utf8');
+const filesIn = (folder, ending) =>
+  readdirSync(path.join(root, folder), { recursive: true })
+    .filter((name) => name.endsWith(ending))
+    .map((name) => path.join(folder, name));
+const documents = ['README.md', 'CONTRIBUTING.md', ...filesIn('docs', '.md')];
+
+// Times, and sizes that depend on the fonts, differ from machine to machine.
+function normalised(output) {
+  return output
+    .replace(/ *\b\d+\.\d+ ms/g, ' # ms')
+    .replace(/("(?:answer_)?ms":)[\d.]+/g, '$1#')
+    .replace(/ time="[\d.]+"/g, ' time="#"')
+    .replace(/^( +\d+)(?: +\d+){4}  /gm, '$1 # # # #  ')
+    .replace(/\b\d+ bytes/g, '# bytes')
+    .replace(/[ \t]+$/gm, '');
+}
+
+for (const guide of documents.filter((file) => read(file).includes('\n```console\n'))) {
+  test(`the commands of ${guide} print what it says`, (t) => {
+    for (const { line, command, expected, printed } of runGuide(read(guide), scratchFolder(t))) {
+      assert.equal(normalised(printed), normalised(expected), `${guide}:${line}: ${command}`);
+    }
+  });
+}
+
+test('docs/api.md is what tools/api-reference.mjs makes of the declarations', () => {
+  assert.equal(read('docs/api.md'), apiReference(), 'run node tools/api-reference.mjs');
+});
+
+// The document's lines that are no code.
+function proseOf(markdown) {
+  const lines = markdown.split('\n');
+  for (const block of blocksOf(markdown)) lines.fill('', block.line - 1, block.line + block.lines.length + 1);
+  return lines.join('\n');
+}
+
+// The anchors that a viewer of Markdown makes of the headings.
+function anchorsOf(markdown) {
+  const seen = new Map();
+  return new Set(
+    [...proseOf(markdown).matchAll(/^#+ (.+)$/gm)].map(([, heading]) => {
+      const anchor = heading
+        .replace(/\[([^\]]*)\]\([^)]*\)/g, '$1')
+        .toLowerCase()
+        .replace(/[^\p{L}\p{N}_\- ]/gu, '')
+        .replaceAll(' ', '-');
+      const times = seen.get(anchor) ?? 0;
+      seen.set(anchor, times + 1);
+      return times === 0 ? anchor : `${anchor}-${times}`;
+    })
+  );
+}
+
+test('every link to a place in the project leads somewhere', () => {
+  const broken = [];
+  for (const document of documents) {
+    const links = proseOf(read(document))
+      .replace(/`[^`]*`/g, '`')
+      .matchAll(/\]\(([^)\s]+)\)/g);
+    for (const [, link] of links) {
+      if (/^\w+:/.test(link)) continue;
+      const [target, anchor] = link.split('#');
+      const file = target === '' ? document : path.join(path.dirname(document), target);
+      const isThere = existsSync(path.join(root, file));
+      const isAnchored = anchor === undefined || (isThere && anchorsOf(read(file)).has(anchor));
+      if (!isThere || !isAnchored) broken.push(`${document}: ${link}`);
+    }
+  }
+  assert.deepEqual(broken, []);
+});
+
+// Fails when one of `names` is not in the document as it should be written there.
+function assertAllIn(document, names, written = (name) => name) {
+  const text = read(document);
+  assert.ok(names.length > 0, `nothing was found that ${document} should have`);
+  assert.deepEqual(
+    [...new Set(names)].filter((name) => !text.includes(written(name))),
+    [],
+    `missing in ${document}`
+  );
+}
+
+// All texts that a regular expression's only group finds.
+const found = (text, expression) => [...text.matchAll(expression)].map((match) => match[1]);
+
+test('every statement of voice scripts, every event and every status is described', () => {
+  const scripts = 'docs/voice-scripts.md';
+  const statements = found(read('voice-service/script/voice_script.cc'), /\{"(\w+)", StepKind::/g);
+  assertAllIn(scripts, statements, (word) => `### ${word}\n`);
+  const events = read('voice-service/report/json_events.cc');
+  assertAllIn(scripts, found(events, /\{"event", "(\w+)"\}/g), (name) => `"event":"${name}"`);
+  assertAllIn(scripts, found(events, /(?:event\[|\{)"(\w+)"(?:\]|, [^"])/g), (field) => `\`${field}\``);
+  const statuses = found(read('voice-service/app/options.h'), /kExit\w+ = (\d+)/g);
+  assertAllIn(scripts, statuses, (status) => `| ${status} |`);
+});
+
+test('every option of the commands for applications is described', async () => {
+  const all = documents.map(read).join('\n');
+  for (const command of ['demo', 'run', 'test-app', 'items', 'lint']) {
+    const { text } = await run([command, '--help']);
+    const missing = found(text, /(--[a-z-]+)/g).filter((option) => !all.includes(`\`${option}`));
+    assert.deepEqual(missing, [], `options of corvis ${command}`);
+  }
+});
+
+test("every line that the library logs is in the integrator's guide", () => {
+  const literal = /"((?:[^"\\]|\\.)*)"/g;
+  const lines = filesIn('src', '.cc').flatMap((file) => {
+    const text = read(file);
+    const calls = found(
+      text,
+      /(?:MODULE_\w+|CORVIS_LOG_ERROR_OF|log_print_to|logic_error|SizeExceedException|ReadText)\(((?:[^;"]|"(?:[^"\\]|\\.)*")*)\);/g
+    );
+    // Literals that follow each other are one; of several arguments the longest is the line.
+    return calls.map((call) =>
+      found(call.replace(/"\s+"/g, ''), literal).reduce((a, b) => (b.length > a.length ? b : a), '')
+    );
+  });
+  const said = lines
+    .map((line) => line.replace(/%[a-z]+/g, '…').trim())
+    .filter((line) => /[a-z]/i.test(line));
+  assertAllIn('docs/integrator.md', said, (line) => `\`${line}\``);
+});
