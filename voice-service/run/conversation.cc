@@ -86,6 +86,10 @@ std::string Conversation::WaitForApp(std::chrono::milliseconds timeout) {
     return "";
   }
   if (IsInterrupted()) return "Interrupted.";
+  std::string others;
+  for (const std::string& other : service_.apps()) others += (others.empty() ? "" : ", ") + other;
+  if (!others.empty())
+    return "The application " + app_id_ + " has not registered, but " + others + " has; is --app right?";
   return "The application " + app_id_ + " has not registered: its page has not called listen() within " +
          std::to_string(timeout.count()) + " ms. Does it hold the privileges?";
 }
