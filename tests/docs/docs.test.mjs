@@ -15,13 +15,16 @@ const filesIn = (folder, ending) =>
     .map((name) => path.join(folder, name));
 const documents = ['README.md', 'CONTRIBUTING.md', ...filesIn('docs', '.md')];
 
+// All texts that a regular expression's only group finds.
+const found = (text, expression) => [...text.matchAll(expression)].map((match) => match[1]);
+
 // Times, and sizes that depend on the fonts, differ from machine to machine.
 function normalised(output) {
   return output
     .replace(/ *\b\d+\.\d+ ms/g, ' # ms')
     .replace(/("(?:answer_)?ms":)[\d.]+/g, '$1#')
     .replace(/ time="[\d.]+"/g, ' time="#"')
-    .replace(/^( +\d+)(?: +\d+){4}  /gm, '$1 # # # #  ')
+    .replace(/^( +\d+)(?: +\d+){4} {2}/gm, '$1 # # # #  ')
     .replace(/\b\d+ bytes/g, '# bytes')
     .replace(/[ \t]+$/gm, '');
 }
@@ -80,6 +83,17 @@ test('every link to a place in the project leads somewhere', () => {
   assert.deepEqual(broken, []);
 });
 
+test('every file and folder of the tree that README and docs name is there', () => {
+  const folders = 'src|platform|runtime|voice-service|examples|types|tools|tests|bench|fuzz|cmake|docs';
+  const places = new RegExp(`\`((?:${folders})/[^\`\\s*]*)\``, 'g');
+  const missing = ['README.md', ...filesIn('docs', '.md')].flatMap((document) =>
+    found(proseOf(read(document)), places)
+      .filter((place) => !['', '.cc', '.h'].some((ending) => existsSync(path.join(root, place + ending))))
+      .map((place) => `${document}: ${place}`)
+  );
+  assert.deepEqual(missing, []);
+});
+
 // Fails when one of `names` is not in the document as it should be written there.
 function assertAllIn(document, names, written = (name) => name) {
   const text = read(document);
@@ -90,9 +104,6 @@ function assertAllIn(document, names, written = (name) => name) {
     `missing in ${document}`
   );
 }
-
-// All texts that a regular expression's only group finds.
-const found = (text, expression) => [...text.matchAll(expression)].map((match) => match[1]);
 
 test('every statement of voice scripts, every event and every status is described', () => {
   const scripts = 'docs/voice-scripts.md';
