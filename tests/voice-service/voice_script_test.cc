@@ -116,16 +116,5 @@ TEST(VoiceScript, Errors) {
   }
 }
 
-TEST(VoiceScript, StopsReadingWhatIsNoScript) {
-  std::string text;
-  for (int line = 0; line < 1000; ++line)
-    text +=
-        "\x7f"
-        "ELF\n";
-  const VoiceScript script = ParseVoiceScript(text, "a.voice");
-  EXPECT_EQ(script.errors.size(), 101U);
-  EXPECT_EQ(script.errors.back().place.line, 101);
-}
-
 }  // namespace
 }  // namespace corvis::voice

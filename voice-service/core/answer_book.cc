@@ -103,15 +103,6 @@ std::vector<Answer> AnswerBook::Receive(const std::string& app_id, const std::st
   return answers;
 }
 
-std::optional<Answer> AnswerBook::Take(const std::string& app_id, const std::string& word,
-                                       const std::string& data, size_t total, Clock::time_point now,
-                                       std::string& problem) {
-  std::vector<Answer> answers = Receive(app_id, word, data, total, now);
-  if (answers.empty()) return {};
-  if (answers.front().is_broken) problem = answers.front().problem;
-  return std::move(answers.back());
-}
-
 void AnswerBook::Clear(const std::string& app_id) {
   accounts_.erase(app_id);
 }

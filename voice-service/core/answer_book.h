@@ -7,9 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <deque>
-#include <functional>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,10 +46,6 @@ class AnswerBook {
   // message itself completes. An answer that no command is owed has the id 0.
   std::vector<Answer> Receive(const std::string& app_id, const std::string& word, const std::string& data,
                               size_t total, Clock::time_point now);
-
-  // Receive for a caller that wants the last of those answers only; `problem` is set when one is broken.
-  std::optional<Answer> Take(const std::string& app_id, const std::string& word, const std::string& data,
-                             size_t total, Clock::time_point now, std::string& problem);
 
   // The application begins anew: nothing is owed any more.
   void Clear(const std::string& app_id);

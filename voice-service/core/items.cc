@@ -90,13 +90,12 @@ std::string ItemTable(const ItemList& list) {
 
 std::vector<Item> ItemsTitled(const ItemList& list, const std::string& title) {
   const std::string wanted = NormalisedPhrase(title);
-  if (wanted.empty()) return {};
   std::vector<Item> same;
   std::vector<Item> containing;
   for (const Item& item : list.items) {
     const std::string candidate = NormalisedPhrase(item.title);
     if (candidate == wanted) same.push_back(item);
-    if (candidate.find(wanted) != std::string::npos) containing.push_back(item);
+    if (!wanted.empty() && candidate.find(wanted) != std::string::npos) containing.push_back(item);
   }
   return same.empty() ? containing : same;
 }

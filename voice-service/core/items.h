@@ -38,7 +38,8 @@ std::optional<ItemList> ReadItems(const std::string& answer);
 // The items as a table, a line each, with a heading.
 std::string ItemTable(const ItemList& list);
 
-// The items whose title is `title` but for case; if there are none, those whose title contains it.
+// The items whose title is `title` but for case; if there are none, those whose title contains it. No title
+// contains an empty one.
 std::vector<Item> ItemsTitled(const ItemList& list, const std::string& title);
 
 // What changed between two lists, by title (the first of a title stands against the first, and so on).

@@ -43,7 +43,8 @@ class PairReader {
 
  private:
   Reading ReadPair(Entries& entries) {
-    const size_t end = rest_.find_first_of("= \"");
+    // A key with a NUL would end there in the bundle.
+    const size_t end = rest_.find_first_of(std::string_view("= \"\0", 4));
     if (end == 0 || end == std::string_view::npos || rest_[end] != '=') return Reading::kIsText;
     const std::string key(rest_.substr(0, end));
     rest_.remove_prefix(end + 1);

@@ -225,9 +225,6 @@ bool NeedsAnswer(StepKind kind) {
          kind == StepKind::kWithin;
 }
 
-// More errors help nobody: the file is something else than a script.
-constexpr size_t kMostErrors = 100;
-
 class Parser {
  public:
   explicit Parser(VoiceScript& script) : script_(script) {}
@@ -292,10 +289,6 @@ VoiceScript ParseVoiceScript(std::string_view text, const std::string& file) {
   script.file = file;
   Parser parser(script);
   for (int number = 1; !text.empty(); ++number) {
-    if (script.errors.size() == kMostErrors) {
-      script.errors.push_back({{number, 1}, "There are too many errors; from here on nothing is read."});
-      break;
-    }
     const size_t end = text.find('\n');
     std::string_view line = text.substr(0, end);
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);

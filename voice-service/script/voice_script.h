@@ -78,8 +78,8 @@ struct VoiceScript {
   std::vector<ScriptError> errors;
 };
 
-// Reads a script. Lines that are wrong end up in `errors`, all others in `steps`; after a hundred errors the
-// rest is not read. Takes any bytes; never throws.
+// Reads a script. Lines that are wrong end up in `errors`, all others in `steps`. Takes any bytes; never
+// throws.
 VoiceScript ParseVoiceScript(std::string_view text, const std::string& file);
 
 // "file:line:column: sentence".
