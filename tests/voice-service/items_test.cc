@@ -56,6 +56,7 @@ TEST(Items, AreFoundByTheirTitle) {
     for (const Item& item : ItemsTitled(list, title)) found.push_back(item.number);
     EXPECT_EQ(found, numbers) << title;
   }
+  EXPECT_TRUE(ItemsTitled(Titled({{0, "Play"}}), "?").empty()) << "an empty title is in every other";
 }
 
 TEST(Items, AreComparedByTitle) {
