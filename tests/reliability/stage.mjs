@@ -7,7 +7,9 @@ import { build, root } from '../kit/corvis.mjs';
 
 export const appId = 'com.example.patient';
 export const isShort = process.argv.includes('--short');
-const privilege = 'http://developer.nurvo.example/privilege';
+export const privileges = ['microphone', 'voicecontrol'].map(
+  (name) => `http://developer.nurvo.example/privilege/${name}`
+);
 
 // Numbers below `limit`, the same ones in every run.
 export function randomNumbers(seed) {
@@ -35,15 +37,15 @@ export async function within(promise, what) {
   }
 }
 
-// The runtime with the page of this folder.
-export function startTv() {
+// The runtime with the page of this folder, or another. Returns what ends it.
+export function startTv({ page = path.join(root, 'tests/reliability/page'), granted = privileges } = {}) {
   const child = spawn(
     path.join(build, 'bin/corvis-tv'),
     [
       ...['--app-id', appId, '--headless', '--console', 'none'],
       ...['--extension', path.join(build, 'lib/libcorvis_voiceinteraction.so')],
-      ...['--privilege', `${privilege}/microphone`, '--privilege', `${privilege}/voicecontrol`],
-      path.join(root, 'tests/reliability/page'),
+      ...granted.flatMap((uri) => ['--privilege', uri]),
+      page,
     ],
     { stdio: ['ignore', 'inherit', 'inherit'] }
   );
@@ -53,14 +55,32 @@ export function startTv() {
   };
 }
 
-// An expression's value in the page.
-export function evaluate(expression) {
+// Calls a method of the runtime's control interface; arguments as dbus-send takes them.
+export function control(method, ...args) {
   const call = ['--session', '--print-reply=literal', `--dest=${appId}.runtime`, '/corvis/tv'];
-  const text = execFileSync('dbus-send', [...call, 'corvis.tv.Control.Evaluate', `string:${expression}`], {
+  return execFileSync('dbus-send', [...call, `corvis.tv.Control.${method}`, ...args], {
     encoding: 'utf8',
     maxBuffer: 1e8,
+    stdio: ['ignore', 'pipe', 'ignore'],
   });
-  return JSON.parse(text);
+}
+
+// An expression's value in the page.
+export function evaluate(expression) {
+  return JSON.parse(control('Evaluate', `string:${expression}`));
+}
+
+// Tries until it does not throw, at most ten seconds.
+export async function eventually(attempt) {
+  const deadline = Date.now() + 10000;
+  for (;;) {
+    try {
+      return attempt();
+    } catch (error) {
+      if (Date.now() > deadline) throw error;
+      await new Promise((resolve) => setTimeout(resolve, 20));
+    }
+  }
 }
 
 // Runs a program that returns its figures, and prints its line.
