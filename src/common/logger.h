@@ -16,6 +16,14 @@ constexpr int kLogInfo = 4;
 constexpr int kLogError = 6;
 constexpr const char* kCommonLogTag = "CORVI_PLUGINS";
 
+// Whether lines are written at all. A build with CORVIS_WITHOUT_LOGS has no log calls, to measure what they
+// cost; only failed assertions still leave their line.
+#ifdef CORVIS_WITHOUT_LOGS
+constexpr bool kHasLogs = false;
+#else
+constexpr bool kHasLogs = true;
+#endif
+
 // The base name of a source file, without folder and ending, found at compile time from __FILE__.
 template <size_t size>
 struct SourceName {
@@ -70,13 +78,26 @@ struct SourcePlace {
 // First statement of a scope-logged operation.
 #define CORVIS_LOG_SCOPE() CORVIS_LOG_SCOPE_OF(__func__)
 // The same for an operation that logs under another name than its own.
+#ifdef CORVIS_WITHOUT_LOGS
+#define CORVIS_LOG_SCOPE_OF(function) static_cast<void>(function)
+#else
 #define CORVIS_LOG_SCOPE_OF(function) \
   const ::common::ScopeLogger scope_logger(CORVIS_FILE, function, __LINE__)
+#endif
+
+// The one way to the platform's log: a call of one of its functions, whose arguments are worked out only in a
+// build with logs.
+#define CORVIS_LOG_CALL(call) \
+  do {                        \
+    if (::common::kHasLogs) { \
+      call;                   \
+    }                         \
+  } while (false)
 
 // One common line at error priority; `text` is a literal without conversions.
-#define CORVIS_LOG_ERROR_OF(function, text)                                                            \
-  log_print_to(::common::kMainLog, ::common::kLogError, ::common::kCommonLogTag, "%s: %s(%d) > " text, \
-               CORVIS_FILE, function, __LINE__)
+#define CORVIS_LOG_ERROR_OF(function, text)                                                      \
+  CORVIS_LOG_CALL(log_print_to(::common::kMainLog, ::common::kLogError, ::common::kCommonLogTag, \
+                               "%s: %s(%d) > " text, CORVIS_FILE, function, __LINE__))
 
 // Goes before every error that is reported to the page.
 #define CORVIS_LOG_REPORTING_ERROR() CORVIS_LOG_ERROR_OF(__func__, "Reporting error.")

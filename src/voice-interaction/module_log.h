@@ -14,12 +14,13 @@ constexpr const char* kModuleLogTag = "WEB-VIHandler";
 
 }  // namespace extension::voice_interaction
 
-#define CORVIS_MODULE_LOG_F(priority, format, ...)                                            \
-  log_print(priority, ::extension::voice_interaction::kModuleLogTag, "[v%s] %s(%d): " format, \
-            ::extension::voice_interaction::kModuleVersion, __func__, __LINE__, __VA_ARGS__)
-#define CORVIS_MODULE_LOG(priority, text)                                                   \
-  log_print(priority, ::extension::voice_interaction::kModuleLogTag, "[v%s] %s(%d): " text, \
-            ::extension::voice_interaction::kModuleVersion, __func__, __LINE__)
+#define CORVIS_MODULE_LOG_F(priority, format, ...)                                                   \
+  CORVIS_LOG_CALL(log_print(priority, ::extension::voice_interaction::kModuleLogTag,                 \
+                            "[v%s] %s(%d): " format, ::extension::voice_interaction::kModuleVersion, \
+                            __func__, __LINE__, __VA_ARGS__))
+#define CORVIS_MODULE_LOG(priority, text)                                                                   \
+  CORVIS_LOG_CALL(log_print(priority, ::extension::voice_interaction::kModuleLogTag, "[v%s] %s(%d): " text, \
+                            ::extension::voice_interaction::kModuleVersion, __func__, __LINE__))
 
 #define MODULE_INFO(text) CORVIS_MODULE_LOG(::common::kLogInfo, text)
 #define MODULE_INFO_F(format, ...) CORVIS_MODULE_LOG_F(::common::kLogInfo, format, __VA_ARGS__)

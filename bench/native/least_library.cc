@@ -1,0 +1,98 @@
+// The least that a library can do for a command on the same platform: decode the data once, write one JSON
+// text, make one bundle and send it. No registered actions, no limits, no logs.
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "nurvo/extension.h"
+#include "nurvo/message_port.h"
+
+namespace {
+
+struct BundleDeleter {
+  void operator()(bundle* b) const { bundle_free(b); }
+};
+using BundlePtr = std::unique_ptr<bundle, BundleDeleter>;
+
+struct Members {
+  bundle* entries;
+  std::string json;
+  bool is_search;
+};
+
+void AppendMember(const char* key, int /*type*/, const bundle_keyval_t* /*entry*/, void* user_data) {
+  auto& members = *static_cast<Members*>(user_data);
+  char* value = nullptr;
+  if (members.is_search && std::strcmp(key, "raw") == 0) return;
+  if (bundle_get_str(members.entries, key, &value) != 0) return;
+  if (members.is_search && std::strcmp(key, "content_type") == 0) key = "contentType";
+  if (!members.json.empty()) members.json += ',';
+  members.json.append("\"").append(key).append("\":\"").append(value).append("\"");
+}
+
+std::string ParameterText(const char* action, const char* data) {
+  const bool is_search = std::strcmp(action, "ACTION_SEARCH") == 0;
+  if (!is_search && std::strcmp(action, "ACTION_CUSTOM") != 0) return data;
+  const BundlePtr entries(
+      bundle_decode(reinterpret_cast<const bundle_raw*>(data), static_cast<int>(std::strlen(data))));
+  Members members = {entries.get(), "", is_search};
+  bundle_foreach(entries.get(), AppendMember, &members);
+  return "{" + members.json + "}";
+}
+
+class LeastInstance : public common::ParsedInstance {
+ public:
+  LeastInstance() {
+    RegisterSyncHandler("VoiceInteractionHandler_setCallback",
+                        [this](const picojson::value&, picojson::object& out) { ReportSuccess(out); });
+    RegisterSyncHandler("VoiceInteractionHandler_listen",
+                        [this](const picojson::value&, picojson::object& out) {
+                          message_port_register_local_port("com.port.vif.voiceinteraction", OnMessage, this);
+                          ReportSuccess(out);
+                        });
+    RegisterSyncHandler("Response", [this](const picojson::value& args, picojson::object& out) {
+      const BundlePtr answer(bundle_create());
+      bundle_add(answer.get(), "command", "result");
+      bundle_add(answer.get(), "strData", args.get("response").get<std::string>().c_str());
+      bundle_add(answer.get(), "sdkVersion", "1.0.8");
+      message_port_send_message("com.kelvaro.tv.vif", "com.port.vif.voiceinteraction", answer.get());
+      ReportSuccess(out);
+    });
+  }
+
+ private:
+  static void OnMessage(int /*port*/, const char* /*app_id*/, const char* /*remote_port*/,
+                        bool /*is_trusted*/, bundle* message, void* self) {
+    char* action = nullptr;
+    char* data = nullptr;
+    if (bundle_get_str(message, "command", &action) != 0 || bundle_get_str(message, "strData", &data) != 0)
+      return;
+    picojson::object posted;
+    posted["listenerId"] = picojson::value(action);
+    posted["action"] = picojson::value(action);
+    posted["param"] = picojson::value(ParameterText(action, data));
+    static_cast<LeastInstance*>(self)->PostMessage(picojson::value(posted).serialize().c_str());
+  }
+};
+
+class LeastExtension : public common::Extension {
+ public:
+  common::Instance* CreateInstance() override { return new LeastInstance; }
+};
+
+LeastExtension& TheExtension() {
+  static LeastExtension extension;
+  return extension;
+}
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) int32_t XW_Initialize(ExtensionHandle extension,
+                                                                        InterfaceGetter get_interface) {
+  return common::Extension::XW_Initialize(
+      extension, get_interface, [](ExtensionHandle, InterfaceGetter) { return 0; },
+      [](InstanceHandle handle) {
+        common::Extension::OnInstanceCreated(handle, TheExtension().CreateInstance());
+      },
+      [](ExtensionHandle) {});
+}

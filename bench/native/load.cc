@@ -1,0 +1,52 @@
+// How long loading and initialising a library takes in a fresh process, in microseconds of this process's
+// time:
+//   bench_load LIBRARY.so
+#include <dlfcn.h>
+
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+
+#include "nurvo/runtime.h"
+
+namespace {
+
+const void* GetInterface(const char* name) {
+  static const NurvoExtensionInterface kExtension = {
+      [](ExtensionHandle, const char*) {}, [](ExtensionHandle, const char*) {},
+      [](ExtensionHandle, InstanceCallback, InstanceCallback) {}, [](ExtensionHandle, ShutdownCallback) {}};
+  static const NurvoMessagingInterface kMessaging = {
+      [](ExtensionHandle, MessageCallback) {}, [](ExtensionHandle, MessageCallback) {},
+      [](InstanceHandle, const char*) {}, [](InstanceHandle, const char*) {}};
+  if (std::strcmp(name, kNurvoExtensionInterface) == 0) return &kExtension;
+  return std::strcmp(name, kNurvoMessagingInterface) == 0 ? &kMessaging : nullptr;
+}
+
+double Microseconds() {
+  timespec now{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) * 1e6 + static_cast<double>(now.tv_nsec) / 1e3;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count != 2) {
+    std::fputs("Usage: bench_load LIBRARY.so\n", stderr);
+    return 2;
+  }
+  const double start = Microseconds();
+  void* const library = dlopen(arguments[1], RTLD_NOW | RTLD_LOCAL);
+  const auto entry = library == nullptr
+                         ? nullptr
+                         : reinterpret_cast<ExtensionEntryPoint>(dlsym(library, kExtensionEntryPointName));
+  const int status = entry == nullptr ? -1 : entry(1, GetInterface);
+  const double end = Microseconds();
+  if (status != 0) {
+    std::fprintf(stderr, "%s can't be loaded: %s.\n", arguments[1],
+                 library == nullptr ? dlerror() : "it refused");
+    return 1;
+  }
+  std::printf("%.1f\n", end - start);
+  return 0;
+}

@@ -1,0 +1,95 @@
+// A command's way from the service to the page and its answer's way back, and in turn with it a bare echo of
+// messages of the same sizes. Prints microseconds as JSON:
+//   bench_round_trip APP-ID COMMANDS
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "native/echo_bus.h"
+#include "service/bundle_ptr.h"
+#include "service/main_loop.h"
+#include "service/voice_service.h"
+#include "service/wire.h"
+
+namespace {
+
+namespace voice = corvis::voice;
+using Seconds = std::chrono::seconds;
+
+template <typename Action>
+double Microseconds(Action&& action) {
+  const auto start = std::chrono::steady_clock::now();
+  action();
+  return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count();
+}
+
+[[noreturn]] void Fail(const std::string& sentence) {
+  std::fprintf(stderr, "bench_round_trip: %s\n", sentence.c_str());
+  std::exit(1);
+}
+
+class EchoCaller {
+ public:
+  EchoCaller() : bus_(bench::OpenEchoBus(bench::kEchoCaller, OnDelivery, &has_come_)) {}
+
+  void Say(const std::string& payload, unsigned wanted) {
+    has_come_ = false;
+    bench::SendEcho(bus_, bench::kEchoPeer, wanted, payload);
+    while (!has_come_) bench::Turn(bus_);
+  }
+
+ private:
+  static int OnDelivery(sd_bus_message* /*message*/, void* has_come, sd_bus_error* /*error*/) {
+    *static_cast<bool*>(has_come) = true;
+    return 1;
+  }
+
+  bool has_come_ = false;
+  sd_bus* bus_;
+};
+
+void SayCommand(voice::VoiceService& service, const std::string& app_id) {
+  const voice::Outcome outcome = service.Say(app_id, {"ACTION_PLAY", "", {}, false}, Seconds(10));
+  if (!outcome.is_answered || outcome.answer.data != "success") Fail("no success: " + outcome.problem);
+}
+
+void PrintNumbers(const char* name, const std::vector<double>& numbers, const char* end) {
+  std::printf("\"%s\": [", name);
+  for (size_t i = 0; i < numbers.size(); ++i) std::printf("%s%.1f", i == 0 ? "" : ", ", numbers[i]);
+  std::printf("]%s", end);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  const int commands = count == 3 ? std::atoi(arguments[2]) : 0;
+  if (commands <= 0) Fail("Usage: bench_round_trip APP-ID COMMANDS");
+  const std::string app_id = arguments[1];
+  voice::VoiceService service([](const std::string& sentence) { Fail(sentence); });
+  const std::string problem = service.Start();
+  if (!problem.empty()) Fail(problem);
+  if (!voice::WaitUntil([&] { return service.HasApp(app_id); }, Seconds(30)))
+    Fail("the page never listened.");
+
+  EchoCaller echo;
+  namespace wire = voice::wire;
+  const std::string out = voice::EncodeEntries({{wire::kCommandKey, "ACTION_PLAY"}, {wire::kDataKey, ""}});
+  const auto back = voice::EncodeEntries(
+      {{wire::kCommandKey, wire::kResult}, {wire::kDataKey, "success"}, {"sdkVersion", "1.0.8"}});
+  std::vector<double> ours;
+  std::vector<double> against;
+  constexpr int kWarmUps = 100;
+  for (int i = -kWarmUps; i < commands; ++i) {
+    const double command_time = Microseconds([&] { SayCommand(service, app_id); });
+    const double echo_time = Microseconds([&] { echo.Say(out, static_cast<unsigned>(back.size())); });
+    if (i < 0) continue;
+    ours.push_back(command_time);
+    against.push_back(echo_time);
+  }
+  std::printf("{");
+  PrintNumbers("ours", ours, ", ");
+  PrintNumbers("against", against, "}\n");
+  return 0;
+}

@@ -1,0 +1,50 @@
+// The benchmarks: every figure against what it can't be better than, both measured in turns in the same run.
+//   node bench/run.mjs [--short] [--json FILE] [--plots FILE.svg] [NAME...]
+// `./corvis bench` builds what is needed and starts it on a private bus.
+import { writeFileSync } from 'node:fs';
+import { parseArgs } from 'node:util';
+import { plotPage } from './report/plots.mjs';
+import { tableOf } from './report/result.mjs';
+import * as answer from './rows/answer.mjs';
+import * as bundleJson from './rows/bundle-json.mjs';
+import * as command from './rows/command.mjs';
+import * as elementMap from './rows/element-map.mjs';
+import * as library from './rows/library.mjs';
+import * as logging from './rows/logging.mjs';
+import * as roundTrip from './rows/round-trip.mjs';
+import * as script from './rows/script.mjs';
+
+const benchmarks = new Map([
+  ['round-trip', roundTrip],
+  ['command', command],
+  ['answer', answer],
+  ['bundle-json', bundleJson],
+  ['element-map', elementMap],
+  ['script', script],
+  ['library', library],
+  ['logging', logging],
+]);
+
+const { values: options, positionals } = parseArgs({
+  options: { short: { type: 'boolean' }, json: { type: 'string' }, plots: { type: 'string' } },
+  allowPositionals: true,
+});
+const names = positionals.length > 0 ? positionals : [...benchmarks.keys()];
+const unknown = names.find((name) => !benchmarks.has(name));
+if (unknown) {
+  console.error(`corvis: there is no benchmark ${unknown}; there are ${[...benchmarks.keys()].join(', ')}.`);
+  process.exit(2);
+}
+
+const done = [];
+for (const name of names) {
+  console.error(`== ${name}`);
+  done.push({ name, ...(await benchmarks.get(name).measure({ short: Boolean(options.short) })) });
+}
+
+console.log(tableOf(done.flatMap(({ lines }) => lines)));
+if (options.json) {
+  const report = done.map(({ name, lines, samples }) => ({ name, lines, samples }));
+  writeFileSync(options.json, JSON.stringify(report, null, 1) + '\n');
+}
+if (options.plots) writeFileSync(options.plots, plotPage(done.flatMap(({ plots }) => plots)));

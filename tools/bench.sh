@@ -1,0 +1,46 @@
+# The benchmarks: ../bench, built and run on a bus of their own. Sourced by ../corvis.
+
+bench_packages=(libbenchmark-dev valgrind)
+
+bench_usage() {
+  cat <<'EOT'
+Usage: corvis bench [--short] [--json FILE] [--plots FILE.svg] [NAME...]
+
+Measures how fast things are against what they can't be faster than, and prints one Markdown table: what, measured
+against what, the ratio of the medians, the aim, and whether it is met. Both sides of each ratio are measured in turns
+in the same run. docs/performance.md tells more. Without a name all are measured:
+
+  round-trip     a command from the voice service to the page and its answer back
+  command        the native work of a command, in instructions
+  answer         answers that don't fit into one message
+  bundle-json    a command's bundle to JSON
+  element-map    finding what can be selected on a page
+  script         the script API's start, and a command in it
+  library        loading the library, and its memory for a page
+  logging        the log calls while logging is switched off
+
+Options
+  --short            few samples: whether it runs, in seconds; its figures mean nothing
+  --json FILE        all samples, in microseconds where they are times
+  --plots FILE.svg   a page of plots: distributions, and times over sizes
+EOT
+}
+
+corvis_bench() {
+  local argument
+  for argument in "$@"; do
+    case $argument in -h | --help) bench_usage; return ;; esac
+  done
+  install_missing "${kit_packages[@]}" "${test_packages[@]}" "${bench_packages[@]}"
+  prepare_node
+  # In the build folder as it is configured, so that neither tests nor kit are built twice.
+  grep -qs '^CORVIS_BUILD_BENCH:BOOL=ON$' "$build/CMakeCache.txt" ||
+    configure "$build" $(cat "$build/corvis-options" 2>/dev/null || echo -DCORVIS_BUILD_TESTS=OFF) -DCORVIS_BUILD_BENCH=ON
+  compile "$build" "${kit_targets[@]}" bench_programs
+  # A subshell: the bus ends with it.
+  (
+    stage_begin
+    unset NURVO_LOG
+    CORVIS_BUILD=$build CORVIS_SCRIPT_API=$build/voiceinteraction_api.js node "$home/bench/run.mjs" "$@"
+  )
+}
