@@ -90,21 +90,20 @@ void RunLoad(bool is_short) {
   Service service;
   Tv tv;
   service.WaitForRegistration(1);
-  const int warm_up = is_short ? kWarmUp / 10 : kWarmUp;
-  const int count = is_short ? 2'000 : 100'000;
+  const int count = is_short ? 12'000 : 100'000;
   const pid_t processes[] = {Tv::WebProcess(), tv.process().pid(), getpid()};
   const char* const names[] = {"page", "runtime", "service"};
-  Converse(service.voice, 0, warm_up);
+  Converse(service.voice, 0, kWarmUp);
   Usage before[3];
   for (int i = 0; i < 3; ++i) before[i] = UsageOf(processes[i]);
   const auto start = Clock::now();
-  Converse(service.voice, warm_up, count);
-  const double rate = 1000.0 * (count - warm_up) / MillisecondsSince(start);
+  Converse(service.voice, kWarmUp, count);
+  const double rate = 1000.0 * (count - kWarmUp) / MillisecondsSince(start);
   std::printf("%d commands answered in order, %.0f/s", count, rate);
   for (int i = 0; i < 3; ++i) {
     const Usage now = UsageOf(processes[i]);
     std::printf("; %s %ld KiB, %+ld since the first %d, %ld descriptors, %+ld", names[i], now.memory,
-                now.memory - before[i].memory, warm_up, now.descriptors,
+                now.memory - before[i].memory, kWarmUp, now.descriptors,
                 now.descriptors - before[i].descriptors);
     constexpr long kSlack = 16 * 1024;
     Require(now.memory - before[i].memory < kSlack, "The memory grows.");
