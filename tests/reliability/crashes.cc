@@ -37,9 +37,9 @@ void ConverseFor(VoiceService& service, std::chrono::milliseconds time, Tally& t
 void KillDuringCommands(VoiceService& service, std::chrono::milliseconds delay, Tally& tally) {
   const pid_t process = Tv::WebProcess();
   Require(process > 0, "No process listens.");
-  std::vector<uint64_t> ids;
+  uint64_t ids[3];
   std::string problem;
-  for (int i = 0; i < 3; ++i) ids.push_back(service.Send(kAppId, Custom({{"work", "5"}}), problem));
+  for (uint64_t& id : ids) id = service.Send(kAppId, Custom({{"work", "5"}}), problem);
   WaitUntil([] { return false; }, delay);
   kill(process, SIGKILL);
   for (const uint64_t id : ids) {

@@ -105,7 +105,7 @@ void RunLoad(bool is_short) {
     std::printf("; %s %ld KiB, %+ld since the first %d, %ld descriptors, %+ld", names[i], now.memory,
                 now.memory - before[i].memory, kWarmUp, now.descriptors,
                 now.descriptors - before[i].descriptors);
-    constexpr long kSlack = 16 * 1024;
+    constexpr long kSlack = 16L * 1024;
     Require(now.memory - before[i].memory < kSlack, "The memory grows.");
     // The engine opens a few, once, some seconds after its start, to watch the system's memory.
     constexpr long kFew = 10;
