@@ -81,12 +81,10 @@
   });
   CorviException.TYPE_MISMATCH_ERR = 'TypeMismatchError';
 
-  // JSON.stringify writes half a character as an escape, which not every JSON parser takes: the replacement
-  // character goes in its place.
-  function messageText(message) {
-    return stringify(message).replace(/\\(\\|ud[89a-f][0-9a-f]{2})/g, function (escape, what) {
-      return what === '\\' ? escape : '\ufffd';
-    });
+  // The call's text. The page may have changed every prototype by now (Object.prototype.toJSON for one), so that only
+  // the arguments are made by what looks at those: the name is the one that the script API gave.
+  function messageText(name, args) {
+    return '{"cmd":' + stringify(name) + ',"args":' + stringify(args) + '}';
   }
 
   // Speaks with the native side of one extension. `extension` is its channel.
@@ -109,7 +107,7 @@
 
   // Calls the native handler `name` and gives its reply object.
   NativeManager.prototype.callSync = function (name, args) {
-    return parse(this.extension_.sendSync(messageText({ cmd: name, args: args === undefined ? {} : args })));
+    return parse(this.extension_.sendSync(messageText(name, args === undefined ? {} : args)));
   };
 
   NativeManager.prototype.isFailure = function (result) {
@@ -152,11 +150,21 @@
     var owner = window;
     names.forEach(function (name) {
       if (!Object.prototype.hasOwnProperty.call(owner, name)) {
-        Object.defineProperty(owner, name, { value: {}, enumerable: true, configurable: true, writable: true });
+        Object.defineProperty(owner, name, {
+          value: {},
+          enumerable: true,
+          configurable: true,
+          writable: true,
+        });
       }
       owner = owner[name];
     });
-    Object.defineProperty(owner, last, { value: value, enumerable: true, configurable: true, writable: true });
+    Object.defineProperty(owner, last, {
+      value: value,
+      enumerable: true,
+      configurable: true,
+      writable: true,
+    });
   }
 
   return {

@@ -18,7 +18,10 @@ import { appId, control, evaluate, eventually, privileges, program, require, sta
 
 const isRoot = process.getuid() === 0;
 
-// A page that tries every guarded method when it is asked to, and tells what became of each.
+// A page that tries every guarded method when it is asked to, honestly and by tampering, and tells what became of each.
+//
+// A page could once listen without the privileges: the text of its calls went through String.prototype.replace, which
+// is the page's to change.
 const guardedPage = `<!doctype html><script>
   const voice = corvis.voiceinteraction;
   const calls = {
@@ -29,6 +32,32 @@ const guardedPage = `<!doctype html><script>
     buildCollectionDeeplinkData: () => voice.buildCollectionDeeplinkData('a', 'b', 'c'),
     buildCollectionShowData: () => voice.buildCollectionShowData('a', 'b', 'c', 'd'),
   };
+  // What a page can change to get in between the API and its native side, so that a harmless call becomes listen().
+  const listen = '{"cmd":"VoiceInteractionHandler_listen","args":{}}';
+  const tampering = [
+    [String.prototype, 'replace', () => listen],
+    [RegExp.prototype, Symbol.replace, () => listen],
+    [String.prototype, Symbol.replace, () => listen],
+    [Object.prototype, 'toJSON', () => JSON.parse(listen)],
+    [String.prototype, 'toJSON', () => 'VoiceInteractionHandler_listen'],
+    [JSON, 'stringify', () => listen],
+    [JSON, 'parse', () => ({ status: 'success' })],
+    [Object.prototype, 'status', 'success'],
+    [Map.prototype, 'get', () => () => {}],
+    [Function.prototype, 'call', () => ({ status: 'success' })],
+  ];
+  tampering.forEach(([owner, name, other], i) => {
+    calls['getVersion with another ' + String(name) + ' (' + i + ')'] = () => {
+      const own = Object.getOwnPropertyDescriptor(owner, name);
+      Object.defineProperty(owner, name, { value: other, configurable: true, writable: true });
+      try {
+        voice.getVersion();
+      } finally {
+        delete owner[name];
+        if (own) Object.defineProperty(owner, name, own);
+      }
+    };
+  });
   function tryAll() {
     return Object.keys(calls).map((name) => {
       try {
@@ -84,11 +113,16 @@ async function withoutPrivileges(folder) {
     await refuseAll(bus);
     // With both, the same calls work, and the same look at the bus sees them.
     control('SetPrivileges', `array:string:${privileges.join()}`);
-    const refused = evaluate('tryAll()').filter((line) => !line.endsWith(': allowed'));
+    const honest = (line) => !line.includes(' with another ');
+    const refused = evaluate('tryAll()').filter((line) => honest(line) && !line.endsWith(': allowed'));
     require(refused.length === 0, `with both privileges: ${refused}`);
     await bus.sees(`string "${appId}"`);
     await bus.sees('interface=nurvo.');
-    return `${all.length} guarded methods refuse without the privileges or with one, nothing on the bus`;
+    const methods = all.filter(honest).length;
+    return (
+      `${methods} guarded methods refuse without the privileges or with one, also a page that tampers in ` +
+      `${all.length - methods} ways; nothing on the bus`
+    );
   } finally {
     for (const child of children) child.kill();
     await endTv();
