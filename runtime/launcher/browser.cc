@@ -17,6 +17,8 @@ namespace {
 constexpr guint kAliveMs = 200;
 constexpr unsigned kMaxCrashesInARow = 3;
 constexpr guint kFirstErrorStatus = 400;
+// What the engine shows instead of an address that it refuses.
+constexpr const char* kEmptyPage = "about:blank";
 
 // The folder with the web process's module: beside the libraries of a build, or of an installation.
 std::string WebProcessFolder() {
@@ -84,7 +86,9 @@ Browser::Browser(const Options& options, const Application& application, Browser
 }
 
 Browser::~Browser() {
-  if (alive_timer_ != 0) g_source_remove(alive_timer_);
+  for (const guint source : {alive_timer_, reload_}) {
+    if (source != 0) g_source_remove(source);
+  }
   g_signal_handlers_disconnect_by_data(view_, this);
   g_signal_handlers_disconnect_by_func(window_, reinterpret_cast<gpointer>(gtk_main_quit), nullptr);
   gtk_widget_destroy(window_);
@@ -154,6 +158,10 @@ void Browser::OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, Browser*
     if (status >= kFirstErrorStatus) {
       browser->load_error_ =
           browser->uri() + " can't be loaded: the server answered " + std::to_string(status) + ".";
+    } else if (browser->load_done_ && browser->uri() == kEmptyPage && browser->last_uri_ != kEmptyPage) {
+      browser->load_error_ =
+          browser->last_uri_ +
+          " can't be loaded: the engine refuses the address; is its port one for web pages?";
     }
   }
   if (event != WEBKIT_LOAD_FINISHED) return;
@@ -194,7 +202,8 @@ void Browser::OnTerminated(WebKitWebView* /*view*/, WebKitWebProcessTerminationR
     return;
   }
   // Not from within the signal: the view still takes leave of the old process.
-  g_idle_add_full(
+  if (browser->reload_ != 0) return;
+  browser->reload_ = g_idle_add_full(
       G_PRIORITY_DEFAULT,
       [](gpointer data) {
         static_cast<Browser*>(data)->ReloadAfterCrash();
@@ -204,6 +213,7 @@ void Browser::OnTerminated(WebKitWebView* /*view*/, WebKitWebProcessTerminationR
 }
 
 void Browser::ReloadAfterCrash() {
+  reload_ = 0;
   webkit_web_view_load_uri(view_, last_uri_.c_str());
 }
 

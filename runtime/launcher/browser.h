@@ -74,6 +74,7 @@ class Browser {
   // Crashes since a page last stayed alive.
   unsigned crashes_in_a_row_ = 0;
   guint alive_timer_ = 0;
+  guint reload_ = 0;
 };
 
 }  // namespace corvis::tv

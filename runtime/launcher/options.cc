@@ -59,7 +59,9 @@ std::string Apply(int letter, const std::string& value, Options& options) {
       return "\"" + value + "\" is no application id; it takes a dotted name such as com.example.app.";
     case 'e':
       options.extensions.push_back(value);
-      return "";
+      return g_file_test(value.c_str(), G_FILE_TEST_EXISTS) != FALSE
+                 ? ""
+                 : "There is no extension library " + value + "; build it, or give another --extension.";
     case 'p':
       options.privileges.push_back(value);
       return value.find_first_of(" \n") == std::string::npos ? "" : "A privilege URI has no blanks.";
