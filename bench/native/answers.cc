@@ -1,63 +1,45 @@
-// Answers that don't fit into one message: cut and sent, beside the same pieces made and sent with the cuts
-// known.
+// Answers that don't fit into one message, without a bus: cut and sent, beside the same pieces made and sent
+// with the cuts known.
 #include <benchmark/benchmark.h>
 
+#include <functional>
 #include <string>
-#include <vector>
 
+#include "native/pieces.h"
 #include "native/quiet_platform.h"
-#include "nurvo/bundle.h"
-#include "voice-interaction/platform_ptr.h"
-#include "voice-interaction/voice_interaction_channel.h"
 
 namespace {
 
-using extension::voice_interaction::BundlePtr;
-using extension::voice_interaction::VoiceInteractionChannel;
-
 std::string Answer(const benchmark::State& state) {
-  return std::string(static_cast<size_t>(state.range(0)), 'a');
+  std::string answer(static_cast<size_t>(state.range(0)), 'a');
+  return answer;
+}
+
+bench::Sent SentBy(const std::function<void()>& send) {
+  bench::TheSent() = {};
+  send();
+  return bench::TheSent();
+}
+
+// Both must send the same, or the comparison says nothing.
+bool SendTheSame(const std::string& answer, const bench::Pieces& pieces) {
+  const bench::Sent ours = SentBy([&] { bench::SendWhole(answer); });
+  const bench::Sent against = SentBy([&] { pieces.Send(); });
+  return ours.messages == against.messages && ours.bytes == against.bytes;
 }
 
 void Cut(benchmark::State& state) {
-  VoiceInteractionChannel::Init([](const std::string&, const std::string&, void*) {}, "com.example.bench",
-                                "1.0.8", nullptr);
+  bench::StartChannel();
   const std::string answer = Answer(state);
-  for (auto _ : state) VoiceInteractionChannel::Send("result", answer);
-}
-
-// The sizes of the pieces of an answer, in order.
-std::vector<size_t> PieceSizes(const std::string& answer) {
-  std::vector<size_t> sizes;
-  bench::TheSent().observer = [&sizes](bundle* message) {
-    char* data = nullptr;
-    if (bundle_get_str(message, "strData", &data) == 0) sizes.push_back(std::char_traits<char>::length(data));
-  };
-  VoiceInteractionChannel::Send("result", answer);
-  bench::TheSent().observer = nullptr;
-  return sizes;
-}
-
-void SendPiece(const char* data, const char* total) {
-  const BundlePtr message(bundle_create());
-  bundle_add(message.get(), "command", "partial_result");
-  bundle_add(message.get(), "strData", data);
-  bundle_add(message.get(), "totalDataLength", total);
-  bundle_add(message.get(), "sdkVersion", "1.0.8");
-  message_port_send_message("com.kelvaro.tv.vif", "com.port.vif.voiceinteraction", message.get());
+  while (state.KeepRunning()) bench::SendWhole(answer);
 }
 
 void KnownCuts(benchmark::State& state) {
+  bench::StartChannel();
   const std::string answer = Answer(state);
-  const std::string total = std::to_string(answer.size());
-  const std::vector<size_t> sizes = PieceSizes(answer);
-  for (auto _ : state) {
-    size_t at = 0;
-    for (const size_t size : sizes) {
-      SendPiece(answer.substr(at, size).c_str(), total.c_str());
-      at += size;
-    }
-  }
+  const bench::Pieces pieces(answer);
+  if (!SendTheSame(answer, pieces)) state.SkipWithError("The pieces are not the channel's.");
+  while (state.KeepRunning()) pieces.Send();
 }
 
 void Sizes(benchmark::internal::Benchmark* b) {

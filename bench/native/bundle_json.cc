@@ -40,14 +40,14 @@ std::string Encode(const std::vector<Text>& texts) {
 
 void Convert(benchmark::State& state) {
   const std::string encoded = Encode(MakeTexts(static_cast<size_t>(state.range(0))));
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     benchmark::DoNotOptimize(extension::voice_interaction::BuildJsonObjectFromBundle(encoded.c_str()));
   }
 }
 
 void Decode(benchmark::State& state) {
   const std::string encoded = Encode(MakeTexts(static_cast<size_t>(state.range(0))));
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     const BundlePtr entries(
         bundle_decode(reinterpret_cast<const bundle_raw*>(encoded.data()), static_cast<int>(encoded.size())));
     benchmark::DoNotOptimize(entries.get());
@@ -56,7 +56,7 @@ void Decode(benchmark::State& state) {
 
 void Copy(benchmark::State& state) {
   const std::vector<Text> texts = MakeTexts(static_cast<size_t>(state.range(0)));
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     std::string json = "{";
     for (const Text& text : texts) {
       json.append("\"").append(text.key).append("\":\"").append(text.value).append("\",");

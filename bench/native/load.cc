@@ -5,8 +5,8 @@
 
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 
+#include "native/numbers.h"
 #include "nurvo/runtime.h"
 
 namespace {
@@ -22,12 +22,6 @@ const void* GetInterface(const char* name) {
   return std::strcmp(name, kNurvoMessagingInterface) == 0 ? &kMessaging : nullptr;
 }
 
-double Microseconds() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) * 1e6 + static_cast<double>(now.tv_nsec) / 1e3;
-}
-
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -35,13 +29,13 @@ int main(int count, char** arguments) {
     std::fputs("Usage: bench_load LIBRARY.so\n", stderr);
     return 2;
   }
-  const double start = Microseconds();
+  const double start = bench::Microseconds(CLOCK_PROCESS_CPUTIME_ID);
   void* const library = dlopen(arguments[1], RTLD_NOW | RTLD_LOCAL);
   const auto entry = library == nullptr
                          ? nullptr
                          : reinterpret_cast<ExtensionEntryPoint>(dlsym(library, kExtensionEntryPointName));
   const int status = entry == nullptr ? -1 : entry(1, GetInterface);
-  const double end = Microseconds();
+  const double end = bench::Microseconds(CLOCK_PROCESS_CPUTIME_ID);
   if (status != 0) {
     std::fprintf(stderr, "%s can't be loaded: %s.\n", arguments[1],
                  library == nullptr ? dlerror() : "it refused");

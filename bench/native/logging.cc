@@ -4,33 +4,53 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
+#include <memory>
+#include <utility>
+#include <vector>
 
 #include "native/exchanges.h"
 #include "native/page_host.h"
 
 namespace {
 
-void Register(const char* name, const char* path, const std::vector<bench::Exchange>& exchanges) {
-  auto* const host = new bench::PageHost(path);  // a library stays loaded to the end
+// A library with a page that listens; it stays loaded to the end.
+struct Contender {
+  std::unique_ptr<bench::PageHost> host;
+  InstanceHandle page = 0;
+};
+
+std::vector<Contender>& Contenders() {
+  static std::vector<Contender> contenders;
+  return contenders;
+}
+
+void Load(const char* path) {
+  auto host = std::make_unique<bench::PageHost>(path);
   const InstanceHandle page = host->NewListeningPage();
-  benchmark::RegisterBenchmark(name, [host, page, &exchanges](benchmark::State& state) {
-    for (auto _ : state) bench::Play(*host, page, exchanges, 1);
-  });
+  Contenders().push_back({std::move(host), page});
+}
+
+void Commands(benchmark::State& state) {
+  const Contender& contender = Contenders().at(static_cast<size_t>(state.range(0)));
+  const std::vector<bench::Exchange> exchanges = bench::MakeExchanges();
+  while (state.KeepRunning()) bench::Play(*contender.host, contender.page, exchanges, 1);
 }
 
 }  // namespace
 
+// By the order on the command line.
+BENCHMARK(Commands)->Name("commands")->Arg(0)->Arg(1);
+
 int main(int count, char** arguments) {
-  if (count < 3) {
+  constexpr int kLibraries = 2;
+  if (count <= kLibraries) {
     std::fputs("Usage: bench_logging LIBRARY.so UNLOGGED.so [options of Google Benchmark]\n", stderr);
     return 2;
   }
-  const std::vector<bench::Exchange> exchanges = bench::MakeExchanges();
-  Register("ours", arguments[1], exchanges);
-  Register("against", arguments[2], exchanges);
-  count -= 2;
-  arguments[2] = arguments[0];
-  arguments += 2;
+  for (int i = 1; i <= kLibraries; ++i) Load(arguments[i]);
+  count -= kLibraries;
+  arguments[kLibraries] = arguments[0];
+  arguments += kLibraries;
   benchmark::Initialize(&count, arguments);
   benchmark::RunSpecifiedBenchmarks();
   return 0;

@@ -62,7 +62,7 @@ PageHost::PageHost(const std::string& path) {
   if (entry == nullptr || entry(extension_, GetInterface) != 0) Fail(path, "it refuses to start");
 }
 
-InstanceHandle PageHost::NewPage() {
+InstanceHandle PageHost::NewPage() const {
   static InstanceHandle last = 0;
   Registrations().at(static_cast<size_t>(extension_)).created(++last);
   return last;

@@ -15,7 +15,7 @@ class PageHost {
   // Loads the library at `path`. Ends the program with a sentence when it can't be used.
   explicit PageHost(const std::string& path);
 
-  InstanceHandle NewPage();
+  InstanceHandle NewPage() const;
   // A page that handles every action of the exchanges, and listens.
   InstanceHandle NewListeningPage();
   // A synchronous call, {"cmd": ..., "args": ...}.

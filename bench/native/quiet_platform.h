@@ -4,7 +4,6 @@
 #define CORVIS_BENCH_QUIET_PLATFORM_H_
 
 #include <cstddef>
-#include <functional>
 
 #include "nurvo/message_port.h"
 
@@ -18,8 +17,6 @@ struct OpenPort {
 struct Sent {
   size_t messages = 0;
   size_t bytes = 0;
-  // Looks at each bundle on its way out; may be empty.
-  std::function<void(bundle*)> observer;
 };
 
 // The port that was opened last, and what was sent so far, by the whole process.

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "native/echo_bus.h"
+#include "native/numbers.h"
 #include "service/bundle_ptr.h"
 #include "service/main_loop.h"
 #include "service/voice_service.h"
@@ -19,10 +20,10 @@ namespace voice = corvis::voice;
 using Seconds = std::chrono::seconds;
 
 template <typename Action>
-double Microseconds(Action&& action) {
-  const auto start = std::chrono::steady_clock::now();
+double TimeOf(Action&& action) {
+  const double start = bench::Microseconds(CLOCK_MONOTONIC);
   action();
-  return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count();
+  return bench::Microseconds(CLOCK_MONOTONIC) - start;
 }
 
 [[noreturn]] void Fail(const std::string& sentence) {
@@ -55,12 +56,6 @@ void SayCommand(voice::VoiceService& service, const std::string& app_id) {
   if (!outcome.is_answered || outcome.answer.data != "success") Fail("no success: " + outcome.problem);
 }
 
-void PrintNumbers(const char* name, const std::vector<double>& numbers, const char* end) {
-  std::printf("\"%s\": [", name);
-  for (size_t i = 0; i < numbers.size(); ++i) std::printf("%s%.1f", i == 0 ? "" : ", ", numbers[i]);
-  std::printf("]%s", end);
-}
-
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -82,14 +77,12 @@ int main(int count, char** arguments) {
   std::vector<double> against;
   constexpr int kWarmUps = 100;
   for (int i = -kWarmUps; i < commands; ++i) {
-    const double command_time = Microseconds([&] { SayCommand(service, app_id); });
-    const double echo_time = Microseconds([&] { echo.Say(out, static_cast<unsigned>(back.size())); });
+    const double command_time = TimeOf([&] { SayCommand(service, app_id); });
+    const double echo_time = TimeOf([&] { echo.Say(out, static_cast<unsigned>(back.size())); });
     if (i < 0) continue;
     ours.push_back(command_time);
     against.push_back(echo_time);
   }
-  std::printf("{");
-  PrintNumbers("ours", ours, ", ");
-  PrintNumbers("against", against, "}\n");
+  bench::PrintJson({{"ours", ours}, {"against", against}});
   return 0;
 }

@@ -7,16 +7,15 @@
 
 namespace common {
 
-ScopeLogger::ScopeLogger(const char* file, const char* function, int line) {
+ScopeLogger::ScopeLogger(const char* file, const char* function, int line)
+    : file_(file), function_(function) {
   log_print_to(kMainLog, kLogDebug, kCommonLogTag, "logger: ScopeLogger > %s: %s(%d) > Enter ", file,
                function, line);
-  file_ = file;
-  function_ = function;
 }
 
 ScopeLogger::~ScopeLogger() {
   log_print_to(kMainLog, kLogDebug, kCommonLogTag, "%s: %s(%d) > %s: %s > Exit", CORVIS_FILE, __func__,
-               __LINE__, file_.c_str(), function_.c_str());
+               __LINE__, file_, function_);
 }
 
 void FailAssertion(const SourcePlace& place, const char* condition, const char* message,

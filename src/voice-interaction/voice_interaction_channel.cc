@@ -26,8 +26,8 @@ constexpr const char* kDataKey = "strData";
 constexpr const char* kTotalKey = "totalDataLength";
 constexpr const char* kVersionKey = "sdkVersion";
 
-void AddText(bundle* message, const char* key, const std::string& value) {
-  if (bundle_add(message, key, value.c_str()) != 0) {
+void AddText(bundle* message, const char* key, std::string_view value) {
+  if (bundle_add(message, key, std::string(value).c_str()) != 0) {
     throw std::logic_error("Fail to create bundle for message");
   }
 }
@@ -49,14 +49,15 @@ void PostToService(bundle* message) {
   if (result != 0) throw std::logic_error("Fail to send bundle for message");
 }
 
-std::string ReadText(bundle* message, const char* key, const char* failure) {
+// The text is the message's own.
+const char* ReadText(bundle* message, const char* key, const char* failure) {
   char* value = nullptr;
   if (bundle_get_str(message, key, &value) != 0 || value == nullptr) throw std::logic_error(failure);
   return value;
 }
 
 // The length of the whole data that `message` carries or is a piece of.
-int TotalDataLength(bundle* message, const std::string& data) {
+int TotalDataLength(bundle* message, std::string_view data) {
   char* total = nullptr;
   if (bundle_get_str(message, kTotalKey, &total) != 0 || total == nullptr)
     return static_cast<int>(data.size());
@@ -116,15 +117,15 @@ void VoiceInteractionChannel::ClearMessagePort() {
   local_port_id_ = 0;
 }
 
-void VoiceInteractionChannel::FillMessage(bundle* message, const std::string& command,
-                                          const std::string& data, int total_data_length) const {
+void VoiceInteractionChannel::FillMessage(bundle* message, const std::string& command, std::string_view data,
+                                          int total_data_length) const {
   AddText(message, kCommandKey, command);
   AddText(message, kDataKey, data);
   if (total_data_length > 0) AddText(message, kTotalKey, std::to_string(total_data_length));
   AddText(message, kVersionKey, sdk_version_);
 }
 
-void VoiceInteractionChannel::SendMessage(const std::string& command, const std::string& data,
+void VoiceInteractionChannel::SendMessage(const std::string& command, std::string_view data,
                                           int total_data_length) {
   MODULE_INFO_F("SendMessage [%s]", command.c_str());
   const BundlePtr message(bundle_create());
@@ -148,7 +149,8 @@ void VoiceInteractionChannel::SendMessage(const std::string& command, const std:
 
 void VoiceInteractionChannel::SendPartialResult(bundle* message) {
   if (message == nullptr) throw std::logic_error("Invalid bundle argument");
-  const std::string data = ReadText(message, kDataKey, "Invalid bundle data");
+  // Not a copy: every level of cutting would hold one more.
+  const std::string_view data = ReadText(message, kDataKey, "Invalid bundle data");
   const int total = TotalDataLength(message, data);
   const size_t half = data.size() / 2;
   const size_t cut = half - half % kCutAlignment;

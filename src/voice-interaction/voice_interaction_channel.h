@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "nurvo/bundle.h"
 
@@ -53,11 +54,11 @@ class VoiceInteractionChannel {
   void ClearMessagePort();
 
   // `total_data_length` is the whole data's length in bytes when `data` is a piece, and 0 otherwise.
-  void SendMessage(const std::string& command, const std::string& data, int total_data_length);
+  void SendMessage(const std::string& command, std::string_view data, int total_data_length);
   // Cuts the data of `message`, which was too large, in two and sends both pieces.
   void SendPartialResult(bundle* message);
 
-  void FillMessage(bundle* message, const std::string& command, const std::string& data,
+  void FillMessage(bundle* message, const std::string& command, std::string_view data,
                    int total_data_length) const;
 
   // What registering the port returned: an id greater than 0, or a platform error code.
