@@ -66,8 +66,8 @@ std::string PrivilegeChecker::GetSmackLabel() {
   if (!smack_label_.empty()) return smack_label_;
   char* text = nullptr;
   const ssize_t length = smack_new_label_from_self(&text);
-  const PlatformMemory<char> label(text);
-  if (length > 0 && label) {
+  if (length > 0 && text != nullptr) {
+    const PlatformMemory<char> label(text);
     MODULE_ERROR_F("smack label: [%s]", label.get());
     smack_label_ = label.get();
   }

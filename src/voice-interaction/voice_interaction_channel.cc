@@ -32,13 +32,12 @@ void AddText(bundle* message, const char* key, std::string_view value) {
   }
 }
 
-int EncodedLength(bundle* message) {
+void CheckEncodedLength(bundle* message) {
   bundle_raw* text = nullptr;
   int length = 0;
-  const int result = bundle_encode(message, &text, &length);
+  if (bundle_encode(message, &text, &length) != 0) throw std::logic_error("Fail to encode the message");
   const PlatformMemory<bundle_raw> owner(text);
-  if (result != 0) throw std::logic_error("Fail to encode the message");
-  return length;
+  if (length > kMaxEncodedLength) throw MessageSizeExceedException("Size exceed its maximum");
 }
 
 void PostToService(bundle* message) {
@@ -133,9 +132,7 @@ void VoiceInteractionChannel::SendMessage(const std::string& command, std::strin
   try {
     try {
       FillMessage(message.get(), command, data, total_data_length);
-      if (EncodedLength(message.get()) > kMaxEncodedLength) {
-        throw MessageSizeExceedException("Size exceed its maximum");
-      }
+      CheckEncodedLength(message.get());
       PostToService(message.get());
     } catch (const MessageSizeExceedException& error) {
       MODULE_INFO_F("%s", error.what());

@@ -22,11 +22,12 @@ namespace extension::voice_interaction {
 
 namespace {
 
-// The instances that have listened and are alive. The channel keeps the pointer of the one that listened
-// last, also when that is gone and another page's start-up event opens the port again.
-std::set<const void*>& ListeningInstances() {
-  static std::set<const void*> instances;
-  return instances;
+// The addresses of instances that are gone and where none has listened since. The channel keeps the pointer
+// of the one that listened last, also when that is gone and another page's start-up event opens the port
+// again. Never destroyed: instances may go while the process is being torn down.
+std::set<const void*>& GoneInstances() {
+  static auto* const addresses = new std::set<const void*>;
+  return *addresses;
 }
 
 // The member `name` of `args` when it is a T, else null.
@@ -66,7 +67,7 @@ VoiceInteractionInstance::VoiceInteractionInstance() {
 VoiceInteractionInstance::~VoiceInteractionInstance() {
   CORVIS_LOG_SCOPE();
   MODULE_ERROR("~VoiceInteractionInstance");
-  ListeningInstances().erase(this);
+  GoneInstances().insert(this);
   if (init_event_result_ == 0) StopListeningInitEvent(this);
   ClearMessagePort();
 }
@@ -81,14 +82,13 @@ void VoiceInteractionInstance::SetCurrentApplicationId() {
   CORVIS_LOG_SCOPE();
   char* text = nullptr;
   app_manager_get_app_id(getpid(), &text);
-  const PlatformMemory<char> id(text);
-  if (id) current_application_id_ = id.get();
+  if (const PlatformMemory<char> id(text); id) current_application_id_ = id.get();
   MODULE_ERROR_F("CurrentApplication Id [%s]", current_application_id_.c_str());
 }
 
 void VoiceInteractionInstance::InitializeMessagePort() {
   CORVIS_LOG_SCOPE();
-  ListeningInstances().insert(this);
+  GoneInstances().erase(this);
   VoiceInteractionChannel::Init(OnCommandReceivedCallback, current_application_id_, version_, this);
 }
 
@@ -194,7 +194,7 @@ bool VoiceInteractionInstance::IsRegisteredAction(const char* command) {
 void VoiceInteractionInstance::OnCommandReceivedCallback(const std::string& command, const std::string& data,
                                                          void* user_data) {
   CORVIS_LOG_SCOPE();
-  if (ListeningInstances().count(user_data) == 0) {
+  if (user_data == nullptr || GoneInstances().count(user_data) == 1) {
     MODULE_ERROR("Invalid instance data");
     return;
   }

@@ -1,6 +1,9 @@
 // What most of the script leans on: calls that fail loudly, the script's one kind of error, texts for log
 // lines.
 
+// The engine's own, whatever the page declares under that name later.
+var NativeMap = Map;
+
 // Calls a native handler and gives its result; throws the runtime's error object when the call failed.
 function callNative(name, args) {
   var result = native_.callSync(name, args);

@@ -41,7 +41,8 @@ function callHandler(result, action, param) {
   if (!handler) {
     throw new TypeError('No function handles ' + logText(action));
   }
-  return param == null ? handler() : handler.call(handler, param);
+  // A callback may have a member named "call" of its own.
+  return param == null ? handler() : Function.prototype.call.call(handler, handler, param);
 }
 
 // The answer text for what a handler returned. Throws for a value that has no JSON text.

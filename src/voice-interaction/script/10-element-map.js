@@ -29,7 +29,7 @@ function updateLayoutMap() {
   xpathMap = [];
   itemId = 0;
   console.log('Version 1.06');
-  addToLayoutMap(document.getElementsByTagName('*'), new Map());
+  addToLayoutMap(document.getElementsByTagName('*'), new NativeMap());
   if (layoutMap.length > 0 && xpathMap.length > 0) {
     console.log('$Number of elements added to the layout map: ' + layoutMap.length);
   } else {

@@ -11,19 +11,16 @@ function generateXpath(element, walkMemory) {
   if (id) {
     return '//*[@id="' + id + '"]';
   }
-  var memory = walkMemory || new Map();
+  var memory = walkMemory || new NativeMap();
   var parent = element.parentNode;
   var children = memory.get(parent);
   if (!children) {
     children = childrenOf(parent, element, generateXpath(parent, memory));
     memory.set(parent, children);
   }
-  var tag = advanceTo(element, children);
-  if (!tag) {
-    // The page changed while it was walked; what is remembered of these children is out of date.
-    return generateXpath(element);
-  }
-  return tag.count > 1 ? tag.path + '[' + tag.position + ']' : tag.path;
+  var path = children.path + '/' + element.tagName.toLowerCase();
+  var tag = advanceTo(element, children) || countByTag(element, parent);
+  return tag.count > 1 ? path + '[' + tag.position + ']' : path;
 }
 
 // A form that has a field named "id" gives that field as its `id`.
@@ -32,21 +29,20 @@ function idOf(element) {
   return typeof id === 'string' ? id : element.getAttribute('id');
 }
 
-// What is remembered of a parent's children: by tag name how many there are, their path without a position,
-// and how many `advanceTo` has passed. An element without a parent stands alone.
-function childrenOf(parent, element, parentPath) {
+// What is remembered of a parent's children: its path, and by tag name how many of them there are and how many
+// `advanceTo` has passed. An element without a parent stands alone.
+function childrenOf(parent, element, path) {
   var first = parent ? parent.firstElementChild : element;
-  var tags = new Map();
+  var tags = new NativeMap();
   for (var child = first; child; child = child.nextElementSibling) {
     var tag = tags.get(child.tagName);
     if (tag) {
       tag.count++;
     } else {
-      var path = parentPath + '/' + child.tagName.toLowerCase();
-      tags.set(child.tagName, { path: path, count: 1, position: 0 });
+      tags.set(child.tagName, { count: 1, position: 0 });
     }
   }
-  return { tags: tags, at: null, tag: null, next: first };
+  return { path: path, tags: tags, at: null, tag: null, next: first };
 }
 
 // Goes on to the child asked for, counting by tag name, and gives what is remembered of its tag name. A walk
@@ -61,4 +57,13 @@ function advanceTo(element, children) {
     }
   }
   return children.at === element ? children.tag : undefined;
+}
+
+// The same, counted anew: the page changed while it was walked, or a form has fields named like what
+// `childrenOf` reads.
+function countByTag(element, parent) {
+  var same = Array.prototype.filter.call(parent.childNodes, function (child) {
+    return child.tagName === element.tagName;
+  });
+  return { count: same.length, position: same.indexOf(element) + 1 };
 }

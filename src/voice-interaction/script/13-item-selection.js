@@ -30,11 +30,7 @@ function findByPath(xpath, inIframe) {
     console.log('$Evaluate within iframe');
   }
   var root = inIframe ? iframeNode.contentDocument : document;
-  var found = root.evaluate(xpath, root, null, XPathResult.FIRST_ORDERED_NODE_TYPE, null).singleNodeValue;
-  if (!found) {
-    throw new Error('The page changed: nothing is at ' + xpath);
-  }
-  return found;
+  return root.evaluate(xpath, root, null, XPathResult.FIRST_ORDERED_NODE_TYPE, null).singleNodeValue;
 }
 
 // Elements that don't know click(), such as those of an SVG image, get the event in the middle of their box.
