@@ -20,10 +20,7 @@ void RequireEntries(const Command& command) {
 
 void Say(const std::string& text) {
   const auto command = CommandOf(text);
-  if (!command) {
-    SimilarPhrase(text);
-    return;
-  }
+  if (!command) return;
   Require(FindAction(command->action) != nullptr, "a phrase becomes an action of the table");
   RequireEntries(*command);
 }
