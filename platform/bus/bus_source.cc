@@ -2,6 +2,7 @@
 #include "bus/bus_source.h"
 
 #include <glib.h>
+#include <poll.h>
 
 #include <cstdint>
 #include <cstring>
@@ -12,14 +13,15 @@ namespace nurvo {
 
 namespace {
 
-// How many messages are handled before the rest of the main loop gets a turn.
-constexpr int kMessagesPerTurn = 16;
+// How many messages that wait are handled before work of lower priority gets a turn.
+constexpr int kMessagesInARow = 16;
 
 struct BusSource {
   GSource base;
   sd_bus* bus;
   gpointer fd_tag;
-  int events;  // what the descriptor is watched for
+  int events;   // what the descriptor is watched for
+  int handled;  // messages, since others had a turn
 };
 
 BusSource* From(GSource* source) {
@@ -54,18 +56,27 @@ gboolean Check(GSource* source) {
          (ready_time >= 0 && ready_time <= g_source_get_time(source));
 }
 
+bool HasMore(sd_bus* bus) {
+  uint64_t queued = 0;
+  pollfd descriptor = {sd_bus_get_fd(bus), POLLIN, 0};
+  return (sd_bus_get_n_queued_read(bus, &queued) >= 0 && queued > 0) || poll(&descriptor, 1, 0) > 0;
+}
+
+// One message for each turn of the loop: what a receiver puts off (a page's callback, which answers) is done
+// before the next message comes.
 gboolean Dispatch(GSource* source, GSourceFunc /*callback*/, gpointer /*user_data*/) {
-  sd_bus* const bus = From(source)->bus;
-  int result = 1;
-  for (int i = 0; i < kMessagesPerTurn && result > 0; ++i) result = sd_bus_process(bus, nullptr);
+  BusSource* const self = From(source);
+  const int result = sd_bus_process(self->bus, nullptr);
   if (result < 0) {
     log_print(NURVO_LOG_ERROR, kBusTag,
               "The connection to the bus is lost (%s); start the application again once the bus is back.",
               std::strerror(-result));
     return G_SOURCE_REMOVE;
   }
-  // With messages still waiting, work of lower priority (drawing, for one) goes first, once.
-  g_source_set_priority(source, result > 0 ? G_PRIORITY_DEFAULT_IDLE : G_PRIORITY_DEFAULT);
+  self->handled = (self->handled + 1) % kMessagesInARow;
+  // After many, with more waiting, work of lower priority (drawing, for one) goes first, once.
+  const bool gives_way = self->handled == 0 && HasMore(self->bus);
+  g_source_set_priority(source, gives_way ? G_PRIORITY_DEFAULT_IDLE : G_PRIORITY_DEFAULT);
   return G_SOURCE_CONTINUE;
 }
 
@@ -82,6 +93,7 @@ void AttachToMainLoop(sd_bus* bus) {
   self->bus = sd_bus_ref(bus);
   self->fd_tag = g_source_add_unix_fd(source, sd_bus_get_fd(bus), G_IO_IN);
   self->events = G_IO_IN;
+  self->handled = 0;
   g_source_set_name(source, "nurvo bus");
   g_source_attach(source, nullptr);
   g_source_unref(source);

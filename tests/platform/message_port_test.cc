@@ -50,6 +50,26 @@ TEST_F(MessagePortTest, ManyWaitingMessagesLeaveTimeForLessUrgentWork) {
   EXPECT_TRUE(WaitFor([&] { return received_.size() == kCount; }));
 }
 
+// A page answers in a later turn of the loop. When the message after a command announced a new service, the
+// page had registered with that before it answered the old one, and the answer was taken for that to the new
+// one's first command.
+TEST_F(MessagePortTest, WhatAMessageBringsAboutIsDoneBeforeTheNext) {
+  Open(kPort);
+  size_t done = 0;
+  size_t undone_at_most = 0;
+  on_message_ = [&] {
+    undone_at_most = std::max(undone_at_most, received_.size() - done);
+    const auto finish = [](gpointer count) -> gboolean {
+      return ++*static_cast<size_t*>(count), G_SOURCE_REMOVE;
+    };
+    g_idle_add_full(G_PRIORITY_HIGH, finish, &done, nullptr);
+  };
+  constexpr size_t kMany = 100;
+  for (size_t i = 0; i < kMany; ++i) Send({}, kOwnId);
+  ASSERT_TRUE(WaitFor([&] { return done == kMany; }));
+  EXPECT_EQ(undone_at_most, 1U);
+}
+
 TEST_F(MessagePortTest, RefusesWhatCannotBeSent) {
   const auto peer = StartPeer();
   const BundlePtr empty = MakeBundle({});
