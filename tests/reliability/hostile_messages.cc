@@ -64,7 +64,8 @@ const HostilePeer::Kind HostilePeer::kKinds[] = {
     {"events", &HostilePeer::SendEvent, 2},
 };
 
-HostilePeer::HostilePeer(std::string target, unsigned seed) : target_(std::move(target)), random_(seed) {
+HostilePeer::HostilePeer(std::string target, std::vector<std::string> words, unsigned seed)
+    : target_(std::move(target)), words_(std::move(words)), random_(seed) {
   sd_bus* bus = nullptr;
   Require(sd_bus_open_user(&bus) >= 0, "The hostile peer can't reach the bus.");
   bus_.reset(bus);
@@ -223,8 +224,10 @@ void HostilePeer::SendStrangeData() {
       SignedBundle("s2:id999:0"),
       SignedBundle(Repeated("s2:id1:0", 1 + Below(1000))),
   };
-  const std::string action(Actions()[Below(Actions().size())].name);
-  Deliver(EncodeEntries({{wire::kCommandKey, action}, {wire::kDataKey, OneOf(kTexts)}}));
+  const std::string kTotals[] = {"0", "-1", "10", "99999999999999999999", "0x10", "a"};
+  Entries entries = {{wire::kCommandKey, words_[Below(words_.size())]}, {wire::kDataKey, OneOf(kTexts)}};
+  if (Below(2) == 0) entries.emplace_back(wire::kTotalKey, OneOf(kTotals));
+  Deliver(EncodeEntries(entries));
 }
 
 void HostilePeer::SendHugeMessage() {
@@ -236,6 +239,7 @@ void HostilePeer::SendHugeMessage() {
 // The service's start-up event from somebody else, with whatever in it; the page registers anew for those
 // that hold together.
 void HostilePeer::SendEvent() {
+  if (target_ == wire::kServiceId) return Deliver("");  // its own event is not for it
   sd_bus_message* made = nullptr;
   sd_bus_message_new_signal(bus_.get(), &made, "/nurvo/event", "nurvo.Event", "Published");
   const MessagePtr message(made);

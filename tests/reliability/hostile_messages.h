@@ -8,14 +8,16 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <vector>
 
 namespace reliability {
 
 // An application of its own on the bus. The same seed sends the same messages.
 class HostilePeer {
  public:
-  // Throws Failure when the bus can't be reached.
-  HostilePeer(std::string target, unsigned seed);
+  // `words` are those that the application `target` understands as commands. Throws Failure when the bus
+  // can't be reached.
+  HostilePeer(std::string target, std::vector<std::string> words, unsigned seed);
 
   // Sends one message of a random kind.
   void Send();
@@ -53,6 +55,7 @@ class HostilePeer {
   }
 
   std::string target_;
+  std::vector<std::string> words_;
   std::mt19937 random_;
   std::unique_ptr<sd_bus, BusDeleter> bus_;
   std::map<std::string, int> sent_;

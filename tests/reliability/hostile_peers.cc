@@ -1,6 +1,7 @@
 // A stranger on the bus sends very many messages that are wrong in every way; a good command between them is
 // answered as ever, and the page is the same at the end.
 #include <cstdio>
+#include <functional>
 #include <set>
 
 #include "nurvo/message_port.h"
@@ -79,39 +80,76 @@ class Listener {
   std::multiset<std::string> answers_;
 };
 
-}  // namespace
+// Sends `count` messages, and runs `check` after each thousand.
+void Attack(HostilePeer& peer, int count, const std::function<void(int)>& check) {
+  for (int i = 1; i <= count; ++i) {
+    peer.Send();
+    if (i % kBetweenGoodOnes != 0) continue;
+    peer.Flush();
+    check(i);
+  }
+}
 
-void RunHostilePeers(bool is_short) {
-  const int count = is_short ? 2'000 : 100'000;
-  setenv("NURVO_APP_ID", wire::kServiceId, 1);
+void PrintKinds(const HostilePeer& peer) {
+  for (const auto& [kind, times] : peer.sent()) std::printf("  %6d %s\n", times, kind.c_str());
+}
+
+void AttackPage(int count) {
   Listener listener;
   Tv tv;
   Require(WaitUntil([&] { return listener.is_registered(); }, kDeadline), "The page did not register.");
   const pid_t process = Tv::WebProcess();
   const std::string token = tv.Evaluate("state.token");
-  HostilePeer peer(kAppId, kSeed);
+  std::vector<std::string> actions;
+  for (const ActionInfo& action : Actions()) actions.emplace_back(action.name);
+  HostilePeer peer(kAppId, actions, kSeed);
   Usage before{};
   int repeats = 0;
-  for (int i = 1; i <= count; ++i) {
-    peer.Send();
-    if (i % kBetweenGoodOnes != 0) continue;
-    peer.Flush();
+  Attack(peer, count, [&](int i) {
     repeats += listener.Ask("good " + std::to_string(i));
     if (i == kBetweenGoodOnes) before = UsageOf(process);
-  }
+  });
   const Usage after = UsageOf(process);
   Require(Tv::WebProcess() == process && tv.Evaluate("state.token") == token, "The page is another one.");
   Require(listener.is_each_answered_once(), "A good command was answered twice.");
   constexpr long kFew = 10;
   Require(after.descriptors <= before.descriptors + kFew, "Descriptors stay open.");
   std::printf(
-      "%d hostile messages (seed %u), %d good commands between them answered rightly (%d of them asked "
-      "again, the "
-      "page "
-      "registered anew), page untouched, %zu answers in all, %d registrations, memory of the page %+ld KiB\n",
+      "%d hostile messages to the page (seed %u), %d good commands between them answered rightly (%d of them "
+      "asked again, the page registered anew), page untouched, %zu answers in all, %d registrations, memory "
+      "of "
+      "the page %+ld KiB",
       count, kSeed, count / kBetweenGoodOnes, repeats, listener.answers(), listener.registrations(),
       after.memory - before.memory);
-  for (const auto& [kind, times] : peer.sent()) std::printf("  %6d %s\n", times, kind.c_str());
+  std::fflush(stdout);
+}
+
+void AttackService(int count) {
+  Service service;
+  Tv tv;
+  service.WaitForRegistration(1);
+  const std::vector<std::string> words = {wire::kRegister, wire::kUnregister, wire::kResult,
+                                          wire::kAppContext, wire::kPartialResult};
+  HostilePeer peer(wire::kServiceId, words, kSeed);
+  Attack(peer, count, [&](int i) {
+    const Command command = Custom({{"n", std::to_string(i)}});
+    const std::string expected = R"({"n":")" + std::to_string(i) + R"("})";
+    const Outcome outcome = service.voice.Say(kAppId, command, kDeadline);
+    Require(outcome.is_answered && outcome.answer.data == expected,
+            "The good command " + std::to_string(i) + ": " + outcome.answer.data + outcome.problem);
+  });
+  std::printf("; %d to the service, %d good commands between them answered rightly\n", count,
+              count / kBetweenGoodOnes);
+  PrintKinds(peer);
+}
+
+}  // namespace
+
+void RunHostilePeers(bool is_short) {
+  const int count = is_short ? 2'000 : 100'000;
+  setenv("NURVO_APP_ID", wire::kServiceId, 1);
+  AttackPage(count);
+  AttackService(count);
 }
 
 }  // namespace reliability
