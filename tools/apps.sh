@@ -9,6 +9,7 @@ written. Without another option the results are printed as TAP 14.
 
 Output
   --json               one JSON event a line instead; nothing else on standard output
+  --tap                TAP 14 (the default)
   --narrate            a table for people instead
   --junit FILE         a JUnit report, too
   --screenshots DIR    pictures of the page at failures (default: beside the JUnit report)
@@ -17,7 +18,7 @@ Output
   --console KIND       the page's console on standard error: none (default), page, all
 
 Limits
-  --timeout MS         for each step (default 5000)
+  --timeout MS         for each step (default 5000); the page has four times as long to load and call listen()
   --total-timeout S    for the whole run (default 600)
 
 The application

@@ -7,15 +7,16 @@
 
 namespace common {
 
-ScopeLogger::ScopeLogger(const char* file, const char* function, int line)
-    : file_(file), function_(function) {
+ScopeLogger::ScopeLogger(const char* file, const char* function, int line) {
   log_print_to(kMainLog, kLogDebug, kCommonLogTag, "logger: ScopeLogger > %s: %s(%d) > Enter ", file,
                function, line);
+  file_ = file;
+  function_ = function;
 }
 
 ScopeLogger::~ScopeLogger() {
   log_print_to(kMainLog, kLogDebug, kCommonLogTag, "%s: %s(%d) > %s: %s > Exit", CORVIS_FILE, __func__,
-               __LINE__, file_, function_);
+               __LINE__, file_.c_str(), function_.c_str());
 }
 
 void FailAssertion(const SourcePlace& place, const char* condition, const char* message,

@@ -39,7 +39,7 @@ struct SourceName {
 };
 
 // Brackets what an operation logs: writes the entry line when it is made and the exit line when it goes,
-// however the operation ends. Never throws from its destructor. Both texts must outlive it.
+// however the operation ends. Never throws from its destructor.
 class ScopeLogger {
  public:
   ScopeLogger(const char* file, const char* function, int line);
@@ -48,8 +48,8 @@ class ScopeLogger {
   ScopeLogger& operator=(const ScopeLogger&) = delete;
 
  private:
-  const char* file_;
-  const char* function_;
+  std::string file_;
+  std::string function_;
 };
 
 // Where in the source a common log line comes from.

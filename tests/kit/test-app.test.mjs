@@ -48,7 +48,7 @@ test('every way for a run to end has its status', async (t) => {
     ['say play\nexpect success\n', [], 1, 'not ok 2'],
     ['sya pause\n', [], 2, 'a.voice:1:1: '],
     ['say puase\n', [], 2, 'Did you mean "pause"?'],
-    ['say pause\nshow "#state" equals "x"\n', [], 2, 'a.voice:2:22: '],
+    ['say pause\nshow "#state" equals "x"\n', [], 2, 'a.voice:2:15: '],
     ['say pause\n', ['--coverage-min', '101'], 2, 'takes a percentage'],
     ['say pause\n', ['--no-privileges', '--timeout', '250'], 3, 'Bail out!'],
     ['say pause\n', ['--coverage-min', '90'], 7, 'less than the 90 %'],

@@ -64,6 +64,7 @@ void Console::Handle(const std::string& line) {
   if (!problem.empty()) return lines_.Show(problem);
   const std::string warning = UnknownActionWarning(command);
   if (!warning.empty()) lines_.Show(warning);
+  exceptions_ = conversation_.exceptions().size();
   ShowTurn(conversation_.Send(command, text));
 }
 
@@ -83,6 +84,8 @@ void Console::ShowTurn(const Turn& turn) {
     text +=
         ", " + std::to_string(answer.data.size()) + " bytes in " + std::to_string(answer.pieces) + " pieces";
   if (answer.word == "appContext") text += ", as the application's state";
+  const std::string exception = conversation_.ExceptionOf(turn, exceptions_);
+  if (!exception.empty()) text += "\n  the callback threw: " + exception;
   lines_.Show(text);
 }
 
@@ -90,6 +93,7 @@ void Console::SayPhrase(const std::string& argument) {
   std::string phrase = argument;
   if (phrase.size() >= 2 && phrase.front() == '"' && phrase.back() == '"')
     phrase = phrase.substr(1, phrase.size() - 2);
+  exceptions_ = conversation_.exceptions().size();
   ShowTurn(conversation_.Say(phrase));
 }
 

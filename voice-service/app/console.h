@@ -52,6 +52,8 @@ class Console {
   Conversation& conversation_;
   LineSource& lines_;
   bool is_over_ = false;
+  // How many exceptions the page had told of before the last thing said.
+  size_t exceptions_ = 0;
   // The last items, for comparing.
   std::optional<ItemList> items_;
   Recorder recorder_;

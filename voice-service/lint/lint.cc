@@ -48,16 +48,14 @@ std::vector<Finding> CheckCallback(Conversation& conversation, const ActionInfo&
   const int crashes_before = conversation.crashes();
   const std::string name(action.name);
   const Turn turn = conversation.Say(SamplePhrase(name));
-  // What the page writes comes on another road than its answer, and somewhat later.
-  const auto has_thrown = [&] { return conversation.exceptions().size() > exceptions_before; };
-  if (turn.outcome.answer.data == "not_support") WaitUntil(has_thrown, kConsoleDelay);
   const std::string callback(action.callback);
   if (conversation.crashes() > crashes_before) {
     return {{"callback", "The page's process crashed in it.", callback}};
   }
   if (!turn.outcome.is_answered) return {{"callback", turn.outcome.problem, callback}};
-  if (!has_thrown()) return {};
-  return {{"callback", "It threw for \"" + turn.said + "\": " + conversation.exceptions().back(), callback}};
+  const std::string exception = conversation.ExceptionOf(turn, exceptions_before);
+  if (exception.empty()) return {};
+  return {{"callback", "It threw for \"" + turn.said + "\": " + exception, callback}};
 }
 
 std::vector<Finding> CheckCallbacks(Conversation& conversation) {

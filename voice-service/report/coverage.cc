@@ -47,7 +47,8 @@ std::string Describe(const CoverageReport& report) {
                      " registered actions were spoken)\n";
   return text + Line("Spoken:", report.spoken) + Line("Not spoken:", report.unspoken) +
          Line("Answered only not_support:", report.refused) +
-         Line("Callbacks that the application does not have:", report.missing);
+         "Callbacks that the application does not have: " + std::to_string(report.missing.size()) +
+         " (--json names them)\n";
 }
 
 }  // namespace corvis::voice

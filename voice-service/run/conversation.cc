@@ -8,7 +8,6 @@
 
 #include "core/json_text.h"
 #include "core/matcher.h"
-#include "core/phrase_pattern.h"
 #include "core/phrases.h"
 #include "core/raw_command.h"
 #include "picture/item_picture.h"
@@ -80,6 +79,14 @@ void Conversation::TakeConsole(const std::string& level, const std::string& text
   if (console_.size() > kConsoleLines) console_.pop_front();
 }
 
+std::string Conversation::ExceptionOf(const Turn& turn, size_t exceptions_before) {
+  // What the page writes comes on another road than its answer, and somewhat later.
+  constexpr auto kTelling = std::chrono::milliseconds(100);
+  if (turn.outcome.answer.data != "not_support") return "";
+  const auto has_thrown = [&] { return exceptions_.size() > exceptions_before; };
+  return WaitUntil(has_thrown, kTelling) ? exceptions_.back() : "";
+}
+
 std::string Conversation::WaitForApp(std::chrono::milliseconds timeout) {
   if (WaitUntil([this] { return service_.HasApp(app_id_); }, timeout)) {
     WaitForLoad(timeout);
@@ -124,10 +131,7 @@ void Conversation::ExplainDeparture(Outcome& outcome, int crashes_before) {
 
 Turn Conversation::Say(const std::string& phrase) {
   if (const auto command = CommandOf(phrase)) return Send(*command, phrase);
-  const std::string plain = NormalisedPhrase(phrase);
-  constexpr std::string_view kSelect = "select ";
-  if (plain.compare(0, kSelect.size(), kSelect) == 0)
-    return SelectByTitle(phrase, plain.substr(kSelect.size()));
+  if (const auto title = TitleToSelect(phrase)) return SelectByTitle(phrase, *title);
   return NotSent(phrase, UnknownPhrase(phrase));
 }
 

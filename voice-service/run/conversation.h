@@ -79,6 +79,9 @@ class Conversation {
   const std::deque<std::string>& console() const { return console_; }
   // What the script API's console said of exceptions in callbacks, oldest first.
   const std::vector<std::string>& exceptions() const { return exceptions_; }
+  // What the callback threw when the turn's answer is "not_support" because of that; empty otherwise.
+  std::string ExceptionOf(const Turn& turn, size_t exceptions_before);
+  void ForgetConsole() { console_.clear(); }
   // How often the page's process has crashed.
   int crashes() const { return crashes_; }
   // When an answer is missing because the page's process crashed: says so.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "core/json_text.h"
@@ -39,9 +40,32 @@ bool IsLookOnly(StepKind kind) {
          kind == StepKind::kShow || kind == StepKind::kValue;
 }
 
+// So that an expression that throws is not an uncaught error of the page each time it is looked at.
+std::string Guarded(const std::string& expression) {
+  return "(function () { try { return { value: (" + expression +
+         "\n) }; } catch (error) { return { error: typeof error === 'string' ? error "
+         ": 'The expression threw ' + error + '.' }; } })()";
+}
+
+// The value of a guarded expression as a plain text; or what it threw, as a sentence in `problem`.
+std::string TakeGuarded(const std::string& json, std::string& problem) {
+  const auto outcome = nlohmann::json::parse(json, nullptr, /*allow_exceptions=*/false);
+  problem.clear();
+  if (!outcome.is_object()) {
+    problem = "The value has no JSON text.";
+  } else if (outcome.contains("error")) {
+    problem = outcome["error"].get<std::string>();
+  } else if (outcome.contains("value")) {
+    return PlainValue(outcome["value"].dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+  }
+  return problem.empty() ? "null" : "";
+}
+
 std::string SelectorExpression(const std::string& selector) {
   return "(function (e) {"
-         "  if (e === null) return null;"
+         "  if (e === null) throw " +
+         JsonText("The page has no element " + selector + ".") +
+         ";"
          "  return String(/^(input|select|textarea)$/.test(e.localName) ? e.value : e.textContent).trim();"
          "})(document.querySelector(" +
          JsonText(selector) + "))";
@@ -105,7 +129,10 @@ void ScriptRunner::Run(const VoiceScript& script) {
   for (size_t i = 0; i < script.steps.size(); ++i) {
     const Step& step = script.steps[i];
     next_ = i + 1 < script.steps.size() ? &script.steps[i + 1] : nullptr;
-    if (step.kind == StepKind::kTest) has_failed = false;
+    if (step.kind == StepKind::kTest) {
+      has_failed = false;
+      conversation_.ForgetConsole();
+    }
     StepResult result;
     result.step = &step;
     result.is_skipped = has_failed || is_over_;
@@ -132,6 +159,9 @@ void ScriptRunner::Document(const VoiceScript& script, StepResult& result) {
   WaitUntil([] { return false; }, kConsoleDelay);
   const auto& lines = conversation_.console();
   const size_t count = std::min(lines.size(), kMostLines);
+  const std::string exception = conversation_.ExceptionOf(turn_, exceptions_);
+  if (!exception.empty())
+    result.problem += (result.problem.empty() ? "" : " ") + ("The callback threw: " + exception);
   result.console.assign(lines.end() - static_cast<std::ptrdiff_t>(count), lines.end());
   if (photographer_ && !is_over_) result.screenshot = photographer_(script, *result.step);
 }
@@ -145,6 +175,8 @@ std::string ScriptRunner::Prepare(const Step& step) {
 void ScriptRunner::Finish(StepResult& result, const std::string& problem) {
   result.is_ok = problem.empty();
   result.problem = problem;
+  result.expected.clear();
+  result.actual.clear();
 }
 
 void ScriptRunner::Check(StepResult& result, bool is_ok, const std::string& expected,
@@ -155,6 +187,13 @@ void ScriptRunner::Check(StepResult& result, bool is_ok, const std::string& expe
   if (is_ok) return;
   result.expected = expected;
   result.actual = Abridged(actual);
+}
+
+void ScriptRunner::CheckText(StepResult& result, const std::string& actual) {
+  std::string problem;
+  const bool is_ok = Matches(result.step->matcher, actual, &problem);
+  Check(result, is_ok, Describe(result.step->matcher), Quoted(actual));
+  result.problem = problem;
 }
 
 StepResult ScriptRunner::RunStep(const Step& step) {
@@ -229,6 +268,7 @@ void ScriptRunner::Say(StepResult& result) {
   const Step& step = *result.step;
   WaitUntil([] { return false; }, pace_);
   injected_ = 0;
+  exceptions_ = conversation_.exceptions().size();
   const bool is_silence_expected = next_ != nullptr && next_->kind == StepKind::kNoAnswer;
   const auto timeout = conversation_.timeout();
   if (is_silence_expected && next_->duration.count() > 0) conversation_.set_timeout(next_->duration);
@@ -249,6 +289,7 @@ void ScriptRunner::Inject(StepResult& result) {
   turn_ = {};
   turn_.said = step.source;
   crashes_ = conversation_.crashes();
+  exceptions_ = conversation_.exceptions().size();
   injected_ = conversation_.service().Inject(conversation_.app_id(), step.entries, problem);
   turn_.outcome.problem = "What was injected is no whole command, so no answer is expected.";
   Finish(result, problem);
@@ -274,8 +315,7 @@ void ScriptRunner::Expect(StepResult& result) {
     Check(result, outcome.answer.took <= step.duration,
           "at most " + std::to_string(step.duration.count()) + " ms", MillisecondsText(outcome.answer.took));
   } else {
-    Check(result, Matches(step.matcher, outcome.answer.data), Describe(step.matcher),
-          Quoted(outcome.answer.data));
+    CheckText(result, outcome.answer.data);
   }
 }
 
@@ -284,19 +324,22 @@ void ScriptRunner::ExpectAction(StepResult& result) {
   Check(result, turn_.command.action == step.text, step.text, turn_.command.action);
   if (result.is_ok && step.has_matcher) {
     const std::string data = DescribeData(turn_.command);
-    Check(result, Matches(step.matcher, data), Describe(step.matcher), Quoted(data));
+    CheckText(result, data);
   }
 }
 
-void ScriptRunner::Poll(StepResult& result, const std::function<ControlResult()>& look) {
-  const Step& step = *result.step;
+void ScriptRunner::Poll(StepResult& result, const std::string& expression) {
   const auto end = Clock::now() + conversation_.timeout();
   for (;;) {
-    const ControlResult seen = look();
-    const std::string value = PlainValue(seen.value);
-    result.problem.clear();
-    Check(result, seen.is_ok && Matches(step.matcher, value), Describe(step.matcher), Quoted(value));
-    if (!seen.is_ok) Finish(result, seen.error);
+    const ControlResult seen = conversation_.runtime().Evaluate(Guarded(expression));
+    // What can't even be read will not get better.
+    if (!seen.is_ok) return Finish(result, seen.error);
+    const std::string value = TakeGuarded(seen.value, result.problem);
+    if (result.problem.empty()) {
+      CheckText(result, value);
+    } else {
+      Finish(result, result.problem);
+    }
     if (result.is_ok) {
       result.shown = value;
       return;
@@ -307,15 +350,11 @@ void ScriptRunner::Poll(StepResult& result, const std::function<ControlResult()>
 }
 
 void ScriptRunner::Show(StepResult& result) {
-  const std::string expression = SelectorExpression(result.step->text);
-  Poll(result, [this, &expression] { return conversation_.runtime().Evaluate(expression); });
-  if (!result.is_ok && result.actual == Quoted("null")) {
-    result.problem = "The page has no element " + result.step->text + ".";
-  }
+  Poll(result, SelectorExpression(result.step->text));
 }
 
 void ScriptRunner::Value(StepResult& result) {
-  Poll(result, [this, &result] { return conversation_.runtime().Evaluate(result.step->text); });
+  Poll(result, result.step->text);
 }
 
 bool ScriptRunner::AskItems(StepResult& result) {
@@ -366,7 +405,7 @@ void ScriptRunner::CheckItem(StepResult& result, const ItemList& list) {
                               std::to_string(count - 1) + ".");
   }
   if (step.kind == StepKind::kItemTitle) {
-    return Check(result, Matches(step.matcher, found->title), Describe(step.matcher), Quoted(found->title));
+    return CheckText(result, found->title);
   }
   const bool holds =
       step.text == "focused" ? found->is_focused : found->is_visible == (step.text == "visible");

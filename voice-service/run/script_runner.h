@@ -92,8 +92,10 @@ class ScriptRunner {
   // What must be in order before a test's first step; a sentence otherwise.
   std::string Prepare(const Step& step);
   void Check(StepResult& result, bool is_ok, const std::string& expected, const std::string& actual);
-  // Runs `look` until it gives what the step expects or its time is over.
-  void Poll(StepResult& result, const std::function<ControlResult()>& look);
+  // Checks a text by the step's matcher.
+  void CheckText(StepResult& result, const std::string& actual);
+  // Asks the page until it gives what the step expects or its time is over.
+  void Poll(StepResult& result, const std::string& expression);
 
   void Say(StepResult& result);
   void Inject(StepResult& result);
@@ -126,6 +128,8 @@ class ScriptRunner {
   // The injected command whose answer has not been asked for; 0 for none.
   uint64_t injected_ = 0;
   int crashes_ = 0;
+  // How many exceptions the page had told of before the last thing said.
+  size_t exceptions_ = 0;
   std::vector<std::unique_ptr<Delayed>> delayed_;
   // The items that were asked for last, and whether nothing has been done since.
   std::optional<ItemList> items_;

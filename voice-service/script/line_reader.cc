@@ -35,6 +35,12 @@ std::string LineReader::Word() {
   return word;
 }
 
+bool LineReader::HasTextAfterWord() const {
+  LineReader rest = *this;
+  rest.Word();
+  return rest.Peek() == '"' || rest.Peek() == '`';
+}
+
 bool LineReader::TakeWord(std::string_view word) {
   const size_t before = at_;
   if (Word() == word) return true;
@@ -73,6 +79,27 @@ std::string LineReader::Between(char mark) {
   return text;
 }
 
+char LineReader::Escaped() {
+  constexpr std::string_view kNames = "ntr";
+  constexpr std::string_view kMeanings = "\n\t\r";
+  constexpr size_t kDigits = 2;
+  const char c = line_[at_];
+  const size_t name = kNames.find(c);
+  if (name != std::string_view::npos) return kMeanings[name];
+  if (c != 'x') return c;
+  unsigned value = 0;
+  const char* digits = line_.data() + at_ + 1;
+  const char* last = digits + std::min(kDigits, line_.size() - at_ - 1);
+  constexpr int kHexadecimal = 16;
+  const auto [end, error] = std::from_chars(digits, last, value, kHexadecimal);
+  if (error != std::errc() || end != digits + kDigits) {
+    FailAt(at_ - 1, "Behind \\x stand two hexadecimal digits.");
+    return 0;
+  }
+  at_ += kDigits;
+  return static_cast<char>(value);
+}
+
 std::string LineReader::Text(bool may_be_bare) {
   if (Peek() == '`') return Between('`');
   if (Peek() != '"') {
@@ -85,8 +112,8 @@ std::string LineReader::Text(bool may_be_bare) {
   for (++at_; !is_at_end() && line_[at_] != '"'; ++at_) {
     char c = line_[at_];
     if (c == '\\' && at_ + 1 < line_.size()) {
-      c = line_[++at_];
-      c = c == 'n' ? '\n' : c == 't' ? '\t' : c;
+      ++at_;
+      c = Escaped();
     }
     text += c;
   }

@@ -28,7 +28,7 @@ class LineReader {
   bool TakeWord(std::string_view word);
   // The next word, which must be one of these.
   std::string OneOf(std::initializer_list<const char*> words);
-  // "quoted" with \" \\ \n \t, or `raw`; a bare word where `may_be_bare`.
+  // "quoted" with \" \\ \n \t \r \x1b, or `raw`; a bare word where `may_be_bare`.
   std::string Text(bool may_be_bare = false);
   // The text between two marks, `\` before a mark stands for the mark.
   std::string Between(char mark);
@@ -40,6 +40,9 @@ class LineReader {
   // What is left of the line; must not be empty.
   std::string Rest(const char* what);
 
+  // Whether a text in quotation marks stands behind the next word.
+  bool HasTextAfterWord() const;
+
   char Peek() const { return is_at_end() ? '\0' : line_[at_]; }
   void Fail(const std::string& problem) { FailAt(at_, problem); }
   // Fails unless the line ends here.
@@ -47,6 +50,8 @@ class LineReader {
 
  private:
   void SkipBlanks();
+  // What the escape means whose letter is next.
+  char Escaped();
   void FailAt(size_t at, const std::string& problem);
 
   std::string_view line_;

@@ -2,6 +2,7 @@
 #include "script/voice_script.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "core/did_you_mean.h"
 #include "core/phrases.h"
@@ -28,7 +29,16 @@ void ReadMatcher(LineReader& line, Step& step) {
     while (!line.is_at_end()) matcher.texts.push_back(line.Text(/*may_be_bare=*/true));
     if (matcher.texts.empty()) line.Fail("Here stand the texts that are allowed.");
   } else {
-    line.TakeWord("is");
+    // Before a text in quotation marks a word can only be meant as another way to compare.
+    const LineReader before = line;
+    const std::string word = line.Word();
+    if (word != "is") line = before;
+    if (!word.empty() && std::isalpha(static_cast<unsigned char>(word[0])) != 0 && word != "is" &&
+        line.HasTextAfterWord()) {
+      return line.Fail("There is no comparison \"" + word +
+                       "\"; there are is, contains, matches, json and one of." +
+                       DidYouMean(word, {"is", "contains", "matches", "json", "one"}));
+    }
     matcher = {MatchKind::kExact, {line.Text(/*may_be_bare=*/true)}};
   }
   if (line.has_failed()) return;
