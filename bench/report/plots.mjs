@@ -88,12 +88,15 @@ const xRange = [panel.left, panel.width - panel.right];
 const yRange = [panel.height - panel.bottom, panel.top];
 const extent = (values) => [Math.min(...values), Math.max(...values)];
 
-/** The sorted samples against the share of them that is no larger, in per cent, without the outermost hundredth. */
+/**
+ * The sorted samples against the share of them that is no larger, in per cent, without the outermost ones. Samples
+ * below the clock's step are 0 and have no place on a logarithmic axis.
+ */
 function sharePoints(samples) {
   const sorted = [...samples].sort((a, b) => a - b);
   const step = Math.max(1, Math.floor(sorted.length / 200));
   const points = sorted.map((value, i) => [value, (100 * (i + 1)) / sorted.length]);
-  return points.filter(([, share], i) => i % step === 0 && share <= 99.5);
+  return points.filter(([value, share], i) => value > 0 && i % step === 0 && share <= 99.5);
 }
 
 function drawDistribution({ title, unit, series }) {

@@ -70,7 +70,7 @@ export async function measure({ short }) {
     await page.evaluate(() => window.voice.api.setCallback({ onplay: () => true }));
     const text = scriptText();
     start = await collect(short ? 3 : 101, (round) => page.evaluate(startOnce, { text, times: 10, round }));
-    dispatch = await collect(short ? 3 : 101, () => page.evaluate(dispatchOnce, { times: 500 }));
+    dispatch = await collect(short ? 3 : 101, () => page.evaluate(dispatchOnce, { times: 5000 }));
   } finally {
     await browser.close();
   }
