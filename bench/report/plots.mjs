@@ -1,7 +1,7 @@
 // A page of plots as SVG: for each panel either the distributions of samples (which share took at most how long) or
 // times over sizes, on logarithmic axes.
 
-const panel = { width: 380, height: 250, left: 58, right: 14, top: 34, bottom: 40 };
+const panel = { width: 380, height: 280, left: 58, right: 14, top: 66, bottom: 40 };
 const columns = 2;
 const colours = ['#1b6ac9', '#d1571a', '#5f7d1f', '#8a4bb0'];
 
@@ -23,6 +23,7 @@ function logScale(low, high, from, to) {
   for (let power = Math.floor(first); power <= Math.ceil(last); power++) {
     ticks.push(...steps.map((step) => step * 10 ** power).filter((tick) => tick >= low && tick <= high));
   }
+  if (ticks.length < 2) ticks.splice(0, 1, low, (low + high) / 2, high);
   return { at, ticks };
 }
 
@@ -37,7 +38,7 @@ const siUnits = [
 ];
 function shortNumber(value) {
   const [factor, letter] = siUnits.find(([unit]) => value >= unit) ?? [1, ''];
-  return `${Number((value / factor).toPrecision(2))}${letter}`;
+  return `${Number((value / factor).toPrecision(3))}${letter}`;
 }
 
 function axes({ x, y, xLabel, yLabel }) {
@@ -67,13 +68,15 @@ function curve(points, { x, y }, colour) {
 const dots = (points, { x, y }, colour) =>
   points.map(([px, py]) => element('circle', { cx: x.at(px), cy: y.at(py), r: 2.6, fill: colour })).join('');
 
+/** Between title and plot, two names a line. */
 function legend(names) {
-  const line = (name, i) => {
-    const y = panel.top + 14 + 15 * i;
-    const swatch = element('rect', { x: panel.left + 8, y: y - 8, width: 12, height: 4, fill: colours[i] });
-    return swatch + textAt(panel.left + 26, y - 2, name);
+  const entry = (name, i) => {
+    const x = panel.left + (i % 2) * ((panel.width - panel.left) / 2);
+    const y = 38 + 15 * Math.floor(i / 2);
+    const swatch = element('rect', { x, y: y - 6, width: 12, height: 4, fill: colours[i] });
+    return swatch + textAt(x + 18, y, name);
   };
-  return names.map(line).join('');
+  return names.map(entry).join('');
 }
 
 function draw({ title, xLabel, yLabel, x, y, series, withDots }) {

@@ -32,7 +32,7 @@ export function measure({ short }) {
   );
   const series = {
     'bundle to JSON': points('ours'),
-    'of it: decoding by the platform': points('decode'),
+    'of it: decoding': points('decode'),
     'copying the bytes': points('against'),
   };
   return {

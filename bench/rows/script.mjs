@@ -100,7 +100,7 @@ export async function measure({ short }) {
     lines,
     samples: { start, dispatch },
     plots: [
-      plot("Start of the script, Chromium's compilation included", start, 'an empty script'),
+      plot('Start of the script API', start, 'an empty script'),
       plot('A command through the script', dispatch, 'a bare listener'),
     ],
   };
