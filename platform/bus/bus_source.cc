@@ -20,8 +20,9 @@ struct BusSource {
   GSource base;
   sd_bus* bus;
   gpointer fd_tag;
-  int events;   // what the descriptor is watched for
-  int handled;  // messages, since others had a turn
+  int events;    // what the descriptor is watched for
+  int handled;   // messages, since others had a turn
+  bool is_call;  // whether the last message was a call
 };
 
 BusSource* From(GSource* source) {
@@ -62,20 +63,29 @@ bool HasMore(sd_bus* bus) {
   return (sd_bus_get_n_queued_read(bus, &queued) >= 0 && queued > 0) || poll(&descriptor, 1, 0) > 0;
 }
 
-// One message for each turn of the loop: what a receiver puts off (a page's callback, which answers) is done
-// before the next message comes.
+int NoteKind(sd_bus_message* message, void* source, sd_bus_error* /*error*/) {
+  static_cast<BusSource*>(source)->is_call = sd_bus_message_is_method_call(message, nullptr, nullptr) > 0;
+  return 0;
+}
+
+// A call ends the turn: what its receiver puts off (a page's callback, which answers) is done before the next
+// message comes. Signals that wait are handled together.
 gboolean Dispatch(GSource* source, GSourceFunc /*callback*/, gpointer /*user_data*/) {
   BusSource* const self = From(source);
-  const int result = sd_bus_process(self->bus, nullptr);
+  int result = 1;
+  self->is_call = false;
+  while (result > 0 && !self->is_call && ++self->handled < kMessagesInARow) {
+    result = sd_bus_process(self->bus, nullptr);
+  }
   if (result < 0) {
     log_print(NURVO_LOG_ERROR, kBusTag,
               "The connection to the bus is lost (%s); start the application again once the bus is back.",
               std::strerror(-result));
     return G_SOURCE_REMOVE;
   }
-  self->handled = (self->handled + 1) % kMessagesInARow;
   // After many, with more waiting, work of lower priority (drawing, for one) goes first, once.
-  const bool gives_way = self->handled == 0 && HasMore(self->bus);
+  const bool gives_way = self->handled >= kMessagesInARow && HasMore(self->bus);
+  if (self->handled >= kMessagesInARow) self->handled = 0;
   g_source_set_priority(source, gives_way ? G_PRIORITY_DEFAULT_IDLE : G_PRIORITY_DEFAULT);
   return G_SOURCE_CONTINUE;
 }
@@ -94,6 +104,8 @@ void AttachToMainLoop(sd_bus* bus) {
   self->fd_tag = g_source_add_unix_fd(source, sd_bus_get_fd(bus), G_IO_IN);
   self->events = G_IO_IN;
   self->handled = 0;
+  self->is_call = false;
+  sd_bus_add_filter(bus, nullptr, NoteKind, self);
   g_source_set_name(source, "nurvo bus");
   g_source_attach(source, nullptr);
   g_source_unref(source);

@@ -88,9 +88,11 @@ std::string Conversation::ExceptionOf(const Turn& turn, size_t exceptions_before
 }
 
 std::string Conversation::WaitForApp(std::chrono::milliseconds timeout) {
-  if (WaitUntil([this] { return service_.HasApp(app_id_); }, timeout)) {
+  const auto is_there = [this] { return service_.HasApp(app_id_); };
+  if (WaitUntil(is_there, timeout)) {
     WaitForLoad(timeout);
-    return "";
+    // A page that has heard of two starts registers anew meanwhile; what is said to it then would be lost.
+    if (WaitUntil(is_there, timeout)) return "";
   }
   if (IsInterrupted()) return "Interrupted.";
   std::string others;
