@@ -1,4 +1,4 @@
-# What goes wrong, on purpose, with figures: fuzzing, and the programs of tests/reliability. Sourced by ../corvis.
+# What goes wrong, on purpose, with figures: fuzzing, and the programs of bench/reliability. Sourced by ../corvis.
 
 fuzz_packages=(clang libclang-rt-14-dev)
 
@@ -95,8 +95,8 @@ corvis_reliability() {
     (
       stage_begin
       export TMPDIR=$stage
-      if [ -f "$home/tests/reliability/$name.mjs" ]; then
-        CORVIS_BUILD=$build node "$home/tests/reliability/$name.mjs" "${short[@]}"
+      if [ -f "$home/bench/reliability/$name.mjs" ]; then
+        CORVIS_BUILD=$build node "$home/bench/reliability/$name.mjs" "${short[@]}"
       else
         "$build/bin/corvis_reliability" "$name" "${short[@]}"
       fi

@@ -85,7 +85,7 @@ void VoiceService::OnMessage(int /*port_id*/, const char* remote_app_id, const c
                              bool /*is_trusted*/, bundle* message, void* service) {
   auto& self = *static_cast<VoiceService*>(service);
   const std::string word = TextOf(message, wire::kCommandKey);
-  // Who speaks is what the bus says, not what the message claims.
+  // Who speaks is what the port tells, not what the message's data claims.
   const std::string app_id = remote_app_id == nullptr ? "" : remote_app_id;
   if (word == wire::kRegister) {
     self.Register(app_id);
@@ -178,10 +178,12 @@ std::string VoiceService::SendEntries(const std::string& app_id, const Entries& 
 Outcome VoiceService::Await(const std::string& app_id, uint64_t command_id,
                             std::chrono::milliseconds timeout) {
   const int registered_before = registrations(app_id);
-  const auto is_gone = [&] { return !HasApp(app_id) || registrations(app_id) != registered_before; };
   const bool was_registered = HasApp(app_id);
+  const auto is_gone = [&] {
+    return (was_registered && !HasApp(app_id)) || registrations(app_id) != registered_before;
+  };
   const auto has_come = [&] { return arrived_.count(command_id) == 1; };
-  WaitUntil([&] { return has_come() || (was_registered && is_gone()); }, timeout);
+  WaitUntil([&] { return has_come() || is_gone(); }, timeout);
   awaited_.erase(std::remove(awaited_.begin(), awaited_.end(), command_id), awaited_.end());
   Outcome outcome;
   if (has_come()) {
@@ -191,7 +193,7 @@ Outcome VoiceService::Await(const std::string& app_id, uint64_t command_id,
     arrived_.erase(command_id);
   } else if (IsInterrupted()) {
     outcome.problem = "Interrupted.";
-  } else if (was_registered && is_gone()) {
+  } else if (is_gone()) {
     outcome.problem = "The page went away before it answered.";
   } else {
     outcome.problem = "There was no answer within " + std::to_string(timeout.count()) +

@@ -1,7 +1,7 @@
 // What the programs share: a page in the real runtime on the bus of the environment, the voice service in
 // this process, and figures of processes.
-#ifndef CORVIS_TESTS_RELIABILITY_STAGE_H_
-#define CORVIS_TESTS_RELIABILITY_STAGE_H_
+#ifndef CORVIS_BENCH_RELIABILITY_STAGE_H_
+#define CORVIS_BENCH_RELIABILITY_STAGE_H_
 
 #include <chrono>
 #include <memory>
@@ -76,4 +76,4 @@ double MillisecondsSince(std::chrono::steady_clock::time_point start);
 
 }  // namespace reliability
 
-#endif  // CORVIS_TESTS_RELIABILITY_STAGE_H_
+#endif  // CORVIS_BENCH_RELIABILITY_STAGE_H_

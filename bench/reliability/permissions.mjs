@@ -13,7 +13,7 @@ import {
 } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
-import { build, root } from '../kit/corvis.mjs';
+import { build, root } from '../../tests/kit/corvis.mjs';
 import { appId, control, evaluate, eventually, privileges, program, require, startTv } from './stage.mjs';
 
 const isRoot = process.getuid() === 0;

@@ -1,6 +1,6 @@
 // Messages that no honest application would send to a port.
-#ifndef CORVIS_TESTS_RELIABILITY_HOSTILE_MESSAGES_H_
-#define CORVIS_TESTS_RELIABILITY_HOSTILE_MESSAGES_H_
+#ifndef CORVIS_BENCH_RELIABILITY_HOSTILE_MESSAGES_H_
+#define CORVIS_BENCH_RELIABILITY_HOSTILE_MESSAGES_H_
 
 #include <systemd/sd-bus.h>
 
@@ -63,4 +63,4 @@ class HostilePeer {
 
 }  // namespace reliability
 
-#endif  // CORVIS_TESTS_RELIABILITY_HOSTILE_MESSAGES_H_
+#endif  // CORVIS_BENCH_RELIABILITY_HOSTILE_MESSAGES_H_

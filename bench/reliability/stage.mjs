@@ -3,7 +3,7 @@
 import { execFileSync, spawn } from 'node:child_process';
 import { once } from 'node:events';
 import path from 'node:path';
-import { build, root } from '../kit/corvis.mjs';
+import { build, root } from '../../tests/kit/corvis.mjs';
 
 export const appId = 'com.example.patient';
 export const isShort = process.argv.includes('--short');
@@ -38,7 +38,7 @@ export async function within(promise, what) {
 }
 
 // The runtime with the page of this folder, or another. Returns what ends it.
-export function startTv({ page = path.join(root, 'tests/reliability/page'), granted = privileges } = {}) {
+export function startTv({ page = path.join(root, 'bench/reliability/page'), granted = privileges } = {}) {
   const child = spawn(
     path.join(build, 'bin/corvis-tv'),
     [

@@ -5,7 +5,7 @@ import { once } from 'node:events';
 import path from 'node:path';
 import readline from 'node:readline';
 import { setTimeout as pause } from 'node:timers/promises';
-import { build } from '../kit/corvis.mjs';
+import { build } from '../../tests/kit/corvis.mjs';
 import { appId, evaluate, isShort, program, randomNumbers, require, startTv, within } from './stage.mjs';
 
 const restarts = isShort ? 10 : 1000;
