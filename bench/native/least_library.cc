@@ -9,6 +9,12 @@
 
 namespace {
 
+#ifdef BENCH_BINDING_ONLY
+constexpr bool kIsBindingOnly = true;
+#else
+constexpr bool kIsBindingOnly = false;
+#endif
+
 struct BundleDeleter {
   void operator()(bundle* b) const { bundle_free(b); }
 };
@@ -63,6 +69,7 @@ class LeastInstance : public common::ParsedInstance {
  private:
   static void OnMessage(int /*port*/, const char* /*app_id*/, const char* /*remote_port*/,
                         bool /*is_trusted*/, bundle* message, void* self) {
+    if (kIsBindingOnly) return static_cast<LeastInstance*>(self)->PostMessage("");
     char* action = nullptr;
     char* data = nullptr;
     if (bundle_get_str(message, "command", &action) != 0 || bundle_get_str(message, "strData", &data) != 0)

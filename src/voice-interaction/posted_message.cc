@@ -11,15 +11,14 @@ namespace {
 std::string WithPlainSlashes(const std::string& json) {
   std::string plain;
   plain.reserve(json.size());
-  for (size_t i = 0; i < json.size(); ++i) {
-    if (json[i] == '\\') {
-      // An escape is two characters, so the second of "\\" does not start one of its own.
-      if (json[i + 1] != '/') plain += json[i];
-      ++i;
-    }
-    plain += json[i];
+  size_t taken = 0;
+  // An escape is two characters, so the second of "\\" does not start one of its own.
+  for (size_t at = json.find('\\'); at != std::string::npos; at = json.find('\\', at + 2)) {
+    if (json[at + 1] != '/') continue;
+    plain.append(json, taken, at - taken);
+    taken = at + 1;
   }
-  return plain;
+  return plain.append(json, taken);
 }
 
 }  // namespace
