@@ -33,10 +33,10 @@ std::vector<LoadedExtension> LoadedExtensions();
 InstanceHandle CreateInstance(ExtensionHandle extension, PostedMessageSink sink);
 
 // Destroys an instance; messages that still wait are dropped.
-void DestroyInstance(InstanceHandle instance);
+void DestroyInstance(InstanceHandle handle);
 
 // A synchronous call. Returns the reply, empty when the instance is gone or gave none.
-std::string CallInstance(InstanceHandle instance, const std::string& message);
+std::string CallInstance(InstanceHandle handle, const std::string& message);
 
 }  // namespace corvis::tv
 

@@ -18,7 +18,7 @@ void ListenInitEvent(VoiceInteractionInstance* instance) {
 }
 
 void StopListeningInitEvent(VoiceInteractionInstance* instance) {
-  const int result = event_remove_event_handler(instance->init_event_handle_);
+  [[maybe_unused]] const int result = event_remove_event_handler(instance->init_event_handle_);
   MODULE_INFO_F("ListenInitEvent Result [%d]", result);
   instance->init_event_result_ = VoiceInteractionInstance::kNotSubscribed;
 }
