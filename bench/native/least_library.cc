@@ -3,6 +3,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "nurvo/extension.h"
 #include "nurvo/message_port.h"
@@ -78,7 +79,7 @@ class LeastInstance : public common::ParsedInstance {
     posted["listenerId"] = picojson::value(action);
     posted["action"] = picojson::value(action);
     posted["param"] = picojson::value(ParameterText(action, data));
-    static_cast<LeastInstance*>(self)->PostMessage(picojson::value(posted).serialize().c_str());
+    static_cast<LeastInstance*>(self)->PostMessage(picojson::value(std::move(posted)).serialize().c_str());
   }
 };
 

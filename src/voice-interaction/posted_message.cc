@@ -3,6 +3,8 @@
 
 #include "voice-interaction/posted_message.h"
 
+#include <utility>
+
 namespace extension::voice_interaction {
 
 namespace {
@@ -28,7 +30,7 @@ std::string BuildPostedMessage(const char* action, const char* param) {
   message["listenerId"] = picojson::value(action);
   message["action"] = picojson::value(action);
   if (param != nullptr) message["param"] = picojson::value(param);
-  return WithPlainSlashes(picojson::value(message).serialize());
+  return WithPlainSlashes(picojson::value(std::move(message)).serialize());
 }
 
 }  // namespace extension::voice_interaction
