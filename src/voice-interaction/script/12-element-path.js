@@ -18,9 +18,11 @@ function generateXpath(element, walkMemory) {
     children = childrenOf(parent, element, generateXpath(parent, memory));
     memory.set(parent, children);
   }
-  var path = children.path + '/' + element.tagName.toLowerCase();
   var tag = advanceTo(element, children) || countByTag(element, parent);
-  return tag.count > 1 ? path + '[' + tag.position + ']' : path;
+  if (!tag.path) {
+    tag.path = children.path + '/' + element.tagName.toLowerCase();
+  }
+  return tag.count > 1 ? tag.path + '[' + tag.position + ']' : tag.path;
 }
 
 // A form that has a field named "id" gives that field as its `id`.
@@ -29,8 +31,8 @@ function idOf(element) {
   return typeof id === 'string' ? id : element.getAttribute('id');
 }
 
-// What is remembered of a parent's children: its path, and by tag name how many of them there are and how many
-// `advanceTo` has passed. An element without a parent stands alone.
+// What is remembered of a parent's children: its path, and by tag name their path without a position,
+// made when it is needed, how many of them there are, and how many `advanceTo` has passed. An element without a parent stands alone.
 function childrenOf(parent, element, path) {
   var first = parent ? parent.firstElementChild : element;
   var tags = new NativeMap();
@@ -39,7 +41,7 @@ function childrenOf(parent, element, path) {
     if (tag) {
       tag.count++;
     } else {
-      tags.set(child.tagName, { count: 1, position: 0 });
+      tags.set(child.tagName, { path: '', count: 1, position: 0 });
     }
   }
   return { path: path, tags: tags, at: null, tag: null, next: first };
@@ -65,5 +67,5 @@ function countByTag(element, parent) {
   var same = Array.prototype.filter.call(parent.childNodes, function (child) {
     return child.tagName === element.tagName;
   });
-  return { count: same.length, position: same.indexOf(element) + 1 };
+  return { path: '', count: same.length, position: same.indexOf(element) + 1 };
 }
