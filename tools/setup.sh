@@ -20,15 +20,13 @@ install_missing() {
     as_root=(sudo)
   fi
   echo "Installing: ${missing[*]}${as_root:+ (through sudo)}" >&2
-  local log
-  log=$(mktemp)
+  local log=$build/install.log
+  mkdir -p "$build"
   if ! { "${as_root[@]}" apt-get update -qq && DEBIAN_FRONTEND=noninteractive "${as_root[@]}" \
     apt-get install -y -qq --no-install-recommends "${missing[@]}"; } >"$log" 2>&1 </dev/null; then
     tail -20 "$log" >&2
-    rm -f "$log"
     fail "apt-get could not install ${missing[*]}; its last words are above."
   fi
-  rm -f "$log"
 }
 
 # Configures a build folder unless it has been configured with these options before.
@@ -45,17 +43,14 @@ configure() {
 
 # Builds the targets given, showing the compiler's words only when it fails.
 compile() {
-  local folder=$1 log
+  local folder=$1 log=$1/compile.log
   shift
-  log=$(mktemp)
   if [ -t 2 ]; then
     ninja -C "$folder" "$@" >&2 || fail "the build failed; its words are above."
   elif ! ninja -C "$folder" "$@" >"$log" 2>&1; then
     cat "$log" >&2
-    rm -f "$log"
     fail "the build failed; its words are above."
   fi
-  rm -f "$log"
 }
 
 prepare_kit() {
@@ -88,9 +83,9 @@ passed=0 failed=0
 
 # Runs one runner, shows what it prints, and adds up its totals. A runner that counted nothing has failed.
 count_results() {
-  local name=$1 log status=0
+  local name=$1 log=$build/tests.log status=0
+  mkdir -p "$build"
   shift
-  log=$(mktemp)
   echo "== $name" >&2
   "$@" 2>&1 | tee "$log" || status=$?
   local good bad
@@ -98,7 +93,6 @@ count_results() {
     "$log" | awk '{ n += $1 - $2 } END { print n + 0 }')
   bad=$(sed -nE 's/^[0-9]+% tests passed, ([0-9]+) tests failed out of .*/\1/p; s/^(ℹ|#) fail ([0-9]+)$/\2/p' "$log" |
     awk '{ n += $1 } END { print n + 0 }')
-  rm -f "$log"
   passed=$((passed + good)) failed=$((failed + bad))
   if [ "$status" != 0 ] && [ "$bad" = 0 ] || [ $((good + bad)) = 0 ]; then
     echo "$name: the runner ended with status $status." >&2

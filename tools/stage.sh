@@ -2,7 +2,7 @@
 
 privilege_base=http://developer.nurvo.example/privilege
 
-stage= stage_pids=()
+stage=
 
 # Where the kit's programs and the library are; an installation notes the places below its prefix.
 kit_bin=$build/bin kit_library=$build/lib/libcorvis_voiceinteraction.so
@@ -14,19 +14,21 @@ fi
 
 # Ends everything that was started, in reverse order, and removes the run's folder. Set on EXIT.
 stage_end() {
-  local i
+  local i started
   trap - INT TERM
-  for ((i = ${#stage_pids[@]} - 1; i >= 0; i--)); do
-    kill "${stage_pids[i]}" 2>/dev/null || true
-    wait "${stage_pids[i]}" 2>/dev/null || true
+  # What the shell knows, not what was noted: a signal may come right after a start.
+  mapfile -t started < <(jobs -p)
+  for ((i = ${#started[@]} - 1; i >= 0; i--)); do
+    kill "${started[i]}" 2>/dev/null || true
+    wait "${started[i]}" 2>/dev/null || true
   done
   [ -z "$stage" ] || rm -rf "$stage"
 }
 
 # A bus of our own, reachable by this user alone, in a folder that nobody else may enter. It starts no services.
 stage_begin() {
-  stage=$(mktemp -d "${TMPDIR:-/tmp}/corvis.XXXXXX")
   trap stage_end EXIT
+  stage=$(mktemp -d "${TMPDIR:-/tmp}/corvis.XXXXXX")
   trap 'exit 130' INT
   trap 'exit 143' TERM
   cat >"$stage/bus.conf" <<EOF
@@ -48,7 +50,6 @@ stage_begin() {
 EOF
   command -v dbus-daemon >/dev/null || fail "dbus-daemon is missing; install the package dbus."
   dbus-daemon --config-file="$stage/bus.conf" --nofork --nopidfile --nosyslog 2>"$stage/bus.log" &
-  stage_pids+=($!)
   export DBUS_SESSION_BUS_ADDRESS=unix:path=$stage/bus NO_AT_BRIDGE=1 GTK_A11Y=none
   local i
   for ((i = 0; i < 100; i++)); do
@@ -89,10 +90,8 @@ stage_run() {
   stage_begin
   "$kit_bin/corvis-tv" --app-id "$app_id" --extension "$kit_library" "${runtime[@]}" "$page" </dev/null &
   local runtime_pid=$!
-  stage_pids+=("$runtime_pid")
   "$kit_bin/corvis-voice" --app "$app_id" "$@" <&0 &
   local voice_pid=$!
-  stage_pids+=("$voice_pid")
 
   # Whichever ends first ends the run. The runtime says itself why it ended.
   local ended= status=0

@@ -1,13 +1,12 @@
 // WebKit's view and context, set up for one application.
 #include "launcher/browser.h"
 
-#include <cairo.h>
-
 #include <filesystem>
 #include <memory>
 #include <utility>
 
 #include "launcher/folder_scheme.h"
+#include "support/messages.h"
 
 namespace corvis::tv {
 
@@ -17,6 +16,8 @@ namespace {
 constexpr guint kAliveMs = 200;
 constexpr unsigned kMaxCrashesInARow = 3;
 constexpr guint kFirstErrorStatus = 400;
+// How long a page has at the end of the run; a script that never returns is not waited for.
+constexpr guint kLeaveMs = 1000;
 // What the engine shows instead of an address that it refuses.
 constexpr const char* kEmptyPage = "about:blank";
 
@@ -35,48 +36,6 @@ GVariantPtr ExtensionData(const Options& options, const Application& application
   return GVariantPtr(g_variant_ref_sink(g_variant_new("(sas)", application.origin.c_str(), &libraries)));
 }
 
-// Keeps a callback over an asynchronous call of WebKit's.
-gpointer Keep(ResultCallback done) {
-  return new ResultCallback(std::move(done));
-}
-std::unique_ptr<ResultCallback> Kept(gpointer data) {
-  return std::unique_ptr<ResultCallback>(static_cast<ResultCallback*>(data));
-}
-
-cairo_status_t AppendPng(void* png, const unsigned char* data, unsigned size) {
-  static_cast<std::string*>(png)->append(reinterpret_cast<const char*>(data), size);
-  return CAIRO_STATUS_SUCCESS;
-}
-
-void OnEvaluated(GObject* view, GAsyncResult* result, gpointer data) {
-  const auto done = Kept(data);
-  GError* failure = nullptr;
-  const GObjectPtr<JSCValue> value(
-      webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, &failure));
-  const GErrorPtr error(failure);
-  if (!value) {
-    (*done)("", error ? error->message : "The expression can't be evaluated.");
-    return;
-  }
-  const GText json(jsc_value_is_undefined(value.get()) ? nullptr : jsc_value_to_json(value.get(), 0));
-  (*done)(json ? json.get() : "null", "");
-}
-
-void OnSnapshot(GObject* view, GAsyncResult* result, gpointer data) {
-  const auto done = Kept(data);
-  GError* failure = nullptr;
-  cairo_surface_t* surface = webkit_web_view_get_snapshot_finish(WEBKIT_WEB_VIEW(view), result, &failure);
-  const GErrorPtr error(failure);
-  if (surface == nullptr) {
-    (*done)("", error ? error->message : "The page can't be drawn.");
-    return;
-  }
-  std::string png;
-  cairo_surface_write_to_png_stream(surface, AppendPng, &png);
-  cairo_surface_destroy(surface);
-  (*done)(png, "");
-}
-
 }  // namespace
 
 Browser::Browser(const Options& options, const Application& application, BrowserEvents events)
@@ -89,8 +48,9 @@ Browser::~Browser() {
   for (const guint source : {alive_timer_, reload_}) {
     if (source != 0) g_source_remove(source);
   }
+  g_signal_handlers_disconnect_by_data(context_.get(), this);
   g_signal_handlers_disconnect_by_data(view_, this);
-  g_signal_handlers_disconnect_by_func(window_, reinterpret_cast<gpointer>(gtk_main_quit), nullptr);
+  g_signal_handlers_disconnect_by_data(window_, this);
   gtk_widget_destroy(window_);
 }
 
@@ -105,6 +65,7 @@ void Browser::SetUpContext(const Options& options, const Application& applicatio
         webkit_web_context_set_web_extensions_initialization_user_data(context, g_variant_ref(data));
       }),
       extension_data_.get());
+  g_signal_connect(context_.get(), "user-message-received", G_CALLBACK(OnProcessMessage), this);
 }
 
 void Browser::SetUpView(const Options& options) {
@@ -120,9 +81,17 @@ void Browser::SetUpView(const Options& options) {
   g_object_bind_property(view_, "title", window_, "title", G_BINDING_DEFAULT);
   g_signal_connect(view_, "load-changed", G_CALLBACK(OnLoadChanged), this);
   g_signal_connect(view_, "load-failed", G_CALLBACK(OnLoadFailed), this);
+  g_signal_connect(view_, "notify::is-loading", G_CALLBACK(OnLoadingChanged), this);
   g_signal_connect(view_, "web-process-terminated", G_CALLBACK(OnTerminated), this);
   g_signal_connect(view_, "user-message-received", G_CALLBACK(OnUserMessage), this);
-  g_signal_connect_swapped(window_, "destroy", G_CALLBACK(gtk_main_quit), nullptr);
+  g_signal_connect(view_, "close", G_CALLBACK(OnClose), this);
+  if (options.is_headless) g_signal_connect(view_, "script-dialog", G_CALLBACK(OnDialog), this);
+  // The window stays until the page has taken its leave.
+  g_signal_connect(window_, "delete-event", G_CALLBACK(+[](GtkWidget*, GdkEvent*, Browser* browser) {
+                     OnClose(browser->view_, browser);
+                     return TRUE;
+                   }),
+                   this);
   gtk_widget_show_all(window_);
 }
 
@@ -131,16 +100,20 @@ std::string Browser::uri() const {
   return uri == nullptr ? "" : uri;
 }
 
-void Browser::Load(const std::string& uri, ResultCallback done) {
-  FinishLoad("Another load began.");
+void Browser::BeginLoad(ResultCallback done) {
+  FinishLoad(kAnotherLoad);
   load_done_ = std::move(done);
+  has_load_started_ = false;
+}
+
+void Browser::Load(const std::string& uri, ResultCallback done) {
+  BeginLoad(std::move(done));
   last_uri_ = uri;
   webkit_web_view_load_uri(view_, uri.c_str());
 }
 
 void Browser::Reload(ResultCallback done) {
-  FinishLoad("Another load began.");
-  load_done_ = std::move(done);
+  BeginLoad(std::move(done));
   webkit_web_view_reload(view_);
 }
 
@@ -150,40 +123,58 @@ void Browser::FinishLoad(const std::string& error) {
 }
 
 void Browser::OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, Browser* browser) {
-  if (event == WEBKIT_LOAD_STARTED) browser->load_error_.clear();
-  if (event == WEBKIT_LOAD_COMMITTED) {
-    WebKitWebResource* resource = webkit_web_view_get_main_resource(view);
-    WebKitURIResponse* response = resource == nullptr ? nullptr : webkit_web_resource_get_response(resource);
-    const guint status = response == nullptr ? 0 : webkit_uri_response_get_status_code(response);
-    if (status >= kFirstErrorStatus) {
-      browser->load_error_ =
-          browser->uri() + " can't be loaded: the server answered " + std::to_string(status) + ".";
-    } else if (browser->load_done_ && browser->uri() == kEmptyPage && browser->last_uri_ != kEmptyPage) {
-      browser->load_error_ =
-          browser->last_uri_ +
-          " can't be loaded: the engine refuses the address; is its port one for web pages?";
-    }
+  if (event == WEBKIT_LOAD_STARTED) {
+    browser->has_load_started_ = true;
+    browser->load_error_.clear();
   }
-  if (event != WEBKIT_LOAD_FINISHED) return;
-  if (browser->load_error_.empty()) {
-    browser->last_uri_ = browser->uri();
-    if (browser->alive_timer_ != 0) g_source_remove(browser->alive_timer_);
-    browser->alive_timer_ = g_timeout_add(
+  if (event == WEBKIT_LOAD_COMMITTED) browser->CheckCommitted();
+  // A load that another one replaced ends while that one goes on.
+  if (event == WEBKIT_LOAD_FINISHED && !webkit_web_view_is_loading(view)) browser->OnLoadFinished();
+}
+
+void Browser::CheckCommitted() {
+  WebKitWebResource* resource = webkit_web_view_get_main_resource(view_);
+  WebKitURIResponse* response = resource == nullptr ? nullptr : webkit_web_resource_get_response(resource);
+  const guint status = response == nullptr ? 0 : webkit_uri_response_get_status_code(response);
+  if (status >= kFirstErrorStatus) {
+    load_error_ = uri() + " can't be loaded: the server answered " + std::to_string(status) + ".";
+  } else if (load_done_ && uri() == kEmptyPage && last_uri_ != kEmptyPage) {
+    load_error_ =
+        last_uri_ + " can't be loaded: the engine refuses the address; is its port one for web pages?";
+  }
+}
+
+void Browser::OnLoadFinished() {
+  // After a crash, what was shown last comes again.
+  last_uri_ = uri();
+  if (load_error_.empty()) {
+    if (alive_timer_ != 0) g_source_remove(alive_timer_);
+    alive_timer_ = g_timeout_add(
         kAliveMs,
         [](gpointer data) {
           static_cast<Browser*>(data)->crashes_in_a_row_ = 0;
           static_cast<Browser*>(data)->alive_timer_ = 0;
           return G_SOURCE_REMOVE;
         },
-        browser);
-    if (browser->events_.on_loaded) browser->events_.on_loaded(browser->uri());
+        this);
+    if (events_.on_loaded) events_.on_loaded(uri());
+  } else if (!load_done_ && events_.on_console) {
+    // Nobody asked for this load: the page went there by itself, or came again after a crash.
+    events_.on_console("error", load_error_, "page");
   }
-  browser->FinishLoad(browser->load_error_);
+  FinishLoad(load_error_);
+}
+
+// Another place in the same document is there without the events of a load.
+void Browser::OnLoadingChanged(WebKitWebView* view, GParamSpec* /*property*/, Browser* browser) {
+  if (webkit_web_view_is_loading(view) || browser->has_load_started_) return;
+  const bool is_there = browser->uri() == browser->last_uri_;
+  browser->FinishLoad(is_there ? "" : browser->last_uri_ + " can't be loaded: the engine refuses it.");
 }
 
 gboolean Browser::OnLoadFailed(WebKitWebView* /*view*/, WebKitLoadEvent /*event*/, const char* uri,
                                GError* error, Browser* browser) {
-  // A load that another one replaced, or that became a download, is no failure of the page.
+  // A load that another one replaced, or that the page stopped, is no failure.
   if (g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)) return TRUE;
   browser->load_error_ = std::string(uri) + " can't be loaded: " + error->message + ".";
   return TRUE;
@@ -191,14 +182,18 @@ gboolean Browser::OnLoadFailed(WebKitWebView* /*view*/, WebKitLoadEvent /*event*
 
 void Browser::OnTerminated(WebKitWebView* /*view*/, WebKitWebProcessTerminationReason /*reason*/,
                            Browser* browser) {
+  browser->web_process_ = 0;
+  if (browser->is_leaving_) return;
   ++browser->crashes_;
   ++browser->crashes_in_a_row_;
   if (browser->alive_timer_ != 0) g_source_remove(std::exchange(browser->alive_timer_, 0));
   if (browser->events_.on_crashed) browser->events_.on_crashed(browser->crashes_);
   if (browser->crashes_in_a_row_ > kMaxCrashesInARow) {
-    browser->events_.on_end(kExitCrashing,
-                            "The page's process crashed " + std::to_string(browser->crashes_in_a_row_) +
-                                " times in a row before the page was up; it is not loaded again.");
+    const std::string sentence = "The page's process crashed " + std::to_string(browser->crashes_in_a_row_) +
+                                 " times in a row before the page was up; it is not loaded again.";
+    // The end first: a load that fails would be another reason.
+    browser->events_.on_end(kExitCrashing, sentence);
+    browser->FinishLoad(sentence);
     return;
   }
   // Not from within the signal: the view still takes leave of the old process.
@@ -218,24 +213,68 @@ void Browser::ReloadAfterCrash() {
 }
 
 gboolean Browser::OnUserMessage(WebKitWebView* /*view*/, WebKitUserMessage* message, Browser* browser) {
-  GVariant* line = webkit_user_message_get_parameters(message);
-  if (line == nullptr || !g_variant_is_of_type(line, G_VARIANT_TYPE("(sss)"))) return FALSE;
+  const std::string name = webkit_user_message_get_name(message);
+  GVariant* content = webkit_user_message_get_parameters(message);
+  if (content == nullptr) return FALSE;
+  if (name == kProcessMessage && g_variant_is_of_type(content, G_VARIANT_TYPE(kProcessType))) {
+    browser->web_process_ = g_variant_get_uint32(content);
+    return TRUE;
+  }
+  if (name != kConsoleMessage || !g_variant_is_of_type(content, G_VARIANT_TYPE(kConsoleType))) return FALSE;
   const char* level = nullptr;
   const char* text = nullptr;
   const char* source = nullptr;
-  g_variant_get(line, "(&s&s&s)", &level, &text, &source);
+  g_variant_get(content, "(&s&s&s)", &level, &text, &source);
   if (browser->events_.on_console) browser->events_.on_console(level, text, source);
   return TRUE;
 }
 
-void Browser::Evaluate(const std::string& expression, ResultCallback done) {
-  webkit_web_view_evaluate_javascript(view_, expression.c_str(), static_cast<gssize>(expression.size()),
-                                      nullptr, nullptr, nullptr, OnEvaluated, Keep(std::move(done)));
+gboolean Browser::OnProcessMessage(WebKitWebContext* /*context*/, WebKitUserMessage* message,
+                                   Browser* browser) {
+  GVariant* content = webkit_user_message_get_parameters(message);
+  if (std::string(webkit_user_message_get_name(message)) != kBrokenExtensionMessage || content == nullptr ||
+      !g_variant_is_of_type(content, G_VARIANT_TYPE(kBrokenExtensionType)))
+    return FALSE;
+  browser->events_.on_end(kExitUsage, g_variant_get_string(content, nullptr));
+  return TRUE;
 }
 
-void Browser::Screenshot(ResultCallback done) {
-  webkit_web_view_get_snapshot(view_, WEBKIT_SNAPSHOT_REGION_VISIBLE, WEBKIT_SNAPSHOT_OPTIONS_NONE, nullptr,
-                               OnSnapshot, Keep(std::move(done)));
+// Nobody is there to answer a dialog: it is told on the console and dismissed, and a page may always be left.
+gboolean Browser::OnDialog(WebKitWebView* /*view*/, WebKitScriptDialog* dialog, Browser* browser) {
+  if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM) {
+    webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
+  } else if (browser->events_.on_console) {
+    const std::string text = webkit_script_dialog_get_message(dialog);
+    browser->events_.on_console("info", "Dialog: " + text, "page");
+  }
+  return TRUE;
+}
+
+void Browser::OnClose(WebKitWebView* /*view*/, Browser* browser) {
+  browser->events_.on_end(kExitOk, "");
+}
+
+void Browser::TakeLeave() {
+  is_leaving_ = true;
+  if (web_process_ == 0) return;
+  // Shared with the answer, which may come after the time is over.
+  const auto is_over = std::make_shared<bool>(false);
+  const auto end = [](gpointer data) {
+    **static_cast<std::shared_ptr<bool>*>(data) = true;
+    return G_SOURCE_REMOVE;
+  };
+  const auto forget = [](gpointer data) { delete static_cast<std::shared_ptr<bool>*>(data); };
+  const guint deadline =
+      g_timeout_add_full(G_PRIORITY_DEFAULT, kLeaveMs, end, new std::shared_ptr<bool>(is_over), forget);
+  webkit_web_view_send_message_to_page(
+      view_, webkit_user_message_new(kEndMessage, nullptr), nullptr,
+      [](GObject* /*view*/, GAsyncResult* /*result*/, gpointer data) {
+        const std::unique_ptr<std::shared_ptr<bool>> answered(static_cast<std::shared_ptr<bool>*>(data));
+        **answered = true;
+      },
+      new std::shared_ptr<bool>(is_over));
+  while (!*is_over) g_main_context_iteration(nullptr, TRUE);
+  if (GSource* source = g_main_context_find_source_by_id(nullptr, deadline)) g_source_destroy(source);
 }
 
 }  // namespace corvis::tv

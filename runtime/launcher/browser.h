@@ -10,13 +10,10 @@
 
 #include "launcher/application.h"
 #include "launcher/options.h"
+#include "launcher/page_queries.h"
 #include "support/glib_ptr.h"
 
 namespace corvis::tv {
-
-// Takes the outcome of something asked of the page: the result, and an error sentence that is empty on
-// success.
-using ResultCallback = std::function<void(const std::string& result, const std::string& error)>;
 
 // What the browser tells. Unset ones are not called.
 struct BrowserEvents {
@@ -24,29 +21,33 @@ struct BrowserEvents {
       on_console;
   std::function<void(const std::string& uri)> on_loaded;
   std::function<void(unsigned times)> on_crashed;
-  // Nothing more can be done; the sentence says why.
+  // Nothing more can be done, and the sentence says why; or the page or its window was closed (no sentence).
+  // Must be set.
   std::function<void(ExitStatus status, const std::string& sentence)> on_end;
 };
 
 // Lives on the main loop, in the process that owns the window.
 class Browser {
  public:
+  static constexpr const char* kAnotherLoad = "Another load began.";
+
   Browser(const Options& options, const Application& application, BrowserEvents events);
   ~Browser();
   Browser(const Browser&) = delete;
   Browser& operator=(const Browser&) = delete;
 
   // Loads a page. `done` is called with the page's URI when it has finished loading, or with why it failed. A
-  // load that begins while another goes on ends that one.
+  // load that begins while another goes on ends that one, whose `done` gets kAnotherLoad.
   void Load(const std::string& uri, ResultCallback done);
   void Reload(ResultCallback done);
-  // Evaluates an expression in the page; gives its value as JSON text.
-  void Evaluate(const std::string& expression, ResultCallback done);
-  // Gives what the window shows as the bytes of a PNG picture.
-  void Screenshot(ResultCallback done);
+  // Lets the page's extensions shut down, and waits for that within a limit; for the end of the run.
+  void TakeLeave();
 
+  WebKitWebView* view() const { return view_; }
   std::string uri() const;
-  bool is_loading() const { return static_cast<bool>(load_done_); }
+  bool is_loading() const { return load_done_ || webkit_web_view_is_loading(view_); }
+  // The process id of the page's web process, 0 when there is none.
+  guint web_process() const { return web_process_; }
   // Crashes of the web process in this run.
   unsigned crashes() const { return crashes_; }
 
@@ -54,11 +55,18 @@ class Browser {
   static void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, Browser* browser);
   static gboolean OnLoadFailed(WebKitWebView* view, WebKitLoadEvent event, const char* uri, GError* error,
                                Browser* browser);
+  static void OnLoadingChanged(WebKitWebView* view, GParamSpec* property, Browser* browser);
   static void OnTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason, Browser* browser);
   static gboolean OnUserMessage(WebKitWebView* view, WebKitUserMessage* message, Browser* browser);
+  static gboolean OnProcessMessage(WebKitWebContext* context, WebKitUserMessage* message, Browser* browser);
+  static gboolean OnDialog(WebKitWebView* view, WebKitScriptDialog* dialog, Browser* browser);
+  static void OnClose(WebKitWebView* view, Browser* browser);
 
   void SetUpContext(const Options& options, const Application& application);
   void SetUpView(const Options& options);
+  void BeginLoad(ResultCallback done);
+  void CheckCommitted();
+  void OnLoadFinished();
   void FinishLoad(const std::string& error);
   void ReloadAfterCrash();
 
@@ -68,8 +76,12 @@ class Browser {
   WebKitWebView* view_ = nullptr;
   GVariantPtr extension_data_;
   ResultCallback load_done_;
+  // Whether a load has started since the last one was asked for.
+  bool has_load_started_ = false;
   std::string load_error_;
   std::string last_uri_;
+  guint web_process_ = 0;
+  bool is_leaving_ = false;
   unsigned crashes_ = 0;
   // Crashes since a page last stayed alive.
   unsigned crashes_in_a_row_ = 0;

@@ -1,8 +1,6 @@
 // The methods of the control interface, by a table.
 #include "launcher/control_service.h"
 
-#include <gtk/gtk.h>
-
 #include <cstring>
 #include <utility>
 
@@ -41,17 +39,6 @@ ResultCallback Finish(GDBusMethodInvocation* call, const char* error_name) {
   };
 }
 
-// The pid of the process that owns a name on the bus, 0 when nobody does.
-guint OwnerPid(GDBusConnection* bus, const std::string& name) {
-  const GVariantPtr answer(g_dbus_connection_call_sync(
-      bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-      "GetConnectionUnixProcessID", g_variant_new("(s)", name.c_str()), G_VARIANT_TYPE("(u)"),
-      G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
-  guint pid = 0;
-  if (answer) g_variant_get(answer.get(), "(u)", &pid);
-  return pid;
-}
-
 }  // namespace
 
 std::unique_ptr<ControlService> ControlService::Start(const std::string& app_id, ExitStatus& status,
@@ -65,11 +52,12 @@ std::unique_ptr<ControlService> ControlService::Start(const std::string& app_id,
             "); run it through the command corvis, or within dbus-run-session.";
     return nullptr;
   }
+  std::unique_ptr<ControlService> service(new ControlService(std::move(bus)));
   constexpr guint kDoNotQueue = 4;
   constexpr guint kPrimaryOwner = 1;
   const GVariantPtr answer(g_dbus_connection_call_sync(
-      bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-      g_variant_new("(su)", (app_id + ".runtime").c_str(), kDoNotQueue), G_VARIANT_TYPE("(u)"),
+      service->bus_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+      "RequestName", g_variant_new("(su)", (app_id + ".runtime").c_str(), kDoNotQueue), G_VARIANT_TYPE("(u)"),
       G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
   guint owner = 0;
   if (answer) g_variant_get(answer.get(), "(u)", &owner);
@@ -79,21 +67,28 @@ std::unique_ptr<ControlService> ControlService::Start(const std::string& app_id,
         "The application " + app_id + " is running on this bus already; end it, or choose another --app-id.";
     return nullptr;
   }
-  return std::unique_ptr<ControlService>(new ControlService(std::move(bus)));
+  return service;
 }
 
-ControlService::~ControlService() {
-  if (registration_ != 0) g_dbus_connection_unregister_object(bus_.get(), registration_);
-}
-
-void ControlService::Serve(Browser* browser, PrivilegeSetter set_privileges) {
-  browser_ = browser;
-  set_privileges_ = std::move(set_privileges);
+// Calls are dispatched by the main loop: whoever sees the name and calls before the loop runs waits for it.
+ControlService::ControlService(GObjectPtr<GDBusConnection> bus) : bus_(std::move(bus)) {
   GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(kIntrospection, nullptr);
   static constexpr GDBusInterfaceVTable kTable = {OnCall, nullptr, nullptr, {}};
   registration_ = g_dbus_connection_register_object(bus_.get(), kObjectPath, node->interfaces[0], &kTable,
                                                     this, nullptr, nullptr);
   g_dbus_node_info_unref(node);
+}
+
+ControlService::~ControlService() {
+  if (registration_ != 0) g_dbus_connection_unregister_object(bus_.get(), registration_);
+  // The last answers are still on their way.
+  g_dbus_connection_flush_sync(bus_.get(), nullptr, nullptr);
+}
+
+void ControlService::Serve(Browser* browser, PrivilegeSetter set_privileges, std::function<void()> quit) {
+  browser_ = browser;
+  set_privileges_ = std::move(set_privileges);
+  quit_ = std::move(quit);
 }
 
 void ControlService::OnCall(GDBusConnection* /*bus*/, const char* /*sender*/, const char* /*path*/,
@@ -129,7 +124,7 @@ void ControlService::Reload(GVariant* /*arguments*/, GDBusMethodInvocation* call
 void ControlService::Evaluate(GVariant* arguments, GDBusMethodInvocation* call) {
   const char* expression = nullptr;
   g_variant_get(arguments, "(&s)", &expression);
-  browser_->Evaluate(expression, [call](const std::string& json, const std::string& error) {
+  EvaluateInPage(browser_->view(), expression, [call](const std::string& json, const std::string& error) {
     if (error.empty()) {
       g_dbus_method_invocation_return_value(call, g_variant_new("(s)", json.c_str()));
     } else {
@@ -139,7 +134,7 @@ void ControlService::Evaluate(GVariant* arguments, GDBusMethodInvocation* call) 
 }
 
 void ControlService::Screenshot(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
-  browser_->Screenshot([call](const std::string& png, const std::string& error) {
+  DrawPage(browser_->view(), [call](const std::string& png, const std::string& error) {
     if (error.empty()) {
       GVariant* bytes = g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, png.data(), png.size(), 1);
       g_dbus_method_invocation_return_value(call, g_variant_new_tuple(&bytes, 1));
@@ -156,19 +151,19 @@ void ControlService::SetPrivileges(GVariant* arguments, GDBusMethodInvocation* c
   g_variant_get(arguments, "(as)", &list);
   while (g_variant_iter_next(list, "&s", &uri)) uris.emplace_back(uri);
   g_variant_iter_free(list);
-  Finish(call, kFailed)("", set_privileges_(uris) ? "" : "The privileges can't be written.");
+  Finish(call, kFailed)(
+      "", set_privileges_(uris) ? "" : "The privileges can't be set; none of them may have blanks.");
 }
 
 void ControlService::GetStatus(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
   g_dbus_method_invocation_return_value(
-      call, g_variant_new("(sbuu)", browser_->uri().c_str(), browser_->is_loading(),
-                          OwnerPid(bus_.get(), g_getenv("NURVO_APP_ID")), browser_->crashes()));
+      call, g_variant_new("(sbuu)", browser_->uri().c_str(), browser_->is_loading(), browser_->web_process(),
+                          browser_->crashes()));
 }
 
 void ControlService::Quit(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
   g_dbus_method_invocation_return_value(call, nullptr);
-  g_dbus_connection_flush_sync(bus_.get(), nullptr, nullptr);
-  gtk_main_quit();
+  quit_();
 }
 
 void ControlService::Emit(const char* signal, GVariant* arguments) {

@@ -20,23 +20,23 @@ class ControlService {
   // Replaces the privileges that the application holds; false when that failed.
   using PrivilegeSetter = std::function<bool(const std::vector<std::string>& uris)>;
 
-  // Takes the name and serves `browser`, which must outlive the service. Null, a status and a sentence on
-  // failure.
+  // Takes the name, so that callers can wait. Null, a status and a sentence on failure.
   static std::unique_ptr<ControlService> Start(const std::string& app_id, ExitStatus& status,
                                                std::string& error);
   ~ControlService();
   ControlService(const ControlService&) = delete;
   ControlService& operator=(const ControlService&) = delete;
 
-  // Answers callers from now on; until then they wait.
-  void Serve(Browser* browser, PrivilegeSetter set_privileges);
+  // Says whom to ask, before the main loop runs; it runs no longer than `browser` lives. `quit` is called
+  // when a caller asks for the run's end.
+  void Serve(Browser* browser, PrivilegeSetter set_privileges, std::function<void()> quit);
 
   void EmitConsole(const std::string& level, const std::string& text, const std::string& source);
   void EmitLoaded(const std::string& uri);
   void EmitCrashed(unsigned times);
 
  private:
-  explicit ControlService(GObjectPtr<GDBusConnection> bus) : bus_(std::move(bus)) {}
+  explicit ControlService(GObjectPtr<GDBusConnection> bus);
   static void OnCall(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
                      const char* method, GVariant* arguments, GDBusMethodInvocation* call, gpointer service);
   void Emit(const char* signal, GVariant* arguments);
@@ -53,6 +53,7 @@ class ControlService {
   guint registration_ = 0;
   Browser* browser_ = nullptr;
   PrivilegeSetter set_privileges_;
+  std::function<void()> quit_;
 };
 
 }  // namespace corvis::tv

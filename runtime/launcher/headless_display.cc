@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 
@@ -33,13 +34,15 @@ constexpr int kStartTimeoutMs = 10'000;
 // The display's number, which the server writes when it is ready; empty when it never is.
 std::string ReadDisplayNumber(int fd) {
   std::string number;
-  for (pollfd ready{fd, POLLIN, 0}; poll(&ready, 1, kStartTimeoutMs) > 0;) {
+  for (pollfd ready{fd, POLLIN, 0};;) {
+    const int count = poll(&ready, 1, kStartTimeoutMs);
+    // A signal is for the main loop, which runs soon.
+    if (count < 0 && errno == EINTR) continue;
     char byte = 0;
-    if (read(fd, &byte, 1) != 1) return "";
+    if (count <= 0 || read(fd, &byte, 1) != 1) return "";
     if (byte == '\n') return number;
     number += byte;
   }
-  return "";
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 #include <variant>
 
 #include "launcher/application.h"
@@ -30,30 +31,46 @@ void PrintConsole(ConsoleKind kind, const std::string& level, const std::string&
   std::fprintf(stderr, "[%s] %s: %s\n", source.c_str(), level.c_str(), text.c_str());
 }
 
+// The main loop of a run, which a signal ends: one that comes while the run is still set up, as soon as it
+// runs.
+class MainLoop {
+ public:
+  MainLoop() : loop_(g_main_loop_new(nullptr, FALSE)) {
+    for (const int signal : {SIGINT, SIGTERM}) g_unix_signal_add(signal, OnSignal, this);
+  }
+  ~MainLoop() { g_main_loop_unref(loop_); }
+  MainLoop(const MainLoop&) = delete;
+  MainLoop& operator=(const MainLoop&) = delete;
+
+  void Run() { g_main_loop_run(loop_); }
+  void End() { g_main_loop_quit(loop_); }
+
+ private:
+  static gboolean OnSignal(gpointer loop) {
+    static_cast<MainLoop*>(loop)->End();
+    return G_SOURCE_CONTINUE;
+  }
+
+  GMainLoop* loop_;
+};
+
 // The run from the first load to the end of the main loop.
 class Run {
  public:
   Run(const Options& options, const Application& application, const RunFolder& folder,
-      ControlService& control)
-      : browser_(options, application, Events(options.console, control)) {
-    control.Serve(&browser_,
-                  [&folder, id = options.app_id](const auto& uris) { return folder.WritePolicy(id, uris); });
+      ControlService& control, MainLoop& loop)
+      : loop_(loop), browser_(options, application, Events(options.console, control)) {
+    control.Serve(
+        &browser_, [&folder, id = options.app_id](const auto& uris) { return folder.WritePolicy(id, uris); },
+        [this] { End(kExitOk, ""); });
     browser_.Load(application.uri, [this](const std::string& /*uri*/, const std::string& error) {
-      if (!error.empty()) End(kExitLoadFailed, error);
+      if (!error.empty() && error != Browser::kAnotherLoad) End(kExitLoadFailed, error);
     });
   }
 
   int UntilTheEnd() {
-    for (const int signal : {SIGINT, SIGTERM}) {
-      g_unix_signal_add(
-          signal,
-          [](gpointer) {
-            gtk_main_quit();
-            return G_SOURCE_REMOVE;
-          },
-          nullptr);
-    }
-    gtk_main();
+    loop_.Run();
+    browser_.TakeLeave();
     return sentence_.empty() ? status_ : Fail(status_, sentence_);
   }
 
@@ -73,12 +90,16 @@ class Run {
     return events;
   }
 
+  // The first reason counts: others may follow from it.
   void End(ExitStatus status, const std::string& sentence) {
+    if (std::exchange(is_ending_, true)) return;
     status_ = status;
     sentence_ = sentence;
-    gtk_main_quit();
+    loop_.End();
   }
 
+  MainLoop& loop_;
+  bool is_ending_ = false;
   ExitStatus status_ = kExitOk;
   std::string sentence_;
   Browser browser_;
@@ -89,6 +110,7 @@ int RunApplication(const Options& options) {
   ExitStatus status = kExitOk;
   const Application application = FindApplication(options.page, options.app_id, error);
   if (application.uri.empty()) return Fail(kExitLoadFailed, error);
+  MainLoop loop;
   const RunFolder folder;
   if (folder.path().empty() || !folder.WritePolicy(options.app_id, options.privileges)) {
     return Fail(kExitNoEnvironment, "No folder can be made for this run; is the temporary folder writable?");
@@ -105,7 +127,7 @@ int RunApplication(const Options& options) {
   if (!gtk_init_check(nullptr, nullptr)) {
     return Fail(kExitNoEnvironment, "There is no display to open a window on; run it with --headless.");
   }
-  return Run(options, application, folder, *control).UntilTheEnd();
+  return Run(options, application, folder, *control, loop).UntilTheEnd();
 }
 
 }  // namespace

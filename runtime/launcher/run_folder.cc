@@ -28,8 +28,11 @@ RunFolder::~RunFolder() {
 
 bool RunFolder::WritePolicy(const std::string& app_id, const std::vector<std::string>& privileges) const {
   std::string text;
-  for (const std::string& privilege : privileges)
+  for (const std::string& privilege : privileges) {
+    // It would be a line of its own, for another application even.
+    if (privilege.find_first_of(" \t\n") != std::string::npos) return false;
     text.append(app_id).append(" ").append(privilege).append("\n");
+  }
   // Replaces the file in one step, so that a reader sees the old policy or the new one.
   return g_file_set_contents((path_ + kPolicyName).c_str(), text.c_str(), static_cast<gssize>(text.size()),
                              nullptr);

@@ -19,7 +19,7 @@ class RunFolder {
   const std::string& path() const { return path_; }
 
   // Writes which privileges the application holds, in place of what it held; read by the platform's access
-  // control. False when that could not be written.
+  // control. False when that could not be written, or one of them holds a blank.
   bool WritePolicy(const std::string& app_id, const std::vector<std::string>& privileges) const;
 
   // Sets what the web process inherits: the application's id, its policy, folders of its own.

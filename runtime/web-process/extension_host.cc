@@ -167,6 +167,13 @@ void DestroyInstance(InstanceHandle handle) {
   if (extension != nullptr && extension->destroyed != nullptr) extension->destroyed(handle);
 }
 
+void ShutDownExtensions() {
+  for (const auto& [handle, extension] : TheHost().extensions) {
+    if (extension.shutdown != nullptr) extension.shutdown(handle);
+  }
+  TheHost().extensions.clear();
+}
+
 std::string CallInstance(InstanceHandle handle, const std::string& message) {
   InstanceEntry* instance = FindInstance(handle);
   const ExtensionEntry* extension = instance == nullptr ? nullptr : FindExtension(instance->extension);

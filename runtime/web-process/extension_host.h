@@ -35,6 +35,9 @@ InstanceHandle CreateInstance(ExtensionHandle extension, PostedMessageSink sink)
 // Destroys an instance; messages that still wait are dropped.
 void DestroyInstance(InstanceHandle handle);
 
+// Tells every extension that it is used no more; there are no instances any more, and will be none.
+void ShutDownExtensions();
+
 // A synchronous call. Returns the reply, empty when the instance is gone or gave none.
 std::string CallInstance(InstanceHandle handle, const std::string& message);
 

@@ -29,7 +29,7 @@ char* SendSync(const char* message, gpointer data) {
   const std::string reply = CallInstance(static_cast<SyncChannel*>(data)->instance, message);
   if (reply.empty())
     return g_strdup(
-        R"({"status":"error","error":{"name":"InvalidStateError","message":"The page has gone"}})");
+        R"({"status":"error","error":{"name":"InvalidStateError","message":"There was no answer"}})");
   return g_utf8_make_valid(reply.c_str(), static_cast<gssize>(reply.size()));
 }
 
@@ -115,9 +115,12 @@ bool PageBridge::TakeException(const std::string& doing) {
 }
 
 bool IsOfOrigin(JSCContext* context, const std::string& origin) {
-  const JscValue value = Evaluate(context, "location.protocol + '//' + location.host", "runtime.js");
+  // The address and the origin may differ: an empty page has the origin of the one that opened it, and a
+  // sandboxed page none at all.
+  const JscValue value =
+      Evaluate(context, "location.protocol + '//' + location.host + ' ' + self.origin", "runtime.js");
   const GText text(jsc_value_to_string(value.get()));
-  return text && origin == text.get();
+  return text && origin + " " + origin == text.get();
 }
 
 }  // namespace corvis::tv

@@ -1,0 +1,22 @@
+// The messages between the launcher's process and the web process, by their names and the types of what they
+// hold.
+#ifndef CORVIS_RUNTIME_SUPPORT_MESSAGES_H_
+#define CORVIS_RUNTIME_SUPPORT_MESSAGES_H_
+
+namespace corvis::tv {
+
+// From a page: a console line or an uncaught error; its level, text and source.
+constexpr const char* kConsoleMessage = "console";
+constexpr const char* kConsoleType = "(sss)";
+// From a page: a new document began in the web process of this id.
+constexpr const char* kProcessMessage = "process";
+constexpr const char* kProcessType = "u";
+// From the web process as a whole: an extension is of no use; the sentence that says why.
+constexpr const char* kBrokenExtensionMessage = "broken-extension";
+constexpr const char* kBrokenExtensionType = "s";
+// To a page, before the run ends: answered when the extensions have been shut down.
+constexpr const char* kEndMessage = "end";
+
+}  // namespace corvis::tv
+
+#endif  // CORVIS_RUNTIME_SUPPORT_MESSAGES_H_
