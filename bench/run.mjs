@@ -43,6 +43,10 @@ for (const name of names) {
 }
 
 console.log(tableOf(done.flatMap(({ lines }) => lines)));
+for (const { name, table } of done) {
+  // Beside the one row that stands for all of its workloads.
+  if (table && positionals.includes(name)) console.log(`\n${table}`);
+}
 if (options.json) {
   const report = done.map(({ name, lines, samples }) => ({ name, lines, samples }));
   writeFileSync(options.json, JSON.stringify(report, null, 1) + '\n');

@@ -115,6 +115,19 @@ function lines(pages, sizes) {
   ];
 }
 
+/** Every workload and size, with the plainest implementation and the packages where they were measured. */
+function tableOf(pages) {
+  const kinds = ['floor', 'plain', 'packages', 'ours'];
+  const rows = pages.map((page) => {
+    const times = kinds.map((kind) =>
+      page.samples[kind].length > 0 ? timeText(median(page.samples[kind])) : ''
+    );
+    return [page.name, page.size, ...times, threeDigits(1 / ratioTo('floor')(page))];
+  });
+  const heading = ['workload', 'items', 'floor', 'plainest', 'packages', 'ours', 'ours : floor'];
+  return [heading, heading.map(() => '---'), ...rows].map((cells) => `| ${cells.join(' | ')} |`).join('\n');
+}
+
 function plotOf(name, pages) {
   const labels = {
     ours: 'the script',
@@ -143,5 +156,5 @@ export async function measure({ short }) {
     await browser.close();
   }
   const plots = ['one list', 'cards in rows'].map((name) => plotOf(name, pages));
-  return { lines: lines(pages, sizes), samples: pages, plots };
+  return { lines: lines(pages, sizes), samples: pages, plots, table: tableOf(pages) };
 }
