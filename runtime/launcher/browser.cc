@@ -221,11 +221,14 @@ gboolean Browser::OnUserMessage(WebKitWebView* /*view*/, WebKitUserMessage* mess
     return TRUE;
   }
   if (name != kConsoleMessage || !g_variant_is_of_type(content, G_VARIANT_TYPE(kConsoleType))) return FALSE;
+  if (!browser->events_.on_console) return TRUE;
+  GVariantIter lines;
+  g_variant_iter_init(&lines, content);
   const char* level = nullptr;
   const char* text = nullptr;
   const char* source = nullptr;
-  g_variant_get(content, "(&s&s&s)", &level, &text, &source);
-  if (browser->events_.on_console) browser->events_.on_console(level, text, source);
+  while (g_variant_iter_next(&lines, "(&s&s&s)", &level, &text, &source) != FALSE)
+    browser->events_.on_console(level, text, source);
   return TRUE;
 }
 

@@ -5,9 +5,10 @@
 
 namespace corvis::tv {
 
-// From a page: a console line or an uncaught error; its level, text and source.
+// From a page: console lines and uncaught errors; the level, text and source of each.
 constexpr const char* kConsoleMessage = "console";
-constexpr const char* kConsoleType = "(sss)";
+constexpr const char* kConsoleType = "a(sss)";
+constexpr const char* kConsoleLineType = "(sss)";
 // From a page: a new document began in the web process of this id.
 constexpr const char* kProcessMessage = "process";
 constexpr const char* kProcessType = "u";

@@ -9,6 +9,7 @@
 
 #include "support/glib_ptr.h"
 #include "support/messages.h"
+#include "web-process/console_post.h"
 #include "web-process/extension_host.h"
 #include "web-process/page_bridge.h"
 
@@ -20,6 +21,7 @@ struct WebProcess {
   std::string origin;
   // The bridges of the pages' main frames.
   std::map<WebKitWebPage*, std::unique_ptr<PageBridge>> pages;
+  std::map<WebKitWebPage*, ConsolePost> posts;
   bool is_ending = false;
 };
 
@@ -28,17 +30,17 @@ WebProcess& TheWebProcess() {
   return *process;
 }
 
-// Tells the launcher's process, which owns the terminal.
 ConsoleSink ConsoleOf(WebKitWebPage* page) {
   return [page](const std::string& level, const std::string& text, const std::string& source) {
-    WebKitUserMessage* message = webkit_user_message_new(
-        kConsoleMessage, g_variant_new(kConsoleType, level.c_str(), text.c_str(), source.c_str()));
-    webkit_web_page_send_message_to_view(page, message, nullptr, nullptr, nullptr);
+    const auto post = TheWebProcess().posts.try_emplace(page, page).first;
+    post->second.Take(level, text, source);
   };
 }
 
 void OnPageGone(gpointer /*data*/, GObject* page) {
+  // A page's last words may come while its bridge goes.
   TheWebProcess().pages.erase(reinterpret_cast<WebKitWebPage*>(page));
+  TheWebProcess().posts.erase(reinterpret_cast<WebKitWebPage*>(page));
 }
 
 // The run ends: the instances go, then their extensions, and only then is it answered.
