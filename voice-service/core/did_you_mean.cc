@@ -2,6 +2,8 @@
 #include "core/did_you_mean.h"
 
 #include <algorithm>
+#include <array>
+#include <climits>
 #include <numeric>
 
 namespace corvis::voice {
@@ -12,6 +14,19 @@ namespace {
 constexpr size_t kLongestWord = 80;
 // One mistake for so many letters.
 constexpr size_t kLettersPerMistake = 3;
+
+// How many letters of the one or the other are left over when equal ones are paired, wherever they stand. No
+// fewer mistakes can make one of the other, and counting is quicker than comparing.
+size_t LettersLeftOver(std::string_view word, std::string_view candidate) {
+  std::array<int, 1U << CHAR_BIT> counts{};
+  for (const char c : word) ++counts[static_cast<unsigned char>(c)];
+  size_t extra = 0;
+  for (const char c : candidate) {
+    if (counts[static_cast<unsigned char>(c)]-- <= 0) ++extra;
+  }
+  const size_t paired = candidate.size() - extra;
+  return std::max(extra, word.size() - paired);
+}
 
 using Row = std::vector<size_t>;
 
@@ -41,7 +56,7 @@ size_t EditDistance(std::string_view word, std::string_view candidate) {
 std::optional<size_t> Mistakes(std::string_view word, std::string_view candidate) {
   const auto [shorter, longer] = std::minmax({word.size(), candidate.size()});
   const size_t most = std::max<size_t>(1, word.size() / kLettersPerMistake);
-  if (longer > kLongestWord || longer - shorter > most) return {};
+  if (longer > kLongestWord || longer - shorter > most || LettersLeftOver(word, candidate) > most) return {};
   const size_t distance = EditDistance(word, candidate);
   return distance <= most && distance < shorter ? std::optional(distance) : std::nullopt;
 }

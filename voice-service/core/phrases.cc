@@ -163,20 +163,34 @@ struct Suggestion {
   std::string text;
 };
 
-// How many bytes the first words of a text have, as many as `fixed` has.
-size_t BeginningOf(std::string_view text, std::string_view fixed) {
-  size_t end = text.find(' ');
-  for (auto left = std::count(fixed.begin(), fixed.end(), ' '); left > 0 && end != std::string_view::npos;
-       --left) {
-    end = text.find(' ', end + 1);
+// The first words of what was said, up to `end`, as they are compared.
+struct Beginning {
+  size_t end = 0;
+  std::string plain;
+};
+
+// Of the first word, the first two, and so on to the whole.
+std::vector<Beginning> BeginningsOf(const std::string& said) {
+  std::vector<Beginning> beginnings;
+  for (size_t end = 0; end < said.size();) {
+    end = std::min(said.find(' ', end + 1), said.size());
+    beginnings.push_back({end, NormalisedPhrase(said.substr(0, end))});
   }
-  return std::min(end, text.size());
+  return beginnings;
+}
+
+// As many words as the wording has before its slot, or all.
+const Beginning& ComparedBeginning(const std::vector<Beginning>& beginnings, const Wording& wording) {
+  const auto blanks = std::count(wording.before.begin(), wording.before.end(), ' ');
+  const size_t last = beginnings.size() - 1;
+  return beginnings[wording.slot.empty() ? last : std::min<size_t>(blanks, last)];
 }
 
 // Only the fixed words before the slot are compared; what stands in the slot is no mistake.
-std::optional<Suggestion> SuggestionOf(const Wording& wording, const std::string& said) {
-  const size_t beginning = wording.slot.empty() ? said.size() : BeginningOf(said, wording.before);
-  const auto mistakes = Mistakes(NormalisedPhrase(said.substr(0, beginning)), wording.before);
+std::optional<Suggestion> SuggestionOf(const Wording& wording, const std::string& said,
+                                       const std::vector<Beginning>& beginnings) {
+  const auto& [beginning, plain] = ComparedBeginning(beginnings, wording);
+  const auto mistakes = Mistakes(plain, wording.before);
   if (!mistakes) return {};
   Suggestion suggestion{false, *mistakes, wording.before + said.substr(beginning)};
   if (wording.slot.empty() || (beginning < said.size() && SlotWords(wording, suggestion.text) &&
@@ -226,10 +240,11 @@ std::string SamplePhrase(std::string_view action) {
 std::string SimilarPhrase(std::string_view phrase) {
   const std::string said = PlainRequest(phrase);
   if (said.empty() || said.size() > kLongestPhrase) return "";
+  const std::vector<Beginning> beginnings = BeginningsOf(said);
   std::optional<Suggestion> best;
   for (const KnownRow& known : KnownRows()) {
     for (const Wording& wording : known.wordings) {
-      const auto suggestion = SuggestionOf(wording, said);
+      const auto suggestion = SuggestionOf(wording, said, beginnings);
       if (!suggestion) continue;
       const auto rank = [](const Suggestion& one) { return std::pair(one.is_example, one.mistakes); };
       if (!best || rank(*suggestion) < rank(*best)) best = suggestion;
