@@ -114,6 +114,7 @@ std::string LineReader::Text(bool may_be_bare) {
     if (c == '\\' && at_ + 1 < line_.size()) {
       ++at_;
       c = Escaped();
+      if (has_failed()) return "";
     }
     text += c;
   }
@@ -172,7 +173,7 @@ Entries LineReader::Pairs() {
 
 std::string LineReader::Rest(const char* what) {
   if (is_at_end()) Fail(std::string("Here stands ") + what + ".");
-  std::string rest(line_.substr(std::min(at_, line_.size())));
+  std::string rest(line_.substr(at_));
   at_ = line_.size();
   while (!rest.empty() && IsBlank(rest.back())) rest.pop_back();
   return rest;
