@@ -26,7 +26,7 @@ export class Tv {
     this.child.stdout.on('data', (data) => (this.text += data));
     this.child.stderr.on('data', (data) => (this.text += data));
     this.exited = new Promise((resolve) => this.child.on('close', (code, signal) => resolve(code ?? signal)));
-    t.after(() => this.child.kill('SIGKILL'));
+    t.after(() => (this.child.kill(), this.exited));
   }
 
   output() {
