@@ -95,6 +95,8 @@ test('paths', () =>
     paths('<p></p><div onclick>h<div onclick>i</div></div>') → ['/html/body/div', '/html/body/div/div']
     paths('<svg><A href=x>g</A></svg><x.y onclick>h</x.y>') → ['/html/body/svg/a', '/html/body/x.y']
     paths('<form><input name=id><button>i</button></form>') → ['/html/body/form/button']
+    paths('<form><input name=nodeType><button>i</button></form>') → ['/html/body/form/button']
+    paths('<form><button>i</button><input name=firstElementChild><button>j</button></form>')[1] → '/html/body/form/button[2]'
     (paths('<svg><a href=x>g</a></svg>'), peek('generateXpath')($('svg a'))) → '/html/body/svg/a'
     [null, document, document.createTextNode('')].map((node) => peek('generateXpath')(node)) → ['', '', '']
     peek('generateXpath')(document.createElement('p')) → '/p'

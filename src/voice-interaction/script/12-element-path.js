@@ -4,12 +4,12 @@
 // `walkMemory` is a Map that a walk keeps for its duration, parent → childrenOf(), so that ancestors and
 // siblings are looked at once and not once for each element; without it everything is looked up afresh.
 function generateXpath(element, walkMemory) {
-  if (!element || element.nodeType !== 1) {
-    return '';
-  }
-  var id = idOf(element);
+  var id = element && idOf(element);
   if (id) {
     return '//*[@id="' + id + '"]';
+  }
+  if (!element || !isElementNode(element)) {
+    return '';
   }
   var memory = walkMemory || new NativeMap();
   var parent = element.parentNode;
@@ -25,16 +25,24 @@ function generateXpath(element, walkMemory) {
   return tag.count > 1 ? tag.path + '[' + tag.position + ']' : tag.path;
 }
 
-// A form that has a field named "id" gives that field as its `id`.
-function idOf(element) {
-  var id = element.id;
-  return typeof id === 'string' ? id : element.getAttribute('id');
+// A form that has a field named "id" gives that field as its `id`, and so with the names below.
+function idOf(node) {
+  var id = node.id;
+  return typeof id === 'string' || !isElementNode(node) ? id : node.getAttribute('id');
 }
 
-// What is remembered of a parent's children: its path, and by tag name their path without a position,
-// made when it is needed, how many of them there are, and how many `advanceTo` has passed. An element without a parent stands alone.
+function isElementNode(node) {
+  return node.nodeType === 1 || typeof node.nodeType === 'object';
+}
+
+// What is remembered of a parent's children: its path, and by tag name their path without a position, made when
+// it is needed, how many of them there are, and how many `advanceTo` has passed. An element without a parent
+// stands alone.
 function childrenOf(parent, element, path) {
   var first = parent ? parent.firstElementChild : element;
+  if (parent && first && (first.parentNode !== parent || first.previousElementSibling)) {
+    first = null;
+  }
   var tags = new NativeMap();
   for (var child = first; child; child = child.nextElementSibling) {
     var tag = tags.get(child.tagName);
