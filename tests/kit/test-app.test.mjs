@@ -44,13 +44,14 @@ test('a failure tells the place, what was expected, what came, and shows the pag
 
 test('every way for a run to end has its status', async (t) => {
   const rows = [
-    ['say pause\nexpect success\n', [], 0, ''],
+    ['\ufeffsay pause\r\nexpect success\n', [], 0, ''],
+    ['# say pause\n', [], 2, 'no statement'],
     ['say play\nexpect success\n', [], 1, 'not ok 2'],
     ['sya pause\n', [], 2, 'a.voice:1:1: '],
     ['say puase\n', [], 2, 'Did you mean "pause"?'],
     ['say pause\nshow "#state" equals "x"\n', [], 2, 'a.voice:2:15: '],
     ['say pause\n', ['--coverage-min', '101'], 2, 'takes a percentage'],
-    ['say pause\n', ['--no-privileges', '--timeout', '250'], 3, 'Bail out!'],
+    ['say pause\n', ['--no-privileges', '--timeout', '250'], 3, 'Its console says: uncaught: '],
     ['say pause\n', ['--coverage-min', '90'], 7, 'less than the 90 %'],
     ['say stop\n', ['--total-timeout', '2'], 8, 'The time for the whole run is over'],
     [

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <string_view>
 
 #include "report/json_events.h"
 #include "report/junit.h"
@@ -29,6 +30,12 @@ std::unique_ptr<Reporter> MakeReporter(Output output) {
   return std::make_unique<Narrator>(stdout);
 }
 
+// What some editors put in front of a file's text.
+std::string_view WithoutByteOrderMark(std::string_view text) {
+  constexpr std::string_view kMark = "\xef\xbb\xbf";
+  return text.substr(0, kMark.size()) == kMark ? text.substr(kMark.size()) : text;
+}
+
 }  // namespace
 
 bool ReadScripts(const std::vector<std::string>& files, std::vector<VoiceScript>& scripts) {
@@ -41,9 +48,13 @@ bool ReadScripts(const std::vector<std::string>& files, std::vector<VoiceScript>
       is_ok = false;
       continue;
     }
-    scripts.push_back(ParseVoiceScript(text.str(), file));
+    scripts.push_back(ParseVoiceScript(WithoutByteOrderMark(text.str()), file));
     for (const ScriptError& error : scripts.back().errors) {
       std::fprintf(stderr, "%s\n", Located(file, error.place, error.sentence).c_str());
+      is_ok = false;
+    }
+    if (scripts.back().errors.empty() && scripts.back().steps.empty()) {
+      std::fprintf(stderr, "corvis-voice: The script %s has no statement.\n", file.c_str());
       is_ok = false;
     }
   }

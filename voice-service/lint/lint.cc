@@ -118,7 +118,7 @@ std::vector<Finding> Lint(Conversation& conversation, bool is_calling) {
   std::vector<Finding> findings = CheckPage(conversation.runtime());
   if (!conversation.service().HasApp(conversation.app_id())) {
     findings.insert(findings.begin(),
-                    {"listen", "The page has not called listen(), or holds not both privileges.", ""});
+                    {"listen", "The page has not called listen(). " + conversation.WhyItMayNotListen(), ""});
     return findings;
   }
   Append(findings, CheckItems(conversation));

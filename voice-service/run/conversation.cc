@@ -100,7 +100,16 @@ std::string Conversation::WaitForApp(std::chrono::milliseconds timeout) {
   if (!others.empty())
     return "The application " + app_id_ + " has not registered, but " + others + " has; is --app right?";
   return "The application " + app_id_ + " has not registered: its page has not called listen() within " +
-         std::to_string(timeout.count()) + " ms. Does it hold the privileges?";
+         std::to_string(timeout.count()) + " ms. " + WhyItMayNotListen();
+}
+
+std::string Conversation::WhyItMayNotListen() const {
+  const auto is_error = [](const std::string& line) {
+    const std::string level = line.substr(0, line.find(':'));
+    return level == "error" || level == "uncaught";
+  };
+  const auto error = std::find_if(console_.begin(), console_.end(), is_error);
+  return error == console_.end() ? "Does it hold the privileges?" : "Its console says: " + *error;
 }
 
 void Conversation::WaitForLoad(std::chrono::milliseconds timeout) {
@@ -187,9 +196,9 @@ std::string Conversation::WaitForArrival(const Arrival& arrival, int registered_
   }
   const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
   if (WaitUntil(has_registered, left)) return "";
-  return "The application " + app_id_ + " has not registered again within " +
-         std::to_string(timeout_.count()) +
-         " ms; does its page call listen(), and does it hold the privileges?";
+  return "The application " + app_id_ +
+         " has not registered again: its page has not called listen() within " +
+         std::to_string(timeout_.count()) + " ms. " + WhyItMayNotListen();
 }
 
 std::string Conversation::Restart(const Arrival& arrival) {

@@ -82,6 +82,8 @@ class Conversation {
   // What the callback threw when the turn's answer is "not_support" because of that; empty otherwise.
   std::string ExceptionOf(const Turn& turn, size_t exceptions_before);
   void ForgetConsole() { console_.clear(); }
+  // A sentence: the first error on the page's console, or else a question.
+  std::string WhyItMayNotListen() const;
   // How often the page's process has crashed.
   int crashes() const { return crashes_; }
   // When an answer is missing because the page's process crashed: says so.
