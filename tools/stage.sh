@@ -28,15 +28,18 @@ stage_end() {
 # A bus of our own, reachable by this user alone, in a folder that nobody else may enter. It starts no services.
 stage_begin() {
   trap stage_end EXIT
-  stage=$(mktemp -d "${TMPDIR:-/tmp}/corvis.XXXXXX")
+  stage=$(mktemp -d "${TMPDIR:-/tmp}/corvis.XXXXXX") || fail "no folder for the run can be made; is TMPDIR right?"
   trap 'exit 130' INT
   trap 'exit 143' TERM
+  # Every byte in hexadecimal, as a path may hold any.
+  local path
+  path=$(printf %s "$stage/bus" | od -An -v -tx1 | tr -d '\n' | tr ' ' %)
   cat >"$stage/bus.conf" <<EOF
 <!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
   "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <type>session</type>
-  <listen>unix:path=$stage/bus</listen>
+  <listen>unix:path=$path</listen>
   <auth>EXTERNAL</auth>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
@@ -50,7 +53,7 @@ stage_begin() {
 EOF
   command -v dbus-daemon >/dev/null || fail "dbus-daemon is missing; install the package dbus."
   dbus-daemon --config-file="$stage/bus.conf" --nofork --nopidfile --nosyslog 2>"$stage/bus.log" &
-  export DBUS_SESSION_BUS_ADDRESS=unix:path=$stage/bus NO_AT_BRIDGE=1 GTK_A11Y=none
+  export DBUS_SESSION_BUS_ADDRESS=unix:path=$path NO_AT_BRIDGE=1 GTK_A11Y=none
   local i
   for ((i = 0; i < 100; i++)); do
     [ -S "$stage/bus" ] && return

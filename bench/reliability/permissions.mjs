@@ -137,7 +137,9 @@ function askBus(...as) {
 }
 
 function otherUsers() {
-  const folder = path.dirname(process.env.DBUS_SESSION_BUS_ADDRESS.replace('unix:path=', ''));
+  const folder = path.dirname(
+    decodeURIComponent(process.env.DBUS_SESSION_BUS_ADDRESS.replace('unix:path=', ''))
+  );
   require((statSync(folder).mode & 0o777) === 0o700, `others may enter ${folder}`);
   require(askBus(), 'the bus does not answer its own user');
   if (!isRoot) return "the bus's folder is its user's alone (as root, another user would be tried)";

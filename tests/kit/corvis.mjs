@@ -3,14 +3,16 @@ import { spawn } from 'node:child_process';
 import { mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
+import { after } from 'node:test';
 import { fileURLToPath } from 'node:url';
 
 export const root = path.resolve(path.dirname(fileURLToPath(import.meta.url)), '../..');
 export const build = process.env.CORVIS_BUILD ?? path.join(root, 'build');
 
 // A folder for one test, gone after it. Runs put their private folders into it, so that leftovers show.
+// Its name has what paths may have.
 export function scratchFolder(t) {
-  const folder = mkdtempSync(path.join(tmpdir(), 'corvis-test-'));
+  const folder = mkdtempSync(path.join(tmpdir(), 'corvis test & ü '));
   t.after(() => rmSync(folder, { recursive: true, force: true }));
   return folder;
 }
@@ -22,9 +24,14 @@ export function writePage(t, html) {
   return folder;
 }
 
+// A test that fails may leave its commands running, and they would keep the test runner waiting.
+const children = [];
+after(() => children.forEach((child) => child.kill()));
+
 // Starts a command. `output()` is all that it has printed so far, on both streams.
 export function start(args, { input, env = {}, cwd = tmpdir() } = {}) {
   const child = spawn(path.join(root, 'corvis'), args, { cwd, env: { ...process.env, DISPLAY: '', ...env } });
+  children.push(child);
   let text = '';
   child.stdout.on('data', (data) => (text += data));
   child.stderr.on('data', (data) => (text += data));
@@ -63,7 +70,7 @@ export function processesWith(text) {
     .filter((name) => /^\d+$/.test(name))
     .map((pid) => {
       try {
-        return readFileSync(`/proc/${pid}/environ`, 'latin1');
+        return readFileSync(`/proc/${pid}/environ`, 'utf8');
       } catch {
         return '';
       }

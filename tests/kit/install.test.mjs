@@ -39,15 +39,8 @@ test('the packages run an application from an empty root', (t) => {
   assert.equal(script.status, 0, script.stdout + script.stderr);
   assert.equal(spawnSync(corvis, ['test']).status, 2, 'what needs the source tree is refused');
 
-  const withPrefix = {
-    ...env,
-    PKG_CONFIG_PATH: path.join(root, 'usr/lib/pkgconfig'),
-    PKG_CONFIG_SYSROOT_DIR: root,
-  };
-  const flags = execFileSync('pkg-config', ['--cflags', 'corvis_voiceinteraction'], {
-    env: withPrefix,
-    encoding: 'utf8',
-  });
   const source = '#include <nurvo/runtime.h>\nint main() { return kExtensionEntryPointName[0] == 0; }';
-  execFileSync('g++', ['-x', 'c++', '-fsyntax-only', ...flags.trim().split(' '), '-'], { input: source });
+  const compile = 'eval g++ -x c++ -fsyntax-only "$(pkg-config --cflags corvis_voiceinteraction)" -';
+  const withPath = { ...env, PKG_CONFIG_PATH: path.join(root, 'usr/lib/pkgconfig') };
+  execFileSync('sh', ['-c', compile], { env: withPath, input: source });
 });
