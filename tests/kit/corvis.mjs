@@ -3,7 +3,6 @@ import { spawn } from 'node:child_process';
 import { mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
-import { after } from 'node:test';
 import { fileURLToPath } from 'node:url';
 
 export const root = path.resolve(path.dirname(fileURLToPath(import.meta.url)), '../..');
@@ -24,14 +23,9 @@ export function writePage(t, html) {
   return folder;
 }
 
-// A test that fails may leave its commands running, and they would keep the test runner waiting.
-const children = [];
-after(() => children.forEach((child) => child.kill()));
-
 // Starts a command. `output()` is all that it has printed so far, on both streams.
 export function start(args, { input, env = {}, cwd = tmpdir() } = {}) {
   const child = spawn(path.join(root, 'corvis'), args, { cwd, env: { ...process.env, DISPLAY: '', ...env } });
-  children.push(child);
   let text = '';
   child.stdout.on('data', (data) => (text += data));
   child.stderr.on('data', (data) => (text += data));
@@ -52,14 +46,17 @@ export async function run(args, options = {}) {
   return result;
 }
 
-// Waits until `holds` gives something true; fails with what was printed when it never does.
+// Waits until `holds` gives something true; when it never does, ends the command, for which the test runner would
+// wait, and fails with what was printed.
 export async function until(holds, command, seconds = 20) {
   const deadline = Date.now() + seconds * 1000;
   for (;;) {
     const value = holds();
     if (value) return value;
-    if (Date.now() > deadline)
+    if (Date.now() > deadline) {
+      command.child?.kill();
       throw new Error(`waited ${seconds} s in vain; printed so far:\n${command.output()}`);
+    }
     await new Promise((resolve) => setTimeout(resolve, 20));
   }
 }

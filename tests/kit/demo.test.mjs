@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import { readdirSync } from 'node:fs';
 import { test } from 'node:test';
-import { processesWith, run, scratchFolder, start, until } from './corvis.mjs';
+import { processesWith, root, run, scratchFolder, start, until } from './corvis.mjs';
 
 test('the demo answers as expected, in milliseconds, and leaves nothing behind', async (t) => {
   const folder = scratchFolder(t);
@@ -27,7 +27,7 @@ test('the demo answers as expected, in milliseconds, and leaves nothing behind',
 test('Ctrl-C ends what was started', async (t) => {
   const folder = scratchFolder(t);
   const command = start(['run', 'examples/cinema'], {
-    cwd: new URL('../..', import.meta.url).pathname,
+    cwd: root,
     env: { TMPDIR: folder },
   });
   await until(() => processesWith(folder).length >= 4, command);
