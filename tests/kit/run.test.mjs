@@ -75,7 +75,7 @@ test('a page without the privileges gets the error and never registers', async (
     [['--no-privileges'], 'SecurityError, Microphone PrivilegeException'],
     [['--privilege', 'microphone'], 'SecurityError, Voice Control PrivilegeException'],
   ]) {
-    const { text } = await run(['run', '--timeout', '250', ...options, page], { input: 'quit\n' });
+    const { text } = await run(['run', '--timeout', '750', ...options, page], { input: 'quit\n' });
     assert.ok(text.includes(`refused: ${message}`), text);
     assert.match(text, /has not called listen\(\)/);
   }

@@ -51,7 +51,7 @@ test('every way for a run to end has its status', async (t) => {
     ['say puase\n', [], 2, 'Did you mean "pause"?'],
     ['say pause\nshow "#state" equals "x"\n', [], 2, 'a.voice:2:15: '],
     ['say pause\n', ['--coverage-min', '101'], 2, 'takes a percentage'],
-    ['say pause\n', ['--no-privileges', '--timeout', '250'], 3, 'Its console says: uncaught: '],
+    ['say pause\n', ['--no-privileges', '--timeout', '750'], 3, 'Its console says: uncaught: '],
     ['say pause\n', ['--coverage-min', '90'], 7, 'less than the 90 %'],
     ['say stop\n', ['--total-timeout', '2'], 8, 'The time for the whole run is over'],
     [
