@@ -28,7 +28,7 @@ export default [
   },
   {
     // What TV engines run as it stands: the example's files, each of which offers one name, and the runtime's script.
-    files: ['examples/**/*.js', 'runtime/page/*.js', 'voice-service/**/*.js'],
+    files: ['examples/**/*.js', 'runtime/page/*.js', 'kit/**/*.js'],
     languageOptions: {
       ecmaVersion: 2015,
       sourceType: 'script',

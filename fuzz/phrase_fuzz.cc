@@ -1,15 +1,15 @@
 // What is said or typed to the voice service, and the list of items that a page answers, whatever their text.
 #include <algorithm>
 
-#include "core/items.h"
-#include "core/phrases.h"
-#include "core/raw_command.h"
+#include "app/items.h"
+#include "language/phrases.h"
+#include "language/raw_command.h"
 #include "require.h"
-#include "service/bundle_ptr.h"
+#include "service/bundles.h"
 
 namespace {
 
-using namespace corvis::voice;
+using namespace corvis::kit;
 
 // Keys come out distinct and not empty, so that a bundle can be made of them.
 void RequireEntries(const Command& command) {

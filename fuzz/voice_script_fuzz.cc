@@ -4,11 +4,11 @@
 #include <string_view>
 
 #include "require.h"
-#include "script/voice_script.h"
+#include "script/script_reader.h"
 
 namespace {
 
-using namespace corvis::voice;
+using namespace corvis::kit;
 
 // The lines that are neither blank nor a comment.
 size_t CountStatements(std::string_view text) {

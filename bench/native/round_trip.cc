@@ -9,14 +9,14 @@
 
 #include "native/echo_bus.h"
 #include "native/numbers.h"
-#include "service/bundle_ptr.h"
+#include "service/bundles.h"
 #include "service/main_loop.h"
 #include "service/voice_service.h"
 #include "service/wire.h"
 
 namespace {
 
-namespace voice = corvis::voice;
+namespace voice = corvis::kit;
 using Seconds = std::chrono::seconds;
 
 template <typename Action>

@@ -12,7 +12,7 @@
 
 namespace reliability {
 
-using namespace corvis::voice;
+using namespace corvis::kit;
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 namespace reliability {
 
-using namespace corvis::voice;
+using namespace corvis::kit;
 
 namespace {
 

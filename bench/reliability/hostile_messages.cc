@@ -6,13 +6,13 @@
 
 #include "nurvo_desktop/bundle_extras.h"
 #include "reliability/stage.h"
-#include "service/bundle_ptr.h"
+#include "service/bundles.h"
 #include "service/wire.h"
 #include "signed_bundle.h"
 
 namespace reliability {
 
-using namespace corvis::voice;
+using namespace corvis::kit;
 
 namespace {
 

@@ -7,13 +7,13 @@
 #include "nurvo/message_port.h"
 #include "reliability/hostile_messages.h"
 #include "reliability/stage.h"
-#include "service/bundle_ptr.h"
+#include "service/bundles.h"
 #include "service/main_loop.h"
 #include "service/wire.h"
 
 namespace reliability {
 
-using namespace corvis::voice;
+using namespace corvis::kit;
 
 namespace {
 

@@ -6,12 +6,12 @@
 #include <cstdio>
 
 #include "reliability/stage.h"
-#include "service/bundle_ptr.h"
+#include "service/bundles.h"
 #include "service/wire.h"
 
 namespace reliability {
 
-using namespace corvis::voice;
+using namespace corvis::kit;
 
 namespace {
 

@@ -11,7 +11,7 @@
 
 namespace reliability {
 
-using namespace corvis::voice;
+using namespace corvis::kit;
 
 void Require(bool holds, const std::string& sentence) {
   if (!holds) throw Failure(sentence);

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/process.h"
-#include "service/runtime_control.h"
+#include "app/runtime_control.h"
 #include "service/voice_service.h"
 
 namespace reliability {
@@ -45,11 +45,11 @@ class Tv {
   static pid_t WebProcess();
   // An expression's value in the page, as JSON text.
   std::string Evaluate(const std::string& expression);
-  corvis::voice::RuntimeControl& control() { return control_; }
+  corvis::kit::RuntimeControl& control() { return control_; }
 
  private:
   Process process_;
-  corvis::voice::RuntimeControl control_;
+  corvis::kit::RuntimeControl control_;
 };
 
 // The voice service, started, with what it told beside the commands.
@@ -59,11 +59,11 @@ struct Service {
   void WaitForRegistration(int count) const;
 
   std::vector<std::string> notices;
-  corvis::voice::VoiceService voice;
+  corvis::kit::VoiceService voice;
 };
 
 // A custom command with these entries; its answer is their JSON text unless they ask for another.
-corvis::voice::Command Custom(const corvis::voice::Entries& entries);
+corvis::kit::Command Custom(const corvis::kit::Entries& entries);
 
 // Resident memory in KiB, and open descriptors.
 struct Usage {

@@ -1,0 +1,45 @@
+// The look-up runs in the page.
+#include "app/item_places.h"
+
+#include <nlohmann/json.hpp>
+
+#include "item_places_script.h"
+
+namespace corvis::kit {
+
+namespace {
+
+using Json = nlohmann::json;
+
+bool IsPair(const Json& value) {
+  return value.is_array() && value.size() == 2 && value[0].is_number() && value[1].is_number();
+}
+
+}  // namespace
+
+std::string PlacesExpression(const ItemList& list) {
+  Json boxes = Json::array();
+  for (const Item& item : list.items) boxes.push_back({item.x, item.y, item.w, item.h});
+  return std::string("(function () {") + kItemPlaces + "return itemPlaces(" + boxes.dump() + "); })()";
+}
+
+std::optional<ItemPlaces> ReadItemPlaces(const ItemList& list, const std::string& value) {
+  const Json parsed = Json::parse(value, nullptr, /*allow_exceptions=*/false);
+  if (!parsed.is_object() || !parsed.contains("frames") || !parsed["frames"].is_array()) return {};
+  const auto width = parsed.find("width");
+  if (width == parsed.end() || !width->is_number()) return {};
+  ItemPlaces places;
+  places.window_width = *width;
+  places.is_own = list.is_own;
+  const Json& frames = parsed["frames"];
+  for (size_t i = 0; i < list.items.size(); ++i) {
+    // What the page no longer has stays where the item says.
+    const bool is_found = i < frames.size() && IsPair(frames[i]);
+    const double left = is_found ? frames[i][0].get<double>() : 0;
+    const double top = is_found ? frames[i][1].get<double>() : 0;
+    places.places.push_back({list.items[i], left + list.items[i].x, top + list.items[i].y});
+  }
+  return places;
+}
+
+}  // namespace corvis::kit

@@ -1,0 +1,53 @@
+// Tables, or JSON, on standard output.
+#include "cli/looks.h"
+
+#include <cstdio>
+
+#include "app/json_text.h"
+#include "lint/lint.h"
+#include "app/output_file.h"
+
+namespace corvis::kit {
+
+namespace {
+
+void PrintFinding(const Finding& finding, bool is_json) {
+  if (is_json) {
+    std::printf("{\"rule\":%s,\"sentence\":%s,\"where\":%s}\n", JsonText(finding.rule).c_str(),
+                JsonText(finding.sentence).c_str(), JsonText(finding.where).c_str());
+  } else {
+    std::printf("%-10s  %s%s%s\n", finding.rule.c_str(), finding.where.c_str(),
+                finding.where.empty() ? "" : ": ", finding.sentence.c_str());
+  }
+}
+
+}  // namespace
+
+int ShowItems(Conversation& conversation, const Options& options) {
+  std::string problem;
+  const auto items = conversation.AskItems(problem);
+  const Answer& answer = conversation.items_turn().outcome.answer;
+  if (items) {
+    const bool is_json = options.output == Output::kJson;
+    const std::string text = is_json ? answer.data : ItemTable(*items) + DescribeItemsAnswer(*items, answer);
+    std::printf("%s\n", text.c_str());
+  }
+  if (items && !options.png_file.empty()) {
+    const std::string picture = conversation.PictureOf(*items, problem);
+    if (problem.empty()) problem = WriteOutputFile(options.png_file, picture);
+  }
+  if (problem.empty()) return kExitOk;
+  std::fprintf(stderr, "corvis-voice: %s\n", problem.c_str());
+  return kExitFailed;
+}
+
+int ShowFindings(Conversation& conversation, const Options& options) {
+  const std::vector<Finding> findings = Lint(conversation, options.is_calling);
+  const bool is_json = options.output == Output::kJson;
+  for (const Finding& finding : findings) PrintFinding(finding, is_json);
+  if (findings.empty() && !is_json)
+    std::printf("Nothing was found that would make voice fail on this page.\n");
+  return findings.empty() ? kExitOk : kExitFailed;
+}
+
+}  // namespace corvis::kit
