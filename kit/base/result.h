@@ -15,6 +15,7 @@ enum class ErrorKind {
   kNoApplication,  // the page can't be loaded, or never listened
   kCrashing,       // the page's process keeps crashing
   kNoEnvironment,  // no bus, no display, a missing program, no folder for the run
+  kClosed,         // the application ended by itself: its page or its window was closed
   kTimeOver,       // the time for the whole run is over
   kInterrupted,    // a signal came
 };

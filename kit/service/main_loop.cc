@@ -4,52 +4,64 @@
 #include <glib-unix.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
+#include <memory>
+#include <utility>
 
 namespace corvis::kit {
 
 namespace {
 
-bool& Interrupted() {
-  static bool is_interrupted = false;
-  return is_interrupted;
+// That waits end is a fact about the process, as its end is. Never freed, since other threads may look.
+std::atomic<const Error*>& Reason() {
+  static std::atomic<const Error*> reason{nullptr};
+  return reason;
 }
 
-bool& TimeOver() {
-  static bool is_time_over = false;
-  return is_time_over;
-}
-
-gboolean SetTrue(gpointer flag) {
-  *static_cast<bool*>(flag) = true;
-  return G_SOURCE_CONTINUE;
+guint AddTimer(std::chrono::milliseconds time, GSourceFunc then, gpointer data) {
+  return g_timeout_add(static_cast<guint>(std::clamp<int64_t>(time.count(), 0, G_MAXINT)), then, data);
 }
 
 }  // namespace
 
 bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds timeout) {
   bool is_over = false;
-  const auto milliseconds = static_cast<guint>(std::clamp<int64_t>(timeout.count(), 0, G_MAXINT));
-  const guint timer = g_timeout_add(milliseconds, SetTrue, &is_over);
+  const auto set_over = [](gpointer flag) -> gboolean {
+    *static_cast<bool*>(flag) = true;
+    return G_SOURCE_CONTINUE;
+  };
+  const guint timer = AddTimer(timeout, set_over, &is_over);
   while (!holds() && !is_over && !IsInterrupted()) g_main_context_iteration(nullptr, TRUE);
   g_source_remove(timer);
   return holds();
 }
 
+void EndWaits(Error reason) {
+  auto first = std::make_unique<const Error>(std::move(reason));
+  const Error* none = nullptr;
+  if (Reason().compare_exchange_strong(none, first.get())) static_cast<void>(first.release());
+  g_main_context_wakeup(nullptr);
+}
+
+const Error* WhyWaitsEnd() {
+  return Reason().load();
+}
+
 void EndWaitsOnSignals() {
-  for (const int signal : {SIGINT, SIGTERM}) g_unix_signal_add(signal, SetTrue, &Interrupted());
+  const auto end = [](gpointer /*data*/) -> gboolean {
+    EndWaits({"The run was interrupted.", ErrorKind::kInterrupted});
+    return G_SOURCE_CONTINUE;
+  };
+  for (const int signal : {SIGINT, SIGTERM}) g_unix_signal_add(signal, end, nullptr);
 }
 
 void EndWaitsAfter(std::chrono::milliseconds time) {
-  g_timeout_add(static_cast<guint>(std::clamp<int64_t>(time.count(), 0, G_MAXINT)), SetTrue, &TimeOver());
-}
-
-bool IsInterrupted() {
-  return Interrupted() || TimeOver();
-}
-
-bool IsTimeOver() {
-  return TimeOver();
+  const auto end = [](gpointer /*data*/) -> gboolean {
+    EndWaits({"The time for the whole run is over.", ErrorKind::kTimeOver});
+    return G_SOURCE_REMOVE;
+  };
+  AddTimer(time, end, nullptr);
 }
 
 }  // namespace corvis::kit
