@@ -37,10 +37,7 @@ corvis_bench() {
   grep -qs '^CORVIS_BUILD_BENCH:BOOL=ON$' "$build/CMakeCache.txt" ||
     configure "$build" $(cat "$build/corvis-options" 2>/dev/null || echo -DCORVIS_BUILD_TESTS=OFF) -DCORVIS_BUILD_BENCH=ON
   compile "$build" "${kit_targets[@]}" bench_programs
-  # A subshell: the bus ends with it.
-  (
-    stage_begin
-    unset NURVO_LOG
-    CORVIS_BUILD=$build CORVIS_SCRIPT_API=$build/voiceinteraction_api.js node "$home/bench/run.mjs" "$@"
-  )
+  unset NURVO_LOG
+  export CORVIS_BUILD=$build CORVIS_SCRIPT_API=$build/voiceinteraction_api.js
+  with_private_bus node "$home/bench/run.mjs" "$@"
 }

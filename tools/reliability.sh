@@ -90,17 +90,11 @@ corvis_reliability() {
   prepare_node
   configure "$build" -DCORVIS_BUILD_TESTS=ON
   compile "$build" "${kit_targets[@]}" corvis_reliability
+  export CORVIS_BUILD=$build
   for name in "${names[@]}"; do
-    # Each on a bus of its own, with its leftovers in the run's folder.
-    (
-      stage_begin
-      export TMPDIR=$stage
-      if [ -f "$home/bench/reliability/$name.mjs" ]; then
-        CORVIS_BUILD=$build node "$home/bench/reliability/$name.mjs" "${short[@]}"
-      else
-        "$build/bin/corvis_reliability" "$name" "${short[@]}"
-      fi
-    ) || status=1
+    local program=("$build/bin/corvis_reliability" "$name")
+    [ ! -f "$home/bench/reliability/$name.mjs" ] || program=(node "$home/bench/reliability/$name.mjs")
+    with_private_bus "${program[@]}" "${short[@]}" || status=1
   done
   return "$status"
 }
