@@ -8,25 +8,32 @@ namespace corvis::tv {
 
 namespace {
 
-constexpr const char* kObjectPath = "/corvis/tv";
-constexpr const char* kInterface = "corvis.tv.Control";
-constexpr const char* kLoadFailed = "corvis.tv.Error.LoadFailed";
-constexpr const char* kScriptError = "corvis.tv.Error.ScriptError";
-constexpr const char* kFailed = "corvis.tv.Error.Failed";
+// Appends one element for each complete type of a signature.
+void AppendArguments(std::string& xml, const char* signature, const char* direction) {
+  for (const char* type = signature; *type != '\0';) {
+    const char* rest = nullptr;
+    g_variant_type_string_scan(type, nullptr, &rest);
+    xml.append("<arg type='").append(type, rest).append("'").append(direction).append("/>");
+    type = rest;
+  }
+}
 
-constexpr const char* kIntrospection = R"(<node><interface name="corvis.tv.Control">
-  <method name="Load"><arg name="url" type="s" direction="in"/></method>
-  <method name="Reload"/>
-  <method name="Evaluate"><arg name="expression" type="s" direction="in"/><arg name="json" type="s" direction="out"/></method>
-  <method name="Screenshot"><arg name="png" type="ay" direction="out"/></method>
-  <method name="SetPrivileges"><arg name="uris" type="as" direction="in"/></method>
-  <method name="GetStatus"><arg name="url" type="s" direction="out"/><arg name="loading" type="b" direction="out"/>
-    <arg name="web_process_pid" type="u" direction="out"/><arg name="crashes" type="u" direction="out"/></method>
-  <method name="Quit"/>
-  <signal name="Console"><arg type="s"/><arg type="s"/><arg type="s"/></signal>
-  <signal name="Loaded"><arg type="s"/></signal>
-  <signal name="Crashed"><arg type="u"/></signal>
-</interface></node>)";
+// The interface's description, as the bus library wants it.
+std::string Introspection() {
+  std::string xml = std::string("<node><interface name='") + kControlInterface + "'>";
+  for (const ControlMethod& method : kControlMethods) {
+    xml.append("<method name='").append(method.name).append("'>");
+    AppendArguments(xml, method.arguments, " direction='in'");
+    AppendArguments(xml, method.reply, " direction='out'");
+    xml.append("</method>");
+  }
+  for (const ControlSignal& signal : kControlSignals) {
+    xml.append("<signal name='").append(signal.name).append("'>");
+    AppendArguments(xml, signal.arguments, "");
+    xml.append("</signal>");
+  }
+  return xml + "</interface></node>";
+}
 
 // A callback that answers the call: with nothing, or with the error.
 ResultCallback Finish(GDBusMethodInvocation* call, const char* error_name) {
@@ -57,8 +64,8 @@ std::unique_ptr<ControlService> ControlService::Start(const std::string& app_id,
   constexpr guint kPrimaryOwner = 1;
   const GVariantPtr answer(g_dbus_connection_call_sync(
       service->bus_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-      "RequestName", g_variant_new("(su)", (app_id + ".runtime").c_str(), kDoNotQueue), G_VARIANT_TYPE("(u)"),
-      G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+      "RequestName", g_variant_new("(su)", (app_id + kControlNameSuffix).c_str(), kDoNotQueue),
+      G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
   guint owner = 0;
   if (answer) g_variant_get(answer.get(), "(u)", &owner);
   if (owner != kPrimaryOwner) {
@@ -72,9 +79,9 @@ std::unique_ptr<ControlService> ControlService::Start(const std::string& app_id,
 
 // Calls are dispatched by the main loop: whoever sees the name and calls before the loop runs waits for it.
 ControlService::ControlService(GObjectPtr<GDBusConnection> bus) : bus_(std::move(bus)) {
-  GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(kIntrospection, nullptr);
+  GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(Introspection().c_str(), nullptr);
   static constexpr GDBusInterfaceVTable kTable = {OnCall, nullptr, nullptr, {}};
-  registration_ = g_dbus_connection_register_object(bus_.get(), kObjectPath, node->interfaces[0], &kTable,
+  registration_ = g_dbus_connection_register_object(bus_.get(), kControlPath, node->interfaces[0], &kTable,
                                                     this, nullptr, nullptr);
   g_dbus_node_info_unref(node);
 }
@@ -97,13 +104,13 @@ void ControlService::OnCall(GDBusConnection* /*bus*/, const char* /*sender*/, co
   static constexpr struct {
     const char* name;
     void (ControlService::*run)(GVariant* arguments, GDBusMethodInvocation* call);
-  } kMethods[] = {{"Load", &ControlService::Load},
-                  {"Reload", &ControlService::Reload},
-                  {"Evaluate", &ControlService::Evaluate},
-                  {"Screenshot", &ControlService::Screenshot},
-                  {"SetPrivileges", &ControlService::SetPrivileges},
-                  {"GetStatus", &ControlService::GetStatus},
-                  {"Quit", &ControlService::Quit}};
+  } kMethods[] = {{kLoadMethod.name, &ControlService::Load},
+                  {kReloadMethod.name, &ControlService::Reload},
+                  {kEvaluateMethod.name, &ControlService::Evaluate},
+                  {kScreenshotMethod.name, &ControlService::Screenshot},
+                  {kSetPrivilegesMethod.name, &ControlService::SetPrivileges},
+                  {kGetStatusMethod.name, &ControlService::GetStatus},
+                  {kQuitMethod.name, &ControlService::Quit}};
   // The bus has checked the name against the interface's description.
   for (const auto& row : kMethods) {
     if (std::strcmp(row.name, method) == 0)
@@ -114,11 +121,11 @@ void ControlService::OnCall(GDBusConnection* /*bus*/, const char* /*sender*/, co
 void ControlService::Load(GVariant* arguments, GDBusMethodInvocation* call) {
   const char* uri = nullptr;
   g_variant_get(arguments, "(&s)", &uri);
-  browser_->Load(uri, Finish(call, kLoadFailed));
+  browser_->Load(uri, Finish(call, kErrorLoadFailed));
 }
 
 void ControlService::Reload(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
-  browser_->Reload(Finish(call, kLoadFailed));
+  browser_->Reload(Finish(call, kErrorLoadFailed));
 }
 
 void ControlService::Evaluate(GVariant* arguments, GDBusMethodInvocation* call) {
@@ -128,7 +135,7 @@ void ControlService::Evaluate(GVariant* arguments, GDBusMethodInvocation* call) 
     if (error.empty()) {
       g_dbus_method_invocation_return_value(call, g_variant_new("(s)", json.c_str()));
     } else {
-      g_dbus_method_invocation_return_dbus_error(call, kScriptError, error.c_str());
+      g_dbus_method_invocation_return_dbus_error(call, kErrorScript, error.c_str());
     }
   });
 }
@@ -139,7 +146,7 @@ void ControlService::Screenshot(GVariant* /*arguments*/, GDBusMethodInvocation* 
       GVariant* bytes = g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, png.data(), png.size(), 1);
       g_dbus_method_invocation_return_value(call, g_variant_new_tuple(&bytes, 1));
     } else {
-      g_dbus_method_invocation_return_dbus_error(call, kFailed, error.c_str());
+      g_dbus_method_invocation_return_dbus_error(call, kErrorFailed, error.c_str());
     }
   });
 }
@@ -151,7 +158,7 @@ void ControlService::SetPrivileges(GVariant* arguments, GDBusMethodInvocation* c
   g_variant_get(arguments, "(as)", &list);
   while (g_variant_iter_next(list, "&s", &uri)) uris.emplace_back(uri);
   g_variant_iter_free(list);
-  Finish(call, kFailed)(
+  Finish(call, kErrorFailed)(
       "", set_privileges_(uris) ? "" : "The privileges can't be set; none of them may have blanks.");
 }
 
@@ -166,19 +173,20 @@ void ControlService::Quit(GVariant* /*arguments*/, GDBusMethodInvocation* call) 
   quit_();
 }
 
-void ControlService::Emit(const char* signal, GVariant* arguments) {
-  g_dbus_connection_emit_signal(bus_.get(), nullptr, kObjectPath, kInterface, signal, arguments, nullptr);
+void ControlService::Emit(const ControlSignal& signal, GVariant* arguments) {
+  g_dbus_connection_emit_signal(bus_.get(), nullptr, kControlPath, kControlInterface, signal.name, arguments,
+                                nullptr);
 }
 
 void ControlService::EmitConsole(const std::string& level, const std::string& text,
                                  const std::string& source) {
-  Emit("Console", g_variant_new("(sss)", level.c_str(), text.c_str(), source.c_str()));
+  Emit(kConsoleSignal, g_variant_new("(sss)", level.c_str(), text.c_str(), source.c_str()));
 }
 void ControlService::EmitLoaded(const std::string& uri) {
-  Emit("Loaded", g_variant_new("(s)", uri.c_str()));
+  Emit(kLoadedSignal, g_variant_new("(s)", uri.c_str()));
 }
 void ControlService::EmitCrashed(unsigned times) {
-  Emit("Crashed", g_variant_new("(u)", times));
+  Emit(kCrashedSignal, g_variant_new("(u)", times));
 }
 
 }  // namespace corvis::tv

@@ -9,12 +9,13 @@
 #include <string>
 #include <vector>
 
+#include "corvis_tv/control.h"
 #include "launcher/browser.h"
 #include "support/glib_ptr.h"
 
 namespace corvis::tv {
 
-// Interface corvis.tv.Control of the object /corvis/tv, under the name APPLICATION-ID.runtime.
+// Serves what corvis_tv/control.h declares.
 class ControlService {
  public:
   // Replaces the privileges that the application holds; false when that failed.
@@ -39,7 +40,7 @@ class ControlService {
   explicit ControlService(GObjectPtr<GDBusConnection> bus);
   static void OnCall(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
                      const char* method, GVariant* arguments, GDBusMethodInvocation* call, gpointer service);
-  void Emit(const char* signal, GVariant* arguments);
+  void Emit(const ControlSignal& signal, GVariant* arguments);
 
   void Load(GVariant* arguments, GDBusMethodInvocation* call);
   void Reload(GVariant* arguments, GDBusMethodInvocation* call);

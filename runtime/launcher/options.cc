@@ -6,6 +6,8 @@
 
 #include <cstdio>
 
+#include "corvis_tv/control.h"
+
 namespace corvis::tv {
 
 namespace {
@@ -53,7 +55,7 @@ std::string Apply(int letter, const std::string& value, Options& options) {
     case 'a':
       options.app_id = value;
       // The control name appends an element of its own.
-      if (g_dbus_is_name((value + ".runtime").c_str()) && value.find('.') != std::string::npos &&
+      if (g_dbus_is_name((value + kControlNameSuffix).c_str()) && value.find('.') != std::string::npos &&
           value[0] != ':')
         return "";
       return "\"" + value + "\" is no application id; it takes a dotted name such as com.example.app.";

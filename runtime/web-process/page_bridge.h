@@ -22,7 +22,7 @@ using ConsoleSink =
 // The page-side half in a frame's script context, before any script of the page runs.
 class PageBridge {
  public:
-  // Null when the script context refuses the runtime's script; the reason goes to `console`.
+  // When the engine refuses the runtime's script, the reason goes to `console` and the page gets no API.
   PageBridge(JSCContext* context, ConsoleSink console);
   // Destroys the instances of this page.
   ~PageBridge();
