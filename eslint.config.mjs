@@ -23,7 +23,7 @@ export default [
   },
   {
     // Functions in these files also run inside pages.
-    files: ['tests/**/*.mjs', 'bench/**/*.mjs'],
+    files: ['{tests,testing,bench}/**/*.mjs'],
     languageOptions: { globals: { ...globals.browser } },
   },
   {

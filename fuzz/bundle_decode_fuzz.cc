@@ -5,7 +5,7 @@
 #include <string>
 
 #include "nurvo/bundle.h"
-#include "signed_bundle.h"
+#include "testing/signed_bundle.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Both conversions of a command's data: any text gives an object's braces and never more.
 #include "page.h"
-#include "signed_bundle.h"
+#include "testing/signed_bundle.h"
 #include "voice-interaction/bundle_json.h"
 
 namespace {

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "fake/fake_runtime.h"
 #include "require.h"
+#include "testing/fake/fake_runtime.h"
 
 struct FuzzPage {
   fake::Runtime& runtime;

@@ -3,7 +3,7 @@
 
 #include "nurvo/bundle.h"
 #include "page.h"
-#include "signed_bundle.h"
+#include "testing/signed_bundle.h"
 #include "voice-interaction/voice_interaction_channel.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -1,4 +1,4 @@
-# What goes wrong, on purpose, with figures: fuzzing, and the programs of bench/reliability. Sourced by ../corvis.
+# What goes wrong, on purpose, with figures: fuzzing, and the programs of tests/robustness. Sourced by ../corvis.
 
 fuzz_packages=(clang libclang-rt-14-dev)
 
@@ -89,11 +89,11 @@ corvis_reliability() {
   install_missing "${kit_packages[@]}" "${test_packages[@]}"
   prepare_node
   configure "$build" -DCORVIS_BUILD_TESTS=ON
-  compile "$build" "${kit_targets[@]}" corvis_reliability
+  compile "$build" "${kit_targets[@]}" robustness_programs
   export CORVIS_BUILD=$build
   for name in "${names[@]}"; do
-    local program=("$build/bin/corvis_reliability" "$name")
-    [ ! -f "$home/bench/reliability/$name.mjs" ] || program=(node "$home/bench/reliability/$name.mjs")
+    local program=("$build/bin/robustness_programs" "$name")
+    [ ! -f "$home/tests/robustness/$name.mjs" ] || program=(node "$home/tests/robustness/$name.mjs")
     with_private_bus "${program[@]}" "${short[@]}" || status=1
   done
   return "$status"

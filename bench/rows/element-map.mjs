@@ -1,10 +1,10 @@
 // How long the script takes to map a page, beside the floor (visiting the same elements and reading box, style and
 // text, nothing else), beside two packages that find elements and their names, and beside the plainest implementation.
 import path from 'node:path';
-import { startBrowser } from '../../tests/script/browser.mjs';
+import { startBrowser } from '../../testing/browser.mjs';
 import { atLeast, atMost, ratioAtMost } from '../report/result.mjs';
 import { median, threeDigits, timeText } from '../report/statistics.mjs';
-import { plainElementMap } from '../script/plain-element-map.mjs';
+import { plainElementMap } from '../../testing/plain-element-map.mjs';
 import { workloads } from '../script/workloads.mjs';
 import { outputOf, root } from './programs.mjs';
 

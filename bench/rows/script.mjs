@@ -1,5 +1,5 @@
 // The script API in Chromium: what its start costs a page, and what a command costs on its way through it.
-import { scriptText, startBrowser } from '../../tests/script/browser.mjs';
+import { scriptText, startBrowser } from '../../testing/browser.mjs';
 import { atMost } from '../report/result.mjs';
 import { median, timeText } from '../report/statistics.mjs';
 

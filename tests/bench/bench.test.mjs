@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { readFileSync, readdirSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { processesWith, run, scratchFolder } from '../kit/corvis.mjs';
+import { processesWith, run, scratchFolder } from '../../testing/corvis.mjs';
 
 // Two times, each in the unit that suits it.
 const times = /\d [nµm]?s : \d.* [nµm]?s/;

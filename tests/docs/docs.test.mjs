@@ -5,7 +5,7 @@ import { existsSync, readFileSync, readdirSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
 import { apiReference } from '../../tools/api-reference.mjs';
-import { root, run, scratchFolder } from '../kit/corvis.mjs';
+import { root, run, scratchFolder } from '../../testing/corvis.mjs';
 import { blocksOf, runGuide } from './guide.mjs';
 
 const read = (file) => readFileSync(path.join(root, file), 'utf8');

@@ -4,7 +4,7 @@
 // "$ " is a command, one with "> " goes to its standard input, all others are what it prints on both streams.
 import { spawnSync } from 'node:child_process';
 import path from 'node:path';
-import { root } from '../kit/corvis.mjs';
+import { root } from '../../testing/corvis.mjs';
 
 // The blocks of a Markdown text: { line, language, file, lines }; `file` is undefined for those that are no file.
 export function blocksOf(markdown) {

@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { readdirSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { root, run } from '../kit/corvis.mjs';
+import { root, run } from '../../testing/corvis.mjs';
 
 const cinema = path.join(root, 'examples/cinema');
 

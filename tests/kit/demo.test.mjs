@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import { readdirSync } from 'node:fs';
 import { test } from 'node:test';
-import { processesWith, root, run, scratchFolder, start, until } from './corvis.mjs';
+import { processesWith, root, run, scratchFolder, start, until } from '../../testing/corvis.mjs';
 
 test('the demo answers as expected, in milliseconds, and leaves nothing behind', async (t) => {
   const folder = scratchFolder(t);

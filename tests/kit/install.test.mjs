@@ -4,7 +4,7 @@ import { execFileSync, spawnSync } from 'node:child_process';
 import { readdirSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { build, scratchFolder, writePage } from './corvis.mjs';
+import { build, scratchFolder, writePage } from '../../testing/corvis.mjs';
 
 function unpackedRoot(t) {
   const folder = scratchFolder(t);

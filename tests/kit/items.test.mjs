@@ -4,7 +4,7 @@ import { readFileSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 import path from 'node:path';
 import { test } from 'node:test';
-import { run, scratchFolder, writePage } from './corvis.mjs';
+import { run, scratchFolder, writePage } from '../../testing/corvis.mjs';
 
 const listen = `<script>
   corvis.voiceinteraction.setCallback({ oncustom: function () { return document.title; } });

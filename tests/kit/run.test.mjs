@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { run, scratchFolder, writePage } from './corvis.mjs';
+import { run, scratchFolder, writePage } from '../../testing/corvis.mjs';
 
 const listening = `<p id="state"></p><button onclick="document.title = 'clicked'">Play it</button><script>
   corvis.voiceinteraction.setCallback({

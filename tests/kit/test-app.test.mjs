@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { readFileSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { run, start, until, writePage } from './corvis.mjs';
+import { run, start, until, writePage } from '../../testing/corvis.mjs';
 
 const page = `<button>Play it</button><p id="state">idle</p><script>
   var state = document.getElementById('state');

@@ -10,7 +10,7 @@
 #include "nurvo/app_manager.h"
 #include "nurvo/smack.h"
 #include "nurvo/vestra.h"
-#include "process.h"
+#include "testing/process.h"
 
 extern "C" void vestra_finish(vestra* client);
 

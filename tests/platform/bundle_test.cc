@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "bundle/checksum.h"
-#include "bundles.h"
 #include "nurvo_desktop/bundle_extras.h"
+#include "testing/bundles.h"
+#include "testing/signed_bundle.h"
 
 namespace {
 
@@ -38,12 +38,6 @@ Entries Read(bundle* b) {
       },
       &entries);
   return entries;
-}
-
-// `body` with the header that makes it look like an intact bundle.
-std::string Forge(const std::string& body) {
-  const nurvo::ChecksumText sum = nurvo::ChecksumOf(body);
-  return "NB1" + std::string(sum.data(), sum.size()) + body;
 }
 
 TEST(BundleTest, ComesBackAsItWas) {
@@ -129,8 +123,8 @@ TEST(BundleTest, EveryTruncationAndEveryChangedByteIsFound) {
 
 // Texts that carry a right checksum and are no bundles all the same.
 TEST(BundleTest, RefusesIntactNonsense) {
-  ASSERT_TRUE(Decode(Forge("s1:a1:b")));
-  ASSERT_TRUE(Decode(Forge("a1:a0:")));
+  ASSERT_TRUE(Decode(SignedBundle("s1:a1:b")));
+  ASSERT_TRUE(Decode(SignedBundle("a1:a0:")));
   const std::string rows[] = {"s",
                               "s1",
                               "s1:",
@@ -155,11 +149,11 @@ TEST(BundleTest, RefusesIntactNonsense) {
                               "a1:a2:1:x",
                               "a1:a1:1:x1:y",
                               std::string("s1:a1:\0", 7)};
-  for (const std::string& row : rows) EXPECT_FALSE(Decode(Forge(row))) << row;
+  for (const std::string& row : rows) EXPECT_FALSE(Decode(SignedBundle(row))) << row;
   std::string too_many;
   for (int i = 0; i <= BUNDLE_MAX_ENTRIES; ++i)
     too_many += "s5:" + std::to_string(10000 + i).substr(0, 5) + "0:";
-  EXPECT_FALSE(Decode(Forge(too_many)));
+  EXPECT_FALSE(Decode(SignedBundle(too_many)));
 }
 
 }  // namespace

@@ -9,32 +9,13 @@
 #include <string>
 #include <vector>
 
-#include "bundles.h"
 #include "nurvo/message_port.h"
-#include "process.h"
+#include "testing/bundles.h"
+#include "testing/private_bus.h"
 
 constexpr const char* kOwnId = "com.example.page";
 constexpr const char* kPeerId = "com.example.peer";
 constexpr const char* kPort = "a port.with/odd_name";
-
-// dbus-daemon with a socket in a folder of its own.
-class PrivateBus {
- public:
-  PrivateBus();
-  ~PrivateBus();
-  const std::string& address() const { return address_; }
-  // Ends the daemon, as if it had crashed.
-  void Kill() { daemon_.reset(); }
-  void Signal(int number) const { daemon_->Signal(number); }
-
- private:
-  std::string folder_;
-  std::string address_;
-  std::unique_ptr<Process> daemon_;
-};
-
-// Runs the main loop until `condition` holds; false when it does not within ten seconds.
-bool WaitFor(const std::function<bool()>& condition);
 
 class BusTest : public ::testing::Test {
  protected:

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <string>
 
-#include "process.h"
+#include "testing/process.h"
 
 namespace {
 

@@ -9,11 +9,11 @@
 #include <cstdio>
 #include <string>
 
-#include "bundles.h"
 #include "nurvo/log.h"
 #include "nurvo/message_port.h"
 #include "nurvo_desktop/bus.h"
 #include "nurvo_desktop/event_publish.h"
+#include "testing/bundles.h"
 
 namespace {
 

@@ -5,8 +5,8 @@ import { readdirSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:http';
 import path from 'node:path';
 import { test } from 'node:test';
-import { build, processesWith, scratchFolder, until, writePage } from '../kit/corvis.mjs';
-import { Tv, startBus } from './tv.mjs';
+import { build, processesWith, scratchFolder, until, writePage } from '../../testing/corvis.mjs';
+import { Tv, startBus } from '../../testing/tv.mjs';
 
 // Serves pages at an origin of their own.
 async function serve(t, pages) {

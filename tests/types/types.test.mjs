@@ -7,7 +7,7 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { after, before, test } from 'node:test';
 import { fileURLToPath } from 'node:url';
-import { scriptText } from '../script/browser.mjs';
+import { scriptText } from '../../testing/browser.mjs';
 
 const root = fileURLToPath(new URL('../..', import.meta.url));
 const compiler = join(root, 'node_modules/typescript/bin/tsc');

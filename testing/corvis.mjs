@@ -1,0 +1,76 @@
+// Runs the commands of ./corvis as a user would, from another folder, and collects what they print.
+import { spawn } from 'node:child_process';
+import { mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import path from 'node:path';
+import { fileURLToPath } from 'node:url';
+
+export const root = path.resolve(path.dirname(fileURLToPath(import.meta.url)), '..');
+export const build = process.env.CORVIS_BUILD ?? path.join(root, 'build');
+
+// A folder for one test, gone after it. Runs put their private folders into it, so that leftovers show.
+// Its name has what paths may have.
+export function scratchFolder(t) {
+  const folder = mkdtempSync(path.join(tmpdir(), 'corvis test & ü '));
+  t.after(() => rmSync(folder, { recursive: true, force: true }));
+  return folder;
+}
+
+// A page in a folder of its own.
+export function writePage(t, html) {
+  const folder = scratchFolder(t);
+  writeFileSync(path.join(folder, 'index.html'), `<!doctype html><meta charset="utf-8">${html}`);
+  return folder;
+}
+
+// Starts a command. `output()` is all that it has printed so far, on both streams.
+export function start(args, { input, env = {}, cwd = tmpdir() } = {}) {
+  const child = spawn(path.join(root, 'corvis'), args, { cwd, env: { ...process.env, DISPLAY: '', ...env } });
+  let text = '';
+  child.stdout.on('data', (data) => (text += data));
+  child.stderr.on('data', (data) => (text += data));
+  child.stdin.on('error', () => {});
+  if (input !== undefined) child.stdin.end(input);
+  const exited = new Promise((resolve) =>
+    child.on('close', (code, signal) => resolve({ code, signal, text }))
+  );
+  return { child, exited, output: () => text };
+}
+
+// Runs a command to its end, at most `seconds`.
+export async function run(args, options = {}) {
+  const command = start(args, { input: '', ...options });
+  const timer = setTimeout(() => command.child.kill('SIGTERM'), (options.seconds ?? 60) * 1000);
+  const result = await command.exited;
+  clearTimeout(timer);
+  return result;
+}
+
+// Waits until `holds` gives something true; when it never does, ends the command, for which the test runner would
+// wait, and fails with what was printed.
+export async function until(holds, command, seconds = 20) {
+  const deadline = Date.now() + seconds * 1000;
+  for (;;) {
+    const value = holds();
+    if (value) return value;
+    if (Date.now() > deadline) {
+      command.child?.kill();
+      throw new Error(`waited ${seconds} s in vain; printed so far:\n${command.output()}`);
+    }
+    await new Promise((resolve) => setTimeout(resolve, 20));
+  }
+}
+
+// The environments of the running processes that mention `text`.
+export function processesWith(text) {
+  return readdirSync('/proc')
+    .filter((name) => /^\d+$/.test(name))
+    .map((pid) => {
+      try {
+        return readFileSync(`/proc/${pid}/environ`, 'utf8');
+      } catch {
+        return '';
+      }
+    })
+    .filter((environment) => environment.includes(text));
+}

@@ -1,0 +1,361 @@
+// The C interfaces in memory.
+#include "testing/fake/fake_platform.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "nurvo/app_manager.h"
+#include "nurvo/log.h"
+#include "nurvo/smack.h"
+#include "nurvo/vestra.h"
+
+// An entry's second value is unset for an array.
+struct bundle_keyval_t {
+  std::string key;
+  std::string value;
+  bool is_array;
+};
+struct bundle {
+  std::vector<bundle_keyval_t> entries;
+};
+struct event_handler {};
+struct vestra {};
+struct vestra_configuration {};
+
+namespace fake {
+
+namespace {
+
+std::unique_ptr<Platform>& Current() {
+  static auto platform = std::make_unique<Platform>();
+  return platform;
+}
+
+constexpr int kRefused = -1;
+
+std::string EncodeEntries(const bundle& b) {
+  std::string text = "b";
+  for (const bundle_keyval_t& entry : b.entries) {
+    text += (entry.is_array ? "a" : "s") + std::to_string(entry.key.size()) + ":" + entry.key +
+            std::to_string(entry.value.size()) + ":" + entry.value;
+  }
+  return text;
+}
+
+bool TakeText(std::string& rest, std::string& text) {
+  const size_t colon = rest.find(':');
+  if (colon == std::string::npos || colon == 0 || !std::isdigit(static_cast<unsigned char>(rest[0])))
+    return false;
+  const size_t size = std::strtoul(rest.c_str(), nullptr, 10);
+  if (rest.size() - colon - 1 < size) return false;
+  text = rest.substr(colon + 1, size);
+  rest.erase(0, colon + 1 + size);
+  return true;
+}
+
+int Log(int priority, const char* tag, const char* format, va_list arguments) {
+  if (Platform::Get().Count("log", false)) return kRefused;
+  char* text = nullptr;
+  if (vasprintf(&text, format, arguments) < 0) return kRefused;
+  Platform::Get().log.push_back({priority, tag, text});
+  free(text);
+  return 0;
+}
+
+char* NewText(const std::string& text) {
+  return strdup(text.c_str());
+}
+
+}  // namespace
+
+Platform& Platform::Get() {
+  return *Current();
+}
+void Platform::Reset() {
+  Current() = std::make_unique<Platform>();
+}
+
+void Platform::Fail(const std::string& name, int nth, bool for_ever) {
+  failures_[name] = {counts[name] + nth, for_ever};
+}
+
+void Platform::FailCall(int nth, bool for_ever) {
+  fail_from_ = total_calls + nth;
+  fail_for_ever_ = for_ever;
+}
+
+void Platform::FailNothing() {
+  failures_.clear();
+  fail_from_ = 0;
+}
+
+bool Platform::IsToFail(const std::string& name) const {
+  if (fail_from_ > 0 && (total_calls == fail_from_ || (fail_for_ever_ && total_calls > fail_from_)))
+    return true;
+  const auto failure = failures_.find(name);
+  if (failure == failures_.end()) return false;
+  const auto [nth, for_ever] = failure->second;
+  const int count = counts.at(name);
+  return count == nth || (for_ever && count > nth);
+}
+
+bool Platform::Count(const std::string& name, bool record) {
+  if (record) calls.push_back(name);
+  if (record && on_call) on_call();
+  ++counts[name];
+  ++total_calls;
+  if (!IsToFail(name)) return false;
+  if (first_failed.empty()) first_failed = name;
+  return true;
+}
+
+bool Platform::Deliver(const Entries& entries) {
+  if (ports.empty()) return false;
+  bundle message;
+  for (const auto& [key, value] : entries) message.entries.push_back({key, value, false});
+  const auto [id, port] = *ports.begin();
+  port.callback(id, "com.kelvaro.tv.vif", port.name.c_str(), true, &message, port.user_data);
+  return true;
+}
+
+bool Platform::Deliver(const std::string& command, const std::string& data) {
+  return Deliver({{"command", command}, {"strData", data}});
+}
+
+int Platform::PublishStart() const {
+  const auto subscribed = events;
+  bundle data;
+  for (const auto& [handle, target] : subscribed) {
+    target.first("event.com.kelvaro.tv.vif.InitEvent", &data, target.second);
+  }
+  return static_cast<int>(subscribed.size());
+}
+
+std::vector<std::string> Platform::TakeSent() {
+  std::vector<std::string> texts;
+  for (const Entries& message : sent) {
+    std::string text = message.at(0).second + "|" + message.at(1).second;
+    if (message.at(2).first == "totalDataLength") text += "|" + message.at(2).second;
+    texts.push_back(text);
+  }
+  sent.clear();
+  return texts;
+}
+
+std::vector<std::string> Platform::TakeCalls() {
+  return std::exchange(calls, {});
+}
+
+std::vector<std::string> Platform::LogWith(const std::string& part) const {
+  std::vector<std::string> texts;
+  for (const LogLine& line : log) {
+    if (line.text.find(part) != std::string::npos) texts.push_back(line.text);
+  }
+  return texts;
+}
+
+std::string Encode(const Entries& entries) {
+  bundle b;
+  for (const auto& [key, value] : entries) b.entries.push_back({key, value, false});
+  return EncodeEntries(b);
+}
+
+std::string EncodeWithArray(const Entries& entries, const std::string& array_key) {
+  bundle array;
+  array.entries.push_back({array_key, "", true});
+  return Encode(entries) + EncodeEntries(array).substr(1);
+}
+
+}  // namespace fake
+
+using fake::Platform;
+
+extern "C" {
+
+int log_print(int priority, const char* tag, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const int result = fake::Log(priority, tag, format, arguments);
+  va_end(arguments);
+  return result;
+}
+
+int log_print_to(int buffer_id, int priority, const char* tag, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  // Only the main log is ever used; a line for another buffer shows up under a tag that no test expects.
+  const int result = fake::Log(priority, buffer_id == 0 ? tag : "another buffer", format, arguments);
+  va_end(arguments);
+  return result;
+}
+
+int app_manager_get_app_id(pid_t /*pid*/, char** app_id) {
+  if (Platform::Get().Count(__func__)) return fake::kRefused;
+  *app_id = fake::NewText(Platform::Get().app_id);
+  return 0;
+}
+
+bundle* bundle_create() {
+  return Platform::Get().Count(__func__, false) ? nullptr : new bundle;
+}
+
+int bundle_add(bundle* b, const char* key, const char* value) {
+  if (Platform::Get().Count(__func__, false)) return fake::kRefused;
+  b->entries.push_back({key, value, false});
+  return 0;
+}
+
+int bundle_get_str(bundle* b, const char* key, char** value) {
+  if (Platform::Get().Count(__func__, false)) return fake::kRefused;
+  for (bundle_keyval_t& entry : b->entries) {
+    if (entry.key != key || entry.is_array) continue;
+    *value = entry.value.data();
+    return 0;
+  }
+  return fake::kRefused;
+}
+
+int bundle_encode(bundle* b, bundle_raw** text, int* length) {
+  if (Platform::Get().Count(__func__, false)) return fake::kRefused;
+  const std::string encoded = fake::EncodeEntries(*b);
+  *text = reinterpret_cast<bundle_raw*>(fake::NewText(encoded));
+  *length = static_cast<int>(encoded.size());
+  return 0;
+}
+
+bundle* bundle_decode(const bundle_raw* text, int length) {
+  if (Platform::Get().Count(__func__, false)) return nullptr;
+  std::string rest(reinterpret_cast<const char*>(text), static_cast<size_t>(length));
+  if (rest.empty() || rest[0] != 'b') return nullptr;
+  rest.erase(0, 1);
+  auto b = std::make_unique<bundle>();
+  while (!rest.empty()) {
+    bundle_keyval_t entry{"", "", rest[0] == 'a'};
+    rest.erase(0, 1);
+    if (!fake::TakeText(rest, entry.key) || !fake::TakeText(rest, entry.value)) return nullptr;
+    b->entries.push_back(entry);
+  }
+  return b.release();
+}
+
+void bundle_foreach(bundle* b, void (*visit)(const char*, int, const bundle_keyval_t*, void*),
+                    void* user_data) {
+  if (Platform::Get().Count(__func__, false)) return;
+  for (const bundle_keyval_t& entry : b->entries) visit(entry.key.c_str(), 1, &entry, user_data);
+}
+
+int bundle_free(bundle* b) {
+  const bool fails = Platform::Get().Count(__func__, false);
+  delete b;
+  return fails ? fake::kRefused : 0;
+}
+
+bundle_keyval_t* bundle_keyval_dup(const bundle_keyval_t* keyval) {
+  return Platform::Get().Count(__func__, false) ? nullptr : new bundle_keyval_t(*keyval);
+}
+
+int bundle_keyval_get_basic_val(bundle_keyval_t* keyval, void** value, size_t* size) {
+  if (Platform::Get().Count(__func__, false) || keyval->is_array) return fake::kRefused;
+  *value = keyval->value.data();
+  *size = keyval->value.size() + 1;
+  return 0;
+}
+
+void bundle_keyval_free(bundle_keyval_t* keyval) {
+  delete keyval;
+}
+
+int event_add_event_handler(const char* name, event_cb callback, void* user_data, event_handler_h* handler) {
+  if (Platform::Get().Count(std::string(__func__) + " " + name)) return fake::kRefused;
+  *handler = new event_handler;
+  Platform::Get().events[*handler] = {callback, user_data};
+  return 0;
+}
+
+int event_remove_event_handler(event_handler_h handler) {
+  const bool fails = Platform::Get().Count(__func__);
+  if (Platform::Get().events.erase(handler) == 0) return fake::kRefused;
+  delete handler;
+  return fails ? fake::kRefused : 0;
+}
+
+int message_port_register_local_port(const char* name, message_port_message_cb callback, void* user_data) {
+  if (Platform::Get().Count(__func__)) return fake::kRefused;
+  const int id = Platform::Get().counts[__func__];
+  Platform::Get().ports[id] = {name, callback, user_data};
+  return id;
+}
+
+int message_port_unregister_local_port(int local_port_id) {
+  const bool fails = Platform::Get().Count(__func__);
+  return Platform::Get().ports.erase(local_port_id) == 0 || fails ? fake::kRefused : 0;
+}
+
+int message_port_send_message(const char* remote_app_id, const char* remote_port, bundle* message) {
+  Platform& platform = Platform::Get();
+  if (platform.Count(std::string(__func__) + " " + remote_app_id + " " + remote_port)) return fake::kRefused;
+  if (static_cast<int>(fake::EncodeEntries(*message).size()) > platform.port_limit) {
+    return MESSAGE_PORT_ERROR_MAX_EXCEEDED;
+  }
+  fake::Entries entries;
+  for (const bundle_keyval_t& entry : message->entries) entries.emplace_back(entry.key, entry.value);
+  platform.sent.push_back(entries);
+  return 0;
+}
+
+int vestra_configuration_create(vestra_configuration** configuration) {
+  if (Platform::Get().Count(__func__)) return fake::kRefused;
+  *configuration = new vestra_configuration;
+  return 0;
+}
+
+int vestra_configuration_set_cache_size(vestra_configuration* configuration, size_t size) {
+  if (Platform::Get().Count(__func__ + (" " + std::to_string(size)))) return fake::kRefused;
+  return configuration == nullptr ? fake::kRefused : 0;
+}
+
+int vestra_initialize(vestra** client, const vestra_configuration* /*configuration*/) {
+  if (Platform::Get().Count(__func__)) return fake::kRefused;
+  *client = new vestra;
+  return 0;
+}
+
+void vestra_configuration_destroy(vestra_configuration* configuration) {
+  Platform::Get().Count(__func__);
+  delete configuration;
+}
+
+void vestra_finish(vestra* client) {
+  Platform::Get().Count(__func__);
+  delete client;
+}
+
+char* vestra_session_from_pid(pid_t /*pid*/) {
+  return Platform::Get().Count(__func__) ? nullptr : fake::NewText("session-1");
+}
+
+int vestra_check(vestra* /*v*/, const char* client, const char* client_session, const char* user,
+                 const char* privilege) {
+  if (Platform::Get().Count(std::string(__func__) + " " + client + " " + client_session + " " + user))
+    return -7;
+  const std::string uri = privilege;
+  const auto& granted = Platform::Get().granted_paths;
+  return std::any_of(granted.begin(), granted.end(),
+                     [&uri](const std::string& path) {
+                       return uri.size() > path.size() && uri.substr(uri.size() - path.size()) == path;
+                     })
+             ? VESTRA_API_ACCESS_ALLOWED
+             : 1;
+}
+
+ssize_t smack_new_label_from_self(char** label) {
+  if (Platform::Get().Count(__func__)) return fake::kRefused;
+  *label = fake::NewText(Platform::Get().label);
+  return static_cast<ssize_t>(Platform::Get().label.size());
+}
+
+}  // extern "C"

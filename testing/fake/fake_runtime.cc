@@ -1,0 +1,108 @@
+// The interface tables of a runtime that has pages in name only.
+#include "testing/fake/fake_runtime.h"
+
+#include <cstring>
+#include <utility>
+
+extern "C" int32_t XW_Initialize(ExtensionHandle extension, InterfaceGetter get_interface);
+
+namespace fake {
+
+namespace {
+
+// What the library told the runtime that lives now.
+struct Registration {
+  Runtime* runtime = nullptr;
+  ExtensionHandle extension = 0;
+  InstanceCallback created = nullptr;
+  InstanceCallback destroyed = nullptr;
+  ShutdownCallback shutdown = nullptr;
+  MessageCallback on_sync = nullptr;
+  std::string reply;
+};
+
+Registration& Registered() {
+  static Registration registration;
+  return registration;
+}
+
+const void* GetInterface(const char* name) {
+  static const NurvoExtensionInterface kExtension = {
+      [](ExtensionHandle, const char* text) { Registered().runtime->name = text; },
+      [](ExtensionHandle, const char* text) { Registered().runtime->script = text; },
+      [](ExtensionHandle, InstanceCallback created, InstanceCallback destroyed) {
+        Registered().created = created;
+        Registered().destroyed = destroyed;
+      },
+      [](ExtensionHandle, ShutdownCallback shutdown) { Registered().shutdown = shutdown; }};
+  static const NurvoMessagingInterface kMessaging = {
+      [](ExtensionHandle, MessageCallback) {},
+      [](ExtensionHandle, MessageCallback on_sync) { Registered().on_sync = on_sync; },
+      [](InstanceHandle page, const char* text) {
+        Runtime& runtime = *Registered().runtime;
+        runtime.posted[page].emplace_back(text);
+        if (runtime.on_post) runtime.on_post(page);
+      },
+      [](InstanceHandle, const char* reply) { Registered().reply = reply; }};
+  if (std::strcmp(name, kNurvoExtensionInterface) == 0) return &kExtension;
+  if (std::strcmp(name, kNurvoMessagingInterface) == 0) return &kMessaging;
+  return nullptr;
+}
+
+// Handles are never used again within a process.
+InstanceHandle NextHandle() {
+  static InstanceHandle last = 0;
+  return ++last;
+}
+
+}  // namespace
+
+Runtime::Runtime() {
+  Registered() = {};
+  Registered().runtime = this;
+  Registered().extension = NextHandle();
+  status = XW_Initialize(Registered().extension, GetInterface);
+}
+
+Runtime::~Runtime() {
+  while (!pages_.empty()) DestroyPage(pages_.begin()->first);
+  Shutdown();
+}
+
+void Runtime::Shutdown() {
+  if (Registered().shutdown != nullptr) Registered().shutdown(Registered().extension);
+}
+
+InstanceHandle Runtime::NewPage() {
+  const InstanceHandle page = NextHandle();
+  pages_[page] = true;
+  Registered().created(page);
+  return page;
+}
+
+void Runtime::DestroyPage(InstanceHandle page) {
+  if (pages_.erase(page) == 1) Registered().destroyed(page);
+}
+
+std::string Runtime::CallRaw(InstanceHandle page, const std::string& message) {
+  Registered().reply.clear();
+  Registered().on_sync(page, message.c_str());
+  return Registered().reply;
+}
+
+std::string Runtime::Call(InstanceHandle page, const std::string& handler, const std::string& arguments) {
+  return CallRaw(page, R"({"cmd":")" + handler + R"(","args":)" + arguments + "}");
+}
+
+InstanceHandle Runtime::NewListeningPage(const std::string& actions) {
+  const InstanceHandle page = NewPage();
+  Call(page, "VoiceInteractionHandler_setCallback", R"({"actions":[)" + actions + "]}");
+  Call(page, "VoiceInteractionHandler_listen");
+  return page;
+}
+
+std::vector<std::string> Runtime::TakePosted(InstanceHandle page) {
+  return std::exchange(posted[page], {});
+}
+
+}  // namespace fake

@@ -1,0 +1,30 @@
+// A message bus of a test's own.
+#ifndef CORVIS_TESTING_PRIVATE_BUS_H_
+#define CORVIS_TESTING_PRIVATE_BUS_H_
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "testing/process.h"
+
+// dbus-daemon with a socket in a folder of its own, both gone with the object. For this user alone.
+class PrivateBus {
+ public:
+  PrivateBus();
+  ~PrivateBus();
+  const std::string& address() const { return address_; }
+  // Ends the daemon, as if it had crashed.
+  void Kill() { daemon_.reset(); }
+  void Signal(int number) const { daemon_->Signal(number); }
+
+ private:
+  std::string folder_;
+  std::string address_;
+  std::unique_ptr<Process> daemon_;
+};
+
+// Runs the main loop until `condition` holds; false when it does not within ten seconds.
+bool WaitFor(const std::function<bool()>& condition);
+
+#endif  // CORVIS_TESTING_PRIVATE_BUS_H_

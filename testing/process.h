@@ -1,0 +1,33 @@
+// A program that a test runs beside itself.
+#ifndef CORVIS_TESTING_PROCESS_H_
+#define CORVIS_TESTING_PROCESS_H_
+
+#include <sys/types.h>
+
+#include <cstdio>
+#include <string>
+#include <utility>
+#include <vector>
+
+// Runs from construction on; killed and awaited by the destructor.
+class Process {
+ public:
+  // Variables with an empty value are taken out of the environment.
+  using Environment = std::vector<std::pair<std::string, std::string>>;
+
+  explicit Process(const std::vector<std::string>& command, const Environment& environment = {});
+  ~Process();
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  // The next line of its standard output and standard error; empty at their end.
+  std::string ReadLine();
+  void Signal(int number) const;
+  pid_t pid() const { return pid_; }
+
+ private:
+  pid_t pid_ = -1;
+  FILE* output_ = nullptr;
+};
+
+#endif  // CORVIS_TESTING_PROCESS_H_

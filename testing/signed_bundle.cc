@@ -1,0 +1,10 @@
+// Header and checksum of a bundle's text.
+#include "testing/signed_bundle.h"
+
+#include "bundle/bundle_format.h"
+#include "bundle/checksum.h"
+
+std::string SignedBundle(const std::string& body) {
+  const nurvo::ChecksumText checksum = nurvo::ChecksumOf(body);
+  return std::string(nurvo::kBundleMagic).append(checksum.data(), checksum.size()).append(body);
+}

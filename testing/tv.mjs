@@ -1,0 +1,66 @@
+// corvis-tv on a bus of its own, with the test's extension, and its control interface.
+import { execFile, spawn } from 'node:child_process';
+import path from 'node:path';
+import { promisify } from 'node:util';
+import { build, until } from './corvis.mjs';
+
+export const echo = path.join(build, 'lib/libecho_extension.so');
+
+// A private bus that ends with the test; gives its address.
+export async function startBus(t) {
+  const bus = spawn('dbus-daemon', ['--session', '--print-address', '--nofork', '--nopidfile']);
+  t.after(() => bus.kill());
+  let address = '';
+  bus.stdout.on('data', (data) => (address += data));
+  await until(() => address.includes('\n'), { output: () => address });
+  return address.trim();
+}
+
+// `page` is a URL, file or folder. `loaded()` waits for the first load.
+export class Tv {
+  constructor(t, bus, page, { extension = echo, options = [], env = {} } = {}) {
+    this.env = { ...process.env, DISPLAY: '', NO_AT_BRIDGE: '1', ...env, DBUS_SESSION_BUS_ADDRESS: bus };
+    const args = ['--headless', '--size', '640x360', '--extension', extension, ...options, page];
+    this.child = spawn(path.join(build, 'bin/corvis-tv'), args, { env: this.env });
+    this.text = '';
+    this.child.stdout.on('data', (data) => (this.text += data));
+    this.child.stderr.on('data', (data) => (this.text += data));
+    this.exited = new Promise((resolve) => this.child.on('close', (code, signal) => resolve(code ?? signal)));
+    t.after(() => (this.child.kill(), this.exited));
+  }
+
+  output() {
+    return this.text;
+  }
+
+  // Calls a method of the control interface; gives what `gdbus` prints, a tuple. Rejects with the error's text.
+  async call(method, ...values) {
+    const target = ['--dest', 'com.example.app.runtime', '--object-path', '/corvis/tv'];
+    const texts = values.map((value) => JSON.stringify(value));
+    const args = ['call', '--session', ...target, '--method', `corvis.tv.Control.${method}`, '--', ...texts];
+    const limits = { env: this.env, maxBuffer: 1 << 28 };
+    return (await promisify(execFile)('gdbus', args, limits)).stdout.trim();
+  }
+
+  // An expression's value. It travels as a URI, which no layer quotes.
+  async evaluate(expression) {
+    const tuple = await this.call('Evaluate', `encodeURIComponent(JSON.stringify(${expression}))`);
+    return JSON.parse(decodeURIComponent(tuple.slice(3, -4)));
+  }
+
+  async status() {
+    const [, url, , pid, crashes] = (await this.call('GetStatus')).match(
+      /^\('(.*)', (\w+), uint32 (\d+), (?:uint32 )?(\d+)\)$/
+    );
+    return { url, pid: Number(pid), crashes: Number(crashes) };
+  }
+
+  async loaded() {
+    const isThere = () =>
+      this.evaluate('location.href !== "about:blank" && document.readyState').catch(() => '');
+    const deadline = Date.now() + 20000;
+    while ((await isThere()) !== 'complete') {
+      if (Date.now() > deadline || this.child.exitCode !== null) throw new Error(`no page:\n${this.text}`);
+    }
+  }
+}

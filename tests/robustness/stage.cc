@@ -1,0 +1,78 @@
+// Starting and asking processes.
+#include "robustness/stage.h"
+
+#include <systemd/sd-bus.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "nurvo_desktop/bus.h"
+#include "service/main_loop.h"
+
+namespace robustness {
+
+using namespace corvis::kit;
+
+void Require(bool holds, const std::string& sentence) {
+  if (!holds) throw Failure(sentence);
+}
+
+Tv::Tv(const char* extension)
+    : process_({TV_PROGRAM, "--app-id", kAppId, "--extension", extension, "--headless", "--console", "none",
+                "--privilege", "http://developer.nurvo.example/privilege/microphone", "--privilege",
+                "http://developer.nurvo.example/privilege/voicecontrol", PAGE}),
+      control_(kAppId) {}
+
+Tv::~Tv() {
+  // Killed without a word it would leave its display and its folder.
+  process_.Signal(SIGTERM);
+  while (!process_.ReadLine().empty()) continue;
+}
+
+pid_t Tv::WebProcess() {
+  sd_bus_creds* credentials = nullptr;
+  pid_t pid = 0;
+  if (sd_bus_get_name_creds(nurvo_bus(), kAppId, SD_BUS_CREDS_PID, &credentials) >= 0)
+    sd_bus_creds_get_pid(credentials, &pid);
+  sd_bus_creds_unref(credentials);
+  return pid;
+}
+
+std::string Tv::Evaluate(const std::string& expression) {
+  const ControlResult result = control_.Evaluate(expression);
+  Require(result.is_ok, "The page can't be asked: " + result.error);
+  return result.value;
+}
+
+Service::Service() : voice([this](const std::string& sentence) { notices.push_back(sentence); }) {
+  const std::string problem = voice.Start();
+  Require(problem.empty(), problem);
+}
+
+void Service::WaitForRegistration(int count) const {
+  const auto has_come = [&] { return voice.HasApp(kAppId) && voice.registrations(kAppId) >= count; };
+  Require(WaitUntil(has_come, kDeadline),
+          "The page did not register for the " + std::to_string(count) + ". time within 20 s.");
+}
+
+Command Custom(const Entries& entries) {
+  return {"ACTION_CUSTOM", "", entries, true};
+}
+
+Usage UsageOf(pid_t process) {
+  const std::string folder = "/proc/" + std::to_string(process);
+  Usage usage;
+  std::ifstream status(folder + "/status");
+  for (std::string word; status >> word;) {
+    if (word == "VmRSS:") status >> usage.memory;
+  }
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder + "/fd"))
+    ++usage.descriptors;
+  return usage;
+}
+
+double MillisecondsSince(std::chrono::steady_clock::time_point start) {
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+}  // namespace robustness

@@ -1,0 +1,125 @@
+// The road of a command from the port to the page, and of an answer from the page to the service.
+#include "library_fixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+
+class DeliveryTest : public LibraryTest {
+ protected:
+  // Registers the action, delivers it, and gives what was posted.
+  std::string Delivered(const std::string& action, const std::string& data) {
+    const InstanceHandle page = runtime->NewListeningPage('"' + action + '"');
+    platform().log.clear();
+    platform().Deliver(action, data);
+    const Texts posted = runtime->TakePosted(page);
+    runtime->DestroyPage(page);
+    return posted.size() == 1 ? posted[0] : std::to_string(posted.size()) + " messages";
+  }
+};
+
+TEST_F(DeliveryTest, PostsTheDataThatTheActionAsksFor) {
+  const std::string bundle = fake::EncodeWithArray(
+      {{"utterance", "comedies, please"}, {"content_type", "movie"}, {"raw", "r"}, {"id", "3"}}, "list");
+  const std::string search = R"({\"utterance\":\"comedies, please\",\"contentType\":\"movie\",\"id\":\"3\"})";
+  const std::string plain =
+      R"({\"utterance\":\"comedies, please\",\"content_type\":\"movie\",\"raw\":\"r\",\"id\":\"3\"})";
+  const struct {
+    const char* action;
+    std::string data;
+    std::string param;
+  } kRows[] = {
+      {"ACTION_PLAY", "", ""},
+      {"ACTION_NAVIGATION", "MoveUpCommand", "MoveUpCommand"},
+      {"ACTION_TITLE_SELECTION", "a\"b\\c/d\n\x01\x7f€\xff", "a\\\"b\\\\c/d\\n\\u0001\\u007f€\xff"},
+      {"ACTION_PLAY", "\\/", "\\\\/"},
+      {"ACTION_SEARCH", bundle, search},
+      {"ACTION_DEFAULT_SEARCH", bundle, search},
+      {"ACTION_SEARCH_COLLECTION", bundle, search},
+      {"ACTION_CUSTOM", bundle, plain},
+      {"ACTION_ITEM_SELECTION", bundle, plain},
+      {"ACTION_SEARCH", fake::Encode({{"raw", "r"}}), "{}"},
+      {"ACTION_SEARCH", "no bundle", "{}"},
+      {"ACTION_CUSTOM", "", "{}"},
+      {"ACTION_CUSTOM", fake::Encode({}), "{}"},
+      {"ACTION_CUSTOM", fake::Encode({{"a", "say \"hi\""}}), R"({\"a\":\"say \"hi\"\"})"},
+      {"ACTION_SELECTION", bundle, bundle},
+  };
+  for (const auto& row : kRows) {
+    std::string expected = R"({"action":"NAME","listenerId":"NAME","param":")";
+    for (size_t at = 0; (at = expected.find("NAME")) != std::string::npos;)
+      expected.replace(at, 4, row.action);
+    EXPECT_EQ(Delivered(row.action, row.data), expected.append(row.param).append("\"}"));
+  }
+}
+
+TEST_F(DeliveryTest, AnActionOutsideTheTableIsPostedAndLookedUpThreeTimes) {
+  EXPECT_EQ(Delivered("action_play", "1"),
+            R"({"action":"action_play","listenerId":"action_play","param":"1"})");
+  EXPECT_EQ(platform().LogWith(": map::at").size(), 3U);
+}
+
+TEST_F(DeliveryTest, RefusesWhatThePageDidNotRegister) {
+  const InstanceHandle page = runtime->NewPage();
+  runtime->Call(page, kListen);
+  platform().TakeSent();
+  const struct {
+    const char* actions;
+    const char* command;
+    bool posted;
+  } kRows[] = {{nullptr, "ACTION_PLAY", false},
+               {R"("ACTION_PLAY","ACTION_PLAY")", "ACTION_PLAY", true},
+               {R"("ACTION_PLAY")", "action_play", false},
+               {R"("ACTION_PAUSE")", "ACTION_PLAY", false},
+               {R"("ACTION_PAUSE")", "ACTION_PAUSE", true},
+               {R"("ACTION_PAUSE")", "", false}};
+  for (const auto& row : kRows) {
+    if (row.actions != nullptr) {
+      runtime->Call(page, kSetCallback, R"({"actions":[)" + std::string(row.actions) + "]}");
+    }
+    platform().Deliver(row.command, "1");
+    EXPECT_EQ(runtime->TakePosted(page).size(), row.posted ? 1U : 0U) << row.command;
+    EXPECT_EQ(platform().TakeSent(), row.posted ? Texts{} : Texts{"result|not_support"}) << row.command;
+  }
+}
+
+TEST_F(DeliveryTest, AnswersUnderTheWordOfTheAction) {
+  const InstanceHandle page = runtime->NewPage();
+  const struct {
+    const char* action;
+    const char* response;
+    const char* sent;
+  } kRows[] = {{"ACTION_REQUEST_APP_CONTEXT", "List", "appContext|List"},
+               {"ACTION_PLAY", "success", "result|success"},
+               {"ACTION_REQUEST_CONTENT_CONTEXT", "[]", "result|[]"},
+               {"ACTION_UNKNOWN", "", "result|"},
+               {"", "x", "result|x"}};
+  for (const auto& row : kRows) {
+    EXPECT_EQ(Respond(page, row.action, row.response), kSuccess);
+    EXPECT_THAT(platform().TakeSent(), ElementsAre(row.sent));
+  }
+  EXPECT_EQ(platform().LogWith(": map::at").size(), 2U);
+}
+
+TEST_F(DeliveryTest, AMessageWithoutCommandOrDataIsDroppedAfterItsLine) {
+  const InstanceHandle page = runtime->NewListeningPage(R"("ACTION_PLAY")");
+  platform().TakeSent();
+  const struct {
+    fake::Entries entries;
+    const char* line;
+  } kRows[] = {{{}, "Fail to get command from Message"},
+               {{{"strData", "x"}}, "Fail to get command from Message"},
+               {{{"command", "ACTION_PLAY"}}, "Fail to get data from Message"}};
+  for (const auto& row : kRows) {
+    platform().log.clear();
+    platform().Deliver(row.entries);
+    EXPECT_EQ(platform().log.size(), 1U);
+    EXPECT_THAT(platform().LogWith("Fail to get"), ElementsAre(EndsWith(row.line)));
+  }
+  EXPECT_THAT(platform().TakeSent(), ElementsAre());
+  platform().Deliver({{"strData", "1"}, {"extra", "x"}, {"command", "ACTION_PLAY"}});
+  EXPECT_EQ(runtime->TakePosted(page).size(), 1U);
+}
+
+}  // namespace

@@ -1,0 +1,130 @@
+// The end of pages and of the library, in every order and from within every call. What is left behind or used
+// after its end shows under AddressSanitizer, and in what stays open.
+#include <algorithm>
+#include <array>
+
+#include "library_fixture.h"
+
+namespace {
+
+constexpr const char* kActions = R"("ACTION_PLAY","ACTION_SEARCH")";
+
+void ExpectNothingLeft(const std::string& context) {
+  fake::Platform& platform = fake::Platform::Get();
+  EXPECT_TRUE(platform.ports.empty()) << context;
+  EXPECT_TRUE(platform.events.empty()) << context;
+  // What comes late finds nobody.
+  EXPECT_FALSE(platform.Deliver("ACTION_PLAY", "")) << context;
+  EXPECT_EQ(platform.PublishStart(), 0) << context;
+}
+
+void ExpectLeaveTakenOnce(const std::string& context) {
+  const Texts sent = fake::Platform::Get().TakeSent();
+  const auto count = [&](const char* text) { return std::count(sent.begin(), sent.end(), text); };
+  EXPECT_EQ(count("register|com.example.cinema"), count("unregister|com.example.cinema")) << context;
+}
+
+// Two pages of which none, one or both listen, and the shutdown: they end in each order.
+TEST(Destruction, TwoPagesAndTheShutdownEndInAnyOrder) {
+  for (int listening = 0; listening < 4; ++listening) {
+    std::array<int, 3> order = {0, 1, 2};
+    do {
+      const std::string context = "listening " + std::to_string(listening) + ", order " +
+                                  std::to_string(order[0]) + std::to_string(order[1]) +
+                                  std::to_string(order[2]);
+      fake::Platform::Reset();
+      {
+        fake::Runtime runtime;
+        const InstanceHandle pages[] = {runtime.NewPage(), runtime.NewPage()};
+        for (int i = 0; i < 2; ++i) {
+          if ((listening >> i & 1) != 0) runtime.Call(pages[i], kListen);
+        }
+        for (const int step : order) {
+          fake::Platform::Get().Deliver("ACTION_PLAY", "");
+          step == 2 ? runtime.Shutdown() : runtime.DestroyPage(pages[step]);
+          fake::Platform::Get().PublishStart();
+        }
+        ExpectNothingLeft(context);
+      }
+      ExpectLeaveTakenOnce(context);
+    } while (std::next_permutation(order.begin(), order.end()));
+  }
+}
+
+// Everything that a page does; `runtime` may end it at any time.
+void UsePage(fake::Runtime& runtime, InstanceHandle page) {
+  fake::Platform& platform = fake::Platform::Get();
+  runtime.Call(page, kCheckPrivileges);
+  runtime.Call(page, kListen);
+  runtime.Call(page, kSetCallback, R"({"actions":[)" + std::string(kActions) + "]}");
+  for (const char* action : {"ACTION_PLAY", "ACTION_SEARCH", "ACTION_STOP"}) {
+    platform.Deliver(action, fake::Encode({{"title", "a"}}));
+    const std::string answer(action == std::string("ACTION_PLAY") ? 40'000 : 7, 'x');
+    runtime.Call(page, kResponse,
+                 R"({"action":")" + std::string(action) + R"(","response":")" + answer + R"("})");
+  }
+  platform.PublishStart();
+  runtime.DestroyPage(page);
+}
+
+void ExpectTheNextPageToWork(fake::Runtime& runtime, const std::string& context) {
+  fake::Platform& platform = fake::Platform::Get();
+  const InstanceHandle page = runtime.NewListeningPage(kActions);
+  EXPECT_TRUE(platform.Deliver("ACTION_PLAY", "1")) << context;
+  EXPECT_EQ(runtime.TakePosted(page).size(), 1U) << context;
+  runtime.DestroyPage(page);
+  ExpectNothingLeft(context);
+}
+
+// A platform that runs its main loop within a call may end the page there.
+TEST(Destruction, APageEndsWithinAnyCallOfThePlatform) {
+  fake::Platform::Reset();
+  int total = 0;
+  {
+    fake::Runtime runtime;
+    fake::Platform::Get().on_call = [&] { ++total; };
+    UsePage(runtime, runtime.NewPage());
+  }
+  ASSERT_GT(total, 20);
+  for (int nth = 1; nth <= total; ++nth) {
+    fake::Platform::Reset();
+    fake::Runtime runtime;
+    const InstanceHandle page = runtime.NewPage();
+    int left = nth;
+    fake::Platform::Get().on_call = [&] {
+      if (--left == 0) runtime.DestroyPage(page);
+    };
+    UsePage(runtime, page);
+    const std::string context = "within call " + std::to_string(nth);
+    EXPECT_LE(left, 0) << context;
+    ExpectTheNextPageToWork(runtime, context);
+  }
+}
+
+TEST(Destruction, APageEndsWithinThePostingOfACommand) {
+  using End = void (*)(fake::Runtime & runtime, InstanceHandle page, InstanceHandle other);
+  const End kEnds[] = {
+      [](fake::Runtime& runtime, InstanceHandle page, InstanceHandle) { runtime.DestroyPage(page); },
+      [](fake::Runtime& runtime, InstanceHandle, InstanceHandle other) { runtime.DestroyPage(other); },
+      [](fake::Runtime& runtime, InstanceHandle page, InstanceHandle other) {
+        runtime.DestroyPage(other);
+        runtime.DestroyPage(page);
+        runtime.NewListeningPage(kActions);
+      },
+      [](fake::Runtime& runtime, InstanceHandle, InstanceHandle) { runtime.Shutdown(); },
+  };
+  for (const End end : kEnds) {
+    fake::Platform::Reset();
+    fake::Runtime runtime;
+    const InstanceHandle other = runtime.NewListeningPage(kActions);
+    const InstanceHandle page = runtime.NewListeningPage(kActions);
+    runtime.on_post = [&](InstanceHandle) { end(runtime, page, other); };
+    EXPECT_TRUE(fake::Platform::Get().Deliver("ACTION_SEARCH", fake::Encode({{"title", "a"}})));
+    runtime.on_post = nullptr;
+    EXPECT_EQ(runtime.TakePosted(page).size(), 1U);
+    fake::Platform::Get().Deliver("ACTION_PLAY", "");
+    fake::Platform::Get().PublishStart();
+  }
+}
+
+}  // namespace

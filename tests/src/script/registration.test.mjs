@@ -1,0 +1,128 @@
+// Registering callbacks, listening, the version: which native calls each makes, in which order the arguments are
+// refused, and what stays registered after a failure.
+import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+import { checkTable, startBrowser } from '../../../testing/browser.mjs';
+
+let browser, page;
+before(async () => {
+  browser = await startBrowser();
+  page = await browser.open('');
+  await page.evaluate(() => {
+    const { api, calls, listeners, outcome } = window.voice;
+    const names = () => calls.map(([name]) => name.slice('VoiceInteractionHandler_'.length)).join();
+    window.f = () => undefined;
+    /** The actions that setCallback tells the native side of, without the built-in ones that end the list. */
+    window.sent = (callbacks) => {
+      api.setCallback(callbacks);
+      const list = calls.at(-1)[1].actions.join();
+      return list.replace(/,?ACTION_REQUEST_CONTENT_CONTEXT,ACTION_ITEM_SELECTION$/, '…');
+    };
+    window.cycle = { onplay: window.f };
+    window.cycle.self = window.cycle;
+    /** What a refused setCallback leaves of a registration for "onpause": how many listen, and its error. */
+    window.refused = (callbacks) => {
+      api.setCallback({ onpause: window.f });
+      calls.length = 0;
+      const failure = outcome(() => api.setCallback(callbacks));
+      if (names() !== 'checkPrivileges') return `it called ${names()}`;
+      return `${listeners.size} ${failure.replace('TypeMismatchError: callback is ', '')}`;
+    };
+    /** What comes of `action` while a native call fails, and which calls it made. */
+    window.failing = (name, action) => {
+      window.voice.failing = { [`VoiceInteractionHandler_${name}`]: 'failed' };
+      calls.length = 0;
+      const result = outcome(action);
+      window.voice.failing = {};
+      return [result, names()];
+    };
+    window.unprivileged = (method) => window.failing('checkPrivileges', () => api[method]()).join();
+  });
+});
+after(() => browser.close());
+
+test('enumerations and internals stay inside', () =>
+  checkTable(
+    page,
+    `Object.keys(api) → []
+    [api.VoiceNavigation, window.VoiceNavigation, window._callback] → [undefined, undefined, undefined]
+    voice.channel → 'the channel'`
+  ));
+
+test('the list of actions is in table order and ends with the built-in ones', () =>
+  checkTable(
+    page,
+    `sent({ foo: f }) → '…'
+    sent({ onremovalfromlist: f, onplay: f }) → 'ACTION_PLAY,ACTION_REMOVAL_FROM_LIST…'
+    sent({ onrequestcontentcontext: f, onplay: f }) → 'ACTION_PLAY…'
+    sent(Object.create({ onplay: f })) → '…'
+    sent(Object.assign(Object.create(null), { onplay: f })) → 'ACTION_PLAY…'
+    sent({ hasOwnProperty: 1, onstop: f }) → 'ACTION_STOP…'
+    sent(cycle) → 'ACTION_PLAY…'
+    sent({ onplay: f, toJSON() { throw 1; } }) → 'ACTION_PLAY…'
+    (sent({ onplay: f }), sent({ onstop: f }), [...listeners.keys()][0] + listeners.size) → 'ACTION_STOP3'`
+  ));
+
+test('every property registers its own action', async () => {
+  const pairs =
+    `onupdatestate REQUEST_APP_CONTEXT onnavigation NAVIGATION onsearch SEARCH onplay PLAY onstop STOP
+    onpause PAUSE onexit EXIT onselection SELECTION ontitleselection TITLE_SELECTION oncustom CUSTOM
+    onfastforward FAST_FORWARD onrewind REWIND ondefaultsearch DEFAULT_SEARCH
+    onsearchcollection SEARCH_COLLECTION onchangeappstate CHANGE_APP_STATE
+    onchangeprevioustrack MEDIA_TRACK_PREVIOUS onchangenexttrack MEDIA_TRACK_NEXT onrestart MEDIA_RESTART
+    onskipbackward MEDIA_SKIP_BACKWARD onskipforward MEDIA_SKIP_FORWARD
+    onsetplayposition MEDIA_SET_PLAY_POSITION onchangesubtitlemode MEDIA_SET_SUBTITLE
+    onchangeshufflemode MEDIA_SET_SHUFFLE onchangescreenfitmode MEDIA_SET_SCREEN_FIT onzoom MEDIA_SET_ZOOM
+    onrotate MEDIA_SET_ROTATE onchange360mode MEDIA_SET_360_MODE onchangerepeatmode MEDIA_SET_REPEAT
+    oncontinuewatching MEDIA_CONTINUE_WATCHING onrequestcontentcontext REQUEST_CONTENT_CONTEXT
+    onadditiontolist ADDITION_TO_LIST onremovalfromlist REMOVAL_FROM_LIST`.match(/(\w+)\s+(\w+)/g);
+  const rows = pairs.map((pair) => pair.split(/\s+/)).map(([property, name]) => [property, `ACTION_${name}`]);
+  const answered = await page.evaluate((rows) => {
+    const callbacks = Object.fromEntries(rows.map(([property]) => [property, () => property]).reverse());
+    window.voice.api.setCallback(callbacks);
+    const actions = window.voice.calls.at(-1)[1].actions;
+    return actions.map((action) => [window.voice.deliver(action, '', action), action]);
+  }, rows);
+  assert.deepEqual(answered, [...rows, ['not_support', 'ACTION_ITEM_SELECTION']]);
+});
+
+test('a refused argument changes nothing, a refused property leaves nothing registered', () =>
+  checkTable(
+    page,
+    `[undefined, null, document.all].map(refused) → Array(3).fill('3 not passed')
+    [5, f].map(refused) → ['3 not object', '3 not object']
+    [{}, []].map(refused) → ['3 empty object', '3 empty object']
+    [{ onplay: 5 }, { onplay: {} }].map(refused) → Array(2).fill('0 not function type')
+    [{ onplay: null }, { onplay: undefined }].map(refused) → ['0 not defined', '0 not defined']
+    refused({ onstop: f, onplay: f, onzoom: undefined }) → '0 not defined'
+    refused({ onremovalfromlist: 1, onplay: null }) → '0 not defined'
+    peek('appActionArray') → []
+    (peek('_callback')({ action: 'ACTION_ITEM_SELECTION', param: '{}' }), calls.at(-1)[1].response) → 'not_support'`
+  ));
+
+test('a failed native call is thrown as it is', () =>
+  checkTable(
+    page,
+    `['listen', 'setCallback', 'getVersion'].map(unprivileged) → Array(3).fill('SecurityError: failed,checkPrivileges')
+    unprivileged('getDataFromSearchTerm') → 'SecurityError: failed,checkPrivileges'
+    unprivileged('buildCollectionDeeplinkData') → 'SecurityError: failed,checkPrivileges'
+    unprivileged('buildCollectionShowData') → 'SecurityError: failed,checkPrivileges'
+    failing('checkPrivileges', () => api.buildVoiceInteractionContentContextResponse([])) → ['[]', '']
+    failing('checkPrivileges', () => api.buildVoiceInteractionContentContextItem(1, 2, 't', [], true).title) → ['t', '']
+    failing('listen', () => api.listen()) → ['SecurityError: failed', 'checkPrivileges,listen']
+    failing('getVersion', () => api.getVersion()) → ['SecurityError: failed', 'checkPrivileges,getVersion']
+    failing('setCallback', () => api.setCallback({ onplay: f })) → ['SecurityError: failed', 'checkPrivileges,setCallback']
+    listeners.size → 3
+    [api.getVersion(), api.listen(), calls.at(-1)] → ['1.0.8', undefined, ['VoiceInteractionHandler_listen', {}]]`
+  ));
+
+test('registering writes its steps to the log', () =>
+  checkTable(
+    page,
+    `logged(() => api.setCallback({ onremovalfromlist: f })).slice(0, 2) → ['setCallback : {}', 'Clear Callbacks']
+    logs.filter((line) => line.startsWith('Register Callback for ')).length → 32
+    logs.slice(33, 35) → ['Register Callback for ACTION_REMOVAL_FROM_LIST', 'Register User function']
+    logs.slice(35) → ['Register Content Context function', 'Register Move Focus function']
+    logged(() => api.setCallback({ onrequestcontentcontext: f })).at(-2) → 'This app has own content context handler!'
+    logged(() => api.getVersion()) → ['getVersion : {"status":"success","result":"1.0.8"}']`
+  ));
