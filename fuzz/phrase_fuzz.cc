@@ -26,11 +26,12 @@ void Say(const std::string& text) {
 }
 
 void Type(const std::string& text) {
-  const Command command = ParseRawCommand(text);
-  Require(text.compare(0, command.action.size(), command.action) == 0, "the action stands in front");
-  RequireEntries(command);
-  DescribeData(command);
-  UnknownActionWarning(command);
+  const auto command = ParseRawCommand(text);
+  if (!command) return Require(!command.error().message.empty(), "an error has a sentence");
+  Require(text.compare(0, command->action.size(), command->action) == 0, "the action comes first");
+  RequireEntries(*command);
+  DescribeData(*command);
+  UnknownActionWarning(*command);
 }
 
 void ShowItems(const std::string& text) {

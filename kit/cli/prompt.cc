@@ -59,13 +59,12 @@ void Console::Handle(const std::string& line) {
     return (this->*row.run)(blank == std::string::npos ? "" : text.substr(blank + 1));
   }
   if (!IsRawCommand(text)) return SayPhrase(text);
-  std::string problem;
-  const Command command = ParseRawCommand(text, &problem);
-  if (!problem.empty()) return lines_.Show(problem);
-  const std::string warning = UnknownActionWarning(command);
+  const auto command = ParseRawCommand(text);
+  if (!command) return lines_.Show(command.error().message);
+  const std::string warning = UnknownActionWarning(*command);
   if (!warning.empty()) lines_.Show(warning);
   exceptions_ = conversation_.exceptions().size();
-  ShowTurn(conversation_.Send(command, text));
+  ShowTurn(conversation_.Send(*command, text));
 }
 
 void Console::ShowTurn(const Turn& turn) {

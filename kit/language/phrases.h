@@ -17,7 +17,7 @@ namespace corvis::kit {
 // any words as they are said, without quotation marks around them.
 //
 // The data is sent with {slot} filled in. For an action that takes a bundle it is a list of key={slot} pairs;
-// "{terms}" stands for the search terms found in the words, "{phrase}" for the whole phrase.
+// "{terms}" is filled with the search terms found in the words.
 struct PhraseRow {
   const char* pattern;
   const char* action;
@@ -26,8 +26,8 @@ struct PhraseRow {
 
 const std::vector<PhraseRow>& PhraseTable();
 
-// The command that a phrase becomes; nothing when no row fits. Case, punctuation at the end, extra blanks and
-// a "please" before or behind don't count. Earlier rows win.
+// The command that a phrase becomes; nothing when no row fits. Case, punctuation at the end, extra spaces and
+// a "please" at either end don't count. Earlier rows win.
 std::optional<Command> CommandOf(std::string_view phrase);
 
 // The title in "select {title}", which becomes a command only with the items that are on the screen; nothing

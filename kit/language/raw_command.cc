@@ -13,9 +13,10 @@ namespace {
 
 constexpr std::string_view kActionPrefix = "ACTION_";
 
-enum class Reading { kDone, kIsText, kIsWrong };
+// Whether data is what a reader looks for; data that isn't is a plain text.
+using Readable = Result<bool>;
 
-// Takes a text from behind its first quotation mark. False when it does not end.
+// Takes a text after its opening quotation mark. False when the closing one is missing.
 bool TakeQuoted(std::string_view& rest, std::string& value) {
   while (!rest.empty()) {
     char c = rest.front();
@@ -33,66 +34,64 @@ bool TakeQuoted(std::string_view& rest, std::string& value) {
 // Reads key=value pairs, from the front to the end.
 class PairReader {
  public:
-  PairReader(std::string_view data, std::string& problem) : rest_(data), problem_(problem) {}
+  explicit PairReader(std::string_view data) : rest_(data) {}
 
-  Reading ReadAll(Entries& entries) {
-    Reading reading = rest_.empty() ? Reading::kIsText : Reading::kDone;
-    while (reading == Reading::kDone && !rest_.empty()) reading = ReadPair(entries);
-    return reading;
+  Readable ReadAll(Entries& entries) {
+    Readable are_pairs = !rest_.empty();
+    while (are_pairs && *are_pairs && !rest_.empty()) are_pairs = ReadPair(entries);
+    return are_pairs;
   }
 
  private:
-  Reading ReadPair(Entries& entries) {
+  Readable ReadPair(Entries& entries) {
     // A key with a NUL would end there in the bundle.
     const size_t end = rest_.find_first_of(std::string_view("= \"\0", 4));
-    if (end == 0 || end == std::string_view::npos || rest_[end] != '=') return Reading::kIsText;
+    if (end == 0 || end == std::string_view::npos || rest_[end] != '=') return false;
     const std::string key(rest_.substr(0, end));
     rest_.remove_prefix(end + 1);
     std::string value;
-    const Reading reading = ReadValue(key, value);
-    if (reading != Reading::kDone) return reading;
-    if (!keys_.insert(key).second) return Fail("The key " + key + " stands there twice");
+    const Readable is_value = ReadValue(key, value);
+    if (!is_value || !*is_value) return is_value;
+    if (!keys_.insert(key).second) return FailToRead("Duplicate key " + key);
     entries.emplace_back(key, value);
     rest_.remove_prefix(std::min(rest_.find_first_not_of(' '), rest_.size()));
-    return Reading::kDone;
+    return true;
   }
 
-  Reading ReadValue(const std::string& key, std::string& value) {
+  Readable ReadValue(const std::string& key, std::string& value) {
     if (rest_.empty() || rest_.front() != '"') {
       value = rest_.substr(0, rest_.find(' '));
       rest_.remove_prefix(value.size());
-      return Reading::kDone;
+      return true;
     }
     rest_.remove_prefix(1);
-    if (!TakeQuoted(rest_, value)) return Fail("The closing quotation mark of " + key + " is missing");
-    return rest_.empty() || rest_.front() == ' ' ? Reading::kDone : Reading::kIsText;
+    if (!TakeQuoted(rest_, value)) return FailToRead("Missing closing quotation mark of " + key);
+    return rest_.empty() || rest_.front() == ' ';
   }
 
-  Reading Fail(const std::string& what) {
-    problem_ = what + "; put all of the data in quotation marks to send it as a text.";
-    return Reading::kIsWrong;
+  static tl::unexpected<Error> FailToRead(const std::string& what) {
+    return Fail(what + ". To send all of the data as one text, put it in quotation marks.");
   }
 
   std::string_view rest_;
-  std::string& problem_;
   std::set<std::string> keys_;
 };
 
 // The data of an action that takes a bundle.
-void ReadBundleData(Command& command, std::string& problem) {
+Status ReadBundleData(Command& command) {
   std::string_view rest = command.text;
-  std::string quoted;
   if (!rest.empty() && rest.front() == '"') {
+    std::string quoted;
     rest.remove_prefix(1);
-    if (!TakeQuoted(rest, quoted)) {
-      problem = "The closing quotation mark is missing.";
-    } else if (rest.empty()) {
-      command.text = quoted;
-    }
-    return;
+    if (!TakeQuoted(rest, quoted)) return Fail("Missing closing quotation mark.");
+    if (rest.empty()) command.text = quoted;
+    return {};
   }
-  command.is_bundle = PairReader(rest, problem).ReadAll(command.entries) == Reading::kDone;
+  const Readable are_pairs = PairReader(rest).ReadAll(command.entries);
+  if (!are_pairs) return Fail(are_pairs.error());
+  command.is_bundle = *are_pairs;
   if (!command.is_bundle) command.entries.clear();
+  return {};
 }
 
 std::string_view WithoutPrefix(std::string_view name) {
@@ -105,27 +104,25 @@ bool IsRawCommand(std::string_view line) {
   return line.substr(0, kActionPrefix.size()) == kActionPrefix;
 }
 
-Command ParseRawCommand(std::string_view line, std::string* problem) {
-  const size_t blank = line.find(' ');
+Result<Command> ParseRawCommand(std::string_view line) {
+  const size_t space = line.find(' ');
   Command command;
-  command.action = line.substr(0, blank);
-  command.text = blank == std::string_view::npos ? "" : line.substr(blank + 1);
+  command.action = line.substr(0, space);
+  command.text = space == std::string_view::npos ? "" : line.substr(space + 1);
   const ActionInfo* action = FindAction(command.action);
-  std::string ignored;
-  if (action != nullptr && action->takes_bundle) {
-    ReadBundleData(command, problem == nullptr ? ignored : *problem);
-  }
+  if (action == nullptr || !action->takes_bundle) return command;
+  const Status read = ReadBundleData(command);
+  if (!read) return Fail(read.error());
   return command;
 }
 
 std::string UnknownActionWarning(const Command& command) {
   if (FindAction(command.action) != nullptr) return "";
-  return "There is no action " + command.action + "; it is sent all the same." +
-         DidYouMeanAction(command.action);
+  return "Unknown action " + command.action + ". It is sent anyway." + DidYouMeanAction(command.action);
 }
 
 std::string DidYouMeanAction(const std::string& action) {
-  // The prefix that all have would make them all look alike.
+  // The common prefix would make any two names look alike.
   std::string word(WithoutPrefix(action));
   std::transform(word.begin(), word.end(), word.begin(),
                  [](unsigned char c) { return static_cast<char>(std::toupper(c)); });

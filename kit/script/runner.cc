@@ -273,7 +273,7 @@ void ScriptRunner::Say(StepResult& result) {
   const auto timeout = conversation_.timeout();
   if (is_silence_expected && next_->duration.count() > 0) conversation_.set_timeout(next_->duration);
   turn_ = step.kind == StepKind::kSay ? conversation_.Say(step.text)
-                                      : conversation_.Send(ParseRawCommand(step.text), step.text);
+                                      : conversation_.Send(ParseRawCommand(step.text).value(), step.text);
   conversation_.set_timeout(timeout);
   result.turn = &turn_;
   if (!turn_.outcome.is_answered && !is_silence_expected) Finish(result, turn_.outcome.problem);

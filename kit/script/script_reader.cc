@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cctype>
 
-#include "language/suggestions.h"
 #include "language/phrases.h"
 #include "language/raw_command.h"
+#include "language/suggestions.h"
 #include "script/line_reader.h"
 
 namespace corvis::kit {
@@ -87,12 +87,11 @@ void CheckAction(LineReader& line, const LineReader& at, const std::string& acti
 void ReadSend(LineReader& line, Step& step) {
   const LineReader before = line;
   step.text = line.is_at_end() ? "" : line.Rest("an action");
-  std::string problem;
-  CheckAction(line, before, ParseRawCommand(step.text, &problem).action);
-  if (line.has_failed() || problem.empty()) return;
+  const auto command = ParseRawCommand(step.text);
+  if (command) return CheckAction(line, before, command->action);
   line = before;
   line.Word();
-  line.Fail(problem);
+  line.Fail(command.error().message);
 }
 
 // What is expected of the application afterwards: nothing said, it listens again.

@@ -31,24 +31,22 @@ TEST(RawCommand, OnlyPairsOfBundleActionsAreABundle) {
       {"ACTION_ITEM_SELECTION {\"id\":\"a=b\"}", "{\"id\":\"a=b\"}", {}},
   };
   for (const Row& row : rows) {
-    std::string problem;
-    const Command command = ParseRawCommand(row.line, &problem);
-    EXPECT_EQ(command.entries, row.entries) << row.line;
-    EXPECT_EQ(command.is_bundle, !row.entries.empty()) << row.line;
-    EXPECT_EQ(command.is_bundle ? "" : command.text, row.text) << row.line;
-    EXPECT_EQ(problem, "") << row.line;
+    const auto command = ParseRawCommand(row.line);
+    ASSERT_TRUE(command) << row.line;
+    EXPECT_EQ(command->entries, row.entries) << row.line;
+    EXPECT_EQ(command->is_bundle, !row.entries.empty()) << row.line;
+    EXPECT_EQ(command->is_bundle ? "" : command->text, row.text) << row.line;
   }
 }
 
-TEST(RawCommand, SaysWhatIsWrongWithPairs) {
-  for (const auto& [line, sentence] :
-       {std::pair("ACTION_CUSTOM a=1 b=2 a=3", "The key a stands there twice"),
-        std::pair("ACTION_CUSTOM a=\"b c", "closing quotation mark of a is missing"),
-        std::pair("ACTION_CUSTOM \"a=b\\\"", "closing quotation mark is missing")}) {
-    std::string problem;
-    const Command command = ParseRawCommand(line, &problem);
-    EXPECT_THAT(problem, HasSubstr(sentence));
-    EXPECT_FALSE(command.is_bundle);
+TEST(RawCommand, PairsThatCannotBeReadAreAnError) {
+  for (const auto& [line, message] :
+       {std::pair("ACTION_CUSTOM a=1 b=2 a=3", "Duplicate key a."),
+        std::pair("ACTION_CUSTOM a=\"b c", "Missing closing quotation mark of a."),
+        std::pair("ACTION_CUSTOM \"a=b\\\"", "Missing closing quotation mark.")}) {
+    const auto command = ParseRawCommand(line);
+    ASSERT_FALSE(command) << line;
+    EXPECT_THAT(command.error().message, HasSubstr(message));
   }
 }
 
@@ -58,10 +56,10 @@ TEST(RawCommand, SuggestsActionsByTheirOwnLetters) {
        {std::pair("ACTION_FOO", ""), std::pair("ACTION_PUASE", " Did you mean \"ACTION_PAUSE\"?"),
         std::pair("ACTION_Play", " Did you mean \"ACTION_PLAY\"?"), std::pair("ACTION_", ""),
         std::pair("ACTION_MEDIA_SET_SUBTITLES", " Did you mean \"ACTION_MEDIA_SET_SUBTITLE\"?")}) {
-    EXPECT_EQ(UnknownActionWarning(ParseRawCommand(name)),
-              "There is no action " + std::string(name) + "; it is sent all the same." + suggestion);
+    EXPECT_EQ(UnknownActionWarning(*ParseRawCommand(name)),
+              "Unknown action " + std::string(name) + ". It is sent anyway." + suggestion);
   }
-  EXPECT_EQ(UnknownActionWarning(ParseRawCommand("ACTION_PLAY x")), "");
+  EXPECT_EQ(UnknownActionWarning(*ParseRawCommand("ACTION_PLAY x")), "");
 }
 
 }  // namespace

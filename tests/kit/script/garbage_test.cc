@@ -38,7 +38,7 @@ TEST(Garbage, IsReadInProportionateTime) {
       TitleToSelect(phrase);
     }
     for (const char* start : {"ACTION_CUSTOM ", "ACTION_CUSTOM \"", "ACTION_", "ACTION_SEARCH a=\""}) {
-      UnknownActionWarning(ParseRawCommand(start + text));
+      if (const auto command = ParseRawCommand(start + text)) UnknownActionWarning(*command);
     }
     for (const char* start : {"", "say ", "say \"", "send ", "send ACTION_CUSTOM ", "inject ", "inject a=\"",
                               "say pause\nexpect json ", "say pause\nexpect matches /",

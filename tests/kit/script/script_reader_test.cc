@@ -87,7 +87,7 @@ TEST(VoiceScript, Errors) {
        "1:5: Nothing is known for \"serch for The Sea\". Did you mean \"search for The Sea\"?"},
       {"send ACTION_PUASE", "1:6: There is no action ACTION_PUASE. Did you mean \"ACTION_PAUSE\"?"},
       {"send", "1:5: Here stands an action, such as ACTION_PLAY."},
-      {"send ACTION_CUSTOM \"a", "1:20: The closing quotation mark is missing."},
+      {"send ACTION_CUSTOM \"a", "1:20: Missing closing quotation mark."},
       {"inject a=b a=c", "1:12: The key a stands here twice."},
       {"inject a", "1:8: Here stands key=\"value\"."},
       {"inject", "1:7: Here stands key=\"value\"."},
