@@ -5,7 +5,7 @@
 
 #include "app/json_text.h"
 #include "lint/lint.h"
-#include "app/output_file.h"
+#include "output/output_file.h"
 
 namespace corvis::kit {
 
@@ -34,7 +34,10 @@ int ShowItems(Conversation& conversation, const Options& options) {
   }
   if (items && !options.png_file.empty()) {
     const std::string picture = conversation.PictureOf(*items, problem);
-    if (problem.empty()) problem = WriteOutputFile(options.png_file, picture);
+    if (problem.empty()) {
+      const Status written = WriteOutputFile(options.png_file, picture);
+      if (!written) problem = written.error().message;
+    }
   }
   if (problem.empty()) return kExitOk;
   std::fprintf(stderr, "corvis-voice: %s\n", problem.c_str());

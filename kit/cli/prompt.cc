@@ -4,12 +4,12 @@
 #include <sstream>
 #include <utility>
 
-#include "language/suggestions.h"
 #include "language/phrase_pattern.h"
 #include "language/phrases.h"
 #include "language/raw_command.h"
+#include "language/suggestions.h"
+#include "output/output_file.h"
 #include "report/table.h"
-#include "app/output_file.h"
 
 namespace corvis::kit {
 
@@ -153,7 +153,9 @@ void Console::Items(const std::string& argument) {
 void Console::SavePicture(const std::string& file) {
   std::string problem;
   const std::string picture = conversation_.PictureOf(*items_, problem);
-  if (problem.empty()) problem = WriteOutputFile(file, picture);
+  if (problem.empty()) {
+    if (const Status written = WriteOutputFile(file, picture); !written) problem = written.error().message;
+  }
   lines_.Show(problem.empty() ? "The picture is in " + file + "." : problem);
 }
 

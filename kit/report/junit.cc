@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-#include "app/output_file.h"
+#include "output/output_file.h"
 
 namespace corvis::kit {
 
@@ -139,8 +139,8 @@ std::string JUnitReporter::Xml() const {
 }
 
 void JUnitReporter::OnEnd(const RunTotals& /*totals*/, int /*status*/) {
-  const std::string problem = WriteOutputFile(file_, Xml());
-  if (!problem.empty()) std::fprintf(stderr, "corvis-voice: %s\n", problem.c_str());
+  const Status written = WriteOutputFile(file_, Xml());
+  if (!written) std::fprintf(stderr, "corvis-voice: %s\n", written.error().message.c_str());
 }
 
 }  // namespace corvis::kit

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "app/output_file.h"
+#include "output/output_file.h"
 
 namespace corvis::kit {
 
@@ -30,7 +30,9 @@ std::string SaveScreenshot(Conversation& conversation, const std::string& folder
   const std::string name =
       fs::path(script.file).stem().string() + "-" + std::to_string(step.place.line) + ".png";
   std::string file = fs::path(folder) / name;
-  if (!picture.empty()) problem = WriteOutputFile(file, picture);
+  if (!picture.empty()) {
+    if (const Status written = WriteOutputFile(file, picture); !written) problem = written.error().message;
+  }
   if (problem.empty()) return file;
   std::fprintf(stderr, "corvis-voice: There is no picture of the failure: %s\n", problem.c_str());
   return "";

@@ -1,0 +1,63 @@
+// By C streams, whose every result is looked at.
+#include "output/output_file.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+namespace corvis::kit {
+
+void OutputFile::Closer::operator()(std::FILE* stream) const {
+  if (stream != stdout) std::fclose(stream);
+}
+
+OutputFile OutputFile::Standard() {
+  OutputFile file("");
+  file.stream_.reset(stdout);
+  return file;
+}
+
+void OutputFile::Open() {
+  const std::filesystem::path folder = std::filesystem::path(name_).parent_path();
+  // A folder that can't be made is a file that can't be opened.
+  std::error_code ignored;
+  if (!folder.empty()) std::filesystem::create_directories(folder, ignored);
+  stream_.reset(std::fopen(name_.c_str(), "wbe"));
+  Note(stream_ != nullptr);
+}
+
+void OutputFile::Note(bool is_ok) {
+  if (is_ok || !status_) return;
+  const std::string what = name_.empty() ? "Standard output" : "The file " + name_;
+  status_ = Fail(what + " can't be written: " + std::strerror(errno) + ".");
+}
+
+void OutputFile::Write(std::string_view text) {
+  if (stream_ == nullptr && status_) Open();
+  if (!status_) return;
+  Note(std::fwrite(text.data(), 1, text.size(), stream_.get()) == text.size() &&
+       std::fflush(stream_.get()) == 0);
+}
+
+Status OutputFile::Finish() {
+  if (stream_.get() == stdout) {
+    Note(std::fflush(stdout) == 0);
+  } else if (stream_ != nullptr) {
+    Note(std::fclose(stream_.release()) == 0);
+  }
+  return status_;
+}
+
+bool OutputFile::IsTerminal() const {
+  return stream_ != nullptr && isatty(fileno(stream_.get())) == 1;
+}
+
+Status WriteOutputFile(const std::string& file, std::string_view bytes) {
+  OutputFile output(file);
+  output.Write(bytes);
+  return output.Finish();
+}
+
+}  // namespace corvis::kit
