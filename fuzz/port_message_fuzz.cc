@@ -1,7 +1,5 @@
 // A message that arrives at the port: an encoded bundle that the channel reads and the page is told of.
-#include <memory>
-
-#include "nurvo/bundle.h"
+#include "nurvo_desktop/bundle_ptr.h"
 #include "page.h"
 #include "testing/signed_bundle.h"
 #include "voice-interaction/voice_interaction_channel.h"
@@ -10,8 +8,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FuzzPage& fuzz = TheFuzzPage();
   const std::string text = SignedBundle(data, size);
   const auto* raw = reinterpret_cast<const bundle_raw*>(text.data());
-  const std::unique_ptr<bundle, int (*)(bundle*)> message(bundle_decode(raw, static_cast<int>(text.size())),
-                                                          bundle_free);
+  const nurvo::BundlePtr message(bundle_decode(raw, static_cast<int>(text.size())));
   if (!message) return 0;
   extension::voice_interaction::VoiceInteractionChannel::OnMessageReceived(1, "a", "b", false, message.get(),
                                                                            nullptr);

@@ -3,17 +3,13 @@
 #define CORVIS_TESTING_BUNDLES_H_
 
 #include <cstdlib>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "nurvo/bundle.h"
+#include "nurvo_desktop/bundle_ptr.h"
 
-struct BundleDeleter {
-  void operator()(bundle* b) const { bundle_free(b); }
-};
-using BundlePtr = std::unique_ptr<bundle, BundleDeleter>;
+using nurvo::BundlePtr;
 using Entries = std::vector<std::pair<std::string, std::string>>;
 
 inline BundlePtr MakeBundle(const Entries& entries) {
@@ -34,9 +30,8 @@ inline std::string Encode(const BundlePtr& b) {
   bundle_raw* raw = nullptr;
   int length = 0;
   if (bundle_encode(b.get(), &raw, &length) != 0 || raw[length] != '\0') std::abort();
-  std::string text(reinterpret_cast<char*>(raw), static_cast<size_t>(length));
-  std::free(raw);
-  return text;
+  const nurvo::MallocPtr<bundle_raw> owner(raw);
+  return {reinterpret_cast<char*>(raw), static_cast<size_t>(length)};
 }
 
 #endif  // CORVIS_TESTING_BUNDLES_H_

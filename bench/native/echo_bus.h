@@ -2,14 +2,13 @@
 #ifndef CORVIS_BENCH_ECHO_BUS_H_
 #define CORVIS_BENCH_ECHO_BUS_H_
 
-#include <systemd/sd-bus.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "native/echo.h"
+#include "nurvo_desktop/sd_bus_ptr.h"
 
 namespace bench {
 
@@ -37,7 +36,7 @@ inline void SendEcho(sd_bus* bus, const char* to, unsigned wanted, const std::st
   Checked(sd_bus_message_append(message, "u", wanted), "Filling a message");
   Checked(sd_bus_message_append_array(message, 'y', payload.data(), payload.size()), "Filling a message");
   Checked(sd_bus_send(bus, message, nullptr), "Sending");
-  sd_bus_message_unref(message);
+  const nurvo::MessagePtr owner(message);
 }
 
 // Handles what has come, or waits for something to come.

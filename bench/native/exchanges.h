@@ -2,19 +2,15 @@
 #ifndef CORVIS_BENCH_EXCHANGES_H_
 #define CORVIS_BENCH_EXCHANGES_H_
 
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "native/page_host.h"
-#include "nurvo/bundle.h"
+#include "nurvo_desktop/bundle_ptr.h"
 
 namespace bench {
 
-struct BundleDeleter {
-  void operator()(bundle* b) const { bundle_free(b); }
-};
-using BundlePtr = std::unique_ptr<bundle, BundleDeleter>;
+using nurvo::BundlePtr;
 using Entries = std::vector<std::pair<std::string, std::string>>;
 
 // Ends the program when the bundle can't be made.

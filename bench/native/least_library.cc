@@ -1,12 +1,12 @@
 // The least that a library can do for a command on the same platform: decode the data once, write one JSON
 // text, make one bundle and send it. No registered actions, no limits, no logs.
 #include <cstring>
-#include <memory>
 #include <string>
 #include <utility>
 
 #include "nurvo/extension.h"
 #include "nurvo/message_port.h"
+#include "nurvo_desktop/bundle_ptr.h"
 
 namespace {
 
@@ -15,11 +15,6 @@ constexpr bool kIsBindingOnly = true;
 #else
 constexpr bool kIsBindingOnly = false;
 #endif
-
-struct BundleDeleter {
-  void operator()(bundle* b) const { bundle_free(b); }
-};
-using BundlePtr = std::unique_ptr<bundle, BundleDeleter>;
 
 struct Members {
   bundle* entries;
@@ -40,7 +35,7 @@ void AppendMember(const char* key, int /*type*/, const bundle_keyval_t* /*entry*
 std::string ParameterText(const char* action, const char* data) {
   const bool is_search = std::strcmp(action, "ACTION_SEARCH") == 0;
   if (!is_search && std::strcmp(action, "ACTION_CUSTOM") != 0) return data;
-  const BundlePtr entries(
+  const nurvo::BundlePtr entries(
       bundle_decode(reinterpret_cast<const bundle_raw*>(data), static_cast<int>(std::strlen(data))));
   Members members = {entries.get(), "", is_search};
   bundle_foreach(entries.get(), AppendMember, &members);
@@ -58,7 +53,7 @@ class LeastInstance : public common::ParsedInstance {
                           ReportSuccess(out);
                         });
     RegisterSyncHandler("Response", [this](const picojson::value& args, picojson::object& out) {
-      const BundlePtr answer(bundle_create());
+      const nurvo::BundlePtr answer(bundle_create());
       bundle_add(answer.get(), "command", "result");
       bundle_add(answer.get(), "strData", args.get("response").get<std::string>().c_str());
       bundle_add(answer.get(), "sdkVersion", "1.0.8");

@@ -1,11 +1,10 @@
 // Calls of the control interface over the platform's bus connection.
 #include "app/runtime_control.h"
 
-#include <systemd/sd-bus.h>
-
 #include <utility>
 
 #include "nurvo_desktop/bus.h"
+#include "nurvo_desktop/sd_bus_ptr.h"
 #include "service/main_loop.h"
 
 namespace corvis::kit {
@@ -14,16 +13,6 @@ namespace {
 
 constexpr const char* kPath = "/corvis/tv";
 constexpr const char* kInterface = "corvis.tv.Control";
-
-struct MessageDeleter {
-  void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
-};
-using MessagePtr = std::unique_ptr<sd_bus_message, MessageDeleter>;
-
-struct SlotDeleter {
-  void operator()(sd_bus_slot* slot) const { sd_bus_slot_unref(slot); }
-};
-using SlotPtr = std::unique_ptr<sd_bus_slot, SlotDeleter>;
 
 std::string ReadValue(sd_bus_message* reply) {
   const char* text = nullptr;
@@ -64,7 +53,7 @@ struct RuntimeControl::Pending {
 
 struct RuntimeControl::Console {
   ConsoleSink sink;
-  SlotPtr match;
+  nurvo::SlotPtr match;
 
   static int OnSignal(sd_bus_message* signal, void* data, sd_bus_error* /*error*/) {
     const char* level = nullptr;
@@ -79,7 +68,7 @@ struct RuntimeControl::Console {
 
 struct RuntimeControl::Crashes {
   std::function<void()> sink;
-  SlotPtr match;
+  nurvo::SlotPtr match;
 
   static int OnSignal(sd_bus_message* /*signal*/, void* data, sd_bus_error* /*error*/) {
     static_cast<Crashes*>(data)->sink();
@@ -124,7 +113,7 @@ ControlResult RuntimeControl::Call(const std::string& method, const std::vector<
   const std::string name = app_id_ + ".runtime";
   if (sd_bus_message_new_method_call(bus, &message, name.c_str(), kPath, kInterface, method.c_str()) < 0)
     return failure;
-  const MessagePtr call(message);
+  const nurvo::MessagePtr call(message);
   if (signature == std::string("as")) {
     std::vector<char*> texts;
     texts.reserve(arguments.size() + 1);
@@ -139,7 +128,7 @@ ControlResult RuntimeControl::Call(const std::string& method, const std::vector<
   const auto microseconds = static_cast<uint64_t>(std::chrono::microseconds(timeout_).count());
   if (sd_bus_call_async(bus, &slot, message, Pending::OnReply, &pending, microseconds) < 0) return failure;
   // Ends the call, should it still be under way, before `pending` goes.
-  const SlotPtr owner(slot);
+  const nurvo::SlotPtr owner(slot);
   sd_bus_flush(bus);
   WaitUntil([&pending] { return pending.is_done; }, timeout_);
   if (pending.is_done) return pending.result;

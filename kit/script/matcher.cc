@@ -1,15 +1,13 @@
 // Comparing texts, regular expressions (GLib's) and JSON.
 #include "script/matcher.h"
 
-#include <glib.h>
-
 #include <algorithm>
 #include <chrono>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
 #include "app/json_text.h"
+#include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::kit {
 
@@ -40,35 +38,25 @@ bool IsJsonMatch(const std::string& expected, const std::string& actual, std::st
   return !parsed.is_discarded() && IsSubset(ParseJson(expected, problem), parsed);
 }
 
-struct RegexDeleter {
-  void operator()(GRegex* regex) const { g_regex_unref(regex); }
-};
-using RegexPtr = std::unique_ptr<GRegex, RegexDeleter>;
-
-struct ErrorDeleter {
-  void operator()(GError* error) const { g_error_free(error); }
-};
-using ErrorPtr = std::unique_ptr<GError, ErrorDeleter>;
-
 // Raw: answers are bytes, which need not be UTF-8.
-RegexPtr NewRegex(const std::string& pattern, std::string& problem) {
+nurvo::GRegexPtr NewRegex(const std::string& pattern, std::string& problem) {
   GError* error = nullptr;
-  RegexPtr regex(g_regex_new(pattern.c_str(), G_REGEX_RAW, GRegexMatchFlags(0), &error));
-  const ErrorPtr owned(error);
+  nurvo::GRegexPtr regex(g_regex_new(pattern.c_str(), G_REGEX_RAW, GRegexMatchFlags(0), &error));
+  const nurvo::GErrorPtr owned(error);
   if (owned) problem = std::string("This is no regular expression: ") + owned->message + ".";
   return regex;
 }
 
 // Tries one place of the text after the other, so that the time can be watched in between.
 bool IsRegexMatch(const std::string& pattern, const std::string& actual, std::string& problem) {
-  const RegexPtr regex = NewRegex(kStepLimit + pattern, problem);
+  const nurvo::GRegexPtr regex = NewRegex(kStepLimit + pattern, problem);
   const auto end = std::chrono::steady_clock::now() + kMatchTime;
   const auto size = static_cast<gssize>(actual.size());
   for (int at = 0; regex && at <= size; ++at) {
     GError* error = nullptr;
     const bool is_match = g_regex_match_full(regex.get(), actual.data(), size, at, G_REGEX_MATCH_ANCHORED,
                                              nullptr, &error) != FALSE;
-    const ErrorPtr owned(error);
+    const nurvo::GErrorPtr owned(error);
     if (is_match) return true;
     if (owned || std::chrono::steady_clock::now() > end) {
       problem =

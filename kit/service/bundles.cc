@@ -1,8 +1,6 @@
 // Making bundles and reading them.
 #include "service/bundles.h"
 
-#include <cstdlib>
-
 namespace corvis::kit {
 
 BundlePtr MakeBundle(const Entries& entries) {
@@ -18,7 +16,7 @@ std::string EncodeEntries(const Entries& entries) {
   bundle_raw* text = nullptr;
   int length = 0;
   if (!made || bundle_encode(made.get(), &text, &length) != 0) return "";
-  const std::unique_ptr<bundle_raw, decltype(&std::free)> owner(text, std::free);
+  const nurvo::MallocPtr<bundle_raw> owner(text);
   return {reinterpret_cast<const char*>(text), static_cast<size_t>(length)};
 }
 

@@ -2,18 +2,14 @@
 #ifndef CORVIS_KIT_SERVICE_BUNDLES_H_
 #define CORVIS_KIT_SERVICE_BUNDLES_H_
 
-#include <memory>
 #include <string>
 
 #include "language/actions.h"
-#include "nurvo/bundle.h"
+#include "nurvo_desktop/bundle_ptr.h"
 
 namespace corvis::kit {
 
-struct BundleDeleter {
-  void operator()(bundle* b) const { bundle_free(b); }
-};
-using BundlePtr = std::unique_ptr<bundle, BundleDeleter>;
+using nurvo::BundlePtr;
 
 // A bundle of strings; null when it can't be made (an empty or repeated key).
 BundlePtr MakeBundle(const Entries& entries);

@@ -2,7 +2,7 @@
 #ifndef NURVO_PLATFORM_BUS_BUS_CONNECTION_H_
 #define NURVO_PLATFORM_BUS_BUS_CONNECTION_H_
 
-#include "bus/sd_bus_ptr.h"
+#include "nurvo_desktop/sd_bus_ptr.h"
 
 namespace nurvo {
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "bus/sd_bus_ptr.h"
+#include "nurvo_desktop/sd_bus_ptr.h"
 
 namespace nurvo {
 

@@ -4,26 +4,15 @@
 #define NURVO_PLATFORM_BUS_PAYLOAD_H_
 
 #include <cstddef>
-#include <cstdlib>
-#include <memory>
 #include <string_view>
 
-#include "bus/sd_bus_ptr.h"
-#include "nurvo/bundle.h"
+#include "nurvo_desktop/bundle_ptr.h"
+#include "nurvo_desktop/sd_bus_ptr.h"
 
 namespace nurvo {
 
 // The largest encoded bundle that a message carries, at both ends.
 constexpr size_t kMaxPayloadBytes = 65536;
-
-struct BundleDeleter {
-  void operator()(bundle* b) const { bundle_free(b); }
-};
-using BundlePtr = std::unique_ptr<bundle, BundleDeleter>;
-
-struct FreeDeleter {
-  void operator()(void* memory) const { std::free(memory); }
-};
 
 // An encoded bundle.
 class Payload {
@@ -34,7 +23,7 @@ class Payload {
   int AppendTo(sd_bus_message* message) const;
 
  private:
-  std::unique_ptr<bundle_raw, FreeDeleter> bytes_;
+  MallocPtr<bundle_raw> bytes_;
   size_t size_ = 0;
 };
 

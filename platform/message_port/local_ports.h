@@ -5,8 +5,8 @@
 #include <map>
 #include <string>
 
-#include "bus/sd_bus_ptr.h"
 #include "nurvo/message_port.h"
+#include "nurvo_desktop/sd_bus_ptr.h"
 
 namespace nurvo {
 

@@ -5,11 +5,11 @@
 #include <systemd/sd-bus.h>
 
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <optional>
 #include <string>
+
+#include "nurvo_desktop/owned.h"
 
 namespace nurvo {
 
@@ -32,7 +32,7 @@ inline bool isAppId(const char* app_id) {
 inline std::optional<std::string> PathOfPort(const char* name) {
   char* path = nullptr;
   if (sd_bus_path_encode(kPortFolder, name, &path) < 0) return {};
-  const std::unique_ptr<char, decltype(&std::free)> owner(path, &std::free);
+  const MallocPtr<char> owner(path);
   return std::string(path);
 }
 
@@ -40,7 +40,7 @@ inline std::optional<std::string> PathOfPort(const char* name) {
 inline std::optional<std::string> PortAtPath(const char* path) {
   char* name = nullptr;
   if (sd_bus_path_decode(path, kPortFolder, &name) <= 0) return {};
-  const std::unique_ptr<char, decltype(&std::free)> owner(name, &std::free);
+  const MallocPtr<char> owner(name);
   return std::string(name);
 }
 

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "support/glib_ptr.h"
+#include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
 
@@ -26,32 +26,29 @@ Application FileApplication(const fs::path& path, const std::string& app_id, std
     return {};
   }
   const std::string origin = std::string(kFileScheme) + "://" + app_id;
-  const GText name(g_uri_escape_string(file.filename().c_str(), nullptr, TRUE));
+  const nurvo::GText name(g_uri_escape_string(file.filename().c_str(), nullptr, TRUE));
   return {origin + "/" + name.get(), origin, file.parent_path().string()};
 }
 
 }  // namespace
 
 Application FindApplication(const std::string& page, const std::string& app_id, std::string& error) {
-  const GText scheme(g_uri_parse_scheme(page.c_str()));
+  const nurvo::GText scheme(g_uri_parse_scheme(page.c_str()));
   if (!scheme) return FileApplication(page, app_id, error);
   if (std::string(scheme.get()) == "file") {
-    const GText path(g_filename_from_uri(page.c_str(), nullptr, nullptr));
+    const nurvo::GText path(g_filename_from_uri(page.c_str(), nullptr, nullptr));
     if (path) return FileApplication(path.get(), app_id, error);
   }
-  GUri* uri = g_uri_parse(page.c_str(), G_URI_FLAGS_PARSE_RELAXED, nullptr);
+  const nurvo::GUriPtr uri(g_uri_parse(page.c_str(), G_URI_FLAGS_PARSE_RELAXED, nullptr));
   const std::string name = scheme.get();
-  const char* host = uri == nullptr ? nullptr : g_uri_get_host(uri);
+  const char* host = uri ? g_uri_get_host(uri.get()) : nullptr;
   if (host == nullptr || *host == '\0' || (name != "http" && name != "https")) {
     error = page + " is no URL that can be loaded; there are http, https and file.";
-    if (uri != nullptr) g_uri_unref(uri);
     return {};
   }
-  const int port = g_uri_get_port(uri);
+  const int port = g_uri_get_port(uri.get());
   const bool is_default = port == -1 || port == (name == "http" ? 80 : 443);
-  Application application{page, name + "://" + host + (is_default ? "" : ":" + std::to_string(port)), ""};
-  g_uri_unref(uri);
-  return application;
+  return {page, name + "://" + host + (is_default ? "" : ":" + std::to_string(port)), ""};
 }
 
 }  // namespace corvis::tv

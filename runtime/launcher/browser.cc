@@ -29,11 +29,12 @@ std::string WebProcessFolder() {
   return program.parent_path() / CORVIS_WEB_PROCESS_DIR;
 }
 
-GVariantPtr ExtensionData(const Options& options, const Application& application) {
+nurvo::GVariantPtr ExtensionData(const Options& options, const Application& application) {
   GVariantBuilder libraries;
   g_variant_builder_init(&libraries, G_VARIANT_TYPE("as"));
   for (const std::string& path : options.extensions) g_variant_builder_add(&libraries, "s", path.c_str());
-  return GVariantPtr(g_variant_ref_sink(g_variant_new("(sas)", application.origin.c_str(), &libraries)));
+  return nurvo::GVariantPtr(
+      g_variant_ref_sink(g_variant_new("(sas)", application.origin.c_str(), &libraries)));
 }
 
 }  // namespace
@@ -69,7 +70,7 @@ void Browser::SetUpContext(const Options& options, const Application& applicatio
 }
 
 void Browser::SetUpView(const Options& options) {
-  const GObjectPtr<WebKitSettings> settings(webkit_settings_new_with_settings(
+  const nurvo::GObjectPtr<WebKitSettings> settings(webkit_settings_new_with_settings(
       "enable-page-cache", FALSE, "hardware-acceleration-policy", WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER,
       "media-playback-requires-user-gesture", FALSE, "enable-developer-extras", !options.is_headless,
       nullptr));

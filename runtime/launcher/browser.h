@@ -11,7 +11,7 @@
 #include "launcher/application.h"
 #include "launcher/options.h"
 #include "launcher/page_queries.h"
-#include "support/glib_ptr.h"
+#include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
 
@@ -71,10 +71,10 @@ class Browser {
   void ReloadAfterCrash();
 
   BrowserEvents events_;
-  GObjectPtr<WebKitWebContext> context_;
+  nurvo::GObjectPtr<WebKitWebContext> context_;
   GtkWidget* window_ = nullptr;
   WebKitWebView* view_ = nullptr;
-  GVariantPtr extension_data_;
+  nurvo::GVariantPtr extension_data_;
   ResultCallback load_done_;
   // Whether a load has started since the last one was asked for.
   bool has_load_started_ = false;

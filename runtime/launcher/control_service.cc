@@ -51,8 +51,8 @@ ResultCallback Finish(GDBusMethodInvocation* call, const char* error_name) {
 std::unique_ptr<ControlService> ControlService::Start(const std::string& app_id, ExitStatus& status,
                                                       std::string& error) {
   GError* failure = nullptr;
-  GObjectPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &failure));
-  const GErrorPtr reason(failure);
+  nurvo::GObjectPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &failure));
+  const nurvo::GErrorPtr reason(failure);
   if (!bus) {
     status = kExitNoEnvironment;
     error = "There is no D-Bus session bus (" + std::string(reason->message) +
@@ -62,7 +62,7 @@ std::unique_ptr<ControlService> ControlService::Start(const std::string& app_id,
   std::unique_ptr<ControlService> service(new ControlService(std::move(bus)));
   constexpr guint kDoNotQueue = 4;
   constexpr guint kPrimaryOwner = 1;
-  const GVariantPtr answer(g_dbus_connection_call_sync(
+  const nurvo::GVariantPtr answer(g_dbus_connection_call_sync(
       service->bus_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
       "RequestName", g_variant_new("(su)", (app_id + kControlNameSuffix).c_str(), kDoNotQueue),
       G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
@@ -78,7 +78,7 @@ std::unique_ptr<ControlService> ControlService::Start(const std::string& app_id,
 }
 
 // Calls are dispatched by the main loop: whoever sees the name and calls before the loop runs waits for it.
-ControlService::ControlService(GObjectPtr<GDBusConnection> bus) : bus_(std::move(bus)) {
+ControlService::ControlService(nurvo::GObjectPtr<GDBusConnection> bus) : bus_(std::move(bus)) {
   GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(Introspection().c_str(), nullptr);
   static constexpr GDBusInterfaceVTable kTable = {OnCall, nullptr, nullptr, {}};
   registration_ = g_dbus_connection_register_object(bus_.get(), kControlPath, node->interfaces[0], &kTable,

@@ -11,7 +11,7 @@
 
 #include "corvis_tv/control.h"
 #include "launcher/browser.h"
-#include "support/glib_ptr.h"
+#include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
 
@@ -37,7 +37,7 @@ class ControlService {
   void EmitCrashed(unsigned times);
 
  private:
-  explicit ControlService(GObjectPtr<GDBusConnection> bus);
+  explicit ControlService(nurvo::GObjectPtr<GDBusConnection> bus);
   static void OnCall(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
                      const char* method, GVariant* arguments, GDBusMethodInvocation* call, gpointer service);
   void Emit(const ControlSignal& signal, GVariant* arguments);
@@ -50,7 +50,7 @@ class ControlService {
   void GetStatus(GVariant* arguments, GDBusMethodInvocation* call);
   void Quit(GVariant* arguments, GDBusMethodInvocation* call);
 
-  GObjectPtr<GDBusConnection> bus_;
+  nurvo::GObjectPtr<GDBusConnection> bus_;
   guint registration_ = 0;
   Browser* browser_ = nullptr;
   PrivilegeSetter set_privileges_;

@@ -5,7 +5,7 @@
 #include <optional>
 #include <system_error>
 
-#include "support/glib_ptr.h"
+#include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
 
@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 // The file that a request's path names, when it lies inside the folder.
 std::optional<fs::path> FileOf(const fs::path& folder, const char* path) {
-  const GText plain(g_uri_unescape_string(path, nullptr));
+  const nurvo::GText plain(g_uri_unescape_string(path, nullptr));
   if (!plain) return {};
   std::error_code code;
   fs::path file = fs::canonical(folder / fs::path(plain.get()).relative_path(), code);
@@ -51,8 +51,9 @@ std::string MimeType(const fs::path& file, const char* begin, size_t size) {
   for (const auto& row : kTypes) {
     if (file.extension() == row.ending) return row.type;
   }
-  const GText type(g_content_type_guess(file.c_str(), reinterpret_cast<const guchar*>(begin), size, nullptr));
-  const GText mime(g_content_type_get_mime_type(type.get()));
+  const nurvo::GText type(
+      g_content_type_guess(file.c_str(), reinterpret_cast<const guchar*>(begin), size, nullptr));
+  const nurvo::GText mime(g_content_type_get_mime_type(type.get()));
   return mime ? mime.get() : "application/octet-stream";
 }
 
@@ -61,13 +62,14 @@ void Answer(WebKitURISchemeRequest* request, const std::string& folder) {
   gchar* content = nullptr;
   gsize size = 0;
   if (!file || !g_file_get_contents(file->c_str(), &content, &size, nullptr)) {
-    const GErrorPtr error(g_error_new(G_IO_ERROR, G_IO_ERROR_NOT_FOUND, "The application has no file %s",
-                                      webkit_uri_scheme_request_get_path(request)));
+    const nurvo::GErrorPtr error(g_error_new(G_IO_ERROR, G_IO_ERROR_NOT_FOUND,
+                                             "The application has no file %s",
+                                             webkit_uri_scheme_request_get_path(request)));
     webkit_uri_scheme_request_finish_error(request, error.get());
     return;
   }
   const std::string type = MimeType(*file, content, size);
-  const GObjectPtr<GInputStream> stream(
+  const nurvo::GObjectPtr<GInputStream> stream(
       g_memory_input_stream_new_from_data(content, static_cast<gssize>(size), g_free));
   webkit_uri_scheme_request_finish(request, stream.get(), static_cast<gint64>(size), type.c_str());
 }

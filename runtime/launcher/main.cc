@@ -15,6 +15,7 @@
 #include "launcher/headless_display.h"
 #include "launcher/options.h"
 #include "launcher/run_folder.h"
+#include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
 
@@ -38,12 +39,11 @@ class MainLoop {
   MainLoop() : loop_(g_main_loop_new(nullptr, FALSE)) {
     for (const int signal : {SIGINT, SIGTERM}) g_unix_signal_add(signal, OnSignal, this);
   }
-  ~MainLoop() { g_main_loop_unref(loop_); }
   MainLoop(const MainLoop&) = delete;
   MainLoop& operator=(const MainLoop&) = delete;
 
-  void Run() { g_main_loop_run(loop_); }
-  void End() { g_main_loop_quit(loop_); }
+  void Run() { g_main_loop_run(loop_.get()); }
+  void End() { g_main_loop_quit(loop_.get()); }
 
  private:
   static gboolean OnSignal(gpointer loop) {
@@ -51,7 +51,7 @@ class MainLoop {
     return G_SOURCE_CONTINUE;
   }
 
-  GMainLoop* loop_;
+  nurvo::GMainLoopPtr loop_;
 };
 
 // The run from the first load to the end of the main loop.

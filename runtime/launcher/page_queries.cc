@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "support/glib_ptr.h"
+#include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
 
@@ -28,16 +28,16 @@ cairo_status_t AppendPng(void* png, const unsigned char* data, unsigned size) {
 void OnEvaluated(GObject* view, GAsyncResult* result, gpointer data) {
   const auto done = Kept(data);
   GError* failure = nullptr;
-  const GObjectPtr<JSCValue> value(
+  const nurvo::GObjectPtr<JSCValue> value(
       webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, &failure));
-  const GErrorPtr error(failure);
+  const nurvo::GErrorPtr error(failure);
   if (!value) {
     const bool is_exception =
         g_error_matches(error.get(), WEBKIT_JAVASCRIPT_ERROR, WEBKIT_JAVASCRIPT_ERROR_SCRIPT_FAILED) != FALSE;
     (*done)("", is_exception ? error->message : "The expression has no value; the page may have gone.");
     return;
   }
-  const GText json(jsc_value_is_undefined(value.get()) ? nullptr : jsc_value_to_json(value.get(), 0));
+  const nurvo::GText json(jsc_value_is_undefined(value.get()) ? nullptr : jsc_value_to_json(value.get(), 0));
   (*done)(json ? json.get() : "null", "");
 }
 
@@ -45,7 +45,7 @@ void OnSnapshot(GObject* view, GAsyncResult* result, gpointer data) {
   const auto done = Kept(data);
   GError* failure = nullptr;
   cairo_surface_t* surface = webkit_web_view_get_snapshot_finish(WEBKIT_WEB_VIEW(view), result, &failure);
-  const GErrorPtr error(failure);
+  const nurvo::GErrorPtr error(failure);
   if (surface == nullptr) {
     (*done)("", error ? error->message : "The page can't be drawn.");
     return;

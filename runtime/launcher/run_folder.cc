@@ -1,10 +1,10 @@
 // The run's folder and what is in it.
 #include "launcher/run_folder.h"
 
-#include <gio/gio.h>
-
 #include <cstdlib>
 #include <filesystem>
+
+#include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
 
@@ -13,11 +13,8 @@ constexpr const char* kPolicyName = "/policy";
 }  // namespace
 
 RunFolder::RunFolder() {
-  GError* error = nullptr;
-  gchar* path = g_dir_make_tmp("corvis-tv.XXXXXX", &error);
-  if (path != nullptr) path_ = path;
-  g_free(path);
-  g_clear_error(&error);
+  const nurvo::GText path(g_dir_make_tmp("corvis-tv.XXXXXX", nullptr));
+  if (path) path_ = path.get();
 }
 
 RunFolder::~RunFolder() {

@@ -11,11 +11,10 @@ constexpr guint kDelayMs = 5;
 
 ConsolePost::~ConsolePost() {
   if (timer_ != 0) g_source_remove(timer_);
-  for (GVariant* line : lines_) g_variant_unref(line);
 }
 
 void ConsolePost::Take(const std::string& level, const std::string& text, const std::string& source) {
-  lines_.push_back(
+  lines_.emplace_back(
       g_variant_ref_sink(g_variant_new(kConsoleLineType, level.c_str(), text.c_str(), source.c_str())));
   if (source != "api") return Send();
   if (timer_ != 0) return;
@@ -30,10 +29,11 @@ void ConsolePost::Take(const std::string& level, const std::string& text, const 
 }
 
 void ConsolePost::Send() {
-  GVariant* lines = g_variant_new_array(G_VARIANT_TYPE(kConsoleLineType), lines_.data(), lines_.size());
-  for (GVariant* line : lines_) g_variant_unref(line);
+  GVariantBuilder lines;
+  g_variant_builder_init(&lines, G_VARIANT_TYPE(kConsoleType));
+  for (const nurvo::GVariantPtr& line : lines_) g_variant_builder_add_value(&lines, line.get());
   lines_.clear();
-  WebKitUserMessage* message = webkit_user_message_new(kConsoleMessage, lines);
+  WebKitUserMessage* message = webkit_user_message_new(kConsoleMessage, g_variant_builder_end(&lines));
   webkit_web_page_send_message_to_view(page_, message, nullptr, nullptr, nullptr);
 }
 

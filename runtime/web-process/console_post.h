@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "nurvo_desktop/glib_ptr.h"
+
 namespace corvis::tv {
 
 // One for each page, used on the main thread. A page's own lines are sent at once; script APIs' lines, of
@@ -26,7 +28,7 @@ class ConsolePost {
   void Send();
 
   WebKitWebPage* page_;
-  std::vector<GVariant*> lines_;
+  std::vector<nurvo::GVariantPtr> lines_;
   guint timer_ = 0;
 };
 

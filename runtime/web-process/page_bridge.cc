@@ -11,11 +11,11 @@ namespace corvis::tv {
 
 namespace {
 
-using JscValue = GObjectPtr<JSCValue>;
+using JscValue = nurvo::GObjectPtr<JSCValue>;
 
 // Text from outside may be broken UTF-8, which the script engine does not take.
 JscValue NewString(JSCContext* context, const std::string& text) {
-  const GText valid(g_utf8_make_valid(text.c_str(), static_cast<gssize>(text.size())));
+  const nurvo::GText valid(g_utf8_make_valid(text.c_str(), static_cast<gssize>(text.size())));
   return JscValue(jsc_value_new_string(context, valid.get()));
 }
 
@@ -58,7 +58,7 @@ JscValue Evaluate(JSCContext* context, const std::string& text, const char* sour
 }  // namespace
 
 PageBridge::PageBridge(JSCContext* context, ConsoleSink console)
-    : context_(NewReference(context)), console_(std::move(console)) {
+    : context_(nurvo::NewReference(context)), console_(std::move(console)) {
   const JscValue start = Evaluate(context, kPageScript, "runtime.js");
   if (TakeException("starting the runtime's script")) return;
   const JscValue native(jsc_value_new_object(context, nullptr, nullptr));
@@ -108,7 +108,7 @@ void PageBridge::AttachExtension(ExtensionHandle extension, const std::string& n
 bool PageBridge::TakeException(const std::string& doing) {
   JSCException* exception = jsc_context_get_exception(context_.get());
   if (exception == nullptr) return false;
-  const GText report(jsc_exception_report(exception));
+  const nurvo::GText report(jsc_exception_report(exception));
   console_("uncaught", "Error while " + doing + ": " + report.get(), "page");
   jsc_context_clear_exception(context_.get());
   return true;
@@ -119,7 +119,7 @@ bool IsOfOrigin(JSCContext* context, const std::string& origin) {
   // sandboxed page none at all.
   const JscValue value =
       Evaluate(context, "location.protocol + '//' + location.host + ' ' + self.origin", "runtime.js");
-  const GText text(jsc_value_to_string(value.get()));
+  const nurvo::GText text(jsc_value_to_string(value.get()));
   return text && origin + " " + origin == text.get();
 }
 

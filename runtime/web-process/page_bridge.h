@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "nurvo/runtime.h"
-#include "support/glib_ptr.h"
+#include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
 
@@ -37,9 +37,9 @@ class PageBridge {
   // Reports a script error that is pending, and clears it. True when there was one.
   bool TakeException(const std::string& doing);
 
-  GObjectPtr<JSCContext> context_;
+  nurvo::GObjectPtr<JSCContext> context_;
   ConsoleSink console_;
-  GObjectPtr<JSCValue> page_side_;
+  nurvo::GObjectPtr<JSCValue> page_side_;
   std::vector<InstanceHandle> instances_;
 };
 

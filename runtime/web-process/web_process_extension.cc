@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "support/glib_ptr.h"
+#include "nurvo_desktop/glib_ptr.h"
 #include "support/messages.h"
 #include "web-process/console_post.h"
 #include "web-process/extension_host.h"
@@ -66,7 +66,7 @@ std::unique_ptr<PageBridge>& MainBridgeOf(WebKitWebPage* page) {
 // A new document begins in a frame; no script of it has run.
 void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame* frame, gpointer /*data*/) {
   if (TheWebProcess().is_ending) return;
-  const GObjectPtr<JSCContext> context(webkit_frame_get_js_context_for_script_world(frame, world));
+  const nurvo::GObjectPtr<JSCContext> context(webkit_frame_get_js_context_for_script_world(frame, world));
   if (!webkit_frame_is_main_frame(frame)) {
     // What watches its console belongs to the frame's script: nothing is kept here, so that it can go.
     const PageBridge watching(context.get(), ConsoleOf(page));

@@ -10,6 +10,7 @@
 #include "nurvo/app_manager.h"
 #include "nurvo/smack.h"
 #include "nurvo/vestra.h"
+#include "nurvo_desktop/owned.h"
 #include "testing/process.h"
 
 extern "C" void vestra_finish(vestra* client);
@@ -18,10 +19,7 @@ namespace {
 
 constexpr const char* kPrivilege = "http://developer.nurvo.example/privilege/microphone";
 
-struct TextDeleter {
-  void operator()(char* text) const { std::free(text); }
-};
-using Text = std::unique_ptr<char, TextDeleter>;
+using Text = nurvo::MallocPtr<char>;
 
 class AccessTest : public ::testing::Test {
  protected:

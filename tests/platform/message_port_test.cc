@@ -10,6 +10,7 @@
 #include "bus_fixture.h"
 #include "nurvo_desktop/app_watch.h"
 #include "nurvo_desktop/bus.h"
+#include "nurvo_desktop/sd_bus_ptr.h"
 
 namespace {
 
@@ -159,6 +160,7 @@ void DeliverByHand(sd_bus* bus, const char* path, const char* member, const char
                    const std::string& bytes) {
   sd_bus_message* message = nullptr;
   ASSERT_GE(sd_bus_message_new_method_call(bus, &message, kOwnId, path, "nurvo.MessagePort", member), 0);
+  const nurvo::MessagePtr owner(message);
   for (const char* type = signature; *type == 's'; ++type)
     sd_bus_message_append(message, "s", "com.example.x");
   if (std::string(signature).find("ay") != std::string::npos) {
@@ -166,7 +168,6 @@ void DeliverByHand(sd_bus* bus, const char* path, const char* member, const char
   }
   sd_bus_message_set_expect_reply(message, 0);
   EXPECT_GE(sd_bus_send(bus, message, nullptr), 0);
-  sd_bus_message_unref(message);
 }
 
 TEST_F(MessagePortTest, DropsMalformedDeliveriesWithALogLineEach) {
@@ -175,6 +176,7 @@ TEST_F(MessagePortTest, DropsMalformedDeliveriesWithALogLineEach) {
   const std::string good = Encode(MakeBundle({{"id", "good"}}));
   sd_bus* bus = nullptr;
   ASSERT_GE(sd_bus_open_user(&bus), 0);
+  const nurvo::BusPtr owner(bus);
 
   ::testing::internal::CaptureStderr();
   DeliverByHand(bus, kPath, "Deliver", "s", good);
@@ -193,7 +195,6 @@ TEST_F(MessagePortTest, DropsMalformedDeliveriesWithALogLineEach) {
   EXPECT_GE(sd_bus_flush(bus), 0);
   EXPECT_TRUE(WaitFor([&] { return !received_.empty(); }));
   const std::string log = ::testing::internal::GetCapturedStderr();
-  sd_bus_flush_close_unref(bus);
 
   ASSERT_EQ(received_.size(), 1U);
   EXPECT_EQ(received_[0].id, "good");

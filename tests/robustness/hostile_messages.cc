@@ -19,11 +19,6 @@ namespace {
 constexpr const char* kPath = "/nurvo/port/com_2eport_2evif_2evoiceinteraction";
 constexpr const char* kInterface = "nurvo.MessagePort";
 
-struct MessageDeleter {
-  void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
-};
-using MessagePtr = std::unique_ptr<sd_bus_message, MessageDeleter>;
-
 std::string Repeated(const char* text, size_t times) {
   std::string repeated;
   while (times-- > 0) repeated += text;
@@ -38,7 +33,7 @@ std::string EncodedBytes() {
   bundle_raw* text = nullptr;
   int length = 0;
   if (bundle_encode(made.get(), &text, &length) != 0) return "";
-  const std::unique_ptr<bundle_raw, decltype(&std::free)> owner(text, std::free);
+  const nurvo::MallocPtr<bundle_raw> owner(text);
   return {reinterpret_cast<const char*>(text), static_cast<size_t>(length)};
 }
 
@@ -85,7 +80,7 @@ void HostilePeer::Flush() {
   const char* const daemon = "org.freedesktop.DBus";
   sd_bus_message* answer = nullptr;
   sd_bus_call_method(bus_.get(), daemon, "/org/freedesktop/DBus", daemon, "GetId", nullptr, &answer, "");
-  sd_bus_message_unref(answer);
+  const nurvo::MessagePtr owner(answer);
 }
 
 void HostilePeer::Deliver(const std::string& payload) {
@@ -93,7 +88,7 @@ void HostilePeer::Deliver(const std::string& payload) {
                                  ":1.1",           "a b\nc", "com.example.Other"};
   sd_bus_message* made = nullptr;
   sd_bus_message_new_method_call(bus_.get(), &made, target_.c_str(), kPath, kInterface, "Deliver");
-  const MessagePtr message(made);
+  const nurvo::MessagePtr message(made);
   sd_bus_message_set_expect_reply(made, Below(10) == 0 ? 1 : 0);
   sd_bus_message_append(made, "ss", OneOf(kClaims), Below(2) == 0 ? "" : "a port");
   sd_bus_message_append_array(made, 'y', payload.data(), payload.size());
@@ -105,7 +100,7 @@ void HostilePeer::Call(const char* path, const char* interface, const char* memb
                        const std::string& text) {
   sd_bus_message* made = nullptr;
   sd_bus_message_new_method_call(bus_.get(), &made, target_.c_str(), path, interface, member);
-  const MessagePtr message(made);
+  const nurvo::MessagePtr message(made);
   const uint64_t number = ~uint64_t{0};
   for (const char* type = signature; *type != '\0'; ++type) {
     if (*type == 's') sd_bus_message_append_basic(made, 's', text.c_str());
@@ -242,7 +237,7 @@ void HostilePeer::SendEvent() {
   if (target_ == wire::kServiceId) return Deliver("");  // its own event is not for it
   sd_bus_message* made = nullptr;
   sd_bus_message_new_signal(bus_.get(), &made, "/nurvo/event", "nurvo.Event", "Published");
-  const MessagePtr message(made);
+  const nurvo::MessagePtr message(made);
   const std::string payload = Below(4) == 0 ? EncodeEntries({}) : RandomBytes(100);
   sd_bus_message_append(made, "s", wire::kInitEvent);
   if (Below(4) > 0) sd_bus_message_append_array(made, 'y', payload.data(), payload.size());

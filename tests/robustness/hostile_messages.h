@@ -2,13 +2,12 @@
 #ifndef CORVIS_TESTS_ROBUSTNESS_HOSTILE_MESSAGES_H_
 #define CORVIS_TESTS_ROBUSTNESS_HOSTILE_MESSAGES_H_
 
-#include <systemd/sd-bus.h>
-
 #include <map>
-#include <memory>
 #include <random>
 #include <string>
 #include <vector>
+
+#include "nurvo_desktop/sd_bus_ptr.h"
 
 namespace robustness {
 
@@ -26,9 +25,6 @@ class HostilePeer {
   const std::map<std::string, int>& sent() const { return sent_; }
 
  private:
-  struct BusDeleter {
-    void operator()(sd_bus* bus) const { sd_bus_flush_close_unref(bus); }
-  };
   struct Kind;
   static const Kind kKinds[];
 
@@ -57,7 +53,7 @@ class HostilePeer {
   std::string target_;
   std::vector<std::string> words_;
   std::mt19937 random_;
-  std::unique_ptr<sd_bus, BusDeleter> bus_;
+  nurvo::BusPtr bus_;
   std::map<std::string, int> sent_;
 };
 

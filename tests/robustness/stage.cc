@@ -1,12 +1,11 @@
 // Starting and asking processes.
 #include "robustness/stage.h"
 
-#include <systemd/sd-bus.h>
-
 #include <filesystem>
 #include <fstream>
 
 #include "nurvo_desktop/bus.h"
+#include "nurvo_desktop/sd_bus_ptr.h"
 #include "service/main_loop.h"
 
 namespace robustness {
@@ -34,7 +33,7 @@ pid_t Tv::WebProcess() {
   pid_t pid = 0;
   if (sd_bus_get_name_creds(nurvo_bus(), kAppId, SD_BUS_CREDS_PID, &credentials) >= 0)
     sd_bus_creds_get_pid(credentials, &pid);
-  sd_bus_creds_unref(credentials);
+  const nurvo::CredsPtr owner(credentials);
   return pid;
 }
 
