@@ -89,6 +89,17 @@ std::string TidyPhrase(std::string_view phrase) {
   return tidy;
 }
 
+std::vector<std::string> SplitWords(std::string_view text) {
+  constexpr std::string_view kSpaces = " \t\n\v\f\r";
+  std::vector<std::string> words;
+  for (size_t at = text.find_first_not_of(kSpaces); at != std::string_view::npos;) {
+    const size_t end = std::min(text.find_first_of(kSpaces, at), text.size());
+    words.emplace_back(text.substr(at, end - at));
+    at = text.find_first_not_of(kSpaces, end);
+  }
+  return words;
+}
+
 std::string NormalisedPhrase(std::string_view phrase) {
   std::string plain = TidyPhrase(phrase);
   std::transform(plain.begin(), plain.end(), plain.begin(), Lower);

@@ -15,6 +15,9 @@ std::string TidyPhrase(std::string_view phrase);
 // Tidy, and in lower case (of the Latin letters).
 std::string NormalisedPhrase(std::string_view phrase);
 
+// The words of a text, split at white space.
+std::vector<std::string> SplitWords(std::string_view text);
+
 // One way to say a pattern: fixed words, and for most a slot behind them, maybe with fixed words behind that.
 struct Wording {
   std::string before;

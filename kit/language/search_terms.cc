@@ -5,7 +5,6 @@
 #include <map>
 #include <optional>
 #include <set>
-#include <sstream>
 #include <vector>
 
 #include "language/phrase_pattern.h"
@@ -119,8 +118,7 @@ struct Dates {
 class TermReader {
  public:
   explicit TermReader(const std::string& text) {
-    std::istringstream stream(text);
-    for (std::string word; stream >> word;) {
+    for (const std::string& word : SplitWords(text)) {
       words_.push_back(word);
       plain_.push_back(NormalisedPhrase(word));
     }
@@ -214,8 +212,7 @@ class TermReader {
   // What is left of "some of the movies" is no title.
   static void DropFillers(std::string& title) {
     static const std::set<std::string> kFillers = {"a", "an", "and", "any", "of", "some", "the"};
-    std::istringstream stream(title);
-    for (std::string word; stream >> word;) {
+    for (const std::string& word : SplitWords(title)) {
       if (kFillers.count(NormalisedPhrase(word)) == 0) return;
     }
     title.clear();

@@ -4,8 +4,9 @@
 #include <charconv>
 #include <cmath>
 #include <map>
-#include <sstream>
 #include <string_view>
+
+#include "language/phrase_pattern.h"
 
 namespace corvis::kit {
 
@@ -42,11 +43,13 @@ std::optional<long> Word(const std::string& word) {
 std::optional<long> ClockSeconds(const std::string& words) {
   long seconds = 0;
   int fields = 0;
-  std::istringstream stream(words);
-  for (std::string field; fields <= 3 && std::getline(stream, field, ':'); ++fields) {
-    const auto number = Digits(field);
+  std::string_view rest = words;
+  for (size_t end = 0; end != std::string_view::npos && fields <= 3; ++fields) {
+    end = rest.find(':');
+    const auto number = Digits(rest.substr(0, end));
     if (!number || (fields > 0 && *number >= kMinute)) return {};
     seconds = seconds * kMinute + *number;
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
   }
   return fields == 2 || fields == 3 ? std::optional(seconds) : std::nullopt;
 }
@@ -96,8 +99,7 @@ std::optional<double> UnitsSeconds(const std::string& words) {
   double seconds = 0;
   long unit = 0;
   std::string count;
-  std::istringstream stream(words);
-  for (std::string word; stream >> word;) {
+  for (const std::string& word : SplitWords(words)) {
     const long next = UnitSeconds(word);
     if (next == 0) {
       if (!count.empty() || word != "and") count += (count.empty() ? "" : " ") + word;
