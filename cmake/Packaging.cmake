@@ -32,7 +32,8 @@ if(TARGET corvis-tv)
 kit_library=${CMAKE_INSTALL_LIBDIR}/libcorvis_voiceinteraction.so
 ")
   install(FILES ${CMAKE_BINARY_DIR}/places DESTINATION ${kit_datadir} COMPONENT kit)
-  install(DIRECTORY ${CMAKE_SOURCE_DIR}/examples ${CMAKE_SOURCE_DIR}/types DESTINATION ${kit_datadir} COMPONENT kit)
+  install(DIRECTORY ${CMAKE_SOURCE_DIR}/examples DESTINATION ${kit_datadir} COMPONENT kit)
+  install(FILES ${CMAKE_SOURCE_DIR}/npm/index.d.ts ${CMAKE_SOURCE_DIR}/npm/package.json DESTINATION ${kit_datadir}/npm COMPONENT kit)
   install(DIRECTORY ${CMAKE_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT kit)
 endif()
 

@@ -1,8 +1,8 @@
 // TypeScript declarations of corvis.voiceinteraction, the API through which a web application on a TV takes part in
 // voice control. The comments are the API's reference.
 //
-// A script gets the global object with `/// <reference types="corvis-voiceinteraction-types" />`, and the types with
-// `import type { VoiceCallbacks } from 'corvis-voiceinteraction-types'`.
+// A script gets the global object with `/// <reference types="corvis-voiceinteraction" />`, and the types with
+// `import type { VoiceCallbacks } from 'corvis-voiceinteraction'`.
 
 /**
  * Where an application is, as an answer to {@link VoiceCallbacks.onupdatestate}: `"None"`, `"Home"`, `"List"`,

@@ -1,18 +1,18 @@
-// Makes docs/api.md, the API reference, from the declarations in types/index.d.ts: `node tools/api-reference.mjs`.
+// Makes docs/api.md, the API reference, from the declarations in npm/index.d.ts: `node tools/api-reference.mjs`.
 // The text is what the declarations' comments say; only the order and the headings come from here.
 import { writeFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
 import ts from 'typescript';
 
-const declarations = fileURLToPath(new URL('../types/index.d.ts', import.meta.url));
+const declarations = fileURLToPath(new URL('../npm/index.d.ts', import.meta.url));
 const reference = fileURLToPath(new URL('../docs/api.md', import.meta.url));
 
-const heading = `<!-- Made from types/index.d.ts by \`node tools/api-reference.mjs\`. Change the declarations, not this file. -->
+const heading = `<!-- Made from npm/index.d.ts by \`node tools/api-reference.mjs\`. Change the declarations, not this file. -->
 
 # API reference
 
 The object \`corvis.voiceinteraction\` in a page of a TV application. The same text stands in the TypeScript
-declarations, \`types/index.d.ts\`, where an editor shows it beside the code.
+declarations, \`npm/index.d.ts\`, where an editor shows it beside the code.
 [Voice control in ten minutes](ten-minutes.md) is the way in.
 `;
 

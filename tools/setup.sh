@@ -136,7 +136,7 @@ corvis_test() {
     for part in "${parts[@]}"; do
       case $part in
         native) native_tests "$build" ;;
-        script) prepare_node; node_tests "script tests" tests/src/script/*.test.mjs tests/types/*.test.mjs ;;
+        script) prepare_node; node_tests "script tests" tests/src/script/*.test.mjs tests/npm/*.test.mjs ;;
         kit) prepare_node; node_tests "kit tests" tests/{runtime,examples,kit,docs,robustness,bench}/*.test.mjs ;;
       esac
     done

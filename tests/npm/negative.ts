@@ -1,5 +1,5 @@
 // Mistakes that the declarations must catch: every line below a marker must fail to compile.
-import type { VoiceCallbacks } from 'corvis-voiceinteraction-types';
+import type { VoiceCallbacks } from 'corvis-voiceinteraction';
 
 const voice = corvis.voiceinteraction;
 export const refused: VoiceCallbacks[] = [

@@ -1,5 +1,5 @@
 // What an application may write: every line must compile.
-/// <reference types="corvis-voiceinteraction-types" />
+/// <reference types="corvis-voiceinteraction" />
 import type {
   ContentContextItem,
   CorviException,
@@ -11,7 +11,7 @@ import type {
   VoiceCallbacks,
   VoiceInteraction,
   VoiceInteractionAppAction,
-} from 'corvis-voiceinteraction-types';
+} from 'corvis-voiceinteraction';
 
 interface Found {
   readonly titles: readonly string[];

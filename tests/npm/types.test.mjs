@@ -15,11 +15,11 @@ let folder;
 before(() => {
   folder = mkdtempSync(join(tmpdir(), 'corvis-types-'));
   mkdirSync(join(folder, 'node_modules'));
-  cpSync(join(root, 'types'), join(folder, 'node_modules/corvis-voiceinteraction-types'), {
+  cpSync(join(root, 'npm'), join(folder, 'node_modules/corvis-voiceinteraction'), {
     recursive: true,
   });
   for (const name of ['positive.ts', 'negative.ts'])
-    cpSync(join(root, 'tests/types', name), join(folder, name));
+    cpSync(join(root, 'tests/npm', name), join(folder, name));
 });
 after(() => rmSync(folder, { recursive: true }));
 
@@ -40,7 +40,7 @@ for (const [name, resolution] of [
 }
 
 test('the callbacks and methods declared are those that the script has', () => {
-  const declarations = readFileSync(join(root, 'types/index.d.ts'), 'utf8');
+  const declarations = readFileSync(join(root, 'npm/index.d.ts'), 'utf8');
   const declared = [...declarations.matchAll(/`(ACTION_\w+)`:[^/]*\*\/\s+(on\w+)\?:/g)].map(
     (m) => `${m[2]} ${m[1]}`
   );
