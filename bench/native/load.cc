@@ -14,10 +14,9 @@ namespace {
 const void* GetInterface(const char* name) {
   static const NurvoExtensionInterface kExtension = {
       [](ExtensionHandle, const char*) {}, [](ExtensionHandle, const char*) {},
-      [](ExtensionHandle, InstanceCallback, InstanceCallback) {}, [](ExtensionHandle, ShutdownCallback) {}};
-  static const NurvoMessagingInterface kMessaging = {
-      [](ExtensionHandle, MessageCallback) {}, [](ExtensionHandle, MessageCallback) {},
-      [](InstanceHandle, const char*) {}, [](InstanceHandle, const char*) {}};
+      [](ExtensionHandle, const NurvoExtensionCallbacks*, void*) {}};
+  static const NurvoMessagingInterface kMessaging = {[](InstanceHandle, const char*) {},
+                                                     [](InstanceHandle, const char*) {}};
   if (std::strcmp(name, kNurvoExtensionInterface) == 0) return &kExtension;
   return std::strcmp(name, kNurvoMessagingInterface) == 0 ? &kMessaging : nullptr;
 }

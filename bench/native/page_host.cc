@@ -13,8 +13,8 @@ namespace bench {
 namespace {
 
 struct Registration {
-  InstanceCallback created = nullptr;
-  MessageCallback on_sync = nullptr;
+  NurvoExtensionCallbacks callbacks = {};
+  void* user_data = nullptr;
 };
 
 // By extension handle, of which there are few.
@@ -31,15 +31,10 @@ size_t& BytesOut() {
 const void* GetInterface(const char* name) {
   static const NurvoExtensionInterface kExtension = {
       [](ExtensionHandle, const char*) {}, [](ExtensionHandle, const char*) {},
-      [](ExtensionHandle extension, InstanceCallback created, InstanceCallback) {
-        Registrations().at(static_cast<size_t>(extension)).created = created;
-      },
-      [](ExtensionHandle, ShutdownCallback) {}};
+      [](ExtensionHandle extension, const NurvoExtensionCallbacks* callbacks, void* user_data) {
+        Registrations().at(static_cast<size_t>(extension)) = {*callbacks, user_data};
+      }};
   static const NurvoMessagingInterface kMessaging = {
-      [](ExtensionHandle, MessageCallback) {},
-      [](ExtensionHandle extension, MessageCallback on_sync) {
-        Registrations().at(static_cast<size_t>(extension)).on_sync = on_sync;
-      },
       [](InstanceHandle, const char* message) { BytesOut() += std::strlen(message); },
       [](InstanceHandle, const char* reply) { BytesOut() += std::strlen(reply); }};
   if (std::strcmp(name, kNurvoExtensionInterface) == 0) return &kExtension;
@@ -64,7 +59,8 @@ PageHost::PageHost(const std::string& path) {
 
 InstanceHandle PageHost::NewPage() const {
   static InstanceHandle last = 0;
-  Registrations().at(static_cast<size_t>(extension_)).created(++last);
+  const Registration& library = Registrations().at(static_cast<size_t>(extension_));
+  library.callbacks.created(++last, library.user_data);
   return last;
 }
 
@@ -79,7 +75,8 @@ InstanceHandle PageHost::NewListeningPage() {
 }
 
 void PageHost::Call(InstanceHandle page, const char* message) const {
-  Registrations()[static_cast<size_t>(extension_)].on_sync(page, message);
+  const Registration& library = Registrations()[static_cast<size_t>(extension_)];
+  library.callbacks.sync_message(page, message, library.user_data);
 }
 
 void PageHost::Deliver(bundle* command) const {

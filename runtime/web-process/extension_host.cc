@@ -15,11 +15,8 @@ namespace {
 
 struct ExtensionEntry {
   LoadedExtension description;
-  InstanceCallback created = nullptr;
-  InstanceCallback destroyed = nullptr;
-  ShutdownCallback shutdown = nullptr;
-  MessageCallback on_message = nullptr;
-  MessageCallback on_sync_message = nullptr;
+  NurvoExtensionCallbacks callbacks = {};
+  void* user_data = nullptr;
 };
 
 struct InstanceEntry {
@@ -63,23 +60,11 @@ void SetScriptApi(ExtensionHandle handle, const char* source) {
   if (ExtensionEntry* extension = FindExtension(handle)) extension->description.script = source;
 }
 
-void RegisterInstanceCallbacks(ExtensionHandle handle, InstanceCallback created, InstanceCallback destroyed) {
+void SetCallbacks(ExtensionHandle handle, const NurvoExtensionCallbacks* callbacks, void* user_data) {
   if (ExtensionEntry* extension = FindExtension(handle)) {
-    extension->created = created;
-    extension->destroyed = destroyed;
+    extension->callbacks = *callbacks;
+    extension->user_data = user_data;
   }
-}
-
-void RegisterShutdownCallback(ExtensionHandle handle, ShutdownCallback shutdown) {
-  if (ExtensionEntry* extension = FindExtension(handle)) extension->shutdown = shutdown;
-}
-
-void RegisterMessageCallback(ExtensionHandle handle, MessageCallback on_message) {
-  if (ExtensionEntry* extension = FindExtension(handle)) extension->on_message = on_message;
-}
-
-void RegisterSyncMessageCallback(ExtensionHandle handle, MessageCallback on_message) {
-  if (ExtensionEntry* extension = FindExtension(handle)) extension->on_sync_message = on_message;
 }
 
 // Hands over everything that waits. The page may be left, and the instance with it, from within the sink.
@@ -109,10 +94,8 @@ void SetSyncReply(InstanceHandle handle, const char* reply) {
   if (InstanceEntry* instance = FindInstance(handle)) instance->reply = reply;
 }
 
-constexpr NurvoExtensionInterface kExtensionInterface = {SetName, SetScriptApi, RegisterInstanceCallbacks,
-                                                         RegisterShutdownCallback};
-constexpr NurvoMessagingInterface kMessagingInterface = {RegisterMessageCallback, RegisterSyncMessageCallback,
-                                                         PostMessage, SetSyncReply};
+constexpr NurvoExtensionInterface kExtensionInterface = {SetName, SetScriptApi, SetCallbacks};
+constexpr NurvoMessagingInterface kMessagingInterface = {PostMessage, SetSyncReply};
 
 const void* GetInterface(const char* name) {
   if (std::strcmp(name, kNurvoExtensionInterface) == 0) return &kExtensionInterface;
@@ -153,7 +136,9 @@ InstanceHandle CreateInstance(ExtensionHandle extension, PostedMessageSink sink)
   instance.extension = extension;
   instance.sink = std::move(sink);
   const ExtensionEntry* entry = FindExtension(extension);
-  if (entry != nullptr && entry->created != nullptr) entry->created(handle);
+  if (entry != nullptr && entry->callbacks.created != nullptr) {
+    entry->callbacks.created(handle, entry->user_data);
+  }
   return handle;
 }
 
@@ -164,12 +149,14 @@ void DestroyInstance(InstanceHandle handle) {
   if (instance->delivery != 0) g_source_remove(instance->delivery);
   // Gone before it is told so: what it posts while it goes is for nobody.
   TheHost().instances.erase(handle);
-  if (extension != nullptr && extension->destroyed != nullptr) extension->destroyed(handle);
+  if (extension != nullptr && extension->callbacks.destroyed != nullptr) {
+    extension->callbacks.destroyed(handle, extension->user_data);
+  }
 }
 
 void ShutDownExtensions() {
   for (const auto& [handle, extension] : TheHost().extensions) {
-    if (extension.shutdown != nullptr) extension.shutdown(handle);
+    if (extension.callbacks.shutdown != nullptr) extension.callbacks.shutdown(extension.user_data);
   }
   TheHost().extensions.clear();
 }
@@ -177,9 +164,9 @@ void ShutDownExtensions() {
 std::string CallInstance(InstanceHandle handle, const std::string& message) {
   InstanceEntry* instance = FindInstance(handle);
   const ExtensionEntry* extension = instance == nullptr ? nullptr : FindExtension(instance->extension);
-  if (extension == nullptr || extension->on_sync_message == nullptr) return "";
+  if (extension == nullptr || extension->callbacks.sync_message == nullptr) return "";
   instance->reply.clear();
-  extension->on_sync_message(handle, message.c_str());
+  extension->callbacks.sync_message(handle, message.c_str(), extension->user_data);
   instance = FindInstance(handle);
   return instance == nullptr ? "" : std::exchange(instance->reply, {});
 }

@@ -14,10 +14,8 @@ namespace {
 struct Registration {
   Runtime* runtime = nullptr;
   ExtensionHandle extension = 0;
-  InstanceCallback created = nullptr;
-  InstanceCallback destroyed = nullptr;
-  ShutdownCallback shutdown = nullptr;
-  MessageCallback on_sync = nullptr;
+  NurvoExtensionCallbacks callbacks = {};
+  void* user_data = nullptr;
   std::string reply;
 };
 
@@ -30,14 +28,11 @@ const void* GetInterface(const char* name) {
   static const NurvoExtensionInterface kExtension = {
       [](ExtensionHandle, const char* text) { Registered().runtime->name = text; },
       [](ExtensionHandle, const char* text) { Registered().runtime->script = text; },
-      [](ExtensionHandle, InstanceCallback created, InstanceCallback destroyed) {
-        Registered().created = created;
-        Registered().destroyed = destroyed;
-      },
-      [](ExtensionHandle, ShutdownCallback shutdown) { Registered().shutdown = shutdown; }};
+      [](ExtensionHandle, const NurvoExtensionCallbacks* callbacks, void* user_data) {
+        Registered().callbacks = *callbacks;
+        Registered().user_data = user_data;
+      }};
   static const NurvoMessagingInterface kMessaging = {
-      [](ExtensionHandle, MessageCallback) {},
-      [](ExtensionHandle, MessageCallback on_sync) { Registered().on_sync = on_sync; },
       [](InstanceHandle page, const char* text) {
         Runtime& runtime = *Registered().runtime;
         runtime.posted[page].emplace_back(text);
@@ -70,23 +65,24 @@ Runtime::~Runtime() {
 }
 
 void Runtime::Shutdown() {
-  if (Registered().shutdown != nullptr) Registered().shutdown(Registered().extension);
+  const auto shutdown = std::exchange(Registered().callbacks.shutdown, nullptr);
+  if (shutdown != nullptr) shutdown(Registered().user_data);
 }
 
 InstanceHandle Runtime::NewPage() {
   const InstanceHandle page = NextHandle();
   pages_[page] = true;
-  Registered().created(page);
+  Registered().callbacks.created(page, Registered().user_data);
   return page;
 }
 
 void Runtime::DestroyPage(InstanceHandle page) {
-  if (pages_.erase(page) == 1) Registered().destroyed(page);
+  if (pages_.erase(page) == 1) Registered().callbacks.destroyed(page, Registered().user_data);
 }
 
 std::string Runtime::CallRaw(InstanceHandle page, const std::string& message) {
   Registered().reply.clear();
-  Registered().on_sync(page, message.c_str());
+  Registered().callbacks.sync_message(page, message.c_str(), Registered().user_data);
   return Registered().reply;
 }
 

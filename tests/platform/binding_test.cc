@@ -4,6 +4,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "nurvo/extension.h"
@@ -15,11 +16,19 @@ struct Runtime {
   struct Loaded {
     std::string name;
     std::string script;
-    InstanceCallback created = nullptr;
-    InstanceCallback destroyed = nullptr;
-    MessageCallback message = nullptr;
-    MessageCallback sync_message = nullptr;
-    ShutdownCallback shutdown = nullptr;
+    NurvoExtensionCallbacks callbacks = {};
+    void* user_data = nullptr;
+
+    void Created(InstanceHandle page) const { callbacks.created(page, user_data); }
+    void Destroyed(InstanceHandle page) const { callbacks.destroyed(page, user_data); }
+    void Message(InstanceHandle page, const char* text) const { callbacks.message(page, text, user_data); }
+    void SyncMessage(InstanceHandle page, const char* text) const {
+      callbacks.sync_message(page, text, user_data);
+    }
+    void Shutdown() {
+      const auto shutdown = std::exchange(callbacks.shutdown, nullptr);
+      if (shutdown != nullptr) shutdown(user_data);
+    }
   };
   std::map<ExtensionHandle, Loaded> extensions;
   std::vector<std::string> journal;
@@ -33,15 +42,12 @@ Runtime* g_runtime = nullptr;
 const NurvoExtensionInterface kExtensionTable = {
     [](ExtensionHandle e, const char* name) { g_runtime->extensions[e].name = name; },
     [](ExtensionHandle e, const char* source) { g_runtime->extensions[e].script = source; },
-    [](ExtensionHandle e, InstanceCallback created, InstanceCallback destroyed) {
-      g_runtime->extensions[e].created = created;
-      g_runtime->extensions[e].destroyed = destroyed;
-    },
-    [](ExtensionHandle e, ShutdownCallback shutdown) { g_runtime->extensions[e].shutdown = shutdown; }};
+    [](ExtensionHandle e, const NurvoExtensionCallbacks* callbacks, void* user_data) {
+      g_runtime->extensions[e].callbacks = *callbacks;
+      g_runtime->extensions[e].user_data = user_data;
+    }};
 
 const NurvoMessagingInterface kMessagingTable = {
-    [](ExtensionHandle e, MessageCallback on_message) { g_runtime->extensions[e].message = on_message; },
-    [](ExtensionHandle e, MessageCallback on_message) { g_runtime->extensions[e].sync_message = on_message; },
     [](InstanceHandle i, const char* text) {
       g_runtime->journal.push_back("post " + std::to_string(i) + ' ' + text);
     },
@@ -71,7 +77,7 @@ class Page : public common::ParsedInstance {
       throw std::runtime_error("standard");
     });
     add("go", [&](const picojson::value&, picojson::object& out) {
-      g_runtime->extensions[1].destroyed(handle_);
+      g_runtime->extensions[1].Destroyed(handle_);
       PostMessage("too late");
       ReportSuccess(out);
     });
@@ -99,9 +105,7 @@ class BindingTest : public ::testing::Test {
  protected:
   BindingTest() { g_runtime = &runtime_; }
   ~BindingTest() override {
-    for (const auto& item : runtime_.extensions) {
-      if (item.second.shutdown != nullptr) item.second.shutdown(item.first);
-    }
+    for (auto& item : runtime_.extensions) item.second.Shutdown();
     g_runtime = nullptr;
   }
 
@@ -124,7 +128,7 @@ class BindingTest : public ::testing::Test {
   // The one reply to a call of page 7.
   std::string Call(const char* text) {
     runtime_.replies.clear();
-    runtime_.extensions[1].sync_message(7, text);
+    runtime_.extensions[1].SyncMessage(7, text);
     EXPECT_EQ(runtime_.replies.size(), 1U);
     return runtime_.replies.empty() ? "" : runtime_.replies[0];
   }
@@ -141,7 +145,7 @@ std::string Nested(size_t depth, const std::string& open, const std::string& clo
 
 TEST_F(BindingTest, AnswersGoodCalls) {
   ASSERT_EQ(Load(1), 0);
-  runtime_.extensions[1].created(7);
+  runtime_.extensions[1].Created(7);
   const std::string deep = Nested(255, "[", "]");
   const struct {
     std::string call;
@@ -170,7 +174,7 @@ TEST_F(BindingTest, AnswersGoodCalls) {
 
 TEST_F(BindingTest, AnswersBadCallsWithAnError) {
   ASSERT_EQ(Load(1), 0);
-  runtime_.extensions[1].created(7);
+  runtime_.extensions[1].Created(7);
   const std::string echo = R"({"cmd":"echo","args":)";
   const std::string rows[] = {"",
                               " ",
@@ -205,11 +209,11 @@ TEST_F(BindingTest, AnswersBadCallsWithAnError) {
     const std::string reply = Call(row.c_str());
     EXPECT_EQ(reply.find(R"({"error":{"message":")"), 0U) << row.substr(0, 100);
     EXPECT_NE(reply.find(R"("status":"error")"), std::string::npos);
-    runtime_.extensions[1].message(7, row.c_str());
+    runtime_.extensions[1].Message(7, row.c_str());
   }
   EXPECT_NE(Call(nullptr).find("error"), std::string::npos);
   runtime_.replies.clear();
-  runtime_.extensions[1].sync_message(8, R"({"cmd":"done"})");
+  runtime_.extensions[1].SyncMessage(8, R"({"cmd":"done"})");
   EXPECT_EQ(runtime_.replies.size(), 1U) << "a page that is not there";
 }
 
@@ -221,17 +225,15 @@ TEST_F(BindingTest, OwnsTheInstancesUntilTheirPageOrTheExtensionGoes) {
   EXPECT_EQ(runtime_.extensions[2].script, "the script");
   Runtime::Loaded& first = runtime_.extensions[1];
   Runtime::Loaded& second = runtime_.extensions[2];
-  first.created(1);
-  first.created(2);
-  second.created(3);
-  first.created(-1);
-  first.destroyed(1);
-  first.destroyed(1);
-  first.message(1, R"({"cmd":"done"})");
-  first.shutdown(0);
-  std::exchange(first.shutdown, nullptr)(1);
-  first.created(4);
-  std::exchange(second.shutdown, nullptr)(2);
+  first.Created(1);
+  first.Created(2);
+  second.Created(3);
+  first.Created(-1);
+  first.Destroyed(1);
+  first.Destroyed(1);
+  first.Message(1, R"({"cmd":"done"})");
+  first.Shutdown();
+  second.Shutdown();
   EXPECT_EQ(runtime_.journal,
             (std::vector<std::string>{"post 1 hello", "post 2 hello", "post 3 hello", "gone 1", "gone 2",
                                       "shutdown 1", "gone 3", "shutdown 2"}));
@@ -239,9 +241,9 @@ TEST_F(BindingTest, OwnsTheInstancesUntilTheirPageOrTheExtensionGoes) {
 
 TEST_F(BindingTest, AnInstanceThatGoesDuringItsOwnCallLivesToTheCallsEnd) {
   ASSERT_EQ(Load(1), 0);
-  runtime_.extensions[1].created(7);
+  runtime_.extensions[1].Created(7);
   runtime_.journal.clear();
-  runtime_.extensions[1].sync_message(7, R"({"cmd":"go"})");
+  runtime_.extensions[1].SyncMessage(7, R"({"cmd":"go"})");
   EXPECT_EQ(runtime_.journal, (std::vector<std::string>{"gone 7"}));
 }
 
@@ -254,7 +256,7 @@ TEST_F(BindingTest, AnExtensionThatCannotBeUsedIsReportedAndForgotten) {
   for (const int result : {-3, 1}) {
     runtime_.initialize_result = result;
     EXPECT_EQ(Load(1), result < 0 ? result : -1);
-    EXPECT_EQ(runtime_.extensions[1].created, nullptr);
+    EXPECT_EQ(runtime_.extensions[1].callbacks.created, nullptr);
   }
   runtime_.initialize_result = 0;
   EXPECT_EQ(Load(1), 0);

@@ -9,7 +9,8 @@ extern "C" __attribute__((visibility("default"))) int32_t XW_Initialize(Extensio
       static_cast<const NurvoExtensionInterface*>(get_interface(kNurvoExtensionInterface));
   table->set_name(extension, "crasher");
   table->set_script_api(extension, "");
-  table->register_instance_callbacks(
-      extension, [](InstanceHandle) { std::abort(); }, [](InstanceHandle) {});
+  NurvoExtensionCallbacks callbacks = {};
+  callbacks.created = [](InstanceHandle, void*) { std::abort(); };
+  table->set_callbacks(extension, &callbacks, nullptr);
   return 0;
 }

@@ -23,7 +23,7 @@ void Tell(const char* event, InstanceHandle instance) {
   std::fprintf(stderr, "%s %d in %d\n", event, instance, getpid());
 }
 
-void OnCall(InstanceHandle instance, const char* message) {
+void OnCall(InstanceHandle instance, const char* message, void* /*user_data*/) {
   const std::string text = message;
   constexpr const char* kPost = "post:";
   if (text.compare(0, 5, kPost) == 0) g_messaging->post_message(instance, message + 5);
@@ -39,13 +39,14 @@ extern "C" __attribute__((visibility("default"))) int32_t XW_Initialize(Extensio
   g_messaging = static_cast<const NurvoMessagingInterface*>(get_interface(kNurvoMessagingInterface));
   table->set_name(extension, "example.echo");
   table->set_script_api(extension, kScript);
-  table->register_instance_callbacks(
-      extension, [](InstanceHandle instance) { Tell("created", instance); },
-      [](InstanceHandle instance) {
-        // Nobody gets this any more.
-        g_messaging->post_message(instance, "late");
-        Tell("destroyed", instance);
-      });
-  g_messaging->register_sync_message_callback(extension, OnCall);
+  NurvoExtensionCallbacks callbacks = {};
+  callbacks.created = [](InstanceHandle instance, void* /*user_data*/) { Tell("created", instance); };
+  callbacks.destroyed = [](InstanceHandle instance, void* /*user_data*/) {
+    // Nobody gets this any more.
+    g_messaging->post_message(instance, "late");
+    Tell("destroyed", instance);
+  };
+  callbacks.sync_message = OnCall;
+  table->set_callbacks(extension, &callbacks, nullptr);
   return 0;
 }

@@ -21,35 +21,37 @@ using InterfaceGetter = const void* (*)(const char* name);
 using ExtensionEntryPoint = int32_t (*)(ExtensionHandle extension, InterfaceGetter get_interface);
 constexpr const char* kExtensionEntryPointName = "XW_Initialize";
 
-using InstanceCallback = void (*)(InstanceHandle instance);
-using ShutdownCallback = void (*)(ExtensionHandle extension);
-using MessageCallback = void (*)(InstanceHandle instance, const char* message);
-
-constexpr const char* kNurvoExtensionInterface = "nurvo.Extension/1";
-
-// Describes an extension to the runtime. All four operations are meant for the time of XW_Initialize.
-struct NurvoExtensionInterface {
-  // The dotted path under which pages find the API, for example "corvis.voiceinteraction". Copied.
-  void (*set_name)(ExtensionHandle extension, const char* name);
-  // The script that builds the API in a page. It finds `extension` (its channel) and assigns `exports`.
-  // Copied.
-  void (*set_script_api)(ExtensionHandle extension, const char* source);
-  // `created` is called once for every page that gets the API, before its script runs; `destroyed` once
-  // when the page goes, and before the next page's `created`.
-  void (*register_instance_callbacks)(ExtensionHandle extension, InstanceCallback created,
-                                      InstanceCallback destroyed);
-  // `shutdown` is called once, after the last instance was destroyed.
-  void (*register_shutdown_callback)(ExtensionHandle extension, ShutdownCallback shutdown);
+// What an extension library wants to hear from the runtime. Each operation gets the `user_data` that was
+// registered with it; null for what is not wanted.
+struct NurvoExtensionCallbacks {
+  // Called once for every page that gets the API, before its script runs.
+  void (*created)(InstanceHandle instance, void* user_data);
+  // Called once when the page goes, and before the next page's `created`.
+  void (*destroyed)(InstanceHandle instance, void* user_data);
+  // What a page's script posts without waiting for an answer. Messages are NUL-terminated UTF-8 texts.
+  void (*message)(InstanceHandle instance, const char* message, void* user_data);
+  // A synchronous call of a page's script; answered with set_sync_reply before it returns.
+  void (*sync_message)(InstanceHandle instance, const char* message, void* user_data);
+  // Called once, after the last instance was destroyed; no call follows it.
+  void (*shutdown)(void* user_data);
 };
 
-constexpr const char* kNurvoMessagingInterface = "nurvo.Messaging/1";
+constexpr const char* kNurvoExtensionInterface = "nurvo.Extension/2";
 
-// Carries messages between a page's script and the extension. A message is a NUL-terminated UTF-8 text.
+// Describes an extension to the runtime. All three operations are meant for the time of XW_Initialize; what
+// they are given is copied.
+struct NurvoExtensionInterface {
+  // The dotted path under which pages find the API, for example "corvis.voiceinteraction".
+  void (*set_name)(ExtensionHandle extension, const char* name);
+  // The script that builds the API in a page. It finds `extension` (its channel) and assigns `exports`.
+  void (*set_script_api)(ExtensionHandle extension, const char* source);
+  void (*set_callbacks)(ExtensionHandle extension, const NurvoExtensionCallbacks* callbacks, void* user_data);
+};
+
+constexpr const char* kNurvoMessagingInterface = "nurvo.Messaging/2";
+
+// Carries messages from the extension to a page's script.
 struct NurvoMessagingInterface {
-  // `on_message` receives what a page's script posts and waits for no answer.
-  void (*register_message_callback)(ExtensionHandle extension, MessageCallback on_message);
-  // `on_message` receives a synchronous call; it answers with set_sync_reply before it returns.
-  void (*register_sync_message_callback)(ExtensionHandle extension, MessageCallback on_message);
   // Queues `message` (copied) for the page's script and returns; the page gets it in a later turn of
   // the main loop, in the order of posting. Dropped when the instance has gone by then.
   void (*post_message)(InstanceHandle instance, const char* message);

@@ -1,10 +1,8 @@
 // The process's record of loaded extensions and of the page objects that belong to them: the one place where
 // the runtime's handles turn into objects.
-#ifndef NURVO_PLATFORM_COMMON_BINDING_H_
-#define NURVO_PLATFORM_COMMON_BINDING_H_
+#ifndef NURVO_PLATFORM_BINDING_BINDING_H_
+#define NURVO_PLATFORM_BINDING_BINDING_H_
 
-#include <array>
-#include <cstddef>
 #include <map>
 #include <memory>
 
@@ -12,13 +10,9 @@
 
 namespace nurvo {
 
-// How many extension libraries a process can have loaded at a time. The runtime's callbacks name the page
-// but not the extension, so each extension has a set of callback functions of its own.
-constexpr size_t kMaxExtensions = 16;
-
 // What the library gave to XW_Initialize, and what it uses of the runtime.
 struct LoadedExtension {
-  ExtensionHandle handle = 0;  // 0: this place is free
+  ExtensionHandle handle = 0;
   const NurvoExtensionInterface* description = nullptr;
   const NurvoMessagingInterface* messaging = nullptr;
   common::Extension::InstanceCreatedCallback instance_created = nullptr;
@@ -36,7 +30,7 @@ class Binding {
   int32_t Load(const LoadedExtension& extension, InterfaceGetter get_interface,
                common::Extension::InitializeCallback initialize);
   // The extension whose XW_Initialize is running; null at any other time.
-  const LoadedExtension* Initialising() const { return initialising_; }
+  const LoadedExtension* Initializing() const { return initializing_; }
 
   // Takes `instance` over for the page `handle` of the extension whose instance_created is running. Returns
   // whether it did; otherwise the instance is destroyed.
@@ -44,12 +38,12 @@ class Binding {
   // The messages of the extension that the page belongs to; null when the page is not (or no longer) bound.
   const NurvoMessagingInterface* MessagingOf(InstanceHandle handle) const;
 
-  // The runtime's callbacks, for the extension in place `slot`.
-  void OnCreated(size_t slot, InstanceHandle handle) noexcept;
+  // The runtime's callbacks.
+  void OnCreated(const LoadedExtension& extension, InstanceHandle handle) noexcept;
   void OnDestroyed(InstanceHandle handle) noexcept;
   void OnMessage(InstanceHandle handle, const char* message) noexcept;
-  void OnSyncMessage(size_t slot, InstanceHandle handle, const char* message) noexcept;
-  void OnShutdown(ExtensionHandle handle) noexcept;
+  void OnSyncMessage(const LoadedExtension& extension, InstanceHandle handle, const char* message) noexcept;
+  void OnShutdown(const LoadedExtension& extension) noexcept;
 
  private:
   struct BoundInstance {
@@ -59,17 +53,15 @@ class Binding {
     const LoadedExtension* extension;
   };
 
-  LoadedExtension* Find(ExtensionHandle handle);
   std::shared_ptr<common::Instance> FindInstance(InstanceHandle handle) const;
   void DestroyInstancesOf(const LoadedExtension* extension);
-  void RegisterCallbacks(size_t slot);
 
-  std::array<LoadedExtension, kMaxExtensions> extensions_;
+  std::map<ExtensionHandle, LoadedExtension> extensions_;
   std::map<InstanceHandle, BoundInstance> instances_;
-  const LoadedExtension* initialising_ = nullptr;
+  const LoadedExtension* initializing_ = nullptr;
   const LoadedExtension* creating_ = nullptr;
 };
 
 }  // namespace nurvo
 
-#endif  // NURVO_PLATFORM_COMMON_BINDING_H_
+#endif  // NURVO_PLATFORM_BINDING_BINDING_H_

@@ -1,5 +1,5 @@
 // The page's end of an extension: its empty hooks, and the two ways in which texts leave it.
-#include "common/binding.h"
+#include "binding/binding.h"
 #include "nurvo/extension.h"
 
 namespace common {

@@ -1,5 +1,5 @@
 // A parse context for picojson that bounds the nesting and takes plain runs of a string in one go.
-#include "common/call_parser.h"
+#include "binding/call_parser.h"
 
 #include <cstring>
 #include <string>

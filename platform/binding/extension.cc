@@ -1,7 +1,7 @@
 // The extension's side of the binding: loading, describing itself, handing instances over.
 #include <memory>
 
-#include "common/binding.h"
+#include "binding/binding.h"
 #include "nurvo/extension.h"
 
 namespace common {
@@ -35,12 +35,12 @@ void Extension::OnInstanceCreated(InstanceHandle handle, Instance* instance) {
 }
 
 void Extension::SetExtensionName(const char* name) {
-  const nurvo::LoadedExtension* const extension = nurvo::Binding::Get().Initialising();
+  const nurvo::LoadedExtension* const extension = nurvo::Binding::Get().Initializing();
   if (extension != nullptr && name != nullptr) extension->description->set_name(extension->handle, name);
 }
 
 void Extension::SetJavaScriptAPI(const char* source) {
-  const nurvo::LoadedExtension* const extension = nurvo::Binding::Get().Initialising();
+  const nurvo::LoadedExtension* const extension = nurvo::Binding::Get().Initializing();
   if (extension != nullptr && source != nullptr) {
     extension->description->set_script_api(extension->handle, source);
   }

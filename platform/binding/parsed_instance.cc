@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "common/call_parser.h"
+#include "binding/call_parser.h"
 #include "nurvo/extension.h"
 
 namespace common {

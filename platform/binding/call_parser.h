@@ -1,7 +1,7 @@
 // Reads the JSON text of a call. Texts come from pages, so none of them may do harm: not by depth, not by
 // length, not by numbers that fit no double.
-#ifndef NURVO_PLATFORM_COMMON_CALL_PARSER_H_
-#define NURVO_PLATFORM_COMMON_CALL_PARSER_H_
+#ifndef NURVO_PLATFORM_BINDING_CALL_PARSER_H_
+#define NURVO_PLATFORM_BINDING_CALL_PARSER_H_
 
 #include <picojson.h>
 
@@ -19,4 +19,4 @@ bool ParseJson(const char* text, picojson::value& value);
 
 }  // namespace nurvo
 
-#endif  // NURVO_PLATFORM_COMMON_CALL_PARSER_H_
+#endif  // NURVO_PLATFORM_BINDING_CALL_PARSER_H_
