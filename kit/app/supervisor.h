@@ -7,6 +7,8 @@
 
 namespace corvis::kit {
 
+class Stage;
+
 // One in a process. SIGINT, SIGTERM, SIGHUP and SIGQUIT end every wait of the main loop (service/main_loop.h)
 // with an error of kInterrupted, and the runs' processes. The caller then reports, cleans up and exits with
 // signal_status(). When it has not within the grace (it is stuck in a loop, or in output that nobody takes),
@@ -30,8 +32,10 @@ class Supervisor {
 
  private:
   friend class Stage;
-  struct State;
-  std::unique_ptr<State> state_;
+  class Watch;
+  // The stage that is ended with the process; null for none.
+  void Attend(Stage* stage);
+  std::unique_ptr<Watch> watch_;
 };
 
 }  // namespace corvis::kit

@@ -1,0 +1,244 @@
+// Only system calls and the standard library: other libraries may have had threads in the parent.
+#include "app/keeper.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/signalfd.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "app/bus_config.h"
+#include "app/process_tree.h"
+
+namespace corvis::kit {
+
+namespace {
+
+// How long the runtime has to end when it is told, and then all others.
+constexpr auto kRuntimeGrace = std::chrono::seconds(2);
+constexpr auto kOthersGrace = std::chrono::milliseconds(300);
+
+constexpr int kNotExecuted = 127;
+
+class Keeper {
+ public:
+  Keeper(const KeeperTask& task, int channel) : task_(task), channel_(channel) {}
+
+  int Run() {
+    const std::string problem = Start();
+    if (!problem.empty()) {
+      Report(kReportProblem, problem);
+    } else {
+      Report(kReportStarted, folder_);
+      WaitForEnd();
+    }
+    End();
+    return problem.empty() ? 0 : 1;
+  }
+
+ private:
+  void Report(KeeperReport kind, const std::string& text) const {
+    const std::string packet = (std::string(1, kind) + text).substr(0, kReportSize);
+    send(channel_, packet.data(), packet.size(), MSG_NOSIGNAL);
+  }
+
+  // A sentence on failure.
+  std::string Start() {
+    sigset_t child;
+    sigemptyset(&child);
+    sigaddset(&child, SIGCHLD);
+    sigprocmask(SIG_BLOCK, &child, nullptr);
+    children_ = signalfd(-1, &child, SFD_CLOEXEC | SFD_NONBLOCK);
+    std::string problem = MakeFolder();
+    const int socket = problem.empty() ? ListenForBus(problem) : -1;
+    if (!problem.empty()) return problem;
+    bus_ = StartBus(socket);
+    close(socket);
+    runtime_ = StartRuntime();
+    close(task_.runtime_output);
+    return bus_ > 0 && runtime_ > 0 ? "" : "No process can be started; has this user too many of them?";
+  }
+
+  std::string MakeFolder() {
+    std::string name = task_.parent_folder + "/corvis.XXXXXX";
+    if (mkdtemp(name.data()) == nullptr) {
+      return "No folder for the run can be made in " + task_.parent_folder + " (" + std::strerror(errno) +
+             "); set TMPDIR to a folder that this user may write to.";
+    }
+    folder_ = name;
+    std::ofstream config(ConfigFile());
+    config << kBusConfig;
+    config.close();
+    if (!config || mkdir(TemporaryFolder().c_str(), S_IRWXU) != 0)
+      return "The run's folder " + folder_ + " can't be written; is the disk full?";
+    return "";
+  }
+
+  // The socket exists before the bus does, so that nobody has to wait for the bus to come.
+  int ListenForBus(std::string& problem) const {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::string path = folder_ + kBusSocket;
+    problem =
+        "The folder " + task_.parent_folder + " has too long a name for a socket; set TMPDIR to another.";
+    if (path.size() >= sizeof(address.sun_path)) return -1;
+    std::memcpy(address.sun_path, path.c_str(), path.size());
+    problem = "The bus can't be started in " + folder_ + "; set TMPDIR to a folder that can hold sockets.";
+    const int listening = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (bind(listening, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 ||
+        listen(listening, SOMAXCONN) != 0) {
+      return -1;
+    }
+    problem.clear();
+    return listening;
+  }
+
+  pid_t StartBus(int listening) const {
+    const pid_t process = StartChild();
+    if (process != 0) return process;
+    // The first descriptor after standard error is the one to listen on.
+    constexpr int kFirstPassed = STDERR_FILENO + 1;
+    if (listening == kFirstPassed) listening = fcntl(listening, F_DUPFD, kFirstPassed + 1);
+    dup2(listening, kFirstPassed);
+    setenv("LISTEN_PID", std::to_string(getpid()).c_str(), 1);
+    setenv("LISTEN_FDS", "1", 1);
+    SetOutput(open(LogFile().c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    Execute({"dbus-daemon", "--config-file=" + ConfigFile(), "--nofork", "--nopidfile", "--nosyslog"});
+  }
+
+  pid_t StartRuntime() const {
+    const pid_t process = StartChild();
+    if (process != 0) return process;
+    SetOutput(task_.runtime_output);
+    setenv("DBUS_SESSION_BUS_ADDRESS", BusAddress(folder_ + kBusSocket).c_str(), 1);
+    setenv("TMPDIR", TemporaryFolder().c_str(), 1);
+    // A desktop's services are not looked for.
+    setenv("NO_AT_BRIDGE", "1", 1);
+    setenv("GTK_A11Y", "none", 1);
+    Execute(task_.runtime);
+  }
+
+  // A child that ends when the keeper does; 0 within it.
+  static pid_t StartChild() {
+    const pid_t keeper = getpid();
+    const pid_t process = fork();
+    if (process != 0) return process;
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (getppid() != keeper) _exit(kNotExecuted);
+    return 0;
+  }
+
+  static void SetOutput(int descriptor) {
+    dup2(descriptor, STDOUT_FILENO);
+    dup2(descriptor, STDERR_FILENO);
+  }
+
+  [[noreturn]] static void Execute(const std::vector<std::string>& command) {
+    std::vector<char*> arguments;
+    for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
+    arguments.push_back(nullptr);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    std::signal(SIGPIPE, SIG_DFL);
+    execvp(arguments[0], arguments.data());
+    _exit(kNotExecuted);
+  }
+
+  void WaitForEnd() {
+    pollfd watched[] = {{channel_, POLLIN, 0}, {children_, POLLIN, 0}};
+    for (;;) {
+      poll(watched, std::size(watched), -1);
+      if (watched[0].revents != 0) return;
+      Reap();
+    }
+  }
+
+  void Reap() {
+    signalfd_siginfo ignored;
+    while (read(children_, &ignored, sizeof(ignored)) > 0) {
+    }
+    int status = 0;
+    for (pid_t process = 0; (process = waitpid(-1, &status, WNOHANG)) > 0;) {
+      if (process == runtime_) {
+        runtime_ = 0;
+        Report(kReportRuntimeEnded, std::to_string(status));
+      } else if (process == bus_) {
+        Report(kReportBusEnded, std::to_string(status) + " " + BusLog());
+      }
+    }
+  }
+
+  // What the bus printed last.
+  std::string BusLog() const {
+    std::ifstream log(LogFile());
+    std::string last = "it printed nothing";
+    for (std::string line; std::getline(log, line);) last = line;
+    return last;
+  }
+
+  // The runtime first, which takes leave of its page over the bus.
+  void End() {
+    if (runtime_ > 0) {
+      TellToEnd(runtime_);
+      WaitForChild(runtime_, kRuntimeGrace);
+    }
+    EndDescendants(kOthersGrace);
+    std::error_code ignored;
+    if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
+  }
+
+  std::string ConfigFile() const { return folder_ + "/bus.conf"; }
+  std::string LogFile() const { return folder_ + "/bus.log"; }
+  // Short, as programs make sockets in it.
+  std::string TemporaryFolder() const { return folder_ + "/tmp"; }
+
+  const KeeperTask& task_;
+  const int channel_;
+  int children_ = -1;
+  std::string folder_;
+  pid_t bus_ = 0;
+  pid_t runtime_ = 0;
+};
+
+// Moves `descriptor` to the place `to` and closes everything beyond both.
+void KeepOnly(int& channel, int& output) {
+  constexpr int kChannel = STDERR_FILENO + 1;
+  constexpr int kOutput = kChannel + 1;
+  // Out of each other's way first.
+  const int high_channel = fcntl(channel, F_DUPFD, kOutput + 1);
+  const int high_output = fcntl(output, F_DUPFD, kOutput + 1);
+  channel = dup3(high_channel, kChannel, O_CLOEXEC);
+  output = dup3(high_output, kOutput, O_CLOEXEC);
+  close_range(kOutput + 1, ~0U, 0);
+}
+
+}  // namespace
+
+void Keep(const KeeperTask& task, int channel) {
+  prctl(PR_SET_NAME, "corvis-keeper");
+  // Out of the reach of what is meant for the terminal's processes; what is meant for this one is blocked.
+  setsid();
+  sigset_t all;
+  sigfillset(&all);
+  sigprocmask(SIG_SETMASK, &all, nullptr);
+  AdoptOrphans();
+  KeeperTask own = task;
+  KeepOnly(channel, own.runtime_output);
+  const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
+  for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, standard);
+  _exit(Keeper(own, channel).Run());
+}
+
+}  // namespace corvis::kit

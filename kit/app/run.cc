@@ -1,0 +1,156 @@
+// Putting a run together, and what its end means.
+#include "app/run.h"
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+#include <utility>
+
+#include "app/bus_config.h"
+#include "app/keeper.h"
+#include "app/process_tree.h"
+#include "app/stage.h"
+#include "service/main_loop.h"
+
+namespace corvis::kit {
+
+namespace {
+
+// What the runtime puts in front of its own sentences.
+constexpr std::string_view kRuntimeMark = "corvis-tv: ";
+
+const char* NameOf(ConsoleKind kind) {
+  switch (kind) {
+    case ConsoleKind::kPage:
+      return "page";
+    case ConsoleKind::kAll:
+      return "all";
+    case ConsoleKind::kNone:
+      break;
+  }
+  return "none";
+}
+
+std::vector<std::string> RuntimeCommand(const RunOptions& options) {
+  std::vector<std::string> command = {options.places.runtime,
+                                      "--app-id",
+                                      options.app_id,
+                                      "--extension",
+                                      options.places.library,
+                                      "--size",
+                                      std::to_string(options.width) + "x" + std::to_string(options.height),
+                                      "--console",
+                                      NameOf(options.console)};
+  for (const std::string& privilege : options.privileges) {
+    command.insert(command.end(), {"--privilege", PrivilegeUri(privilege)});
+  }
+  if (options.is_headless) command.emplace_back("--headless");
+  command.insert(command.end(), options.runtime_arguments.begin(), options.runtime_arguments.end());
+  // The page's name may begin as an option does.
+  command.insert(command.end(), {"--", options.page});
+  return command;
+}
+
+ErrorKind KindOfStatus(int status) {
+  // The exit statuses of corvis-tv.
+  switch (status) {
+    case 0:
+      return ErrorKind::kClosed;
+    case 2:
+      return ErrorKind::kUsage;
+    case 3:
+      return ErrorKind::kNoApplication;
+    case 4:
+      return ErrorKind::kCrashing;
+    default:
+      return ErrorKind::kNoEnvironment;
+  }
+}
+
+Error EndOfRuntime(int wait_status, const std::string& last_sentence) {
+  const bool has_exited = WIFEXITED(wait_status);
+  const ErrorKind kind = has_exited ? KindOfStatus(WEXITSTATUS(wait_status)) : ErrorKind::kNoEnvironment;
+  if (kind == ErrorKind::kClosed) return {"The application ended: its page or its window was closed.", kind};
+  if (has_exited && !last_sentence.empty()) return {last_sentence, kind};
+  return {"The web runtime (corvis-tv) " + HowItEnded(wait_status) + ".", kind};
+}
+
+}  // namespace
+
+Places FindPlaces() {
+  std::error_code ignored;
+  const auto folder = std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path();
+  const auto built = folder / "corvis-tv";
+  if (std::filesystem::exists(built, ignored))
+    return {built, folder.parent_path() / "lib" / "libcorvis_voiceinteraction.so"};
+  return {folder / CORVIS_RUNTIME_FROM_BIN, folder / CORVIS_LIBRARY_FROM_BIN};
+}
+
+struct Run::Parts {
+  explicit Parts(RunSinks s)
+      : sinks(std::move(s)), service([this](const auto& sentence) { Notice(sentence); }) {}
+
+  void Notice(const std::string& sentence) const {
+    if (!is_ending && sinks.notice) sinks.notice(sentence);
+  }
+
+  void TakeLine(const std::string& line) {
+    if (line.compare(0, kRuntimeMark.size(), kRuntimeMark) == 0)
+      last_sentence = line.substr(kRuntimeMark.size());
+    if (sinks.runtime_line) sinks.runtime_line(line);
+  }
+
+  void NoteEnd(Error reason) {
+    if (ending) return;
+    ending = std::make_unique<Error>(std::move(reason));
+    EndWaits(*ending);
+  }
+
+  RunSinks sinks;
+  bool is_ending = false;
+  std::string last_sentence;
+  std::unique_ptr<Error> ending;
+  VoiceService service;
+  std::unique_ptr<Conversation> conversation;
+  // Ends before the others go, so that none of them waits for it.
+  std::unique_ptr<Stage> stage;
+};
+
+Run::Run(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
+Run::~Run() {
+  parts_->is_ending = true;
+}
+
+Result<std::unique_ptr<Run>> Run::Start(Supervisor& supervisor, const RunOptions& options, RunSinks sinks) {
+  auto parts = std::make_unique<Parts>(std::move(sinks));
+  StageEvents events;
+  events.on_line = [&to = *parts](const std::string& line) { to.TakeLine(line); };
+  events.on_runtime_ended = [&to = *parts](int wait_status) {
+    to.NoteEnd(EndOfRuntime(wait_status, to.last_sentence));
+  };
+  events.on_broken = [&to = *parts](const std::string& sentence) {
+    to.NoteEnd({sentence, ErrorKind::kNoEnvironment});
+  };
+  auto stage = Stage::Start(supervisor, RuntimeCommand(options), std::move(events));
+  if (!stage) return Fail(stage.error());
+  parts->stage = std::move(*stage);
+  setenv("DBUS_SESSION_BUS_ADDRESS", BusAddress(parts->stage->folder() + kBusSocket).c_str(), 1);
+  const std::string problem = parts->service.Start();
+  if (!problem.empty())
+    return Fail(parts->ending ? *parts->ending : Error{problem, ErrorKind::kNoEnvironment});
+  parts->conversation =
+      std::make_unique<Conversation>(parts->service, options.app_id, options.answer_timeout);
+  return std::unique_ptr<Run>(new Run(std::move(parts)));
+}
+
+Conversation& Run::conversation() {
+  return *parts_->conversation;
+}
+
+const Error* Run::ending() const {
+  return parts_->ending.get();
+}
+
+}  // namespace corvis::kit

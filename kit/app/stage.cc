@@ -1,0 +1,213 @@
+// Forking the keeper, listening to it, and ending it.
+#include "app/stage.h"
+
+#include <fcntl.h>
+#include <glib-unix.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <csignal>
+#include <filesystem>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "app/keeper.h"
+#include "app/process_tree.h"
+#include "service/answer_book.h"
+#include "service/main_loop.h"
+
+namespace corvis::kit {
+
+namespace {
+
+constexpr auto kStartTime = std::chrono::seconds(20);
+// Somewhat more than what a keeper takes to end everything.
+constexpr auto kEndTime = std::chrono::milliseconds(2700);
+// From the keeper's last report to its end.
+constexpr auto kExitTime = std::chrono::milliseconds(100);
+// A longer line is handed over in parts.
+constexpr size_t kLongestLine = 1U << 20U;
+
+constexpr auto kReadable = GIOCondition(G_IO_IN | G_IO_HUP | G_IO_ERR);
+
+void Close(int& descriptor) {
+  if (descriptor >= 0) close(std::exchange(descriptor, -1));
+}
+
+void RemoveSource(unsigned& source) {
+  if (source != 0) g_source_remove(std::exchange(source, 0));
+}
+
+std::string TemporaryFolder() {
+  const char* folder = getenv("TMPDIR");
+  return folder == nullptr || *folder == '\0' ? "/tmp" : folder;
+}
+
+bool IsProgram(const std::string& name) {
+  gchar* path = g_find_program_in_path(name.c_str());
+  const bool is_program = path != nullptr;
+  g_free(path);
+  return is_program;
+}
+
+Status CheckPrograms(const std::string& runtime) {
+  if (!IsProgram("dbus-daemon"))
+    return Fail("dbus-daemon is missing; install the package dbus.", ErrorKind::kNoEnvironment);
+  if (!IsProgram(runtime))
+    return Fail("The web runtime " + runtime + " is missing; build or install it.",
+                ErrorKind::kNoEnvironment);
+  return {};
+}
+
+}  // namespace
+
+Stage::Stage(Supervisor& supervisor, StageEvents events)
+    : supervisor_(supervisor), events_(std::move(events)) {
+  supervisor_.Attend(this);
+}
+
+Stage::~Stage() {
+  is_ending_ = true;
+  RemoveSource(reports_source_);
+  RemoveSource(output_source_);
+  TellToEnd();
+  WaitForKeeper();
+  EndNow();
+  supervisor_.Attend(nullptr);
+  Close(reports_);
+  Close(output_);
+}
+
+Result<std::unique_ptr<Stage>> Stage::Start(Supervisor& supervisor, const std::vector<std::string>& runtime,
+                                            StageEvents events) {
+  if (const Status found = CheckPrograms(runtime.front()); !found) return Fail(found.error());
+  std::unique_ptr<Stage> stage(new Stage(supervisor, std::move(events)));
+  if (const Status forked = stage->Fork(runtime); !forked) return Fail(forked.error());
+  stage->Watch();
+  WaitUntil([&] { return !stage->folder_.empty() || !stage->problem_.empty(); }, kStartTime);
+  if (!stage->folder_.empty()) return stage;
+  if (IsInterrupted()) return Fail(*WhyWaitsEnd());
+  if (stage->problem_.empty()) stage->problem_ = "The run's processes can't be started in time.";
+  return Fail(stage->problem_, ErrorKind::kNoEnvironment);
+}
+
+Status Stage::Fork(const std::vector<std::string>& runtime) {
+  const auto failure =
+      Fail("No process can be started for the run; are there too many of them, or of open files?",
+           ErrorKind::kNoEnvironment);
+  int reports[2];
+  int output[2];
+  if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, reports) != 0) return failure;
+  const std::lock_guard lock(mutex_);
+  reports_ = reports[0];
+  if (pipe2(output, O_CLOEXEC) == 0) {
+    output_ = output[0];
+    fcntl(output_, F_SETFL, O_NONBLOCK);
+    keeper_ = fork();
+    if (keeper_ == 0) Keep({TemporaryFolder(), runtime, output[1]}, reports[1]);
+    close(output[1]);
+  }
+  close(reports[1]);
+  return keeper_ > 0 ? Status() : failure;
+}
+
+void Stage::Watch() {
+  reports_source_ = g_unix_fd_add(
+      reports_, kReadable,
+      [](gint, GIOCondition, gpointer stage) -> gboolean { return static_cast<Stage*>(stage)->ReadReport(); },
+      this);
+  output_source_ = g_unix_fd_add(
+      output_, kReadable,
+      [](gint, GIOCondition, gpointer stage) -> gboolean {
+        static_cast<Stage*>(stage)->ReadOutput();
+        return static_cast<Stage*>(stage)->output_source_ != 0;
+      },
+      this);
+}
+
+bool Stage::ReadReport() {
+  char packet[kReportSize];
+  const ssize_t size = recv(reports_, packet, sizeof(packet), MSG_DONTWAIT);
+  if (size > 0) TakeReport(std::string(packet, static_cast<size_t>(size)));
+  if (size > 0 || (size < 0 && errno == EAGAIN)) return true;
+  reports_source_ = 0;
+  if (is_ending_ || !problem_.empty()) return false;
+  problem_ = "The process that keeps the run together (corvis-keeper) was ended.";
+  if (!folder_.empty()) events_.on_broken(problem_);
+  return false;
+}
+
+void Stage::TakeReport(const std::string& report) {
+  const std::string text = report.substr(1);
+  int status = 0;
+  const char* const words = std::from_chars(text.data(), text.data() + text.size(), status).ptr;
+  if (report[0] == kReportStarted) folder_ = text;
+  if (report[0] == kReportProblem) problem_ = text;
+  if (is_ending_) return;
+  if (report[0] == kReportBusEnded)
+    events_.on_broken("The run's bus (dbus-daemon) " + HowItEnded(status) + ":" + words);
+  if (report[0] != kReportRuntimeEnded) return;
+  // All that it printed is in the pipe.
+  while (ReadOutput()) {
+  }
+  events_.on_runtime_ended(status);
+}
+
+// False when there is no more at present.
+bool Stage::ReadOutput() {
+  char text[65536];
+  const ssize_t size = read(output_, text, sizeof(text));
+  if (size > 0) TakeOutput(text, static_cast<size_t>(size));
+  if (size == 0) RemoveSource(output_source_);
+  return size > 0;
+}
+
+void Stage::TakeOutput(const char* text, size_t size) {
+  std::string_view left(text, size);
+  for (size_t end = 0; (end = left.find('\n')) != std::string_view::npos; left.remove_prefix(end + 1)) {
+    line_ += left.substr(0, end);
+    events_.on_line(std::exchange(line_, {}));
+  }
+  line_ += left;
+  if (line_.size() >= kLongestLine) events_.on_line(std::exchange(line_, {}));
+}
+
+void Stage::TellToEnd() const {
+  const std::lock_guard lock(mutex_);
+  if (reports_ >= 0) shutdown(reports_, SHUT_WR);
+}
+
+// The runtime may still print, and waits while nobody reads it.
+void Stage::WaitForKeeper() {
+  const auto end = Clock::now() + kEndTime;
+  pollfd watched[] = {{reports_, POLLIN, 0}, {output_, POLLIN, 0}};
+  for (auto left = kEndTime; keeper_ > 0 && left.count() > 0;
+       left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now())) {
+    poll(watched, std::size(watched), static_cast<int>(left.count()));
+    if (watched[1].revents != 0 && !ReadOutput()) watched[1].fd = -1;
+    char ignored[kReportSize];
+    if (watched[0].revents != 0 && recv(reports_, ignored, sizeof(ignored), MSG_DONTWAIT) <= 0) return;
+  }
+}
+
+void Stage::EndNow() {
+  const std::lock_guard lock(mutex_);
+  if (keeper_ <= 0) return;
+  int status = 0;
+  if (!WaitForChild(keeper_, kExitTime, &status)) {
+    kill(keeper_, SIGKILL);
+    WaitForChild(keeper_, kEndTime, &status);
+  }
+  keeper_ = 0;
+  if (WIFEXITED(status)) return;
+  // It could not end its processes itself, so they are this process's now.
+  EndDescendants(std::chrono::milliseconds(0));
+  std::error_code ignored;
+  if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
+}
+
+}  // namespace corvis::kit

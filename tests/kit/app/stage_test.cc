@@ -1,0 +1,236 @@
+// A run's processes and folder, with shell commands in the runtime's place: what is reported, and that
+// nothing stays.
+#include "app/stage.h"
+
+#include <fcntl.h>
+#include <glib.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "app/bus_config.h"
+#include "app/process_tree.h"
+#include "service/main_loop.h"
+
+namespace corvis::kit {
+namespace {
+
+namespace fs = std::filesystem;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+constexpr auto kPatience = seconds(20);
+
+// Holds for a test the folder in which runs make theirs.
+class StageTest : public testing::Test {
+ protected:
+  StageTest() {
+    std::string name = fs::temp_directory_path() / "corvis-stage-test.XXXXXX";
+    folder_ = mkdtemp(name.data());
+    setenv("TMPDIR", folder_.c_str(), 1);
+  }
+  ~StageTest() override {
+    unsetenv("TMPDIR");
+    std::error_code ignored;
+    fs::permissions(folder_, fs::perms::owner_all, ignored);
+    fs::remove_all(folder_, ignored);
+  }
+
+  // A stage with this command as the runtime.
+  Result<std::unique_ptr<Stage>> Start(const std::string& command) {
+    return StartProgram({"/bin/sh", "-c", command});
+  }
+  Result<std::unique_ptr<Stage>> StartProgram(const std::vector<std::string>& program) {
+    return Stage::Start(supervisor_, program,
+                        {[this](const std::string& line) { heard_ += line + "\n"; },
+                         [this](int status) { heard_ += "the runtime " + HowItEnded(status) + "\n"; },
+                         [this](const std::string& sentence) { heard_ += sentence + "\n"; }});
+  }
+
+  bool Hears(const std::string& text) {
+    return WaitUntil([&] { return heard_.find(text) != std::string::npos; }, kPatience);
+  }
+
+  bool IsEmpty() const { return fs::is_empty(folder_); }
+
+  Supervisor supervisor_;
+  fs::path folder_;
+  std::string heard_;
+};
+
+// Whether nothing is left below this process by then.
+bool IsAlone(milliseconds time) {
+  const auto end = std::chrono::steady_clock::now() + time;
+  while (!Descendants().empty() && std::chrono::steady_clock::now() < end) {
+    for (const pid_t process : Descendants()) waitpid(process, nullptr, WNOHANG);
+    g_usleep(1000);
+  }
+  return Descendants().empty();
+}
+
+pid_t DescendantNamed(const std::string& name) {
+  for (const pid_t process : Descendants()) {
+    std::ifstream stream("/proc/" + std::to_string(process) + "/comm");
+    std::string comm;
+    if (std::getline(stream, comm) && comm == name) return process;
+  }
+  return 0;
+}
+
+TEST(BusAddress, TakesAnyBytes) {
+  EXPECT_EQ(BusAddress("/a b,;\xff"), "unix:path=%2f%61%20%62%2c%3b%ff");
+}
+
+TEST_F(StageTest, ReportsEveryLineAndThenTheEnd) {
+  const auto stage = Start("echo first; printf second >&2; printf '\\nthird'; exit 3");
+  ASSERT_TRUE(stage) << stage.error().message;
+  ASSERT_TRUE(Hears("the runtime ended with status 3\n"));
+  // A line without an end is no line.
+  EXPECT_EQ(heard_, "first\nsecond\nthe runtime ended with status 3\n");
+}
+
+TEST_F(StageTest, GivesTheRuntimeABusAndATemporaryFolderInItsOwn) {
+  const auto stage = Start(
+      "dbus-send --session --print-reply --dest=org.freedesktop.DBus / org.freedesktop.DBus.GetId | head -1;"
+      "echo \"$TMPDIR\"; stat -c %a \"$TMPDIR/..\"");
+  ASSERT_TRUE(stage) << stage.error().message;
+  ASSERT_TRUE(Hears("the runtime ended"));
+  EXPECT_EQ(heard_.rfind("method return", 0), 0U) << heard_;
+  EXPECT_NE(heard_.find("\n" + (*stage)->folder() + "/tmp\n700\n"), std::string::npos) << heard_;
+}
+
+// What is still there when the run ends must end all the same.
+TEST_F(StageTest, LeavesNothing) {
+  const char* const kStubborn[] = {
+      "echo up; exec sleep 1000",
+      "echo up; kill -STOP $$; exec sleep 1000",
+      "trap '' TERM; echo up; while :; do sleep 1000; done",
+      // Orphans in sessions of their own, one of which ignores what it is told.
+      "setsid sh -c 'sleep 1000 & setsid sleep 1000 &' & setsid sh -c \"trap '' TERM; sleep 1000\" & echo "
+      "up; exit 1",
+      // More output than a pipe holds, which nobody reads any more.
+      "echo up; exec yes",
+  };
+  for (const char* command : kStubborn) {
+    heard_.clear();
+    auto stage = Start(command);
+    ASSERT_TRUE(stage) << stage.error().message;
+    ASSERT_TRUE(Hears("up\n")) << command;
+    stage->reset();
+    EXPECT_TRUE(Descendants().empty()) << command;
+    EXPECT_TRUE(IsEmpty()) << command;
+  }
+}
+
+TEST_F(StageTest, ReportsTheBusAndTheKeeperThatAreGone) {
+  for (const char* name : {"dbus-daemon", "corvis-keeper"}) {
+    heard_.clear();
+    auto stage = Start("echo up; exec sleep 1000");
+    ASSERT_TRUE(stage) << stage.error().message;
+    ASSERT_TRUE(Hears("up\n"));
+    kill(DescendantNamed(name), SIGKILL);
+    EXPECT_TRUE(Hears(name)) << name;
+    stage->reset();
+    EXPECT_TRUE(Descendants().empty()) << name;
+    EXPECT_TRUE(IsEmpty()) << name;
+  }
+}
+
+TEST_F(StageTest, EndsByItselfWhenItsProgramIsKilled) {
+  AdoptOrphans();
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t program = fork();
+  if (program == 0) {
+    const Supervisor own;
+    const auto stage = Start("trap '' TERM; echo up; while :; do sleep 1000; done");
+    if (Hears("up\n")) static_cast<void>(write(ready[1], "!", 1));
+    pause();
+  }
+  char byte = 0;
+  ASSERT_EQ(read(ready[0], &byte, 1), 1);
+  kill(program, SIGKILL);
+  EXPECT_TRUE(IsAlone(seconds(3)));
+  EXPECT_TRUE(IsEmpty());
+}
+
+TEST_F(StageTest, NamesWhatIsMissing) {
+  const auto no_program = StartProgram({"/nowhere/corvis-tv"});
+  ASSERT_FALSE(no_program);
+  EXPECT_EQ(no_program.error().kind, ErrorKind::kNoEnvironment);
+  EXPECT_NE(no_program.error().message.find("/nowhere/corvis-tv is missing"), std::string::npos);
+
+  const fs::path long_name = folder_ / std::string(150, 'x');
+  fs::create_directory(long_name);
+  for (const fs::path& parent : {fs::path("/nowhere"), long_name}) {
+    setenv("TMPDIR", parent.c_str(), 1);
+    const auto no_folder = Start("exec sleep 1000");
+    ASSERT_FALSE(no_folder);
+    EXPECT_EQ(no_folder.error().kind, ErrorKind::kNoEnvironment);
+    EXPECT_NE(no_folder.error().message.find("TMPDIR"), std::string::npos) << no_folder.error().message;
+  }
+  EXPECT_TRUE(IsAlone(kPatience));
+  EXPECT_TRUE(fs::is_empty(long_name));
+}
+
+// The status of a process that does `work` under a supervisor and gets `signal` (0: none) once it is there.
+template <typename Work>
+int StatusAfter(int signal, Work work) {
+  int ready[2];
+  if (pipe(ready) != 0) return -1;
+  const pid_t program = fork();
+  if (program == 0) {
+    Supervisor supervisor;
+    static_cast<void>(write(ready[1], "!", 1));
+    _exit(work(supervisor));
+  }
+  char byte = 0;
+  if (read(ready[0], &byte, 1) == 1 && signal != 0) kill(program, signal);
+  int status = 0;
+  WaitForChild(program, kPatience, &status);
+  close(ready[0]);
+  close(ready[1]);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(SupervisorTest, EndsWaitsAndGivesTheStatusOfTheSignal) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+    const int status = StatusAfter(signal, [](const Supervisor& supervisor) {
+      WaitUntil([] { return false; }, kPatience);
+      return WhyWaitsEnd()->kind == ErrorKind::kInterrupted ? supervisor.signal_status() : 1;
+    });
+    EXPECT_EQ(status, 128 + signal);
+  }
+}
+
+TEST(SupervisorTest, EndsAProgramThatIsStuck) {
+  const auto begin = std::chrono::steady_clock::now();
+  const auto stay = [](Supervisor& /*supervisor*/) -> int {
+    for (;;) pause();
+  };
+  EXPECT_EQ(StatusAfter(SIGTERM, stay), 128 + SIGTERM);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, seconds(5));
+  const auto stay_too_long = [&](Supervisor& supervisor) {
+    supervisor.EndAfter(milliseconds(1), 8);
+    return stay(supervisor);
+  };
+  EXPECT_EQ(StatusAfter(0, stay_too_long), 8);
+}
+
+TEST(SupervisorTest, OpensWhatIsClosedSoThatWritingFails) {
+  const int status = StatusAfter(0, [](Supervisor& /*supervisor*/) {
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(standard);
+    const Supervisor again;
+    const bool is_right = fcntl(STDERR_FILENO, F_GETFD) >= 0 && write(STDOUT_FILENO, "x", 1) < 0;
+    return is_right ? 0 : 1;
+  });
+  EXPECT_EQ(status, 0);
+}
+
+}  // namespace
+}  // namespace corvis::kit
