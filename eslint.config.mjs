@@ -1,6 +1,6 @@
 // Lint rules: the script API's files are ECMAScript 5 plus Map, joined into one scope; everything else is modern
 // modules.
-import { readFileSync, readdirSync } from 'node:fs';
+import { readFileSync } from 'node:fs';
 import js from '@eslint/js';
 import globals from 'globals';
 
@@ -9,7 +9,7 @@ const topLevelName = /^(?:var|function) (\w+)/gm;
 
 /** What each of the script API's files may use of the others: their top-level names. */
 function scriptApiNames() {
-  const files = readdirSync(scriptFolder).filter((name) => name.endsWith('.js'));
+  const files = readFileSync(new URL('files.txt', scriptFolder), 'utf8').trim().split('\n');
   const text = files.map((name) => readFileSync(new URL(name, scriptFolder), 'utf8')).join('\n');
   return Object.fromEntries([...text.matchAll(topLevelName)].map((match) => [match[1], 'writable']));
 }

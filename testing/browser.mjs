@@ -1,6 +1,6 @@
 // A browser whose pages run the script API on a native side that only records: pages come from two local
 // origins, and each page gets `voice`, with which a test delivers commands and looks at what the script did.
-import { readFileSync, readdirSync } from 'node:fs';
+import { readFileSync } from 'node:fs';
 import assert from 'node:assert/strict';
 import { createServer } from 'node:http';
 import { inspect } from 'node:util';
@@ -15,11 +15,8 @@ const browserArguments =
 export function scriptText() {
   const packed = process.env.CORVIS_SCRIPT_API;
   if (packed) return readFileSync(packed, 'utf8');
-  const files = readdirSync(scriptFolder).filter((name) => name.endsWith('.js'));
-  return files
-    .sort()
-    .map((name) => readFileSync(new URL(name, scriptFolder), 'utf8'))
-    .join('\n');
+  const files = readFileSync(new URL('files.txt', scriptFolder), 'utf8').trim().split('\n');
+  return files.map((name) => readFileSync(new URL(name, scriptFolder), 'utf8')).join('\n');
 }
 
 /** Runs in the page: defines `voice`, the script API beside the recording native side that it talks to. */

@@ -3,6 +3,8 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { scriptText } from '../../../testing/browser.mjs';
 
+// Many other orders would run, since functions are hoisted. This one is fixed because the packed text is delivered as
+// voiceinteraction_api.js, where integrators compare versions.
 const order = `utils_ type_ converter_ validator_ types_ native_ VoiceInteractionHandler VoiceApplicationState
   VoiceInteractionAppAction VoiceNavigation VoiceSearchTermField MediaFunctionMode MediaRotateMode MediaZoomMode
   MediaRepeatMode ListItem GetVoiceNavigationFromParam GetVoiceSearchTermFromParam callbacks appActionArray

@@ -1,5 +1,18 @@
-// What most of the script leans on: calls that fail loudly, the script's one kind of error, texts for log
-// lines.
+// What most of the script leans on: the runtime's utilities and the channel to the page's native instance, calls
+// that fail loudly, the script's one kind of error, and texts for log lines.
+
+// The runtime wraps the joined source in a scope of its own that supplies `extension` and `exports`.
+var utils_ = xwalk.utils;
+var type_ = utils_.type;
+var converter_ = utils_.converter;
+var validator_ = utils_.validator;
+var types_ = validator_.Types;
+
+var native_ = new xwalk.utils.NativeManager(extension);
+
+// The object that applications reach as corvis.voiceinteraction is one of these; its methods are on the
+// prototype.
+function VoiceInteractionHandler() {}
 
 // The engine's own, whatever the page declares under that name later.
 var NativeMap = Map;

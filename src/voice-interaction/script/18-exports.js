@@ -1,2 +1,0 @@
-// What the runtime publishes as corvis.voiceinteraction.
-exports = new VoiceInteractionHandler();
