@@ -1,6 +1,9 @@
 // corvis-tv on a bus of its own, with the test's extension, and its control interface.
 import { execFile, spawn } from 'node:child_process';
+import { once } from 'node:events';
+import { createServer } from 'node:http';
 import path from 'node:path';
+import { createInterface } from 'node:readline';
 import { promisify } from 'node:util';
 import { build, until } from './corvis.mjs';
 
@@ -14,6 +17,43 @@ export async function startBus(t) {
   bus.stdout.on('data', (data) => (address += data));
   await until(() => address.includes('\n'), { output: () => address });
   return address.trim();
+}
+
+// Answers requests at an origin of its own, until the test ends.
+export async function serve(t, answer) {
+  const server = createServer(answer);
+  await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
+  t.after(() => server.close());
+  return `http://127.0.0.1:${server.address().port}`;
+}
+
+// Serves pages, texts by their paths.
+export function servePages(t, pages) {
+  return serve(t, (request, response) => {
+    const page = pages[request.url];
+    response.writeHead(page === undefined ? 404 : 200, { 'content-type': 'text/html' });
+    response.end(page);
+  });
+}
+
+// What goes over a bus from now on, in order: `records` holds signals of the control interface as [name, ...values], and
+// replies as [method, ...values], with the sentence of an error as { error }.
+export async function watchBus(t, address) {
+  const monitor = spawn('busctl', ['--address', address, '--json=short', 'monitor']);
+  t.after(() => monitor.kill());
+  const calls = new Map();
+  const records = [];
+  const take = ({ type, sender, destination, member, interface: name, cookie, reply_cookie, payload }) => {
+    if (type === 'method_call' && name === 'corvis.tv.Control') calls.set(`${sender} ${cookie}`, member);
+    if (type === 'signal' && name === 'corvis.tv.Control') records.push([member, ...payload.data]);
+    const method = calls.get(`${destination} ${reply_cookie}`);
+    if (!method) return;
+    if (type === 'method_return') records.push([method, ...payload.data]);
+    if (type === 'error') records.push([method, { error: payload.data[0] }]);
+  };
+  createInterface({ input: monitor.stdout }).on('line', (line) => line && take(JSON.parse(line)));
+  await once(monitor.stderr, 'data');
+  return { calls, records, output: () => records.map((record) => JSON.stringify(record)).join('\n') };
 }
 
 // `page` is a URL, file or folder. `loaded()` waits for the first load.

@@ -76,6 +76,7 @@ void Browser::SetUpView(const Options& options) {
       nullptr));
   view_ = WEBKIT_WEB_VIEW(
       g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context_.get(), "settings", settings.get(), nullptr));
+  calls_ = std::make_unique<PageCalls>(view_);
   window_ = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   gtk_window_set_default_size(GTK_WINDOW(window_), options.width, options.height);
   gtk_container_add(GTK_CONTAINER(window_), GTK_WIDGET(view_));
@@ -189,6 +190,7 @@ void Browser::OnTerminated(WebKitWebView* /*view*/, WebKitWebProcessTerminationR
   ++browser->crashes_in_a_row_;
   if (browser->alive_timer_ != 0) g_source_remove(std::exchange(browser->alive_timer_, 0));
   if (browser->events_.on_crashed) browser->events_.on_crashed(browser->crashes_);
+  browser->calls_->FailAll("The page's process crashed before it answered.");
   if (browser->crashes_in_a_row_ > kMaxCrashesInARow) {
     const std::string sentence = "The page's process crashed " + std::to_string(browser->crashes_in_a_row_) +
                                  " times in a row before the page was up; it is not loaded again.";

@@ -5,12 +5,13 @@
 #include <webkit2/webkit2.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "launcher/application.h"
 #include "launcher/options.h"
-#include "launcher/page_queries.h"
+#include "launcher/page_calls.h"
 #include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
@@ -43,7 +44,7 @@ class Browser {
   // Lets the page's extensions shut down, and waits for that within a limit; for the end of the run.
   void TakeLeave();
 
-  WebKitWebView* view() const { return view_; }
+  PageCalls& calls() { return *calls_; }
   std::string uri() const;
   bool is_loading() const { return load_done_ || webkit_web_view_is_loading(view_); }
   // The process id of the page's web process, 0 when there is none.
@@ -74,6 +75,7 @@ class Browser {
   nurvo::GObjectPtr<WebKitWebContext> context_;
   GtkWidget* window_ = nullptr;
   WebKitWebView* view_ = nullptr;
+  std::unique_ptr<PageCalls> calls_;
   nurvo::GVariantPtr extension_data_;
   ResultCallback load_done_;
   // Whether a load has started since the last one was asked for.

@@ -108,6 +108,7 @@ void ControlService::OnCall(GDBusConnection* /*bus*/, const char* /*sender*/, co
                   {kReloadMethod.name, &ControlService::Reload},
                   {kEvaluateMethod.name, &ControlService::Evaluate},
                   {kScreenshotMethod.name, &ControlService::Screenshot},
+                  {kSyncMethod.name, &ControlService::Sync},
                   {kSetPrivilegesMethod.name, &ControlService::SetPrivileges},
                   {kGetStatusMethod.name, &ControlService::GetStatus},
                   {kQuitMethod.name, &ControlService::Quit}};
@@ -131,7 +132,7 @@ void ControlService::Reload(GVariant* /*arguments*/, GDBusMethodInvocation* call
 void ControlService::Evaluate(GVariant* arguments, GDBusMethodInvocation* call) {
   const char* expression = nullptr;
   g_variant_get(arguments, "(&s)", &expression);
-  EvaluateInPage(browser_->view(), expression, [call](const std::string& json, const std::string& error) {
+  browser_->calls().Evaluate(expression, [call](const std::string& json, const std::string& error) {
     if (error.empty()) {
       g_dbus_method_invocation_return_value(call, g_variant_new("(s)", json.c_str()));
     } else {
@@ -141,7 +142,7 @@ void ControlService::Evaluate(GVariant* arguments, GDBusMethodInvocation* call) 
 }
 
 void ControlService::Screenshot(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
-  DrawPage(browser_->view(), [call](const std::string& png, const std::string& error) {
+  browser_->calls().Screenshot([call](const std::string& png, const std::string& error) {
     if (error.empty()) {
       GVariant* bytes = g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, png.data(), png.size(), 1);
       g_dbus_method_invocation_return_value(call, g_variant_new_tuple(&bytes, 1));
@@ -149,6 +150,10 @@ void ControlService::Screenshot(GVariant* /*arguments*/, GDBusMethodInvocation* 
       g_dbus_method_invocation_return_dbus_error(call, kErrorFailed, error.c_str());
     }
   });
+}
+
+void ControlService::Sync(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
+  browser_->calls().Sync(Finish(call, kErrorFailed));
 }
 
 void ControlService::SetPrivileges(GVariant* arguments, GDBusMethodInvocation* call) {

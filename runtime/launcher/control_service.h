@@ -46,6 +46,7 @@ class ControlService {
   void Reload(GVariant* arguments, GDBusMethodInvocation* call);
   void Evaluate(GVariant* arguments, GDBusMethodInvocation* call);
   void Screenshot(GVariant* arguments, GDBusMethodInvocation* call);
+  void Sync(GVariant* arguments, GDBusMethodInvocation* call);
   void SetPrivileges(GVariant* arguments, GDBusMethodInvocation* call);
   void GetStatus(GVariant* arguments, GDBusMethodInvocation* call);
   void Quit(GVariant* arguments, GDBusMethodInvocation* call);

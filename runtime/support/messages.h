@@ -1,5 +1,5 @@
-// The messages between the launcher's process and the web process, by their names and the types of what they
-// hold.
+// What the launcher's process and the web process agree on: the messages between them, by their names and the
+// types of what they hold.
 #ifndef CORVIS_RUNTIME_SUPPORT_MESSAGES_H_
 #define CORVIS_RUNTIME_SUPPORT_MESSAGES_H_
 
@@ -15,6 +15,12 @@ constexpr const char* kProcessType = "u";
 // From the web process as a whole: an extension is of no use; the sentence that says why.
 constexpr const char* kBrokenExtensionMessage = "broken-extension";
 constexpr const char* kBrokenExtensionType = "s";
+// To a page: an expression. Answered with its value as JSON text, and the text of an exception (empty: none).
+constexpr const char* kEvaluateMessage = "evaluate";
+constexpr const char* kEvaluateType = "s";
+constexpr const char* kValueType = "(ss)";
+// To a page: answered after everything that it wrote so far.
+constexpr const char* kSyncMessage = "sync";
 // To a page, before the run ends: answered when the extensions have been shut down.
 constexpr const char* kEndMessage = "end";
 

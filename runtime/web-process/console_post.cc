@@ -16,19 +16,20 @@ ConsolePost::~ConsolePost() {
 void ConsolePost::Take(const std::string& level, const std::string& text, const std::string& source) {
   lines_.emplace_back(
       g_variant_ref_sink(g_variant_new(kConsoleLineType, level.c_str(), text.c_str(), source.c_str())));
-  if (source != "api") return Send();
+  if (source != "api") return Flush();
   if (timer_ != 0) return;
   timer_ = g_timeout_add(
       kDelayMs,
       [](gpointer post) {
         static_cast<ConsolePost*>(post)->timer_ = 0;
-        static_cast<ConsolePost*>(post)->Send();
+        static_cast<ConsolePost*>(post)->Flush();
         return G_SOURCE_REMOVE;
       },
       this);
 }
 
-void ConsolePost::Send() {
+void ConsolePost::Flush() {
+  if (lines_.empty()) return;
   GVariantBuilder lines;
   g_variant_builder_init(&lines, G_VARIANT_TYPE(kConsoleType));
   for (const nurvo::GVariantPtr& line : lines_) g_variant_builder_add_value(&lines, line.get());

@@ -13,7 +13,7 @@ namespace corvis::tv {
 
 // One for each page, used on the main thread. A page's own lines are sent at once; script APIs' lines, of
 // which every command makes several, wait a little for each other, and never longer than the page's next
-// line.
+// line or Flush().
 class ConsolePost {
  public:
   // `page` outlives it.
@@ -23,10 +23,10 @@ class ConsolePost {
   ConsolePost& operator=(const ConsolePost&) = delete;
 
   void Take(const std::string& level, const std::string& text, const std::string& source);
+  // Sends the lines that wait.
+  void Flush();
 
  private:
-  void Send();
-
   WebKitWebPage* page_;
   std::vector<nurvo::GVariantPtr> lines_;
   guint timer_ = 0;

@@ -30,10 +30,13 @@ WebProcess& TheWebProcess() {
   return *process;
 }
 
+ConsolePost& PostOf(WebKitWebPage* page) {
+  return TheWebProcess().posts.try_emplace(page, page).first->second;
+}
+
 ConsoleSink ConsoleOf(WebKitWebPage* page) {
   return [page](const std::string& level, const std::string& text, const std::string& source) {
-    const auto post = TheWebProcess().posts.try_emplace(page, page).first;
-    post->second.Take(level, text, source);
+    PostOf(page).Take(level, text, source);
   };
 }
 
@@ -43,24 +46,56 @@ void OnPageGone(gpointer /*data*/, GObject* page) {
   TheWebProcess().posts.erase(reinterpret_cast<WebKitWebPage*>(page));
 }
 
-// The run ends: the instances go, then their extensions, and only then is it answered.
-gboolean OnMessage(WebKitWebPage* /*page*/, WebKitUserMessage* message, gpointer /*data*/) {
-  if (std::string(webkit_user_message_get_name(message)) != kEndMessage) return FALSE;
+// The run ends: the instances go, then their extensions.
+void End() {
   WebProcess& process = TheWebProcess();
   process.is_ending = true;
   for (auto& page : process.pages) page.second.reset();
   ShutDownExtensions();
-  webkit_user_message_send_reply(message, webkit_user_message_new(kEndMessage, nullptr));
+}
+
+// The script context of the page's main frame, made now when the page has no script.
+nurvo::GObjectPtr<JSCContext> MainContext(WebKitWebPage* page) {
+  // There is no successor: an engine that isolates sites has the main frame in another process. This one
+  // doesn't.
+  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+  WebKitFrame* frame = webkit_web_page_get_main_frame(page);
+  G_GNUC_END_IGNORE_DEPRECATIONS
+  return nurvo::GObjectPtr<JSCContext>(webkit_frame_get_js_context(frame));
+}
+
+// The value of an expression in the page's main frame as JSON text, and the text of an exception.
+GVariant* Evaluate(WebKitWebPage* page, const char* expression) {
+  const nurvo::GObjectPtr<JSCContext> context = MainContext(page);
+  const nurvo::GObjectPtr<JSCValue> value(jsc_context_evaluate(context.get(), expression, -1));
+  JSCException* exception = jsc_context_get_exception(context.get());
+  const nurvo::GText error(exception == nullptr ? nullptr : jsc_exception_to_string(exception));
+  const bool has_value = !error && jsc_value_is_undefined(value.get()) == FALSE;
+  const nurvo::GText json(has_value ? jsc_value_to_json(value.get(), 0) : nullptr);
+  jsc_context_clear_exception(context.get());
+  return g_variant_new(kValueType, json ? json.get() : "null", error ? error.get() : "");
+}
+
+// Answers when what the message asks for is done, after the lines that the page has written by then.
+gboolean OnMessage(WebKitWebPage* page, WebKitUserMessage* message, gpointer /*data*/) {
+  const std::string name = webkit_user_message_get_name(message);
+  GVariant* content = webkit_user_message_get_parameters(message);
+  GVariant* reply = nullptr;
+  if (name == kEndMessage) {
+    End();
+  } else if (name == kEvaluateMessage && g_variant_is_of_type(content, G_VARIANT_TYPE(kEvaluateType))) {
+    reply = Evaluate(page, g_variant_get_string(content, nullptr));
+  } else if (name != kSyncMessage) {
+    return FALSE;
+  }
+  PostOf(page).Flush();
+  webkit_user_message_send_reply(message, webkit_user_message_new(name.c_str(), reply));
   return TRUE;
 }
 
-std::unique_ptr<PageBridge>& MainBridgeOf(WebKitWebPage* page) {
-  const auto [entry, is_new] = TheWebProcess().pages.try_emplace(page);
-  if (is_new) {
-    g_object_weak_ref(G_OBJECT(page), OnPageGone, nullptr);
-    g_signal_connect(page, "user-message-received", G_CALLBACK(OnMessage), nullptr);
-  }
-  return entry->second;
+void OnPageCreated(WebKitWebExtension* /*process*/, WebKitWebPage* page, gpointer /*data*/) {
+  g_object_weak_ref(G_OBJECT(page), OnPageGone, nullptr);
+  g_signal_connect(page, "user-message-received", G_CALLBACK(OnMessage), nullptr);
 }
 
 // A new document begins in a frame; no script of it has run.
@@ -72,7 +107,7 @@ void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame*
     const PageBridge watching(context.get(), ConsoleOf(page));
     return;
   }
-  std::unique_ptr<PageBridge>& bridge = MainBridgeOf(page);
+  std::unique_ptr<PageBridge>& bridge = TheWebProcess().pages[page];
   // The old page's instances go before the new page's are made.
   bridge.reset();
   WebKitUserMessage* started = webkit_user_message_new(kProcessMessage, g_variant_new_uint32(getpid()));
@@ -105,6 +140,7 @@ extern "C" __attribute__((visibility("default"))) void webkit_web_extension_init
   corvis::tv::TheWebProcess().origin = origin;
   corvis::tv::LoadExtensions(process, libraries);
   g_variant_iter_free(libraries);
+  g_signal_connect(process, "page-created", G_CALLBACK(corvis::tv::OnPageCreated), nullptr);
   g_signal_connect(webkit_script_world_get_default(), "window-object-cleared",
                    G_CALLBACK(corvis::tv::OnDocumentStart), nullptr);
 }

@@ -11,11 +11,13 @@ namespace {
 
 const NurvoMessagingInterface* g_messaging = nullptr;
 
-// exports.call answers at once; exports.post has the message posted; exports.heard is what was posted.
+// exports.call answers at once; exports.post has the message posted; exports.heard is what was posted;
+// exports.log writes a line of the script API.
 constexpr const char* kScript = R"(
 exports.heard = [];
 extension.onmessage = function (text) { exports.heard.push(text); };
 exports.call = function (text) { return extension.sendSync(text); };
+exports.log = function (text) { console.log(text); };
 exports.early = extension.sendSync('post:early');
 )";
 

@@ -2,23 +2,10 @@
 // gets the API, and every way for a run to end.
 import assert from 'node:assert/strict';
 import { readdirSync, writeFileSync } from 'node:fs';
-import { createServer } from 'node:http';
 import path from 'node:path';
 import { test } from 'node:test';
 import { build, processesWith, scratchFolder, until, writePage } from '../../testing/corvis.mjs';
-import { Tv, startBus } from '../../testing/tv.mjs';
-
-// Serves pages at an origin of their own.
-async function serve(t, pages) {
-  const server = createServer((request, response) => {
-    const page = pages[request.url];
-    response.writeHead(page === undefined ? 404 : 200, { 'content-type': 'text/html' });
-    response.end(page);
-  });
-  await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
-  t.after(() => server.close());
-  return `http://127.0.0.1:${server.address().port}`;
-}
+import { Tv, servePages, startBus } from '../../testing/tv.mjs';
 
 test('the control interface and the extension serve one page after another', async (t) => {
   const bus = await startBus(t);
@@ -50,7 +37,7 @@ test('the control interface and the extension serve one page after another', asy
   });
 
   await t.test('each page has its instance, after the last page has lost its own', async () => {
-    const foreign = await serve(t, { '/': '<p>foreign' });
+    const foreign = await servePages(t, { '/': '<p>foreign' });
     const home = (await tv.status()).url;
     await tv.call('Reload');
     await tv.call('Load', 'about:blank');
@@ -70,7 +57,7 @@ test('the control interface and the extension serve one page after another', asy
 
   await t.test('a load that fails is an error, and the runtime goes on', async () => {
     const home = (await tv.status()).url;
-    const foreign = await serve(t, {});
+    const foreign = await servePages(t, {});
     for (const url of [
       'http://127.0.0.1:1/',
       `${foreign}/missing`,
@@ -98,8 +85,8 @@ test("only the main frame of the application's own origin gets the API", async (
     parent.postMessage({ own: typeof example, parents: (function () {
       try { return typeof parent.example; } catch (error) { return error.name; } })() }, '*');
   </script>`;
-  const foreign = await serve(t, { '/': probe });
-  const own = await serve(t, {
+  const foreign = await servePages(t, { '/': probe });
+  const own = await servePages(t, {
     '/frame': probe,
     '/': `<script>var said = {}; onmessage = function (event) { said[event.origin === origin] = event.data; };</script>
       <iframe src="/frame"></iframe><iframe src="${foreign}/"></iframe><iframe srcdoc="<p>"></iframe>`,

@@ -29,6 +29,8 @@ constexpr ControlMethod kReloadMethod{"Reload", "", ""};
 constexpr ControlMethod kEvaluateMethod{"Evaluate", "s", "s"};
 // The visible page as the bytes of a PNG picture.
 constexpr ControlMethod kScreenshotMethod{"Screenshot", "", "ay"};
+// Answers when the Console signals of everything that the page wrote so far have been sent.
+constexpr ControlMethod kSyncMethod{"Sync", "", ""};
 // The URIs of the privileges that the application holds from now on.
 constexpr ControlMethod kSetPrivilegesMethod{"SetPrivileges", "as", ""};
 // The page's URL, whether it is loading, the id of its process (0: none), and the crashes of this run.
@@ -37,7 +39,7 @@ constexpr ControlMethod kGetStatusMethod{"GetStatus", "", "sbuu"};
 constexpr ControlMethod kQuitMethod{"Quit", "", ""};
 
 constexpr ControlMethod kControlMethods[] = {kLoadMethod,       kReloadMethod,        kEvaluateMethod,
-                                             kScreenshotMethod, kSetPrivilegesMethod, kGetStatusMethod,
+                                             kScreenshotMethod, kSyncMethod, kSetPrivilegesMethod, kGetStatusMethod,
                                              kQuitMethod};
 
 struct ControlSignal {

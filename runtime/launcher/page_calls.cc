@@ -1,0 +1,150 @@
+// Calls of the page, by WebKit's asynchronous functions and messages to the web process.
+#include "launcher/page_calls.h"
+
+#include <cairo.h>
+
+#include <utility>
+
+#include "nurvo_desktop/glib_ptr.h"
+#include "support/messages.h"
+
+namespace corvis::tv {
+
+namespace {
+
+// Shorter than what clients of a bus wait for by themselves, so that they get a sentence.
+constexpr int kLimitSeconds = 15;
+
+cairo_status_t AppendPng(void* png, const unsigned char* data, unsigned size) {
+  static_cast<std::string*>(png)->append(reinterpret_cast<const char*>(data), size);
+  return CAIRO_STATUS_SUCCESS;
+}
+
+}  // namespace
+
+// One call that is under way, kept alive by the asynchronous functions that it waits for.
+struct PageCalls::Call {
+  // Null once it is answered, or nobody waits any more.
+  PageCalls* owner = nullptr;
+  ResultCallback done;
+  std::string result;
+  std::string error;
+  guint deadline = 0;
+
+  // Answers it, unless that was done.
+  static void Finish(const CallPtr& call) {
+    if (call->owner != nullptr) call->owner->Finish(call);
+  }
+
+  // Keeps a call over an asynchronous function.
+  static gpointer Hold(const CallPtr& call) { return new CallPtr(call); }
+  static CallPtr Take(gpointer data) { return *std::unique_ptr<CallPtr>(static_cast<CallPtr*>(data)); }
+
+  void TakeValue(GVariant* value);
+
+  static gboolean OnDeadline(gpointer data);
+  static void OnSnapshot(GObject* view, GAsyncResult* result, gpointer data);
+  static void OnReply(GObject* view, GAsyncResult* result, gpointer data);
+};
+
+gboolean PageCalls::Call::OnDeadline(gpointer data) {
+  const CallPtr call = *static_cast<CallPtr*>(data);
+  call->deadline = 0;
+  call->error = "The page has not responded for " + std::to_string(kLimitSeconds) +
+                " s; a script of it may be running all the time.";
+  Finish(call);
+  return G_SOURCE_REMOVE;
+}
+
+void PageCalls::Call::OnSnapshot(GObject* view, GAsyncResult* result, gpointer data) {
+  const CallPtr call = Take(data);
+  GError* failure = nullptr;
+  cairo_surface_t* surface = webkit_web_view_get_snapshot_finish(WEBKIT_WEB_VIEW(view), result, &failure);
+  const nurvo::GErrorPtr error(failure);
+  if (surface == nullptr) {
+    call->error = error->message;
+  } else {
+    cairo_surface_write_to_png_stream(surface, AppendPng, &call->result);
+    cairo_surface_destroy(surface);
+  }
+  if (call->owner != nullptr) call->owner->Send(call, kSyncMessage, nullptr);
+}
+
+// Takes what the page's process answers to a message.
+void PageCalls::Call::OnReply(GObject* view, GAsyncResult* result, gpointer data) {
+  const CallPtr call = Take(data);
+  const nurvo::GObjectPtr<WebKitUserMessage> reply(
+      webkit_web_view_send_message_to_page_finish(WEBKIT_WEB_VIEW(view), result, nullptr));
+  if (reply) {
+    call->TakeValue(webkit_user_message_get_parameters(reply.get()));
+    return Finish(call);
+  }
+  // The process has gone; what reports that comes first.
+  call->error = "The page went away before it answered.";
+  g_idle_add(
+      [](gpointer kept) {
+        Finish(Take(kept));
+        return G_SOURCE_REMOVE;
+      },
+      Hold(call));
+}
+
+void PageCalls::Call::TakeValue(GVariant* value) {
+  if (value == nullptr || !g_variant_is_of_type(value, G_VARIANT_TYPE(kValueType))) return;
+  const char* json = nullptr;
+  const char* exception = nullptr;
+  g_variant_get(value, "(&s&s)", &json, &exception);
+  result = json;
+  error = exception;
+}
+
+PageCalls::~PageCalls() {
+  for (const CallPtr& call : std::exchange(calls_, {})) {
+    call->owner = nullptr;
+    g_source_remove(call->deadline);
+  }
+}
+
+PageCalls::CallPtr PageCalls::Begin(ResultCallback done) {
+  auto call = std::make_shared<Call>();
+  call->owner = this;
+  call->done = std::move(done);
+  call->deadline = g_timeout_add_seconds_full(G_PRIORITY_DEFAULT, kLimitSeconds, Call::OnDeadline,
+                                              Call::Hold(call), [](gpointer data) { Call::Take(data); });
+  calls_.insert(call);
+  return call;
+}
+
+void PageCalls::Send(const CallPtr& call, const char* name, GVariant* content) {
+  webkit_web_view_send_message_to_page(view_, webkit_user_message_new(name, content), nullptr, Call::OnReply,
+                                       Call::Hold(call));
+}
+
+void PageCalls::Finish(const CallPtr& call) {
+  calls_.erase(call);
+  call->owner = nullptr;
+  if (call->deadline != 0) g_source_remove(call->deadline);
+  call->done(call->result, call->error);
+}
+
+void PageCalls::FailAll(const std::string& sentence) {
+  for (const CallPtr& call : std::exchange(calls_, {})) {
+    call->error = sentence;
+    Finish(call);
+  }
+}
+
+void PageCalls::Evaluate(const std::string& expression, ResultCallback done) {
+  Send(Begin(std::move(done)), kEvaluateMessage, g_variant_new_string(expression.c_str()));
+}
+
+void PageCalls::Screenshot(ResultCallback done) {
+  webkit_web_view_get_snapshot(view_, WEBKIT_SNAPSHOT_REGION_VISIBLE, WEBKIT_SNAPSHOT_OPTIONS_NONE, nullptr,
+                               Call::OnSnapshot, Call::Hold(Begin(std::move(done))));
+}
+
+void PageCalls::Sync(ResultCallback done) {
+  Send(Begin(std::move(done)), kSyncMessage, nullptr);
+}
+
+}  // namespace corvis::tv

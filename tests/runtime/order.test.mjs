@@ -1,0 +1,61 @@
+// What a page wrote before a reply comes ahead of that reply, and so does the crash that caused it.
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { until, writePage } from '../../testing/corvis.mjs';
+import { Tv, serve, startBus, watchBus } from '../../testing/tv.mjs';
+
+const lines = (count) =>
+  Array.from({ length: count }, (_, i) => ['Console', 'log', String(i), i % 2 ? 'api' : 'page']);
+const write = (count) => `for (let i = 0; i < ${count}; i++) i % 2 ? example.echo.log(i) : console.log(i);`;
+
+test('replies come after what the page wrote before them', async (t) => {
+  const address = await startBus(t);
+  const tv = new Tv(t, address, writePage(t, '<p>Here'), { options: ['--console', 'none'] });
+  await tv.loaded();
+  const bus = await watchBus(t, address);
+  const next = async (method) => {
+    await until(() => bus.records.some(([name]) => name === method), bus);
+    return bus.records.splice(0);
+  };
+
+  await t.test('those that an expression writes', async () => {
+    for (const [expression, reply] of [
+      [`${write(99)} "done"`, '"done"'],
+      [`${write(98)} nowhere()`, { error: "ReferenceError: Can't find variable: nowhere" }],
+    ]) {
+      tv.call('Evaluate', expression).catch(() => {});
+      const records = await next('Evaluate');
+      assert.deepEqual(records.pop()[1], reply);
+      assert.deepEqual(records, lines(Number(expression.match(/\d\d/))));
+    }
+  });
+
+  await t.test('those that it wrote by itself, for whoever waits with Sync', async (t) => {
+    // The page's process is busy until the call is under way; then it writes a line of the kind that waits for others.
+    const origin = await serve(t, (request, response) => {
+      tv.call('Sync');
+      const isUnderWay = () => [...bus.calls.values()].filter((name) => name === 'Sync').length >= count;
+      until(isUnderWay, bus).then(() =>
+        response.writeHead(200, { 'access-control-allow-origin': '*' }).end()
+      );
+    });
+    const script = `open.open('GET', '${origin}', false); open.send(); example.echo.log('late');`;
+    let count = 0;
+    while (++count <= 10) {
+      await tv.evaluate(`setTimeout(function () { var open = new XMLHttpRequest(); ${script} })`);
+      const records = (await next('Sync')).filter(([name]) => name !== 'Evaluate');
+      assert.deepEqual(records, [['Console', 'log', 'late', 'api'], ['Sync']]);
+    }
+  });
+
+  await t.test('a crash', async () => {
+    const { pid } = await tv.status();
+    bus.records.splice(0);
+    for (const call of [['Evaluate', 'for (;;) {}'], ['Sync'], ['Screenshot']])
+      tv.call(...call).catch(() => {});
+    process.kill(pid, 'SIGKILL');
+    await until(() => bus.records.length >= 4, bus);
+    assert.deepEqual(bus.records[0], ['Crashed', 1]);
+    for (const [, { error }] of bus.records.slice(1, 4)) assert.match(error, /crashed before it answered/);
+  });
+});
