@@ -8,6 +8,10 @@ import { fileURLToPath } from 'node:url';
 export const root = path.resolve(path.dirname(fileURLToPath(import.meta.url)), '..');
 export const build = process.env.CORVIS_BUILD ?? path.join(root, 'build');
 
+// The URI of a privilege with the host that the build was made for.
+export const privilegeUri = (name) =>
+  `http://${readFileSync(path.join(build, 'privilege-host'), 'utf8')}/privilege/${name}`;
+
 // A folder for one test, gone after it. Runs put their private folders into it, so that leftovers show.
 // Its name has what paths may have.
 export function scratchFolder(t) {

@@ -1,10 +1,11 @@
 // A command from the voice service to the page, and the page's answer back, through the whole kit.
 import path from 'node:path';
+import { privilegeUri } from '../../testing/corvis.mjs';
 import { ratioAtMost } from '../report/result.mjs';
 import { ourLibrary, outputOf, programPath, root, startProgram } from './programs.mjs';
 
 const appId = 'com.example.bench';
-const privilege = (name) => ['--privilege', `http://developer.nurvo.example/privilege/${name}`];
+const privilege = (name) => ['--privilege', privilegeUri(name)];
 
 export async function measure({ short }) {
   const runtime = startProgram('corvis-tv', [

@@ -36,7 +36,7 @@ std::string UnknownPhrase(const std::string& phrase) {
 }  // namespace
 
 std::string PrivilegeUri(const std::string& name) {
-  constexpr const char* kBase = "http://developer.nurvo.example/privilege/";
+  constexpr const char* kBase = "http://" CORVIS_PRIVILEGE_HOST "/privilege/";
   return name.find("://") == std::string::npos ? kBase + name : name;
 }
 

@@ -1,6 +1,7 @@
 // The privilege URIs; their host is chosen when the library is built.
 #include "voice-interaction/privileges.h"
 
+// A build without CMake may set none.
 #ifndef CORVIS_PRIVILEGE_HOST
 #define CORVIS_PRIVILEGE_HOST "developer.nurvo.example"
 #endif

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "app/conversation.h"
 #include "nurvo_desktop/bus.h"
 #include "nurvo_desktop/sd_bus_ptr.h"
 #include "service/main_loop.h"
@@ -18,8 +19,8 @@ void Require(bool holds, const std::string& sentence) {
 
 Tv::Tv(const char* extension)
     : process_({TV_PROGRAM, "--app-id", kAppId, "--extension", extension, "--headless", "--console", "none",
-                "--privilege", "http://developer.nurvo.example/privilege/microphone", "--privilege",
-                "http://developer.nurvo.example/privilege/voicecontrol", PAGE}),
+                "--privilege", PrivilegeUri("microphone"), "--privilege", PrivilegeUri("voicecontrol"),
+                PAGE}),
       control_(kAppId) {}
 
 Tv::~Tv() {

@@ -3,13 +3,11 @@
 import { execFileSync, spawn } from 'node:child_process';
 import { once } from 'node:events';
 import path from 'node:path';
-import { build, root } from '../../testing/corvis.mjs';
+import { build, privilegeUri, root } from '../../testing/corvis.mjs';
 
 export const appId = 'com.example.patient';
 export const isShort = process.argv.includes('--short');
-export const privileges = ['microphone', 'voicecontrol'].map(
-  (name) => `http://developer.nurvo.example/privilege/${name}`
-);
+export const privileges = ['microphone', 'voicecontrol'].map(privilegeUri);
 
 // Numbers below `limit`, the same ones in every run.
 export function randomNumbers(seed) {

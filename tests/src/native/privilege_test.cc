@@ -40,6 +40,9 @@ TEST_F(PrivilegeTest, TheMicrophoneIsAskedForFirst) {
       {{"/privilege/voicecontrol"}, ErrorReply("SecurityError", "Microphone PrivilegeException"), 1},
       {{"/privilege/microphone"}, ErrorReply("SecurityError", "Voice Control PrivilegeException"), 2},
   };
+  const std::string kUris = "http://" CORVIS_PRIVILEGE_HOST
+                            "/privilege/microphone, "
+                            "http://" CORVIS_PRIVILEGE_HOST "/privilege/voicecontrol";
   for (const auto& row : kRows) {
     platform().granted_paths = row.granted;
     platform().log.clear();
@@ -47,6 +50,7 @@ TEST_F(PrivilegeTest, TheMicrophoneIsAskedForFirst) {
     EXPECT_EQ(Check(), row.reply);
     EXPECT_EQ(platform().counts[check] - before, row.questions);
     EXPECT_EQ(platform().LogWith("CheckPrivileges(").size(), 2U);
+    EXPECT_EQ(platform().LogWith(kUris).size(), 1U);
     EXPECT_EQ(platform().LogWith("> Reporting error.").size(), 1U);
     EXPECT_THAT(platform().log.back().text, HasSubstr("Reporting error."));
   }
