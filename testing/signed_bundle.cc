@@ -2,7 +2,6 @@
 #include "testing/signed_bundle.h"
 
 #include "bundle/bundle_format.h"
-#include "bundle/checksum.h"
 
 std::string SignedBundle(const std::string& body) {
   const nurvo::ChecksumText checksum = nurvo::ChecksumOf(body);

@@ -8,7 +8,6 @@
 
 #include "bundle/bundle_data.h"
 #include "bundle/bundle_format.h"
-#include "bundle/checksum.h"
 #include "nurvo_desktop/bundle_extras.h"
 #include "support/c_interface.h"
 

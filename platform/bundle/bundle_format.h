@@ -1,6 +1,6 @@
 // The text form of a bundle:
 //
-//   "NB1"  checksum of the rest, 16 hexadecimal digits  entries
+//   "NB2"  checksum of the rest, 16 hexadecimal digits  entries
 //
 // An entry is a letter and its fields; a field is its length in bytes, a colon, and the bytes themselves:
 //
@@ -8,17 +8,18 @@
 //   b  key  hexadecimal digits          bytes: the only values that could contain a NUL
 //   a  key  count ":"  string...        an array of strings
 //
-// For example, one entry "a" = "xyz" is the text  NB1 0123456789abcdef s1:a3:xyz  without the blanks.
+// For example, one entry "a" = "xyz" is the text  NB2 0123456789abcdef s1:a3:xyz  without the blanks.
 // Lengths in front instead of quotes or escapes: any text, another bundle's too, stands in it as it is.
 #ifndef NURVO_PLATFORM_BUNDLE_BUNDLE_FORMAT_H_
 #define NURVO_PLATFORM_BUNDLE_BUNDLE_FORMAT_H_
 
+#include <array>
 #include <cstddef>
 #include <string_view>
 
 namespace nurvo {
 
-constexpr std::string_view kBundleMagic = "NB1";
+constexpr std::string_view kBundleMagic = "NB2";
 constexpr size_t kChecksumDigits = 16;
 constexpr size_t kBundleHeaderSize = kBundleMagic.size() + kChecksumDigits;
 
@@ -28,6 +29,10 @@ constexpr char kArrayLetter = 'a';
 constexpr char kFieldMark = ':';
 
 constexpr std::string_view kHexDigits = "0123456789abcdef";
+
+// The checksum of what follows the header: tells an intact text from a damaged one.
+using ChecksumText = std::array<char, kChecksumDigits>;
+ChecksumText ChecksumOf(std::string_view text);
 
 }  // namespace nurvo
 
