@@ -1,7 +1,10 @@
 // From what stands on the command line to a URI and its origin.
 #include "launcher/application.h"
 
+#include <webkit2/webkit2.h>
+
 #include <filesystem>
+#include <memory>
 
 #include "nurvo_desktop/glib_ptr.h"
 
@@ -25,9 +28,24 @@ Application FileApplication(const fs::path& path, const std::string& app_id, std
         is_folder ? "The folder " + path.string() + " has no index.html." : path.string() + " is no file.";
     return {};
   }
-  const std::string origin = std::string(kFileScheme) + "://" + app_id;
+  // An origin is in lower case.
+  const nurvo::GText host(g_ascii_strdown(app_id.c_str(), -1));
+  const std::string origin = std::string(kFileScheme) + "://" + host.get();
   const nurvo::GText name(g_uri_escape_string(file.filename().c_str(), nullptr, TRUE));
   return {origin + "/" + name.get(), origin, file.parent_path().string()};
+}
+
+struct SecurityOriginDeleter {
+  void operator()(WebKitSecurityOrigin* origin) const { webkit_security_origin_unref(origin); }
+};
+// Written as the engine writes it: "HTTP://LOCALHOST:80" and "http://127.1" have other names there.
+using SecurityOrigin = std::unique_ptr<WebKitSecurityOrigin, SecurityOriginDeleter>;
+
+bool IsWeb(WebKitSecurityOrigin* origin) {
+  const char* protocol = webkit_security_origin_get_protocol(origin);
+  const char* host = webkit_security_origin_get_host(origin);
+  const bool is_web = g_strcmp0(protocol, "http") == 0 || g_strcmp0(protocol, "https") == 0;
+  return is_web && host != nullptr && *host != '\0';
 }
 
 }  // namespace
@@ -35,20 +53,12 @@ Application FileApplication(const fs::path& path, const std::string& app_id, std
 Application FindApplication(const std::string& page, const std::string& app_id, std::string& error) {
   const nurvo::GText scheme(g_uri_parse_scheme(page.c_str()));
   if (!scheme) return FileApplication(page, app_id, error);
-  if (std::string(scheme.get()) == "file") {
-    const nurvo::GText path(g_filename_from_uri(page.c_str(), nullptr, nullptr));
-    if (path) return FileApplication(path.get(), app_id, error);
-  }
-  const nurvo::GUriPtr uri(g_uri_parse(page.c_str(), G_URI_FLAGS_PARSE_RELAXED, nullptr));
-  const std::string name = scheme.get();
-  const char* host = uri ? g_uri_get_host(uri.get()) : nullptr;
-  if (host == nullptr || *host == '\0' || (name != "http" && name != "https")) {
-    error = page + " is no URL that can be loaded; there are http, https and file.";
-    return {};
-  }
-  const int port = g_uri_get_port(uri.get());
-  const bool is_default = port == -1 || port == (name == "http" ? 80 : 443);
-  return {page, name + "://" + host + (is_default ? "" : ":" + std::to_string(port)), ""};
+  const nurvo::GText file(g_filename_from_uri(page.c_str(), nullptr, nullptr));
+  if (file) return FileApplication(file.get(), app_id, error);
+  const SecurityOrigin origin(webkit_security_origin_new_for_uri(page.c_str()));
+  if (IsWeb(origin.get())) return {page, nurvo::GText(webkit_security_origin_to_string(origin.get())).get(), ""};
+  error = page + " is no URL that can be loaded; there are http, https and file.";
+  return {};
 }
 
 }  // namespace corvis::tv
