@@ -56,7 +56,8 @@ Application FindApplication(const std::string& page, const std::string& app_id, 
   const nurvo::GText file(g_filename_from_uri(page.c_str(), nullptr, nullptr));
   if (file) return FileApplication(file.get(), app_id, error);
   const SecurityOrigin origin(webkit_security_origin_new_for_uri(page.c_str()));
-  if (IsWeb(origin.get())) return {page, nurvo::GText(webkit_security_origin_to_string(origin.get())).get(), ""};
+  if (IsWeb(origin.get()))
+    return {page, nurvo::GText(webkit_security_origin_to_string(origin.get())).get(), ""};
   error = page + " is no URL that can be loaded; there are http, https and file.";
   return {};
 }
