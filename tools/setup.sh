@@ -1,62 +1,87 @@
 # Setting up a source tree: installing what is missing, building, testing and checking. Sourced by ../corvis.
 
-kit_packages=(g++ cmake ninja-build pkg-config picojson-dev nlohmann-json3-dev libxxhash-dev libsystemd-dev libglib2.0-dev
-  libwebkit2gtk-4.1-dev libedit-dev libcairo2-dev esbuild dbus xvfb fonts-dejavu-core)
+kit_packages=(g++ cmake ninja-build pkg-config picojson-dev nlohmann-json3-dev libexpected-dev libcli11-dev
+  libxxhash-dev libsystemd-dev libglib2.0-dev libwebkit2gtk-4.1-dev libedit-dev libcairo2-dev esbuild dbus xvfb
+  fonts-dejavu-core)
 test_packages=(libgtest-dev libgmock-dev chromium)
 check_packages=(clang clang-format clang-tidy)
 kit_targets=(corvis_voiceinteraction corvis-tv corvis_tv_web_process corvis-voice)
 
 # Installs the packages among the arguments that are not there, saying which.
 install_missing() {
-  local package missing=()
+  local package missing=() installed
+  installed=$(dpkg-query -W -f='<${Package} ${db:Status-Status}>' "$@" 2>/dev/null || true)
   for package in "$@"; do
-    [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+    [[ $installed == *"<$package installed>"* ]] || missing+=("$package")
   done
   [ ${#missing[@]} -gt 0 ] || return 0
-  command -v apt-get >/dev/null || fail "this needs the packages ${missing[*]}; install them, then run it again."
+  command -v apt-get >/dev/null || fail "This needs the packages ${missing[*]}; install them, then run it again."
   local as_root=()
   if [ "$(id -u)" != 0 ]; then
-    command -v sudo >/dev/null || fail "these packages are missing and there is no sudo: ${missing[*]}"
+    command -v sudo >/dev/null || fail "These packages are missing and there is no sudo: ${missing[*]}"
     as_root=(sudo)
   fi
   echo "Installing: ${missing[*]}${as_root:+ (through sudo)}" >&2
+  make_build_folder "$build"
   local log=$build/install.log
-  mkdir -p "$build"
   if ! { "${as_root[@]}" apt-get update -qq && DEBIAN_FRONTEND=noninteractive "${as_root[@]}" \
     apt-get install -y -qq --no-install-recommends "${missing[@]}"; } >"$log" 2>&1 </dev/null; then
     tail -20 "$log" >&2
-    fail "apt-get could not install ${missing[*]}; its last words are above."
+    fail "apt-get could not install ${missing[*]}; see the output above."
   fi
+}
+
+# Whether a build folder was configured for this tree where it is now, not before it was copied or moved.
+is_own() {
+  local source
+  source=$(grep -s ^CMAKE_HOME_DIRECTORY: "$1/CMakeCache.txt") && [ "${source#*=}" -ef "$home" ]
+}
+
+# Whether the targets given need no work in this build folder.
+is_up_to_date() {
+  is_own "$1" && [[ $(ninja -C "$1" -n "${@:2}" 2>/dev/null) == *"no work to do"* ]]
+}
+
+# Makes a build folder, empty unless it is this tree's own.
+make_build_folder() {
+  if [ -f "$1/CMakeCache.txt" ] && ! is_own "$1"; then
+    echo "The build folder $1 belongs to another place; it is built anew." >&2
+    rm -rf "$1" || fail "The build folder $1 belongs to another place and can't be removed."
+  fi
+  { mkdir -p "$1" && [ -w "$1" ]; } 2>/dev/null || fail "The build folder $1 can't be written; may this user write there?"
 }
 
 # Configures a build folder unless it has been configured with these options before.
 configure() {
-  local folder=$1
-  shift
-  local options="$*"
-  if [ "$(cat "$folder/corvis-options" 2>/dev/null)" = "$options" ] && [ -f "$folder/build.ninja" ]; then return; fi
-  cmake -S "$home" -B "$folder" -G Ninja "$@" >"$folder.log" 2>&1 ||
-    { cat "$folder.log" >&2; fail "cmake could not configure the build; its words are above."; }
-  rm -f "$folder.log"
+  local folder=$1 options="${*:2}" log=$1/configure.log
+  if is_own "$folder" && [ "$(cat "$folder/corvis-options" 2>/dev/null)" = "$options" ] &&
+    [ -f "$folder/build.ninja" ]; then return; fi
+  make_build_folder "$folder"
+  cmake -S "$home" -B "$folder" -G Ninja "${@:2}" >"$log" 2>&1 ||
+    { cat "$log" >&2; fail "cmake could not configure the build; see the output above."; }
   echo "$options" >"$folder/corvis-options"
 }
 
-# Builds the targets given, showing the compiler's words only when it fails.
+# Builds the targets given. On a terminal what is built is shown, elsewhere only what fails.
 compile() {
   local folder=$1 log=$1/compile.log
-  shift
+  is_up_to_date "$@" && return
+  make_build_folder "$folder"
   if [ -t 2 ]; then
-    ninja -C "$folder" "$@" >&2 || fail "the build failed; its words are above."
-  elif ! ninja -C "$folder" "$@" >"$log" 2>&1; then
+    ninja -C "$folder" "${@:2}" >&2 || fail "The build failed; see the output above."
+  elif ! ninja -C "$folder" "${@:2}" >"$log" 2>&1; then
     cat "$log" >&2
-    fail "the build failed; its words are above."
+    fail "The build failed; see the output above."
   fi
 }
 
 prepare_kit() {
+  is_up_to_date "$build" "${kit_targets[@]}" && return
   install_missing "${kit_packages[@]}"
-  [ -f "$build/corvis-options" ] || { echo "Building; the first time takes a minute or two." >&2
-    configure "$build" -DCORVIS_BUILD_TESTS=OFF; }
+  if ! is_own "$build" || [ ! -f "$build/build.ninja" ]; then
+    echo "Building; the first time takes a minute or two." >&2
+    configure "$build" -DCORVIS_BUILD_TESTS=OFF
+  fi
   compile "$build" "${kit_targets[@]}"
 }
 
