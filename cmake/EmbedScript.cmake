@@ -1,5 +1,4 @@
-# Scripts that programs carry as C++ texts, read as they stand in their files. As a program of its own (cmake -P)
-# this file writes one such header.
+# Scripts that programs contain as C++ texts, unchanged. Run by itself (cmake -P), this file writes one such header.
 if(CMAKE_SCRIPT_MODE_FILE)
   file(READ ${SCRIPT} text)
   file(WRITE ${HEADER} "// Made from a script file; change that.

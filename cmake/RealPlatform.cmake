@@ -6,7 +6,7 @@ find_library(NURVO_COMMON_LIBRARY nurvo_common PATHS ${CORVIS_PLATFORM}/lib NO_D
 add_library(nurvo_common INTERFACE)
 target_link_libraries(nurvo_common INTERFACE nurvo_headers ${NURVO_COMMON_LIBRARY})
 
-# Whatever else the platform ships beside it carries the C interfaces, in one library or in many.
+# The platform's other libraries have the C interfaces, in one library or in many.
 file(GLOB platform_libraries ${CORVIS_PLATFORM}/lib/*.so)
 list(REMOVE_ITEM platform_libraries ${NURVO_COMMON_LIBRARY})
 add_library(nurvo_platform INTERFACE)

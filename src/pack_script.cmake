@@ -1,17 +1,17 @@
-# Joins the files of the script API in the order given, takes comments and blanks out, and writes the result
+# Joins the files of the script API in the order given, removes comments and white space, and writes the result
 # twice: as voiceinteraction_api.js, and as the C++ text kScriptApiSource.
 #   cmake -DSOURCES=a.js,b.js -DESBUILD=esbuild -DSCRIPT=out.js -DCODE=out.cc -P pack_script.cmake
 string(REPLACE "," ";" sources "${SOURCES}")
 execute_process(COMMAND ${CMAKE_COMMAND} -E cat ${sources} OUTPUT_FILE ${SCRIPT}.joined RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
-  message(FATAL_ERROR "The script API's files can't be joined: ${sources}")
+  message(FATAL_ERROR "Can't join the script API's files ${sources}.")
 endif()
 
 # Names stay as they are; syntax that an engine as old as Chrome 47 can't read is refused.
 execute_process(COMMAND ${ESBUILD} --minify-whitespace --target=chrome47 --charset=utf8 --log-level=warning
                 INPUT_FILE ${SCRIPT}.joined OUTPUT_VARIABLE packed RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
-  message(FATAL_ERROR "esbuild refused the script API; the lines above say where.")
+  message(FATAL_ERROR "esbuild refused the script API; see its output above.")
 endif()
 string(STRIP "${packed}" packed)
 # esbuild takes the parentheses from a construction without arguments; the last statement keeps them.

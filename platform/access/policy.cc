@@ -12,12 +12,12 @@ namespace nurvo {
 namespace {
 
 constexpr const char* kTag = "NURVO_ACCESS";
-constexpr std::string_view kBlanks = " \t\r";
+constexpr std::string_view kWhiteSpace = " \t\r";
 
 // The first word of `line`, which is taken off it; empty at the line's end.
 std::string_view TakeWord(std::string_view& line) {
-  line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
-  const std::string_view word = line.substr(0, line.find_first_of(kBlanks));
+  line.remove_prefix(std::min(line.find_first_not_of(kWhiteSpace), line.size()));
+  const std::string_view word = line.substr(0, line.find_first_of(kWhiteSpace));
   line.remove_prefix(word.size());
   return word;
 }
@@ -35,7 +35,7 @@ bool isGranted(std::string_view app_id, std::string_view privilege) {
   const char* const path = std::getenv("NURVO_POLICY");
   if (path == nullptr || app_id.empty() || privilege.empty()) return false;
   std::ifstream policy(path);
-  if (!policy) log_print(NURVO_LOG_WARN, kTag, "The policy file %s can't be read; nothing is granted.", path);
+  if (!policy) log_print(NURVO_LOG_WARN, kTag, "Can't read the policy file %s; nothing is granted.", path);
   for (std::string line; std::getline(policy, line);) {
     if (isGrant(line, app_id, privilege)) return true;
   }

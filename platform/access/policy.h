@@ -10,7 +10,7 @@ namespace nurvo {
 constexpr std::string_view kLabelPrefix = "User::App::";
 
 // Whether the file that NURVO_POLICY names grants `privilege` to `app_id`: a line with the two words. A '#'
-// begins a comment. The file is read at every question, so that grants can change while an application
+// begins a comment. The file is read at every check, so that grants can change while an application
 // runs. Without a file everything is denied.
 bool isGranted(std::string_view app_id, std::string_view privilege);
 

@@ -13,7 +13,7 @@
 #include "nurvo/log.h"
 #include "support/c_interface.h"
 
-// Nothing is cached: the policy may change between two questions. The size is kept for those who set it.
+// Nothing is cached: the policy may change between two checks. The size has no effect.
 struct vestra_configuration {
   size_t cache_size = 0;
 };
@@ -31,7 +31,7 @@ int Check(std::string_view label, std::string_view privilege) {
     return VESTRA_API_ACCESS_ALLOWED;
   }
   log_print(NURVO_LOG_WARN, kTag, "Denied %s to '%s': %s.", privilege.data(), label.data(),
-            is_app ? "no line of the policy grants it" : "the label is not an application's");
+            is_app ? "no line of the policy grants it" : "the label is not that of an application");
   return kRefusal;
 }
 

@@ -8,8 +8,8 @@ namespace nurvo {
 
 namespace {
 
-// An iterator whose copies all move together, so that a string can be read past picojson's back: character
-// by character a text of 16 MiB would take several times as long.
+// An iterator whose copies all move together, so that a string can be read without picojson, which
+// takes several times as long for a text of 16 MiB, character by character.
 class SharedCursor {
  public:
   explicit SharedCursor(const char** position) : position_(position) {}
@@ -62,7 +62,7 @@ void AppendUtf8(std::string& out, int code) {
   }
 }
 
-// The four digits of an escape, or -1. Leaves the cursor behind them.
+// The four digits of an escape, or -1. Leaves the cursor after them.
 int ReadUnit(Input& in) {
   const int unit = picojson::_parse_quadhex(in);
   in.cur();  // picojson steps over the last digit only when asked for more
@@ -74,7 +74,7 @@ bool ReadCodePoint(Input& in, const char*& at, std::string& out) {
   int code = ReadUnit(in);
   if (code < 0) return false;
   if (isHighSurrogate(code)) {
-    const char* const behind_first = at;
+    const char* const after_first = at;
     int second = -1;
     if (at[0] == '\\' && at[1] == 'u') {
       at += 2;
@@ -84,7 +84,7 @@ bool ReadCodePoint(Input& in, const char*& at, std::string& out) {
     if (isLowSurrogate(second)) {
       code = 0x10000 + ((code - 0xD800) << 10) + (second - 0xDC00);
     } else {
-      at = behind_first;
+      at = after_first;
       code = kReplacement;
     }
   } else if (isLowSurrogate(code)) {
@@ -108,8 +108,8 @@ bool ReadEscape(Input& in, const char*& at, std::string& out) {
   return true;
 }
 
-// What follows the opening quotation mark, up to and with the closing one. The text's final NUL ends every
-// run, so no position is compared with the end.
+// What follows the opening quotation mark, up to and including the closing one. The text's final NUL ends
+// every run, so no position is compared with the end.
 bool ReadString(Input& in, std::string& out) {
   const char*& at = in.cur().position();
   while (true) {

@@ -1,5 +1,5 @@
-// Reads the JSON text of a call. Texts come from pages, so none of them may do harm: not by depth, not by
-// length, not by numbers that fit no double.
+// Reads the JSON text of a call. Texts come from pages, so none may do harm by its nesting, its length or
+// numbers that fit no double.
 #ifndef NURVO_PLATFORM_BINDING_CALL_PARSER_H_
 #define NURVO_PLATFORM_BINDING_CALL_PARSER_H_
 
@@ -12,7 +12,7 @@ namespace nurvo {
 // How deeply arrays and objects may be nested.
 constexpr size_t kMaxJsonDepth = 256;
 
-// Reads `text` as one JSON value with nothing but blanks behind it. Returns whether it is one; `value` is
+// Reads `text` as one JSON value with nothing but white space after it. Returns whether it is one; `value` is
 // meaningful only then. An escaped half of a surrogate pair becomes U+FFFD: scripts can send one, and
 // the rest of such a text is still worth having. Throws std::exception (memory, numbers that don't fit).
 bool ParseJson(const char* text, picojson::value& value);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* kStatus = "status";
 
-// The answer when there isn't even memory for a better one.
+// The answer when there is no memory for a better one.
 constexpr const char* kLastResortReply =
     R"({"status":"error","error":{"name":"UnknownError","message":"The call could not be answered."}})";
 
@@ -26,7 +26,7 @@ picojson::object ErrorReply(const std::string& name, const std::string& message)
   return reply;
 }
 
-// The call as an object; throws PlatformException when the text is none.
+// The call as an object; throws PlatformException for any other text.
 picojson::object ReadCall(const char* message) {
   picojson::value call;
   bool understood = false;
@@ -38,7 +38,7 @@ picojson::object ReadCall(const char* message) {
   if (!understood || !call.is<picojson::object>()) {
     throw PlatformException(
         "TypeMismatchError",
-        "The call is not a JSON object that can be read; send {\"cmd\": name, \"args\": value}.");
+        "Expected a JSON object {\"cmd\": name, \"args\": value}, but the call can't be read as one.");
   }
   return std::move(call.get<picojson::object>());
 }
@@ -47,12 +47,12 @@ std::string CommandOf(const picojson::object& call) {
   const auto command = call.find("cmd");
   if (command == call.end() || !command->second.is<std::string>()) {
     throw PlatformException("TypeMismatchError",
-                            "The call names no command; give its name as the text \"cmd\".");
+                            "Expected the name of a command in \"cmd\", but the call has none.");
   }
   return command->second.get<std::string>();
 }
 
-// Runs `body`, which fills a reply, and makes an error reply of whatever it throws.
+// Runs `body`, which fills a reply, and turns whatever it throws into an error reply.
 template <typename Body>
 picojson::object ReplyOf(Body&& body) {
   try {

@@ -1,5 +1,5 @@
-// The error type of the binding. Its functions stand here, out of line, so that its type information exists
-// once and a handler's exception is recognised across libraries.
+// The error type of the binding. Its functions are defined out of line, so that its type information exists
+// once and a handler's exception is recognized across libraries.
 #include "nurvo/extension.h"
 
 namespace common {

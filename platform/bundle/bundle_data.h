@@ -23,8 +23,8 @@ struct bundle {
   bundle(const bundle&) = delete;
   bundle& operator=(const bundle&) = delete;
 
-  // Adds an entry behind the others. Returns whether it did: not with an empty key, with a key that is there
-  // already, or beyond BUNDLE_MAX_ENTRIES. Throws std::bad_alloc.
+  // Adds an entry after the others. Returns false for an empty or a known key, and beyond
+  // BUNDLE_MAX_ENTRIES. Throws std::bad_alloc.
   bool Add(bundle_keyval_t entry);
   // Null when there is no such entry. The entry keeps its place for the bundle's life.
   bundle_keyval_t* Find(std::string_view key);

@@ -1,5 +1,5 @@
 // From a text to a bundle. The text may come from anybody: every length is checked before it is used, and
-// there is one way only to write each bundle.
+// each bundle has exactly one text.
 #include <algorithm>
 #include <charconv>
 #include <cstring>
@@ -28,7 +28,7 @@ class Reader {
     return true;
   }
 
-  // A number, at most as many as there are bytes left: of nothing could there be more.
+  // A number that counts what follows, so it is at most the number of bytes left.
   bool TakeNumber(size_t& number) {
     const char* const first = rest_.data();
     const auto [end, error] = std::from_chars(first, first + rest_.size(), number);

@@ -18,8 +18,8 @@ namespace {
 
 // How long a question to the bus daemon may take.
 constexpr uint64_t kDaemonTimeoutUsec = 5000000;
-// How long a send waits for a bus that takes nothing more. Then it counts as stalled, and sends fail
-// without waiting until it moves again.
+// How long a send waits for a bus that accepts nothing more. Then the bus counts as stalled, and sends fail
+// without waiting until it accepts data again.
 constexpr int kStallTimeoutMs = 1000;
 
 bool BecomesWritable(int fd, int timeout_ms) {
@@ -51,7 +51,7 @@ sd_bus* BusConnection::Get() {
   const int result = OpenBus(bus_);
   if (result < 0) {
     log_print(NURVO_LOG_ERROR, kBusTag,
-              "The bus can't be reached (%s); start one and set DBUS_SESSION_BUS_ADDRESS.",
+              "Can't reach the bus (%s). Start one and set DBUS_SESSION_BUS_ADDRESS.",
               std::strerror(-result));
     return nullptr;
   }
@@ -69,14 +69,14 @@ int BusConnection::Send(sd_bus_message* message) {
   return 0;
 }
 
-// Writes what is still queued, of which there is never more than one message of ours. Returns whether all is
-// written. Waits for room in the socket first: sd_bus_flush alone would wait without end.
+// Writes what is still queued, which is never more than one message of ours. Returns whether everything is
+// written. Waits for room in the socket first: sd_bus_flush alone would wait without a limit.
 bool BusConnection::HandOver(sd_bus* bus) {
   uint64_t queued = 0;
   if (sd_bus_get_n_queued_write(bus, &queued) < 0 || queued == 0) return true;
   const bool has_room = BecomesWritable(sd_bus_get_fd(bus), was_stalled_ ? 0 : kStallTimeoutMs);
   was_stalled_ = !has_room;
-  if (!has_room) log_print(NURVO_LOG_WARN, kBusTag, "The bus takes no messages at present.");
+  if (!has_room) log_print(NURVO_LOG_WARN, kBusTag, "The bus accepts no messages at present.");
   return has_room && sd_bus_flush(bus) >= 0;
 }
 

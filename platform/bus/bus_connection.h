@@ -16,9 +16,9 @@ class BusConnection {
   // (the next call tries again) or has been lost (it stays so). Stays the connection's.
   sd_bus* Get();
 
-  // Hands `message` to the bus at once, without waiting for who receives it. Many large messages in a row
-  // wait for the bus itself to take them, so that they don't pile up here. Returns 0 or a negative errno:
-  // -EAGAIN when the bus takes nothing any more.
+  // Hands `message` to the bus at once, without waiting for its receiver. Many large messages in a row wait
+  // for the bus itself to accept them, so that they don't pile up here. Returns 0 or a negative errno:
+  // -EAGAIN when the bus is stalled.
   int Send(sd_bus_message* message);
 
  private:

@@ -13,7 +13,7 @@ namespace nurvo {
 
 namespace {
 
-// How many messages that wait are handled before work of lower priority gets a turn.
+// How many waiting messages are handled in a row before work of lower priority runs.
 constexpr int kMessagesInARow = 16;
 
 struct BusSource {
@@ -21,7 +21,7 @@ struct BusSource {
   sd_bus* bus;
   gpointer fd_tag;
   int events;    // what the descriptor is watched for
-  int handled;   // messages, since others had a turn
+  int handled;   // messages since work of lower priority ran
   bool is_call;  // whether the last message was a call
 };
 
@@ -41,7 +41,7 @@ gboolean Prepare(GSource* source, gint* timeout) {
   const int events = sd_bus_get_events(self->bus);
   *timeout = -1;
   if (events < 0) return TRUE;
-  // Only a change is passed on: it wakes the loop up, which would bring it here again.
+  // Only a change is passed on: it wakes the loop up, which calls this function again.
   if (events != self->events)
     g_source_modify_unix_fd(source, self->fd_tag, static_cast<GIOCondition>(events));
   self->events = events;
@@ -68,8 +68,8 @@ int NoteKind(sd_bus_message* message, void* source, sd_bus_error* /*error*/) {
   return 0;
 }
 
-// A call ends the turn: what its receiver puts off (a page's callback, which answers) is done before the next
-// message comes. Signals that wait are handled together.
+// A call ends this turn of the main loop: what its receiver schedules (a page's callback, which answers) runs
+// before the next message is handled. Waiting signals are handled together.
 gboolean Dispatch(GSource* source, GSourceFunc /*callback*/, gpointer /*user_data*/) {
   BusSource* const self = From(source);
   int result = 1;
@@ -79,11 +79,11 @@ gboolean Dispatch(GSource* source, GSourceFunc /*callback*/, gpointer /*user_dat
   }
   if (result < 0) {
     log_print(NURVO_LOG_ERROR, kBusTag,
-              "The connection to the bus is lost (%s); start the application again once the bus is back.",
+              "The connection to the bus is lost (%s). Restart the application when the bus is back.",
               std::strerror(-result));
     return G_SOURCE_REMOVE;
   }
-  // After many, with more waiting, work of lower priority (drawing, for one) goes first, once.
+  // After many messages, with more waiting, work of lower priority (such as drawing) runs first, once.
   const bool gives_way = self->handled >= kMessagesInARow && HasMore(self->bus);
   if (self->handled >= kMessagesInARow) self->handled = 0;
   g_source_set_priority(source, gives_way ? G_PRIORITY_DEFAULT_IDLE : G_PRIORITY_DEFAULT);

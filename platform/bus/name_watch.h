@@ -24,8 +24,8 @@ class NameWatch {
   NameWatch(const NameWatch&) = delete;
   NameWatch& operator=(const NameWatch&) = delete;
 
-  // Whether the name has an owner. A departure is known once the main loop has seen it; absence is asked of
-  // the bus again, so that nobody who is there is missed.
+  // Whether the name has an owner. A departure is known once the main loop has seen it; a name that had no
+  // owner is looked up again on the bus, so that a new owner is never missed.
   bool hasOwner(sd_bus* bus);
 
  private:

@@ -27,7 +27,7 @@ class Payload {
   size_t size_ = 0;
 };
 
-// Reads the bytes that come next in `message` as a bundle. Null, and the reason in `fault`, when they are
+// Reads the bytes that come next in `message` as a bundle. Null, and the reason in `fault`, when they hold
 // none.
 BundlePtr ReadPayload(sd_bus_message* message, const char*& fault);
 

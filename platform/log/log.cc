@@ -1,5 +1,5 @@
-// The platform log on a desktop: lines on the standard error, silent unless NURVO_LOG asks for more, because
-// a library under it may log its ordinary life at error priority.
+// The platform log on a desktop: lines on the standard error. Silent unless NURVO_LOG asks for more, because
+// libraries log ordinary events at error priority, too.
 #include "nurvo/log.h"
 
 #include <unistd.h>
@@ -31,7 +31,7 @@ int ReadThreshold() {
   if (name == nullptr || *name == '\0') return nurvo::kSilent;
   const int threshold = nurvo::ThresholdOf(name);
   if (threshold >= 0) return threshold;
-  constexpr char kWarning[] = "NURVO_LOG is none of V D I W E F S; nothing is logged.\n";
+  constexpr char kWarning[] = "NURVO_LOG must be one of V D I W E F S; nothing is logged.\n";
   WriteAll(kWarning, sizeof(kWarning) - 1);
   return nurvo::kSilent;
 }

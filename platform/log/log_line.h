@@ -11,7 +11,7 @@ namespace nurvo {
 // A threshold above every priority.
 constexpr int kSilent = 8;
 
-// The priority that the letter in `name` (V D I W E F, or S for silent) stands for; -1 when it is none.
+// The priority that the letter in `name` means (V D I W E F, or S for silent); -1 for any other text.
 int ThresholdOf(const char* name);
 
 // "HH:MM:SS.mmm P tag: message" and a line feed, with the local time `now`. Line feeds inside the message are

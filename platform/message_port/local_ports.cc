@@ -59,16 +59,16 @@ int LocalPorts::TakeAppId(sd_bus* bus) {
   app_id_ = OwnAppId();
   if (!isAppId(app_id_.c_str())) {
     log_print(NURVO_LOG_ERROR, kBusTag,
-              "'%s' is no application id; set %s to a dotted name like com.example.app.", app_id_.c_str(),
-              kAppIdVariable);
+              "'%s' is not an application id. Set %s to a dotted name such as com.example.app.",
+              app_id_.c_str(), kAppIdVariable);
     return MESSAGE_PORT_ERROR_IO_ERROR;
   }
   const int result = sd_bus_request_name(bus, app_id_.c_str(), 0);
-  // -EALREADY: this process took the name by itself before.
+  // -EALREADY: this process has the name already.
   if (result >= 0 || result == -EALREADY) return 0;
   const bool is_taken = result == -EEXIST;
-  log_print(NURVO_LOG_ERROR, kBusTag, "The application id %s can't be taken: %s.", app_id_.c_str(),
-            is_taken ? "another process runs with it, end that one first" : std::strerror(-result));
+  log_print(NURVO_LOG_ERROR, kBusTag, "Can't take the application id %s: %s.", app_id_.c_str(),
+            is_taken ? "another process has it; end that one first" : std::strerror(-result));
   return is_taken ? static_cast<int>(NURVO_DESKTOP_ERROR_APP_ID_TAKEN)
                   : static_cast<int>(MESSAGE_PORT_ERROR_IO_ERROR);
 }
@@ -94,7 +94,7 @@ int LocalPorts::OnDelivery(sd_bus_message* message, void* user_data, sd_bus_erro
 
 const char* LocalPorts::Deliver(sd_bus_message* message) const {
   if (sd_bus_message_is_method_call(message, kPortInterface, kDeliverMember) <= 0) {
-    return "it is no delivery";
+    return "it is not a delivery";
   }
   if (sd_bus_message_has_signature(message, kDeliverSignature) <= 0) return "its signature is not ssay";
   const auto name = PortAtPath(sd_bus_message_get_path(message));

@@ -23,7 +23,7 @@ MessagePtr NewDelivery(sd_bus* bus, const char* app_id, const char* port, const 
     return nullptr;
   }
   MessagePtr message(made);
-  // Nobody waits for these messages, so a sender has no port of its own to name.
+  // Senders have no port of their own to name: nobody answers these messages.
   constexpr const char* kNoPort = "";
   const bool is_built =
       sd_bus_message_set_expect_reply(made, 0) >= 0 && sd_bus_message_set_auto_start(made, 0) >= 0 &&

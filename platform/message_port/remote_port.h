@@ -14,13 +14,13 @@ namespace nurvo {
 // Used on the thread of the main loop.
 class RemotePorts {
  public:
-  // How many applications are remembered as running; beyond, all are asked for anew.
+  // How many applications are remembered as running; beyond that, all are looked up again.
   static constexpr size_t kMaxKnownApps = 64;
 
   static RemotePorts& Get();
 
-  // See message_port_send_message. One message to the bus, and nothing else, for an application that was
-  // there the last time.
+  // See message_port_send_message. Costs one message to the bus, and nothing else, for an application that
+  // was running at the last send.
   int Send(const char* app_id, const char* port, bundle* message);
 
  private:

@@ -1,4 +1,4 @@
-// What every C interface of the stand-in needs at its boundary: export, no exceptions, texts to give away.
+// What every C interface of the platform needs at its boundary: export, no exceptions, texts for the caller.
 #ifndef NURVO_PLATFORM_SUPPORT_C_INTERFACE_H_
 #define NURVO_PLATFORM_SUPPORT_C_INTERFACE_H_
 

@@ -5,7 +5,7 @@
 
 namespace {
 
-// Made by the initialisation callback, deleted by the shutdown callback. A plain pointer: a library that is
+// Made by the initialization callback, deleted by the shutdown callback. A plain pointer: a library that is
 // never shut down must not run the extension's destructor while the process is being torn down.
 common::Extension* g_extension = nullptr;
 

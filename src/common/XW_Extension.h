@@ -13,7 +13,7 @@ common::Extension* CreateExtension();
 
 namespace common {
 
-// The process's extension object, owned by the glue. Must not be called before the runtime initialised
+// The process's extension object, owned by the glue. Must not be called before the runtime initialized
 // the library or after it shut it down: that ends the process.
 Extension* GetCurrentExtension();
 

@@ -48,6 +48,7 @@ class ScopeLogger {
   ScopeLogger& operator=(const ScopeLogger&) = delete;
 
  private:
+  // Copies, so that the exit line is right whatever its callers do with their texts in between.
   std::string file_;
   std::string function_;
 };

@@ -10,8 +10,8 @@
 namespace extension::voice_interaction {
 
 // The string entries of the bundle that `bundle_text` encodes (a NUL-terminated text, not null), as a JSON
-// object text without blanks, in the bundle's order. Keys and values are copied byte for byte, so a value
-// that holds a quotation mark gives a text that is not JSON. A text that does not decode gives "{}".
+// object text without white space, in the bundle's order. Keys and values are copied byte for byte, so a
+// value that holds a quotation mark gives a text that is not JSON. A text that does not decode gives "{}".
 std::string BuildJsonObjectFromBundle(const char* bundle_text);
 
 // The same for search terms: without the entry "raw", and with "content_type" named "contentType".

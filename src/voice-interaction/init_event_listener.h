@@ -1,5 +1,5 @@
-// The subscription to the voice service's start-up event. A service that has just started knows nothing of
-// us, so the event makes the channel register anew.
+// The subscription to the voice service's start-up event. A service that has just started does not know
+// this application, so the event makes the channel register again.
 #ifndef CORVIS_VOICE_INTERACTION_INIT_EVENT_LISTENER_H_
 #define CORVIS_VOICE_INTERACTION_INIT_EVENT_LISTENER_H_
 

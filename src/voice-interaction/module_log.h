@@ -1,6 +1,9 @@
-// The voice-interaction code's own log lines, and the module version that stands in front of each.
+// The voice-interaction code's own log lines, each of which begins with the module version.
 //
-// The version, function and line stand between a line's format and its own arguments, so there is one macro
+// Several ordinary events are logged at error priority. That is intended: texts and priorities of the lines
+// are documented for integrators, and a command can be followed in a log that keeps errors only.
+//
+// The version, function and line come between a line's format and its own arguments, so there is one macro
 // for lines with arguments and one for lines without.
 #ifndef CORVIS_VOICE_INTERACTION_MODULE_LOG_H_
 #define CORVIS_VOICE_INTERACTION_MODULE_LOG_H_

@@ -1,4 +1,4 @@
-// Builds and serialises the posted message.
+// Builds and serializes the posted message.
 #include "common/picojson.h"
 
 #include "voice-interaction/posted_message.h"

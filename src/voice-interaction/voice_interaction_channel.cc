@@ -139,7 +139,7 @@ void VoiceInteractionChannel::SendMessage(const std::string& command, std::strin
       SendPartialResult(message.get());
     }
   } catch (const std::exception& error) {
-    // Cutting can fail as well as sending, so this stands around both.
+    // Outside of the inner block, because cutting can fail as well as sending.
     MODULE_ERROR_F("%s", error.what());
   }
 }

@@ -33,7 +33,7 @@ class VoiceInteractionChannel {
   static void Init(CommandReceivedCallback callback, const std::string& app_id,
                    const std::string& sdk_version, void* user_data);
 
-  // Takes leave of the service and closes the port, if it is open.
+  // Unregisters from the service and closes the port, if it is open.
   static void Clear();
 
   // Clear and open again, for a service that has lost its memory.

@@ -1,4 +1,4 @@
-// The life of a page's native object, its handlers, and the road of a command through it.
+// The life of a page's native object, its handlers, and the path of a command through it.
 #include "voice-interaction/voice_interaction_instance.h"
 
 #include <unistd.h>

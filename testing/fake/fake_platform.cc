@@ -13,10 +13,9 @@
 #include "nurvo/smack.h"
 #include "nurvo/vestra.h"
 
-// An entry's second value is unset for an array.
 struct bundle_keyval_t {
   std::string key;
-  std::string value;
+  std::string value;  // empty for an array
   bool is_array;
 };
 struct bundle {

@@ -36,13 +36,14 @@ class Platform {
   static Platform& Get();
   static void Reset();
 
-  // The calls so far, by name, but for the log's and the bundles' (those are counted only).
+  // The calls so far, by name (some with their arguments), without those of the log and of bundles, which are
+  // counted only.
   std::vector<std::string> calls;
   // Runs within each of those calls.
   std::function<void()> on_call;
   std::map<std::string, int> counts;
   std::vector<LogLine> log;
-  // Every message that was sent, and those among them that the port took.
+  // The messages that the port accepted, in order.
   std::vector<Entries> sent;
   std::map<int, Port> ports;
   // Subscriptions to events: handle to callback and user data.
@@ -55,7 +56,8 @@ class Platform {
   // A port refuses encoded messages above this as too large.
   int port_limit = std::numeric_limits<int>::max();
 
-  // From now on the `nth` call of `name` (1 is the next) fails; with `for_ever` all later ones, too.
+  // From now on the `nth` call of `name`, as `calls` has it, fails (1 is the next); with `for_ever` all later
+  // ones, too.
   void Fail(const std::string& name, int nth = 1, bool for_ever = false);
   // The `nth` call from now on fails, whatever it is; with `for_ever` all later ones, too.
   void FailCall(int nth, bool for_ever);
@@ -64,10 +66,10 @@ class Platform {
   std::string first_failed;
   int total_calls = 0;
 
-  // Plays the voice service: delivers a message to the open port. False when none is open.
+  // Acts as the voice service: delivers a message to the open port. False when none is open.
   bool Deliver(const Entries& entries);
   bool Deliver(const std::string& command, const std::string& data);
-  // Plays the service's start-up event. Returns the number of subscribers.
+  // Publishes the service's start-up event. Returns the number of subscribers.
   int PublishStart() const;
 
   // The messages since the last call, one text each: "command|strData" and, for a piece, "|total".

@@ -10,7 +10,7 @@ namespace fake {
 
 namespace {
 
-// What the library told the runtime that lives now.
+// What the library registered with the current runtime.
 struct Registration {
   Runtime* runtime = nullptr;
   ExtensionHandle extension = 0;

@@ -1,4 +1,4 @@
-// The extension binding, on a runtime that the test plays.
+// The extension binding, on a runtime within the test.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -11,7 +11,7 @@
 
 namespace {
 
-// What the runtime was told, and what the library side did, in order.
+// What was registered with the runtime, and what the library did, in order.
 struct Runtime {
   struct Loaded {
     std::string name;

@@ -11,7 +11,7 @@
 namespace {
 
 // The priorities' letters of the lines that a program writes under a threshold. (The warning about an unknown
-// threshold has an 'n' in their place.)
+// threshold has a 't' in their place.)
 std::string LogOf(const char* threshold) {
   Process peer({PEER_PROGRAM, "log"}, {{"NURVO_LOG", threshold}});
   std::string log;
@@ -24,7 +24,7 @@ TEST(LogTest, TheThresholdDecidesWhatIsWritten) {
     const char* threshold;
     const char* letters;
   } rows[] = {{"V", "VDIWEF"}, {"D", "DIWEF"}, {"I", "IWEF"}, {"W", "WEF"}, {"E", "EF"}, {"F", "F"},
-              {"S", ""},       {"", ""},       {"X", "n"},    {"VV", "n"},  {"e", "n"}};
+              {"S", ""},       {"", ""},       {"X", "t"},    {"VV", "t"},  {"e", "t"}};
   for (const auto& row : rows) EXPECT_EQ(LogOf(row.threshold), row.letters) << row.threshold;
 }
 

@@ -121,7 +121,7 @@ TEST_F(MessagePortTest, NoticesThatThePeerVanishesAndReturns) {
   EXPECT_LT(app_watch_remove(watch), 0);
 }
 
-// Sixteen MiB go to a peer that stands still, and all of it is there when the peer goes on.
+// 16 MiB go to a peer that is stopped, and all of it arrives when the peer continues.
 TEST_F(MessagePortTest, DoesNotWaitForAPeerThatDoesNotRead) {
   constexpr int kPieces = 16 * 1024 * 1024 / 8192;
   const auto peer = StartPeer();
@@ -136,8 +136,8 @@ TEST_F(MessagePortTest, DoesNotWaitForAPeerThatDoesNotRead) {
   for (int i = 0; i < kPieces; ++i) ASSERT_EQ(received_[i].id, std::to_string(i));
 }
 
-// When the bus itself stands still, a send gives up instead of waiting or piling up messages, and what was
-// accepted arrives when the bus goes on.
+// When the bus itself is stopped, a send fails instead of waiting or piling up messages, and what was
+// accepted arrives when the bus continues.
 TEST_F(MessagePortTest, GivesUpOnABusThatTakesNothing) {
   Open(kPort);
   const std::string data(8192, 'x');
@@ -155,7 +155,7 @@ TEST_F(MessagePortTest, GivesUpOnABusThatTakesNothing) {
   for (size_t i = 0; i <= accepted; ++i) ASSERT_EQ(received_[i].id, std::to_string(i));
 }
 
-// A delivery by hand: what another implementation, or somebody who means harm, could send.
+// A delivery by hand: what another implementation, or an attacker, could send.
 void DeliverByHand(sd_bus* bus, const char* path, const char* member, const char* signature,
                    const std::string& bytes) {
   sd_bus_message* message = nullptr;

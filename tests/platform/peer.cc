@@ -1,8 +1,8 @@
-// The other application of the bus tests, and a process whose log can be looked at.
+// The other application of the bus tests, and a process whose log is read.
 //
-//   peer serve PORT   opens PORT, says "opened ID", and does what messages ask for in their entry "do":
+//   peer serve PORT   opens PORT, prints "opened ID", and does what messages ask for in their entry "do":
 //                     "echo" sends the message back, "publish" publishes it as the event that "event" names
-//   peer lose PORT    opens PORT, waits for the bus to die, says how things stand then
+//   peer lose PORT    opens PORT, waits for the bus to end, prints what still works then
 //   peer log          logs one line of each priority
 #include <glib.h>
 
@@ -50,7 +50,7 @@ bool isCalm() {
   return turns < kFewTurns;
 }
 
-// Says whether the loop sleeps before and after the bus is lost, and what calls return then.
+// Prints whether the loop sleeps before and after the bus is lost, and what calls return then.
 int Lose(char* port) {
   const int id = Open(port);
   const bool was_calm = isCalm();

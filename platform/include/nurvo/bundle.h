@@ -26,7 +26,7 @@ int bundle_add(bundle* b, const char* key, const char* value);
 // string. The value stays the bundle's and lives as long as the bundle.
 int bundle_get_str(bundle* b, const char* key, char** value);
 
-// Turns the bundle into text without NUL inside, `length` bytes and a NUL behind them. The text may itself
+// Turns the bundle into text without NUL inside, `length` bytes followed by a NUL. The text may itself
 // be a value in another bundle. Returns 0 and a text that the caller releases with `free`, or a negative
 // code and leaves both outputs untouched.
 int bundle_encode(bundle* b, bundle_raw** text, int* length);

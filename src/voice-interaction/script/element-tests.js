@@ -32,7 +32,7 @@ function isVisible(element) {
 var whiteSpaceRun = /\s{2,}/;
 var whiteSpaceRuns = /\s{2,}/g;
 
-// The element's text, or else what its attributes or its images' attributes say; empty if none says anything.
+// The element's text, or else the text of its attributes or of its images' attributes; empty if all are.
 // Runs of white space become one space.
 function titleOf(element) {
   var title = element.textContent.trim();
@@ -56,7 +56,7 @@ function titleFromImages(images) {
   return title;
 }
 
-// The first of the attributes that isn't blank, trimmed; empty if all are.
+// The first of the attributes that has more than white space, trimmed; empty if none has.
 function titleFromAttributes(element, names) {
   for (var i = 0; i < names.length; i++) {
     var title = element.hasAttribute(names[i]) ? element.getAttribute(names[i]).trim() : '';

@@ -26,7 +26,7 @@ function clearCallbacks() {
   });
 }
 
-// Registers what `callbacks` holds and the built-in handlers, then tells the native instance.
+// Registers what `callbacks` holds and the built-in handlers, then passes the actions to the native instance.
 function registerCallbacks() {
   if (callbacks) {
     callbackProperties.forEach(function (row) {

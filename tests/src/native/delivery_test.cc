@@ -1,4 +1,4 @@
-// The road of a command from the port to the page, and of an answer from the page to the service.
+// The path of a command from the port to the page, and of an answer from the page to the service.
 #include "library_fixture.h"
 
 namespace {

@@ -1,5 +1,5 @@
-// The end of pages and of the library, in every order and from within every call. What is left behind or used
-// after its end shows under AddressSanitizer, and in what stays open.
+// The end of pages and of the library, in every order and from within every call. What leaks or is used
+// after its end is found by AddressSanitizer, and by what stays open.
 #include <algorithm>
 #include <array>
 

@@ -1,4 +1,4 @@
-// Every call of the platform fails once, and every call from one on fails for ever, through a whole life of
+// Every call of the platform fails once, and every call from one on fails for good, through a whole life of
 // the library. How many calls there are is counted, not listed.
 #include "library_fixture.h"
 
@@ -80,7 +80,7 @@ TEST(FailureSweep, NoFailingCallBreaksTheLibrary) {
       UseEverything();
       const std::string& call = fake::Platform::Get().first_failed;
       const std::string context =
-          "call " + std::to_string(nth) + ", " + call + (for_ever ? ", for ever" : "");
+          "call " + std::to_string(nth) + ", " + call + (for_ever ? ", for good" : "");
       const auto line = kLines.find(call);
       if (line != kLines.end() && !for_ever) {
         EXPECT_FALSE(fake::Platform::Get().LogWith(line->second).empty()) << context;
@@ -89,7 +89,7 @@ TEST(FailureSweep, NoFailingCallBreaksTheLibrary) {
       if (testing::Test::HasFailure()) return;
     }
   }
-  std::printf("%d calls, each failing once and for ever from there on\n", total);
+  std::printf("%d calls, each failing once, and once with all calls after it\n", total);
 }
 
 }  // namespace

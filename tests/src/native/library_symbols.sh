@@ -10,7 +10,7 @@ done
 # Symbols with a version belong to the system's libraries; vestra_finish is optional and so declared nowhere.
 taken=$(nm -D --undefined-only "$2" | awk '{ print $2 }' | grep -v -e '@' -e '^__gmon_start__$' -e '^_ITM_' \
   -e '^vestra_finish$')
-[ -n "$taken" ] || { echo "the library takes nothing from the platform: was it linked with the stand-in?"; exit 1; }
+[ -n "$taken" ] || { echo "the library needs nothing of the platform: was it linked with one?"; exit 1; }
 for symbol in $taken; do
   name=$(c++filt "$symbol")
   case $name in *common::*) continue ;; esac

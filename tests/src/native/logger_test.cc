@@ -1,4 +1,4 @@
-// The wording of common lines, and what a failed assertion leaves behind.
+// The wording of common lines, and what a failed assertion leaves in the log.
 #include "common/picojson.h"
 
 #include <csignal>

@@ -1,4 +1,4 @@
-// A library that has no extension to offer tells the runtime and makes no pages.
+// A library that has no extension to offer refuses to start and makes no pages.
 #include <gtest/gtest.h>
 
 #include "common/XW_Extension.h"

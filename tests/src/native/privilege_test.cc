@@ -1,4 +1,4 @@
-// The privilege check: who is asked, in which order, what is kept, and what the page is told.
+// The privilege check: who is asked, in which order, what is kept, and what the page gets.
 #include <unistd.h>
 
 #include "library_fixture.h"

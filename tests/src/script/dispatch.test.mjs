@@ -1,4 +1,4 @@
-// The road of a command through the script: what its callback receives for a parameter text, and which answer its
+// The path of a command through the script: what its callback receives for a parameter text, and which answer its
 // result becomes.
 import { after, before, test } from 'node:test';
 import { checkTable, startBrowser } from '../../../testing/browser.mjs';
@@ -19,7 +19,7 @@ before(async () => {
       api.setCallback(everyCallback);
       return params.map((param) => (deliver(`ACTION_${name}`, param), received));
     };
-    /** What the callback of ACTION_<name> gets for each of the parameter texts, which blanks separate. */
+    /** What the callback of ACTION_<name> gets for each of the parameter texts, which spaces separate. */
     window.got = (name, params) => window.args(name, ...params.split(' ')).flat();
     window.itemId = (param) => peek('convertVoiceInteractionParam')('ACTION_ITEM_SELECTION', param);
     /** The answer to a command whose callback is `callback`. */

@@ -12,7 +12,7 @@ before(async () => {
     const { api, calls, listeners, outcome } = window.voice;
     const names = () => calls.map(([name]) => name.slice('VoiceInteractionHandler_'.length)).join();
     window.f = () => undefined;
-    /** The actions that setCallback tells the native side of, without the built-in ones that end the list. */
+    /** The actions that setCallback passes to the native side, without the built-in ones that end the list. */
     window.sent = (callbacks) => {
       api.setCallback(callbacks);
       const list = calls.at(-1)[1].actions.join();

@@ -15,7 +15,8 @@ typedef void (*app_watch_cb)(const char* app_id, bool is_running, void* user_dat
 typedef struct app_watch* app_watch_h;
 
 // Watches `app_id` for changes from now on. Returns 0 and a handle for app_watch_remove, or a negative
-// errno (-EINVAL for what is no application id, others when the bus refused) and leaves `watch` untouched.
+// errno (-EINVAL for what is not an application id, others when the bus refused) and leaves `watch`
+// untouched.
 int app_watch_add(const char* app_id, app_watch_cb callback, void* user_data, app_watch_h* watch);
 
 // Ends a watch, also from within its own callback; it is not called again. Returns 0, or -EINVAL for a

@@ -1,4 +1,4 @@
-// What bundles of other platform programs may hold besides strings, for tools and tests that play one.
+// What bundles of other platform programs may hold besides strings, for tools and tests that act as one.
 #ifndef NURVO_DESKTOP_BUNDLE_EXTRAS_H_
 #define NURVO_DESKTOP_BUNDLE_EXTRAS_H_
 
@@ -10,7 +10,7 @@
 extern "C" {
 #endif
 
-// The `type` that bundle_foreach tells.
+// The `type` that bundle_foreach reports.
 enum {
   BUNDLE_ENTRY_STRING = 1,
   BUNDLE_ENTRY_STRING_ARRAY = 2,

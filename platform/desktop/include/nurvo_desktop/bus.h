@@ -13,7 +13,7 @@ enum { NURVO_DESKTOP_ERROR_APP_ID_TAKEN = -17 };
 
 // The one connection of this process, opened at the first use of any port, event or of this function and
 // served by GLib's default main context. Null when the bus of DBUS_SESSION_BUS_ADDRESS can't be reached or
-// has gone. Stays the platform's: don't close it, process it or attach it elsewhere.
+// the connection is lost. Stays the platform's: don't close it, process it or attach it elsewhere.
 struct sd_bus* nurvo_bus();
 
 #ifdef __cplusplus

@@ -9,7 +9,7 @@ extern "C" {
 #endif
 
 // Publishes the event `name` (letters, digits, '.', '_' and '-', at most 255) with a copy of `data`; null
-// stands for an empty bundle. Does not wait for the subscribers. Returns 0 or a negative errno:
+// means an empty bundle. Does not wait for the subscribers. Returns 0 or a negative errno:
 // -EINVAL for a bad name, -EMSGSIZE for data of more than 64 KiB encoded, others when the bus refused.
 int event_publish_app_event(const char* name, bundle* data);
 
