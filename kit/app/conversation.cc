@@ -9,6 +9,7 @@
 #include "app/json_text.h"
 #include "language/phrases.h"
 #include "language/raw_command.h"
+#include "output/text_forms.h"
 #include "app/item_picture.h"
 #include "app/item_places.h"
 #include "service/main_loop.h"

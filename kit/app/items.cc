@@ -67,11 +67,10 @@ std::map<std::string, std::vector<Item>> ByTitle(const ItemList& list) {
 }  // namespace
 
 std::optional<ItemList> ReadItems(const std::string& answer) {
-  std::string ignored;
-  const Json parsed = ParseJson(answer, ignored);
-  if (!parsed.is_array()) return {};
+  const auto parsed = ParseJson(answer);
+  if (!parsed || !parsed->is_array()) return {};
   ItemList list;
-  for (const Json& object : parsed) {
+  for (const Json& object : *parsed) {
     if (!object.is_object()) return {};
     list.is_own = list.is_own || object.contains("positionX");
     list.items.push_back(ReadItem(object, list.is_own, list.items.size()));

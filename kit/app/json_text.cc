@@ -1,6 +1,7 @@
 // By nlohmann's JSON.
 #include "app/json_text.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 namespace corvis::kit {
@@ -8,12 +9,23 @@ namespace corvis::kit {
 namespace {
 using Json = nlohmann::json;
 constexpr int kDeepestJson = 200;
-}  // namespace
 
-std::string JsonText(const std::string& text) {
-  // ASCII only, so that the text may stand in any script.
-  return Json(text).dump(-1, ' ', true, Json::error_handler_t::replace);
+// How many brackets are open at once at most. Of a text that is not JSON it may be any number.
+int Depth(const std::string& text) {
+  int depth = 0;
+  int deepest = 0;
+  bool is_in_string = false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == '"') is_in_string = !is_in_string;
+    if (is_in_string && c == '\\') ++i;
+    if (is_in_string) continue;
+    if (c == '[' || c == '{') deepest = std::max(deepest, ++depth);
+    if (c == ']' || c == '}') --depth;
+  }
+  return deepest;
 }
+}  // namespace
 
 std::string PlainValue(const std::string& json) {
   // Other values need not be read at all.
@@ -22,18 +34,12 @@ std::string PlainValue(const std::string& json) {
   return parsed.is_string() ? parsed.get<std::string>() : json;
 }
 
-Json ParseJson(const std::string& text, std::string& problem) {
-  bool is_too_deep = false;
-  const auto watch_depth = [&is_too_deep](int depth, Json::parse_event_t /*event*/, Json& /*value*/) {
-    is_too_deep = is_too_deep || depth >= kDeepestJson;
-    return !is_too_deep;
-  };
-  Json parsed = Json::parse(text, watch_depth, /*allow_exceptions=*/false);
-  if (is_too_deep) {
-    problem = "This JSON is nested more than " + std::to_string(kDeepestJson) + " levels deep.";
-    return {Json::value_t::discarded};
+Result<Json> ParseJson(const std::string& text) {
+  if (Depth(text) > kDeepestJson) {
+    return Fail("This JSON is nested more than " + std::to_string(kDeepestJson) + " levels deep.");
   }
-  if (parsed.is_discarded()) problem = "This is no JSON.";
+  Json parsed = Json::parse(text, nullptr, /*allow_exceptions=*/false);
+  if (parsed.is_discarded()) return Fail("This is not JSON.");
   return parsed;
 }
 

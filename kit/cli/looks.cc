@@ -3,9 +3,9 @@
 
 #include <cstdio>
 
-#include "app/json_text.h"
 #include "lint/lint.h"
 #include "output/output_file.h"
+#include "output/text_forms.h"
 
 namespace corvis::kit {
 

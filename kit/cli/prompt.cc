@@ -9,7 +9,6 @@
 #include "language/raw_command.h"
 #include "language/suggestions.h"
 #include "output/output_file.h"
-#include "report/table.h"
 
 namespace corvis::kit {
 

@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <cstring>
 
-#include "script/matcher.h"
 #include "language/raw_command.h"
+#include "output/text_forms.h"
 
 namespace corvis::kit {
 

@@ -7,27 +7,23 @@
 #include <sstream>
 #include <string_view>
 
-#include "report/json.h"
-#include "report/junit.h"
-#include "report/table.h"
-#include "script/screenshots.h"
-#include "report/tap.h"
+#include "script/runner.h"
 #include "service/main_loop.h"
 
 namespace corvis::kit {
 
 namespace {
 
-std::unique_ptr<Reporter> MakeReporter(Output output) {
+const char* FormatOf(Output output) {
   switch (output) {
     case Output::kTap:
-      return std::make_unique<TapReporter>(stdout);
+      return "tap";
     case Output::kJson:
-      return std::make_unique<JsonReporter>(stdout);
+      return "json";
     case Output::kNarration:
       break;
   }
-  return std::make_unique<Narrator>(stdout);
+  return "narrate";
 }
 
 // What some editors put in front of a file's text.
@@ -50,10 +46,10 @@ bool ReadScripts(const std::vector<std::string>& files, std::vector<VoiceScript>
     }
     scripts.push_back(ParseVoiceScript(WithoutByteOrderMark(text.str()), file));
     for (const ScriptError& error : scripts.back().errors) {
-      std::fprintf(stderr, "%s\n", Located(file, error.place, error.sentence).c_str());
+      std::fprintf(stderr, "%s\n", Located(error.place, error.message).c_str());
       is_ok = false;
     }
-    if (scripts.back().errors.empty() && scripts.back().steps.empty()) {
+    if (scripts.back().errors.empty() && scripts.back().tests.empty()) {
       std::fprintf(stderr, "corvis-voice: The script %s has no statement.\n", file.c_str());
       is_ok = false;
     }
@@ -63,19 +59,32 @@ bool ReadScripts(const std::vector<std::string>& files, std::vector<VoiceScript>
 
 ScriptRun::ScriptRun(const Options& options, const std::vector<VoiceScript>& scripts)
     : options_(options), scripts_(scripts) {
-  reporters_.push_back(MakeReporter(options.output));
-  if (!options.junit_file.empty()) reporters_.push_back(std::make_unique<JUnitReporter>(options.junit_file));
-  for (const auto& reporter : reporters_) reporter->OnStart(scripts_);
+  events_.Add(coverage_);
+  AddReport(FindReportFormat(FormatOf(options.output)), OutputFile::Standard());
+  if (!options.junit_file.empty()) AddReport(FindReportFormat("junit"), OutputFile(options.junit_file));
+  events_.Take(BeginningOf(scripts));
+}
+
+void ScriptRun::AddReport(const ReportFormat& format, OutputFile output) {
+  reports_.push_back(format.make(std::move(output)));
+  events_.Add(*reports_.back());
 }
 
 int ScriptRun::Abort(int status, const std::string& sentence) {
   std::fprintf(stderr, "corvis-voice: %s\n", sentence.c_str());
-  for (const auto& reporter : reporters_) reporter->OnAbort(sentence);
+  events_.Take(RunAborted{sentence});
   return End({}, status);
 }
 
-int ScriptRun::End(const RunTotals& totals, int status) {
-  for (const auto& reporter : reporters_) reporter->OnEnd(totals, status);
+int ScriptRun::End(const Totals& totals, int status) {
+  const auto duration = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin_);
+  events_.Take(RunEnded{status, totals, duration});
+  for (const auto& report : reports_) {
+    const Status written = report->Finish();
+    if (written) continue;
+    std::fprintf(stderr, "corvis-voice: %s\n", written.error().message.c_str());
+    if (status == kExitOk) status = kExitFailed;
+  }
   return status;
 }
 
@@ -91,34 +100,24 @@ int ScriptRun::Run(Conversation& conversation) {
   const std::string problem = conversation.NoteBeginning(privileges);
   if (!problem.empty()) return Abort(kExitNoApp, problem);
 
-  Coverage coverage(conversation.registered());
-  std::vector<Reporter*> reporters = {&coverage};
-  for (const auto& reporter : reporters_) reporters.push_back(reporter.get());
-  ScriptRunner::Photographer photographer;
-  const std::string folder = ScreenshotFolder();
-  if (!folder.empty()) {
-    photographer = [&conversation, &folder](const VoiceScript& script, const Step& step) {
-      return SaveScreenshot(conversation, folder, script, step);
-    };
-  }
-  ScriptRunner runner(conversation, reporters, photographer);
-  runner.set_pace(options_.pace);
+  ScriptRunner runner(conversation, events_, {options_.pace, ScreenshotFolder()});
   for (const VoiceScript& script : scripts_) runner.Run(script);
-  const CoverageReport report = coverage.Report();
-  if (options_.is_coverage_shown || options_.least_coverage > 0) {
-    for (const auto& reporter : reporters_) reporter->OnCoverage(report);
-  }
-  return End(runner.totals(), StatusOf(runner.totals(), report));
+  const CoverageMeasured coverage = coverage_.Measure();
+  if (options_.is_coverage_shown || options_.least_coverage > 0) events_.Take(coverage);
+  const int status = StatusOf(runner.totals());
+  if (status != kExitOk || coverage.percent >= options_.least_coverage) return End(runner.totals(), status);
+  const std::string sentence = "The voice coverage is " + std::to_string(coverage.percent) +
+                               " %, less than the " + std::to_string(options_.least_coverage) +
+                               " % asked for.";
+  std::fprintf(stderr, "corvis-voice: %s\n", sentence.c_str());
+  events_.Take(RunAborted{sentence});
+  return End(runner.totals(), kExitLowCoverage);
 }
 
-int ScriptRun::StatusOf(const RunTotals& totals, const CoverageReport& coverage) const {
+int ScriptRun::StatusOf(const Totals& totals) const {
   if (IsTimeOver()) return kExitTimeOver;
   if (IsInterrupted()) return kExitInterrupted;
-  if (totals.failed > 0) return kExitFailed;
-  if (coverage.percent >= options_.least_coverage) return kExitOk;
-  std::fprintf(stderr, "corvis-voice: The voice coverage is %d %%, less than the %ld %% asked for.\n",
-               coverage.percent, options_.least_coverage);
-  return kExitLowCoverage;
+  return totals.failed > 0 ? kExitFailed : kExitOk;
 }
 
 }  // namespace corvis::kit

@@ -6,9 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "cli/options.h"
-#include "report/coverage.h"
 #include "app/conversation.h"
+#include "cli/options.h"
+#include "events/events.h"
+#include "report/coverage.h"
+#include "report/reports.h"
 #include "script/runner.h"
 #include "script/script_reader.h"
 
@@ -21,20 +23,25 @@ class ScriptRun {
  public:
   ScriptRun(const Options& options, const std::vector<VoiceScript>& scripts);
 
-  // Tells the reports that the run can't begin. Returns `status`.
+  // Ends the run, which can't begin or go on. Returns the exit status.
   int Abort(int status, const std::string& sentence);
 
   // Runs the scripts; returns the exit status.
   int Run(Conversation& conversation);
 
  private:
-  int StatusOf(const RunTotals& totals, const CoverageReport& coverage) const;
-  int End(const RunTotals& totals, int status);
+  void AddReport(const ReportFormat& format, OutputFile output);
+  int StatusOf(const Totals& totals) const;
+  // The status, or another when a report can't be written.
+  int End(const Totals& totals, int status);
   std::string ScreenshotFolder() const;
 
   const Options& options_;
   const std::vector<VoiceScript>& scripts_;
-  std::vector<std::unique_ptr<Reporter>> reporters_;
+  Clock::time_point begin_ = Clock::now();
+  Coverage coverage_;
+  std::vector<std::unique_ptr<Report>> reports_;
+  EventFanOut events_;
 };
 
 }  // namespace corvis::kit

@@ -20,6 +20,11 @@ struct ScriptPlace {
   int column = 1;
 };
 
+// "file:line:column: message".
+inline std::string Located(const ScriptPlace& place, const std::string& message) {
+  return place.file + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ": " + message;
+}
+
 // The first event of every run, also of one that can't begin.
 struct RunStarted {
   std::vector<std::string> scripts;

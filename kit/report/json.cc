@@ -1,9 +1,9 @@
-// The events.
-#include "report/json.h"
-
+// A run as events, one JSON object a line, for programs. docs/voice-scripts.md describes them.
 #include <nlohmann/json.hpp>
+#include <utility>
 
-#include "report/coverage.h"
+#include "output/text_forms.h"
+#include "report/reports.h"
 
 namespace corvis::kit {
 
@@ -11,94 +11,117 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-void Print(std::FILE* out, const Json& event) {
-  const std::string line = event.dump(-1, ' ', false, Json::error_handler_t::replace);
-  std::fprintf(out, "%s\n", line.c_str());
-  std::fflush(out);
-}
-
 // Milliseconds to the microsecond.
-double Milliseconds(std::chrono::nanoseconds time) {
-  constexpr double kThousand = 1000;
-  return static_cast<double>(std::chrono::duration_cast<std::chrono::microseconds>(time).count()) / kThousand;
+double Milliseconds(std::chrono::microseconds time) {
+  return std::chrono::duration<double, std::milli>(time).count();
 }
 
-void AddTurn(Json& event, const Turn& turn) {
-  event["said"] = turn.said;
-  if (!turn.is_sent) return;
-  event["action"] = turn.command.action;
-  event["data"] = DescribeData(turn.command);
-  if (!turn.outcome.is_answered) return;
-  event["answer"] = turn.outcome.answer.data;
-  event["answer_ms"] = Milliseconds(turn.outcome.answer.took);
-  event["pieces"] = turn.outcome.answer.pieces;
+Json AtPlace(const char* event, const ScriptPlace& place) {
+  return {{"event", event}, {"file", place.file}, {"line", place.line}, {"column", place.column}};
 }
 
-void AddFailure(Json& event, const StepResult& result) {
-  if (!result.problem.empty()) event["message"] = result.problem;
-  if (!result.expected.empty()) {
-    event["expected"] = result.expected;
-    event["actual"] = result.actual;
+const char* NameOf(StepStatus status) {
+  switch (status) {
+    case StepStatus::kPassed:
+      return "passed";
+    case StepStatus::kFailed:
+      return "failed";
+    case StepStatus::kSkipped:
+      break;
   }
-  event["console"] = result.console;
-  if (!result.screenshot.empty()) event["screenshot"] = result.screenshot;
+  return "skipped";
 }
+
+void Add(Json& event, const Exchange& exchange) {
+  event["said"] = exchange.said;
+  if (exchange.action.empty()) return;
+  event["action"] = exchange.action;
+  event["data"] = exchange.data;
+  if (!exchange.is_answered) return;
+  event["answer"] = exchange.answer;
+  event["answer_ms"] = Milliseconds(exchange.answer_time);
+  event["pieces"] = exchange.pieces;
+}
+
+void Add(Json& event, const Failure& failure) {
+  if (!failure.message.empty()) event["message"] = failure.message;
+  if (!failure.expected.empty()) {
+    event["expected"] = failure.expected;
+    event["actual"] = failure.actual;
+  }
+  event["console"] = failure.console;
+  if (!failure.screenshot.empty()) event["screenshot"] = failure.screenshot;
+}
+
+// Each event's outer form; null for those that have none.
+Json FormOf(const RunStarted& run) {
+  return {{"event", "start"}, {"format", 1}, {"scripts", run.scripts}, {"steps", run.steps}};
+}
+Json FormOf(const ScriptStarted& script) {
+  return {{"event", "script"}, {"file", script.file}};
+}
+Json FormOf(const TestStarted& test) {
+  Json event = AtPlace("test", test.place);
+  event["text"] = test.name;
+  return event;
+}
+Json FormOf(const NoteReached& note) {
+  Json event = AtPlace("note", note.place);
+  event["text"] = note.text;
+  return event;
+}
+Json FormOf(const StepDone& step) {
+  Json event = AtPlace("step", step.place);
+  event["statement"] = step.statement;
+  event["source"] = step.source;
+  event["status"] = NameOf(step.status);
+  event["ms"] = Milliseconds(step.duration);
+  if (step.exchange) Add(event, *step.exchange);
+  if (step.failure) Add(event, *step.failure);
+  return event;
+}
+Json FormOf(const CoverageMeasured& coverage) {
+  return {{"event", "coverage"},
+          {"percent", coverage.percent},
+          {"spoken", coverage.spoken},
+          {"unspoken", coverage.unspoken},
+          {"not_support", coverage.refused},
+          {"missing_callbacks", coverage.missing_callbacks}};
+}
+Json FormOf(const RunAborted& abort) {
+  return {{"event", "abort"}, {"message", abort.message}};
+}
+Json FormOf(const RunEnded& end) {
+  return {{"event", "end"},
+          {"status", end.status},
+          {"passed", end.totals.passed},
+          {"failed", end.totals.failed},
+          {"skipped", end.totals.skipped},
+          {"ms", Milliseconds(end.duration)}};
+}
+template <typename Other>
+Json FormOf(const Other& /*event*/) {
+  return nullptr;
+}
+
+class JsonReport : public Report {
+ public:
+  explicit JsonReport(OutputFile output) : output_(std::move(output)) {}
+
+  void Take(const Event& event) override {
+    const Json form = std::visit([](const auto& kind) { return FormOf(kind); }, event);
+    if (!form.is_null()) output_.Write(JsonLine(form) + "\n");
+  }
+  Status Finish() override { return output_.Finish(); }
+
+ private:
+  OutputFile output_;
+};
 
 }  // namespace
 
-void JsonReporter::OnStart(const std::vector<VoiceScript>& scripts) {
-  Json files = Json::array();
-  size_t steps = 0;
-  for (const VoiceScript& script : scripts) {
-    files.push_back(script.file);
-    for (const Step& step : script.steps) steps += IsHeading(step.kind) ? 0 : 1;
-  }
-  Print(out_, {{"event", "start"}, {"format", 1}, {"scripts", files}, {"steps", steps}});
-}
-
-void JsonReporter::OnScript(const VoiceScript& script) {
-  Print(out_, {{"event", "script"}, {"file", script.file}});
-}
-
-void JsonReporter::OnStep(const VoiceScript& script, const StepResult& result) {
-  const Step& step = *result.step;
-  Json event = {{"event", IsHeading(step.kind) ? NameOf(step.kind) : "step"},
-                {"file", script.file},
-                {"line", step.place.line},
-                {"column", step.place.column}};
-  if (IsHeading(step.kind)) {
-    event["text"] = step.text;
-    return Print(out_, event);
-  }
-  event["statement"] = NameOf(step.kind);
-  event["source"] = step.source;
-  event["status"] = result.is_skipped ? "skipped" : result.is_ok ? "passed" : "failed";
-  event["ms"] = Milliseconds(result.took);
-  if (result.turn != nullptr) AddTurn(event, *result.turn);
-  if (!result.is_ok) AddFailure(event, result);
-  Print(out_, event);
-}
-
-void JsonReporter::OnAbort(const std::string& sentence) {
-  Print(out_, {{"event", "abort"}, {"message", sentence}});
-}
-
-void JsonReporter::OnCoverage(const CoverageReport& report) {
-  Print(out_, {{"event", "coverage"},
-               {"percent", report.percent},
-               {"spoken", report.spoken},
-               {"unspoken", report.unspoken},
-               {"not_support", report.refused},
-               {"missing_callbacks", report.missing}});
-}
-
-void JsonReporter::OnEnd(const RunTotals& totals, int status) {
-  Print(out_, {{"event", "end"},
-               {"status", status},
-               {"passed", totals.passed},
-               {"failed", totals.failed},
-               {"skipped", totals.skipped},
-               {"ms", Milliseconds(Clock::now() - begin_)}});
+std::unique_ptr<Report> MakeJsonReport(OutputFile output) {
+  return std::make_unique<JsonReport>(std::move(output));
 }
 
 }  // namespace corvis::kit

@@ -1,146 +1,162 @@
-// The report's XML.
-#include "report/junit.h"
+// A run as a JUnit report, as build servers read it: a suite for each script, a case for each of its tests.
+#include <fmt/format.h>
 
-#include <glib.h>
+#include <pugixml.hpp>
+#include <sstream>
+#include <utility>
+#include <vector>
 
-#include <cstdio>
-
-#include "output/output_file.h"
+#include "output/text_forms.h"
+#include "report/reports.h"
+#include "report/wording.h"
 
 namespace corvis::kit {
 
 namespace {
 
-// XML has no way to hold most control characters, nor bytes that are no UTF-8.
-std::string Escaped(const std::string& text) {
-  char* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
-  std::string escaped;
-  for (const char* c = valid; *c != '\0'; ++c) {
-    switch (*c) {
-      case '&':
-        escaped += "&amp;";
-        break;
-      case '<':
-        escaped += "&lt;";
-        break;
-      case '>':
-        escaped += "&gt;";
-        break;
-      case '"':
-        escaped += "&quot;";
-        break;
-      case '\n':
-        escaped += "&#10;";
-        break;
-      default:
-        escaped += static_cast<unsigned char>(*c) < ' ' && *c != '\t' ? ' ' : *c;
-    }
-  }
-  g_free(valid);
-  return escaped;
-}
+struct Case {
+  std::string name;
+  int line = 1;
+  std::chrono::microseconds duration{0};
+  bool has_run = false;
+  bool has_failed = false;
+  // Of the failure.
+  std::string message;
+  std::string details;
+  std::string output;
+};
+
+struct Suite {
+  std::string name;
+  std::vector<Case> cases;
+};
 
 std::string Seconds(std::chrono::microseconds time) {
-  char text[32];
-  std::snprintf(text, sizeof(text), "%.3f", std::chrono::duration<double>(time).count());
-  return text;
+  return fmt::format("{:.3f}", std::chrono::duration<double>(time).count());
 }
 
-// name="value", with a blank before it.
-std::string Attribute(const char* name, const std::string& value) {
-  return std::string(" ") + name + "=\"" + Escaped(value) + "\"";
+void SetAttribute(pugi::xml_node& node, const char* name, const std::string& value) {
+  node.append_attribute(name) = ForXml(value).c_str();
 }
+
+pugi::xml_node AppendText(pugi::xml_node& parent, const char* name, const std::string& text) {
+  pugi::xml_node node = parent.append_child(name);
+  if (!text.empty()) node.text() = ForXml(text).c_str();
+  return node;
+}
+
+void Append(pugi::xml_node& parent, const std::string& file, const Case& test) {
+  pugi::xml_node node = parent.append_child("testcase");
+  SetAttribute(node, "name", test.name);
+  SetAttribute(node, "classname", file);
+  SetAttribute(node, "file", file);
+  SetAttribute(node, "line", std::to_string(test.line));
+  SetAttribute(node, "time", Seconds(test.duration));
+  if (test.has_failed) {
+    pugi::xml_node failure = AppendText(node, "failure", test.details);
+    SetAttribute(failure, "message", test.message);
+  } else if (!test.has_run) {
+    node.append_child("skipped");
+  }
+  if (!test.output.empty()) AppendText(node, "system-out", test.output);
+}
+
+void Append(pugi::xml_node& parent, const Suite& suite) {
+  int failures = 0;
+  int skipped = 0;
+  std::chrono::microseconds duration{0};
+  for (const Case& test : suite.cases) {
+    failures += test.has_failed ? 1 : 0;
+    skipped += test.has_run ? 0 : 1;
+    duration += test.duration;
+  }
+  pugi::xml_node node = parent.append_child("testsuite");
+  SetAttribute(node, "name", suite.name);
+  SetAttribute(node, "tests", std::to_string(suite.cases.size()));
+  SetAttribute(node, "failures", std::to_string(failures));
+  SetAttribute(node, "skipped", std::to_string(skipped));
+  SetAttribute(node, "time", Seconds(duration));
+  for (const Case& test : suite.cases) Append(node, suite.name, test);
+}
+
+// What ended the run, as a suite of one case.
+void AppendError(pugi::xml_node& parent, const char* name, const std::string& message) {
+  pugi::xml_node suite = parent.append_child("testsuite");
+  SetAttribute(suite, "name", name);
+  SetAttribute(suite, "tests", "1");
+  SetAttribute(suite, "errors", "1");
+  pugi::xml_node test = suite.append_child("testcase");
+  SetAttribute(test, "name", name);
+  pugi::xml_node error = test.append_child("error");
+  SetAttribute(error, "message", message);
+}
+
+class JUnitReport : public Report {
+ public:
+  explicit JUnitReport(OutputFile output) : output_(std::move(output)) {}
+
+  void Take(const Event& event) override {
+    std::visit([this](const auto& kind) { Collect(kind); }, event);
+  }
+  // The file is written as a whole.
+  Status Finish() override {
+    output_.Write(Xml());
+    return output_.Finish();
+  }
+
+ private:
+  void Collect(const ScriptStarted& script) { suites_.push_back({script.file, {}}); }
+  void Collect(const TestStarted& test) { Begin(test.name, test.place.line); }
+  void Collect(const StepDone& step) {
+    if (suites_.back().cases.empty()) Begin(step.place.file, step.place.line);
+    Case& test = suites_.back().cases.back();
+    test.duration += step.duration;
+    test.has_run = test.has_run || step.status != StepStatus::kSkipped;
+    if (step.failure) Collect(test, step);
+  }
+  void Collect(const RunAborted& abort) { abort_ = abort.message; }
+  template <typename Other>
+  void Collect(const Other& /*event*/) {}
+
+  static void Collect(Case& test, const StepDone& step) {
+    const Failure& failure = *step.failure;
+    test.has_failed = true;
+    test.message = Describe(failure);
+    test.details = Located(step.place, step.source) + "\n" + test.message;
+    for (const std::string& line : failure.console) test.output += line + "\n";
+    // The form in which build servers look for files that belong to a case.
+    if (!failure.screenshot.empty()) test.output += "[[ATTACHMENT|" + failure.screenshot + "]]\n";
+  }
+
+  void Begin(const std::string& name, int line) {
+    Case test;
+    test.name = name;
+    test.line = line;
+    suites_.back().cases.push_back(std::move(test));
+  }
+
+  std::string Xml() const {
+    pugi::xml_document document;
+    pugi::xml_node declaration = document.append_child(pugi::node_declaration);
+    SetAttribute(declaration, "version", "1.0");
+    SetAttribute(declaration, "encoding", "UTF-8");
+    pugi::xml_node suites = document.append_child("testsuites");
+    for (const Suite& suite : suites_) Append(suites, suite);
+    if (!abort_.empty()) AppendError(suites, suites_.empty() ? "start" : "run", abort_);
+    std::ostringstream text;
+    document.save(text, "  ");
+    return text.str();
+  }
+
+  OutputFile output_;
+  std::vector<Suite> suites_;
+  std::string abort_;
+};
 
 }  // namespace
 
-void JUnitReporter::OnScript(const VoiceScript& script) {
-  suites_.push_back({script.file, {}});
-}
-
-void JUnitReporter::OnStep(const VoiceScript& script, const StepResult& result) {
-  auto& cases = suites_.back().cases;
-  const Step& step = *result.step;
-  if (step.kind == StepKind::kTest) {
-    Case test;
-    test.name = step.text;
-    test.line = step.place.line;
-    cases.push_back(test);
-    return;
-  }
-  if (step.kind == StepKind::kNote) return;
-  if (cases.empty()) {
-    Case test;
-    test.name = script.file;
-    test.line = step.place.line;
-    cases.push_back(test);
-  }
-  Case& test = cases.back();
-  test.took += result.took;
-  test.has_run = test.has_run || !result.is_skipped;
-  if (!result.is_ok) TakeFailure(test, script, result);
-}
-
-void JUnitReporter::TakeFailure(Case& test, const VoiceScript& script, const StepResult& result) {
-  test.message = result.problem;
-  if (!result.expected.empty()) {
-    test.message +=
-        (test.message.empty() ? "" : " ") + ("Expected " + result.expected + ", not " + result.actual + ".");
-  }
-  test.details = Located(script.file, result.step->place, result.step->source) + "\n" + test.message;
-  test.screenshot = result.screenshot;
-  for (const std::string& line : result.console) test.console += line + "\n";
-}
-
-void JUnitReporter::OnAbort(const std::string& sentence) {
-  abort_ = sentence;
-}
-
-std::string JUnitReporter::CaseXml(const Suite& suite, const Case& test) {
-  std::string xml = "    <testcase" + Attribute("name", test.name) + Attribute("classname", suite.file) +
-                    Attribute("file", suite.file) + Attribute("line", std::to_string(test.line)) +
-                    Attribute("time", Seconds(test.took)) + ">\n";
-  if (!test.message.empty()) {
-    xml +=
-        "      <failure" + Attribute("message", test.message) + ">" + Escaped(test.details) + "</failure>\n";
-  } else if (!test.has_run) {
-    xml += "      <skipped/>\n";
-  }
-  std::string output = test.console;
-  // The form in which build servers look for files that belong to a case.
-  if (!test.screenshot.empty()) output += "[[ATTACHMENT|" + test.screenshot + "]]\n";
-  if (!output.empty()) xml += "      <system-out>" + Escaped(output) + "</system-out>\n";
-  return xml + "    </testcase>\n";
-}
-
-std::string JUnitReporter::Xml() const {
-  std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites>\n";
-  for (const Suite& suite : suites_) {
-    int failures = 0;
-    int skipped = 0;
-    std::chrono::microseconds took{0};
-    std::string cases;
-    for (const Case& test : suite.cases) {
-      failures += test.message.empty() ? 0 : 1;
-      skipped += test.has_run ? 0 : 1;
-      took += test.took;
-      cases += CaseXml(suite, test);
-    }
-    xml += "  <testsuite" + Attribute("name", suite.file) +
-           Attribute("tests", std::to_string(suite.cases.size())) +
-           Attribute("failures", std::to_string(failures)) + Attribute("skipped", std::to_string(skipped)) +
-           Attribute("time", Seconds(took)) + ">\n" + cases + "  </testsuite>\n";
-  }
-  if (!abort_.empty()) {
-    xml +=
-        "  <testsuite name=\"start\" tests=\"1\" errors=\"1\">\n    <testcase name=\"start\">\n      <error" +
-        Attribute("message", abort_) + "/>\n    </testcase>\n  </testsuite>\n";
-  }
-  return xml + "</testsuites>\n";
-}
-
-void JUnitReporter::OnEnd(const RunTotals& /*totals*/, int /*status*/) {
-  const Status written = WriteOutputFile(file_, Xml());
-  if (!written) std::fprintf(stderr, "corvis-voice: %s\n", written.error().message.c_str());
+std::unique_ptr<Report> MakeJUnitReport(OutputFile output) {
+  return std::make_unique<JUnitReport>(std::move(output));
 }
 
 }  // namespace corvis::kit

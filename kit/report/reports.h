@@ -1,8 +1,10 @@
-// The formats in which a run can be reported. A new one is a file in this folder and a line in the table.
+// The formats in which a run can be reported. A new one is a file in this folder, a function here, and a line
+// in the table of reports.cc.
 #ifndef CORVIS_KIT_REPORT_REPORTS_H_
 #define CORVIS_KIT_REPORT_REPORTS_H_
 
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "base/result.h"
@@ -35,6 +37,12 @@ const std::vector<ReportFormat>& ReportFormats();
 
 // The format with this name, which must be in the table.
 const ReportFormat& FindReportFormat(std::string_view name);
+
+// Each in the file of its name.
+std::unique_ptr<Report> MakeTableReport(OutputFile output);
+std::unique_ptr<Report> MakeTapReport(OutputFile output);
+std::unique_ptr<Report> MakeJsonReport(OutputFile output);
+std::unique_ptr<Report> MakeJUnitReport(OutputFile output);
 
 }  // namespace corvis::kit
 

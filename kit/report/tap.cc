@@ -1,84 +1,79 @@
-// Lines of TAP.
-#include "report/tap.h"
+// A run as TAP 14, the Test Anything Protocol: a line for each step, and what went wrong as YAML.
+#include <fmt/format.h>
 
-#include "app/json_text.h"
-#include "report/coverage.h"
+#include <sstream>
+#include <utility>
+
+#include "output/text_forms.h"
+#include "report/reports.h"
+#include "report/wording.h"
 
 namespace corvis::kit {
 
 namespace {
 
-// A description on one line; "#" would begin a directive.
-std::string Escaped(const std::string& text) {
-  std::string escaped;
-  for (const char c : text) {
-    if (c == '#' || c == '\\') escaped += '\\';
-    escaped += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
-  }
-  return escaped;
-}
-
-// Every line of the text as a comment.
 std::string Comment(const std::string& text) {
-  std::string comment;
-  size_t begin = 0;
-  while (begin < text.size()) {
-    size_t end = text.find('\n', begin);
-    if (end == std::string::npos) end = text.size();
-    comment += "# " + text.substr(begin, end - begin) + "\n";
-    begin = end + 1;
-  }
-  return comment;
+  return "# " + ForTerminal(text) + "\n";
 }
 
-}  // namespace
-
-void TapReporter::OnStart(const std::vector<VoiceScript>& scripts) {
-  size_t count = 0;
-  for (const VoiceScript& script : scripts) {
-    for (const Step& step : script.steps) count += IsHeading(step.kind) ? 0 : 1;
-  }
-  std::fprintf(out_, "TAP version 14\n1..%zu\n", count);
-}
-
-void TapReporter::OnStep(const VoiceScript& script, const StepResult& result) {
-  const Step& step = *result.step;
-  if (IsHeading(step.kind)) {
-    std::fputs(Comment(step.text).c_str(), out_);
-    return;
-  }
-  const std::string name = script.file + ":" + std::to_string(step.place.line) + " " + step.source;
-  std::fprintf(out_, "%s %d - %s%s\n", result.is_ok ? "ok" : "not ok", ++number_, Escaped(name).c_str(),
-               result.is_skipped ? " # SKIP an earlier step failed" : "");
-  if (!result.is_ok) TellFailure(script, result);
-  std::fflush(out_);
+// Every line of a text of the kit.
+std::string Comments(const std::string& text) {
+  std::istringstream lines(text);
+  std::string comments;
+  for (std::string line; std::getline(lines, line);) comments += Comment(line);
+  return comments;
 }
 
 // A JSON text is a YAML scalar.
-void TapReporter::TellFailure(const VoiceScript& script, const StepResult& result) {
-  const auto row = [this](const char* key, const std::string& value) {
-    std::fprintf(out_, "  %s: %s\n", key, JsonText(value).c_str());
-  };
-  std::fputs("  ---\n", out_);
-  if (!result.problem.empty()) row("message", result.problem);
-  row("file", script.file);
-  std::fprintf(out_, "  line: %d\n  column: %d\n", result.step->place.line, result.step->place.column);
-  if (!result.expected.empty()) {
-    row("expected", result.expected);
-    row("actual", result.actual);
+std::string Row(const char* key, const std::string& value) {
+  return fmt::format("  {}: {}\n", key, JsonText(value));
+}
+
+std::string Block(const ScriptPlace& place, const Failure& failure) {
+  std::string block = "  ---\n";
+  if (!failure.message.empty()) block += Row("message", failure.message);
+  block += Row("file", place.file);
+  block += fmt::format("  line: {}\n  column: {}\n", place.line, place.column);
+  if (!failure.expected.empty()) block += Row("expected", failure.expected) + Row("actual", failure.actual);
+  if (!failure.screenshot.empty()) block += Row("screenshot", failure.screenshot);
+  if (!failure.console.empty()) block += "  console:\n";
+  for (const std::string& line : failure.console) block += fmt::format("    - {}\n", JsonText(line));
+  return block + "  ...\n";
+}
+
+class TapReport : public Report {
+ public:
+  explicit TapReport(OutputFile output) : output_(std::move(output)) {}
+
+  void Take(const Event& event) override {
+    std::visit([this](const auto& kind) { Print(kind); }, event);
   }
-  if (!result.screenshot.empty()) row("screenshot", result.screenshot);
-  if (!result.console.empty()) std::fputs("  console:\n", out_);
-  for (const std::string& line : result.console) std::fprintf(out_, "    - %s\n", JsonText(line).c_str());
-  std::fputs("  ...\n", out_);
-}
+  Status Finish() override { return output_.Finish(); }
 
-void TapReporter::OnAbort(const std::string& sentence) {
-  std::fprintf(out_, "Bail out! %s\n", Escaped(sentence).c_str());
-}
+ private:
+  void Print(const RunStarted& run) { output_.Write(fmt::format("TAP version 14\n1..{}\n", run.steps)); }
+  void Print(const TestStarted& test) { output_.Write(Comment(test.name)); }
+  void Print(const NoteReached& note) { output_.Write(Comment(note.text)); }
+  void Print(const StepDone& step) {
+    const char* result = step.status == StepStatus::kFailed ? "not ok" : "ok";
+    const char* directive = step.status == StepStatus::kSkipped ? " # SKIP an earlier step failed" : "";
+    const std::string name = fmt::format("{}:{} {}", step.place.file, step.place.line, step.source);
+    output_.Write(fmt::format("{} {} - {}{}\n", result, ++number_, ForTap(name), directive) +
+                  (step.failure ? Block(step.place, *step.failure) : ""));
+  }
+  void Print(const CoverageMeasured& coverage) { output_.Write(Comments(Describe(coverage))); }
+  void Print(const RunAborted& abort) { output_.Write("Bail out! " + ForTap(abort.message) + "\n"); }
+  template <typename Other>
+  void Print(const Other& /*event*/) {}
 
-void TapReporter::OnCoverage(const CoverageReport& report) {
-  std::fputs(Comment(Describe(report)).c_str(), out_);
+  OutputFile output_;
+  int number_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<Report> MakeTapReport(OutputFile output) {
+  return std::make_unique<TapReport>(std::move(output));
 }
 
 }  // namespace corvis::kit

@@ -11,13 +11,26 @@ namespace corvis::kit {
 
 namespace {
 constexpr long kLongestTimeMs = 3'600'000;
-bool IsBlank(char c) {
+constexpr const char* kPairExpected = "Expected key=\"value\".";
+
+bool IsSpace(char c) {
   return c == ' ' || c == '\t';
 }
+
+// "a, b or c".
+std::string Alternatives(const std::vector<std::string>& words) {
+  std::string list;
+  for (size_t i = 0; i < words.size(); ++i) {
+    const char* separator = i == 0 ? "" : i + 1 == words.size() ? " or " : ", ";
+    list += separator + words[i];
+  }
+  return list;
+}
+
 }  // namespace
 
-void LineReader::SkipBlanks() {
-  while (!is_at_end() && IsBlank(line_[at_])) ++at_;
+void LineReader::SkipSpaces() {
+  while (!is_at_end() && IsSpace(line_[at_])) ++at_;
 }
 
 void LineReader::FailAt(size_t at, const std::string& problem) {
@@ -29,9 +42,9 @@ void LineReader::FailAt(size_t at, const std::string& problem) {
 
 std::string LineReader::Word() {
   const size_t begin = at_;
-  while (!is_at_end() && !IsBlank(line_[at_])) ++at_;
+  while (!is_at_end() && !IsSpace(line_[at_])) ++at_;
   std::string word(line_.substr(begin, at_ - begin));
-  SkipBlanks();
+  SkipSpaces();
   return word;
 }
 
@@ -51,14 +64,9 @@ bool LineReader::TakeWord(std::string_view word) {
 std::string LineReader::OneOf(std::initializer_list<const char*> words) {
   const size_t begin = at_;
   std::string word = Word();
-  std::string list;
-  std::vector<std::string> candidates;
-  for (const char* candidate : words) {
-    if (word == candidate) return word;
-    candidates.emplace_back(candidate);
-    list += (list.empty() ? "" : ", ") + candidates.back();
-  }
-  FailAt(begin, "Here stands one of " + list + (word.empty() ? "." : ", not \"" + word + "\".") +
+  const std::vector<std::string> candidates(words.begin(), words.end());
+  if (std::find(candidates.begin(), candidates.end(), word) != candidates.end()) return word;
+  FailAt(begin, "Expected " + Alternatives(candidates) + (word.empty() ? "." : ", not \"" + word + "\".") +
                     DidYouMean(word, candidates));
   return "";
 }
@@ -75,7 +83,7 @@ std::string LineReader::Between(char mark) {
     return "";
   }
   ++at_;
-  SkipBlanks();
+  SkipSpaces();
   return text;
 }
 
@@ -93,7 +101,7 @@ char LineReader::Escaped() {
   constexpr int kHexadecimal = 16;
   const auto [end, error] = std::from_chars(digits, last, value, kHexadecimal);
   if (error != std::errc() || end != digits + kDigits) {
-    FailAt(at_ - 1, "Behind \\x stand two hexadecimal digits.");
+    FailAt(at_ - 1, "Expected two hexadecimal digits after \\x.");
     return 0;
   }
   at_ += kDigits;
@@ -102,11 +110,13 @@ char LineReader::Escaped() {
 
 std::string LineReader::Text(bool may_be_bare) {
   if (Peek() == '`') return Between('`');
-  if (Peek() != '"') {
-    if (may_be_bare && !is_at_end()) return Word();
-    Fail("Here stands a text in quotation marks.");
-    return "";
-  }
+  if (Peek() == '"') return QuotedText();
+  if (may_be_bare && !is_at_end()) return Word();
+  Fail("Expected a text in quotation marks.");
+  return "";
+}
+
+std::string LineReader::QuotedText() {
   const size_t begin = at_;
   std::string text;
   for (++at_; !is_at_end() && line_[at_] != '"'; ++at_) {
@@ -123,7 +133,7 @@ std::string LineReader::Text(bool may_be_bare) {
     return "";
   }
   ++at_;
-  SkipBlanks();
+  SkipSpaces();
   return text;
 }
 
@@ -132,11 +142,11 @@ long LineReader::Number() {
   long number = 0;
   const auto [end, error] = std::from_chars(line_.data() + at_, line_.data() + line_.size(), number);
   if (error != std::errc() || number < 0) {
-    FailAt(begin, "Here stands a whole number.");
+    FailAt(begin, "Expected a whole number.");
     return 0;
   }
   at_ = static_cast<size_t>(end - line_.data());
-  SkipBlanks();
+  SkipSpaces();
   return number;
 }
 
@@ -146,7 +156,7 @@ std::chrono::milliseconds LineReader::Duration() {
   if (has_failed()) return {};
   const std::string unit = OneOf({"ms", "s"});
   const long factor = unit == "s" ? 1000 : 1;
-  if (!has_failed() && number > kLongestTimeMs / factor) FailAt(begin, "An hour is the longest time.");
+  if (!has_failed() && number > kLongestTimeMs / factor) FailAt(begin, "The longest time is one hour.");
   return std::chrono::milliseconds(has_failed() ? 0 : number * factor);
 }
 
@@ -157,30 +167,30 @@ Entries LineReader::Pairs() {
     const size_t begin = at_;
     const size_t equals = line_.find('=', at_);
     if (equals == std::string_view::npos || equals == at_) {
-      FailAt(begin, "Here stands key=\"value\".");
+      FailAt(begin, kPairExpected);
       return {};
     }
     const std::string key(line_.substr(at_, equals - at_));
     at_ = equals + 1;
-    const std::string value = is_at_end() || IsBlank(Peek()) ? "" : Text(/*may_be_bare=*/true);
-    SkipBlanks();
-    if (key.find(' ') != std::string::npos) FailAt(begin, "Here stands key=\"value\".");
-    if (!keys.insert(key).second) FailAt(begin, "The key " + key + " stands here twice.");
+    const std::string value = is_at_end() || IsSpace(Peek()) ? "" : Text(/*may_be_bare=*/true);
+    SkipSpaces();
+    if (key.find(' ') != std::string::npos) FailAt(begin, kPairExpected);
+    if (!keys.insert(key).second) FailAt(begin, "The key " + key + " is given twice.");
     entries.emplace_back(key, value);
   }
   return has_failed() ? Entries{} : entries;
 }
 
 std::string LineReader::Rest(const char* what) {
-  if (is_at_end()) Fail(std::string("Here stands ") + what + ".");
+  if (is_at_end()) Fail(std::string("Expected ") + what + ".");
   std::string rest(line_.substr(at_));
   at_ = line_.size();
-  while (!rest.empty() && IsBlank(rest.back())) rest.pop_back();
+  while (!rest.empty() && IsSpace(rest.back())) rest.pop_back();
   return rest;
 }
 
 void LineReader::End() {
-  if (!is_at_end()) Fail("The line should end here.");
+  if (!is_at_end()) Fail("Expected the end of the line.");
 }
 
 }  // namespace corvis::kit

@@ -15,32 +15,32 @@ namespace corvis::kit {
 // The first thing that is wrong is kept, with the column where; what is read after that is empty.
 class LineReader {
  public:
-  explicit LineReader(std::string_view line) : line_(line) { SkipBlanks(); }
+  explicit LineReader(std::string_view line) : line_(line) { SkipSpaces(); }
 
   bool is_at_end() const { return at_ >= line_.size(); }
   bool has_failed() const { return !problem_.empty(); }
   const std::string& problem() const { return problem_; }
   int problem_column() const { return static_cast<int>(problem_at_) + 1; }
 
-  // The next word, up to a blank; empty at the end.
+  // The next word, up to a space or tab; empty at the end.
   std::string Word();
-  // Takes `word` if it stands next.
+  // Takes `word` if it is next.
   bool TakeWord(std::string_view word);
   // The next word, which must be one of these.
   std::string OneOf(std::initializer_list<const char*> words);
   // "quoted" with \" \\ \n \t \r \x1b, or `raw`; a bare word where `may_be_bare`.
   std::string Text(bool may_be_bare = false);
-  // The text between two marks, `\` before a mark stands for the mark.
+  // The text between two marks; `\` in front of a mark makes it part of the text.
   std::string Between(char mark);
   long Number();
   // "50 ms", "2 s", "2s".
   std::chrono::milliseconds Duration();
   // key="value" or key=value, up to the end.
   Entries Pairs();
-  // What is left of the line; must not be empty.
+  // What is left of the line, which must not be empty; `what` is its name for the error, such as "a phrase".
   std::string Rest(const char* what);
 
-  // Whether a text in quotation marks stands behind the next word.
+  // Whether a text in quotation marks follows the next word.
   bool HasTextAfterWord() const;
 
   char Peek() const { return is_at_end() ? '\0' : line_[at_]; }
@@ -49,7 +49,9 @@ class LineReader {
   void End();
 
  private:
-  void SkipBlanks();
+  void SkipSpaces();
+  // The text between quotation marks, of which the first is next.
+  std::string QuotedText();
   // What the escape means whose letter is next.
   char Escaped();
   void FailAt(size_t at, const std::string& problem);

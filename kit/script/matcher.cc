@@ -1,13 +1,18 @@
-// Comparing texts, regular expressions (GLib's) and JSON.
+// Each comparison of the language is a function here and a line in the table.
 #include "script/matcher.h"
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
+#include <memory>
 #include <nlohmann/json.hpp>
-#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "app/json_text.h"
+#include "language/suggestions.h"
 #include "nurvo_desktop/glib_ptr.h"
+#include "output/text_forms.h"
 
 namespace corvis::kit {
 
@@ -15,16 +20,38 @@ namespace {
 
 using Json = nlohmann::json;
 
-// A pattern such as (a+)+$ would try for years. This many steps at one place take a fraction of a second.
-constexpr const char* kStepLimit = "(*LIMIT_MATCH=5000000)";
-// For all places of a text.
-constexpr auto kMatchTime = std::chrono::seconds(2);
+// is "text", and a text without a word in front of it.
+Matcher ReadExact(LineReader& line) {
+  const std::string expected = line.Text(/*may_be_bare=*/true);
+  return {Quoted(expected), [expected](const std::string& actual) { return actual == expected; }};
+}
 
+Matcher ReadContains(LineReader& line) {
+  const std::string part = line.Text();
+  return {"contains " + Quoted(part),
+          [part](const std::string& actual) { return actual.find(part) != std::string::npos; }};
+}
+
+Matcher ReadOneOf(LineReader& line) {
+  line.OneOf({"of"});
+  std::vector<std::string> allowed;
+  while (!line.is_at_end()) allowed.push_back(line.Text(/*may_be_bare=*/true));
+  if (allowed.empty()) line.Fail("Expected the texts that are allowed.");
+  std::string list;
+  for (const std::string& text : allowed) list += (list.empty() ? "" : ", ") + Quoted(text);
+  return {"one of " + list, [allowed](const std::string& actual) {
+            return std::find(allowed.begin(), allowed.end(), actual) != allowed.end();
+          }};
+}
+
+// Every member that the expected object has is in the actual one, at any depth; arrays have the same length;
+// all else is equal.
 bool IsSubset(const Json& expected, const Json& actual) {
   if (expected.is_object() && actual.is_object()) {
     const auto members = expected.items();
     return std::all_of(members.begin(), members.end(), [&actual](const auto& member) {
-      return actual.contains(member.key()) && IsSubset(member.value(), actual[member.key()]);
+      const auto found = actual.find(member.key());
+      return found != actual.end() && IsSubset(member.value(), *found);
     });
   }
   if (expected.is_array() && actual.is_array()) {
@@ -33,110 +60,106 @@ bool IsSubset(const Json& expected, const Json& actual) {
   return expected == actual;
 }
 
-bool IsJsonMatch(const std::string& expected, const std::string& actual, std::string& problem) {
-  const Json parsed = ParseJson(actual, problem);
-  return !parsed.is_discarded() && IsSubset(ParseJson(expected, problem), parsed);
+Matcher ReadJson(LineReader& line) {
+  const LineReader before = line;
+  const std::string text = line.Rest("a JSON text");
+  if (line.has_failed()) return {};
+  const auto expected = ParseJson(text);
+  if (!expected) {
+    line = before;
+    line.Fail(expected.error().message);
+    return {};
+  }
+  return {"json " + text, [expected = *expected](const std::string& actual) -> Result<bool> {
+            const auto parsed = ParseJson(actual);
+            if (!parsed) return Fail(parsed.error());
+            return IsSubset(expected, *parsed);
+          }};
 }
 
 // Raw: answers are bytes, which need not be UTF-8.
-nurvo::GRegexPtr NewRegex(const std::string& pattern, std::string& problem) {
+Result<std::shared_ptr<GRegex>> NewRegex(const std::string& pattern) {
+  if (pattern.find('\0') != std::string::npos) {
+    return Fail("A regular expression can't hold a NUL byte. Write \\0 instead.");
+  }
   GError* error = nullptr;
-  nurvo::GRegexPtr regex(g_regex_new(pattern.c_str(), G_REGEX_RAW, GRegexMatchFlags(0), &error));
+  std::shared_ptr<GRegex> regex =
+      nurvo::GRegexPtr(g_regex_new(pattern.c_str(), G_REGEX_RAW, GRegexMatchFlags(0), &error));
   const nurvo::GErrorPtr owned(error);
-  if (owned) problem = std::string("This is no regular expression: ") + owned->message + ".";
+  if (owned) return Fail(std::string("Invalid regular expression: ") + owned->message + ".");
   return regex;
 }
 
 // Tries one place of the text after the other, so that the time can be watched in between.
-bool IsRegexMatch(const std::string& pattern, const std::string& actual, std::string& problem) {
-  const nurvo::GRegexPtr regex = NewRegex(kStepLimit + pattern, problem);
+Result<bool> HasMatch(GRegex* regex, const std::string& actual) {
+  constexpr auto kMatchTime = std::chrono::seconds(2);
   const auto end = std::chrono::steady_clock::now() + kMatchTime;
   const auto size = static_cast<gssize>(actual.size());
-  for (int at = 0; regex && at <= size; ++at) {
+  for (int at = 0; at <= size; ++at) {
     GError* error = nullptr;
-    const bool is_match = g_regex_match_full(regex.get(), actual.data(), size, at, G_REGEX_MATCH_ANCHORED,
-                                             nullptr, &error) != FALSE;
+    const bool is_match =
+        g_regex_match_full(regex, actual.data(), size, at, G_REGEX_MATCH_ANCHORED, nullptr, &error) != FALSE;
     const nurvo::GErrorPtr owned(error);
     if (is_match) return true;
     if (owned || std::chrono::steady_clock::now() > end) {
-      problem =
-          "The regular expression was given up: it tries too many ways to match this text; write it "
-          "without a repetition within a repetition.";
-      return false;
+      return Fail(
+          "The regular expression tries too many ways to match this text. Write it without a repetition "
+          "within a repetition.");
     }
   }
   return false;
+}
+
+Matcher ReadRegex(LineReader& line) {
+  if (line.Peek() != '/') {
+    line.Fail("Expected a regular expression between slashes.");
+    return {};
+  }
+  const LineReader before = line;
+  const std::string pattern = line.Between('/');
+  if (line.has_failed()) return {};
+  if (const auto plain = NewRegex(pattern); !plain) {
+    line = before;
+    line.Fail(plain.error().message);
+    return {};
+  }
+  // A pattern such as (a+)+$ would try for years. This many steps at one place take a fraction of a second.
+  const auto limited = NewRegex("(*LIMIT_MATCH=5000000)" + pattern);
+  return {"matches /" + pattern + "/",
+          [regex = *limited](const std::string& actual) { return HasMatch(regex.get(), actual); }};
+}
+
+struct Comparison {
+  const char* word;
+  Matcher (*read)(LineReader& line);
+};
+
+constexpr Comparison kComparisons[] = {{"is", ReadExact},
+                                       {"contains", ReadContains},
+                                       {"matches", ReadRegex},
+                                       {"json", ReadJson},
+                                       {"one", ReadOneOf}};
+
+// In front of a text in quotation marks a word can only be meant as a comparison.
+bool IsMeantAsComparison(const LineReader& line, const std::string& word) {
+  return !word.empty() && std::isalpha(static_cast<unsigned char>(word[0])) != 0 && line.HasTextAfterWord();
 }
 
 }  // namespace
 
-bool Matches(const Matcher& matcher, const std::string& actual, std::string* problem) {
-  std::string ignored;
-  std::string& trouble = problem == nullptr ? ignored : *problem;
-  const std::string& expected = matcher.texts.front();
-  switch (matcher.kind) {
-    case MatchKind::kExact:
-      return actual == expected;
-    case MatchKind::kContains:
-      return actual.find(expected) != std::string::npos;
-    case MatchKind::kMatches:
-      return IsRegexMatch(expected, actual, trouble);
-    case MatchKind::kJson:
-      return IsJsonMatch(expected, actual, trouble);
-    case MatchKind::kOneOf:
-      return std::find(matcher.texts.begin(), matcher.texts.end(), actual) != matcher.texts.end();
+Matcher ReadMatcher(LineReader& line) {
+  if (line.is_at_end()) line.Fail("Expected a comparison, for example: is \"Play\".");
+  std::vector<std::string> words;
+  for (const Comparison& comparison : kComparisons) {
+    if (line.TakeWord(comparison.word)) return comparison.read(line);
+    words.emplace_back(comparison.word);
   }
-  return false;
-}
-
-std::string Describe(const Matcher& matcher) {
-  switch (matcher.kind) {
-    case MatchKind::kExact:
-      return Quoted(matcher.texts.front());
-    case MatchKind::kContains:
-      return "contains " + Quoted(matcher.texts.front());
-    case MatchKind::kMatches:
-      return "matches /" + matcher.texts.front() + "/";
-    case MatchKind::kJson:
-      return "json " + matcher.texts.front();
-    case MatchKind::kOneOf:
-      break;
-  }
-  std::string text;
-  for (const std::string& allowed : matcher.texts)
-    text += (text.empty() ? "one of " : ", ") + Quoted(allowed);
-  return text;
-}
-
-std::string MatcherProblem(const Matcher& matcher) {
-  std::string problem;
-  const std::string& expected = matcher.texts.front();
-  if (matcher.kind == MatchKind::kMatches) {
-    if (expected.find('\0') != std::string::npos)
-      return "A regular expression can't hold a NUL byte; write \\0.";
-    NewRegex(expected, problem);
-  }
-  if (matcher.kind == MatchKind::kJson) ParseJson(expected, problem);
-  return problem;
-}
-
-std::string Quoted(const std::string& text) {
-  constexpr std::string_view kEscaped = "\"\\\n\t\r";
-  constexpr std::string_view kEscapes = "\"\\ntr";
-  constexpr const char* kDigits = "0123456789abcdef";
-  std::string quoted = "\"";
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    const size_t escape = kEscaped.find(c);
-    if (escape != std::string_view::npos) {
-      quoted.append({'\\', kEscapes[escape]});
-    } else if (byte < ' ') {
-      quoted.append({'\\', 'x', kDigits[byte >> 4U], kDigits[byte & 0xFU]});
-    } else {
-      quoted += c;
-    }
-  }
-  return quoted + '"';
+  LineReader next = line;
+  const std::string word = next.Word();
+  if (!IsMeantAsComparison(line, word)) return ReadExact(line);
+  line.Fail("Unknown comparison \"" + word + "\". Use is, contains, matches, json or one of." +
+            DidYouMean(word, words));
+  return {};
 }
 
 }  // namespace corvis::kit

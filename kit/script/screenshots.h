@@ -1,18 +1,19 @@
-// Pictures of the page beside a report.
+// Pictures of the page at failed steps.
 #ifndef CORVIS_KIT_SCRIPT_SCREENSHOTS_H_
 #define CORVIS_KIT_SCRIPT_SCREENSHOTS_H_
 
 #include <string>
 
 #include "app/conversation.h"
-#include "script/script_reader.h"
+#include "base/result.h"
+#include "events/events.h"
 
 namespace corvis::kit {
 
-// Draws what the page shows into `folder`, which is made when it isn't there. Gives the file's name; nothing,
-// and a sentence on stderr, on failure.
-std::string SaveScreenshot(Conversation& conversation, const std::string& folder, const VoiceScript& script,
-                           const Step& step);
+// Draws what the page shows into `folder`, which is made when it isn't there, named after the step's place.
+// Gives the file's name.
+Result<std::string> SaveScreenshot(Conversation& conversation, const std::string& folder,
+                                   const ScriptPlace& place);
 
 }  // namespace corvis::kit
 

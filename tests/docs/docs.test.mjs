@@ -107,12 +107,12 @@ function assertAllIn(document, names, written = (name) => name) {
 
 test('every statement of voice scripts, every event and every status is described', () => {
   const scripts = 'docs/voice-scripts.md';
-  const statements = found(read('voice-service/script/voice_script.cc'), /\{"(\w+)", StepKind::/g);
+  const statements = found(read('kit/script/statements.cc'), /\{"(\w+)", Read/g);
   assertAllIn(scripts, statements, (word) => `### ${word}\n`);
-  const events = read('voice-service/report/json_events.cc');
-  assertAllIn(scripts, found(events, /\{"event", "(\w+)"\}/g), (name) => `"event":"${name}"`);
+  const events = read('kit/report/json.cc');
+  assertAllIn(scripts, found(events, /(?:\{"event", |AtPlace\()"(\w+)"/g), (name) => `"event":"${name}"`);
   assertAllIn(scripts, found(events, /(?:event\[|\{)"(\w+)"(?:\]|, [^"])/g), (field) => `\`${field}\``);
-  const statuses = found(read('voice-service/app/options.h'), /kExit\w+ = (\d+)/g);
+  const statuses = found(filesIn('kit/cli', '.h').map(read).join('\n'), /kExit\w+ = (\d+)/g);
   assertAllIn(scripts, statuses, (status) => `| ${status} |`);
 });
 

@@ -44,7 +44,7 @@ TEST(Garbage, IsReadInProportionateTime) {
                               "say pause\nexpect json ", "say pause\nexpect matches /",
                               "say pause\nexpect one of ", "privileges ", "item ", "wait "}) {
       const VoiceScript script = ParseVoiceScript(start + text, "a.voice");
-      EXPECT_LE(script.steps.size() + script.errors.size(), 2U);
+      EXPECT_LE(script.tests.size() + script.errors.size(), 2U);
     }
     ReadItems(text);
   }

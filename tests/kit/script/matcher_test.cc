@@ -1,9 +1,10 @@
-// Comparing answers with what is expected, and JSON texts.
+// Reading matchers, and comparing texts with them.
 #include "script/matcher.h"
 
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <fstream>
 
 #include "app/json_text.h"
 
@@ -16,75 +17,111 @@ std::string Nested(size_t levels) {
   return std::string(levels, '[') + std::string(levels, ']');
 }
 
-struct Row {
-  Matcher matcher;
-  std::string actual;
-  bool is_match;
-};
-
-TEST(Matcher, Kinds) {
-  const Row rows[] = {
-      {{MatchKind::kExact, {"a"}}, "a", true},
-      {{MatchKind::kExact, {"a"}}, std::string("a\0", 2), false},
-      {{MatchKind::kContains, {"b"}}, "abc", true},
-      {{MatchKind::kContains, {"B"}}, "abc", false},
-      {{MatchKind::kMatches, {"^a.z$"}}, "a\xffz", true},
-      {{MatchKind::kMatches, {"c"}}, std::string("a\0c", 3), true},
-      {{MatchKind::kMatches, {"^b"}}, "ab", false},
-      {{MatchKind::kOneOf, {"a", "b"}}, "b", true},
-      {{MatchKind::kOneOf, {"a", "b"}}, "ab", false},
-      {{MatchKind::kJson, {R"({"a":[1,{"c":null}]})"}}, R"({"z":0,"a":[1.0,{"c":null,"d":2}]})", true},
-      {{MatchKind::kJson, {R"({"a":[1]})"}}, R"({"a":[1,2]})", false},
-      {{MatchKind::kJson, {R"({"a":null})"}}, "{}", false},
-      {{MatchKind::kJson, {"1"}}, "\"1\"", false},
-      {{MatchKind::kJson, {"[]"}}, "{}", false},
-      {{MatchKind::kJson, {Nested(150)}}, Nested(150), true},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(Matches(row.matcher, row.actual), row.is_match) << Describe(row.matcher) << " : " << row.actual;
-    EXPECT_EQ(MatcherProblem(row.matcher), "");
-  }
+Matcher Read(const std::string& text) {
+  LineReader line(text);
+  Matcher matcher = ReadMatcher(line);
+  line.End();
+  EXPECT_EQ(line.problem(), "") << text;
+  return matcher;
 }
 
-// Each of these once ended the process, or kept it busy for good.
-TEST(Matcher, GivesUpWithASentence) {
-  std::string problem;
-  EXPECT_FALSE(Matches({MatchKind::kJson, {"[]"}}, Nested(50'000), &problem));
-  EXPECT_THAT(problem, HasSubstr("levels deep"));
-  problem.clear();
-  EXPECT_FALSE(Matches({MatchKind::kJson, {"[]"}}, "[", &problem));
-  EXPECT_THAT(problem, HasSubstr("no JSON"));
-  // Many ways at one place, and many at each of many places.
+// "yes", "no", or why the two can't be compared.
+std::string Match(const std::string& matcher, const std::string& actual) {
+  const Result<bool> is_match = Read(matcher).matches(actual);
+  return !is_match ? is_match.error().message : *is_match ? "yes" : "no";
+}
+
+struct Row {
+  const char* written;
+  const char* described;
+  std::string actual;
+  const char* is_match;
+};
+
+TEST(Matcher, ComparesAsItIsWritten) {
+  const Row rows[] = {
+      {R"(is "a b")", R"("a b")", "a b", "yes"},
+      {"success", R"("success")", "success", "yes"},
+      {"is is", R"("is")", "is", "yes"},
+      {R"("a")", R"("a")", std::string("a\0", 2), "no"},
+      {R"(contains "b")", R"(contains "b")", "abc", "yes"},
+      {R"(contains "B")", R"(contains "B")", "abc", "no"},
+      {R"(contains `"a\n"`)", R"(contains "\"a\\n\"")", R"(x"a\n")", "yes"},
+      {R"(matches /a\/b\d/)", R"(matches /a/b\d/)", "a/b7", "yes"},
+      {"matches /^a.z$/", "matches /^a.z$/", "a\xffz", "yes"},
+      {"matches /c/", "matches /c/", std::string("a\0c", 3), "yes"},
+      {"matches /^b/", "matches /^b/", "ab", "no"},
+      {R"(one of a "b c")", R"(one of "a", "b c")", "b c", "yes"},
+      {"one of a b", R"(one of "a", "b")", "ab", "no"},
+      {R"(json {"a":[1,{"c":null}]})", R"(json {"a":[1,{"c":null}]})",
+       R"({"z":0,"a":[1.0,{"c":null,"d":2}]})", "yes"},
+      {R"(json {"a":[1]})", R"(json {"a":[1]})", R"({"a":[1,2]})", "no"},
+      {R"(json {"a":null})", R"(json {"a":null})", "{}", "no"},
+      {"json 1", "json 1", R"("1")", "no"},
+      {"json []", "json []", "{}", "no"},
+      {R"(json "[\"[")", R"(json "[\"[")", R"("[\"[")", "yes"},
+      {"json []", "json []", "[", "This is not JSON."},
+      {"json []", "json []", Nested(50'000), "This JSON is nested more than 200 levels deep."},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(Read(row.written).description, row.described);
+    EXPECT_EQ(Match(row.written, row.actual), row.is_match)
+        << row.written << " : " << row.actual.substr(0, 99);
+  }
+  EXPECT_EQ(Match("json " + Nested(150), Nested(150)), "yes");
+}
+
+TEST(Matcher, SaysWhatCannotBeRead) {
+  const std::pair<std::string, const char*> rows[] = {
+      {"", "1: Expected a comparison, for example: is \"Play\"."},
+      {"equals \"a\"", "1: Unknown comparison \"equals\". Use is, contains, matches, json or one of."},
+      {"contain \"a\"",
+       "1: Unknown comparison \"contain\". Use is, contains, matches, json or one of. Did you mean "
+       "\"contains\"?"},
+      {"contains a", "10: Expected a text in quotation marks."},
+      {"matches a", "9: Expected a regular expression between slashes."},
+      {"matches /a", "9: The closing / is missing."},
+      {std::string("matches /a\0b/", 13),
+       "9: A regular expression can't hold a NUL byte. Write \\0 instead."},
+      {"json", "5: Expected a JSON text."},
+      {"json {a:1}", "6: This is not JSON."},
+      {"json " + Nested(50'000), "6: This JSON is nested more than 200 levels deep."},
+      {"one a", "5: Expected of, not \"a\"."},
+      {"one of", "7: Expected the texts that are allowed."},
+  };
+  for (const auto& [text, problem] : rows) {
+    LineReader line(text);
+    ReadMatcher(line);
+    EXPECT_EQ(std::to_string(line.problem_column()) + ": " + line.problem(), problem);
+  }
+  LineReader line("matches /(a/");
+  ReadMatcher(line);
+  EXPECT_THAT(line.problem(), HasSubstr("Invalid regular expression: "));
+}
+
+// Each of these once kept the process busy for good: many ways at one place, and many at each of many places.
+TEST(Matcher, GivesUpInTime) {
   std::string runs;
   while (runs.size() < 100'000) runs += "aaaaaaaaaaaaaaaa!";
   const auto begin = std::chrono::steady_clock::now();
-  for (const std::string& text : {std::string(100'000, 'a') + '!', runs}) {
-    problem.clear();
-    EXPECT_FALSE(Matches({MatchKind::kMatches, {"(a+)+$"}}, text, &problem));
-    EXPECT_THAT(problem, HasSubstr("too many ways"));
-  }
+  for (const std::string& text : {std::string(100'000, 'a') + '!', runs})
+    EXPECT_THAT(Match("matches /(a+)+$/", text), HasSubstr("too many ways"));
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(8));
 }
 
-TEST(Matcher, TellsWhatCannotBeUsed) {
-  EXPECT_THAT(MatcherProblem({MatchKind::kMatches, {"(a"}}), HasSubstr("no regular expression"));
-  EXPECT_THAT(MatcherProblem({MatchKind::kMatches, {std::string("a\0b", 3)}}), HasSubstr("NUL"));
-  EXPECT_THAT(MatcherProblem({MatchKind::kJson, {"{a:1}"}}), HasSubstr("no JSON"));
-  EXPECT_THAT(MatcherProblem({MatchKind::kJson, {Nested(50'000)}}), HasSubstr("levels deep"));
+// A list of so many objects once took 22 seconds.
+TEST(Matcher, ReadsLongListsInProportionateTime) {
+  std::string list = "[{}";
+  for (int i = 1; i < 400'000; ++i) list += ",{\"a\":1}";
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(Match("json [1]", list + "]"), "no");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
 }
 
-TEST(Matcher, QuotesWhatWouldBreakALine) {
-  EXPECT_EQ(Quoted("a\"\\\n\t\r\x1b[0m é"), R"("a\"\\\n\t\r\x1b[0m é")");
-}
-
-TEST(JsonText, GoesIntoAnyScriptAndComesBack) {
-  EXPECT_EQ(JsonText("</script>\"\n\xe2\x80\xa8"), R"("</script>\"\n\u2028")");
-  EXPECT_EQ(JsonText("\xff"), R"("\ufffd")");
-  for (const std::string& text : {std::string(), std::string("a\0b", 3), std::string("é \"\\ \x01")}) {
-    EXPECT_EQ(PlainValue(JsonText(text)), text);
-  }
+TEST(PlainValue, LeavesWhatIsNoText) {
   for (const char* other : {"null", "3", "{\"a\":\"b\"}", "\"open", "", " [\"a\"]"})
     EXPECT_EQ(PlainValue(other), other);
+  EXPECT_EQ(PlainValue(R"("a\u0000\u00e9\"")"), std::string("a\0é\"", 5));
 }
 
 }  // namespace

@@ -1,0 +1,27 @@
+// Calls as text.
+#include "app/page_script.h"
+
+namespace corvis::kit {
+
+namespace {
+
+std::string Call(const std::string& script, const std::string& function, const std::string& arguments) {
+  return "(function () {" + script + "\nreturn " + function + "(" + arguments + "); })()";
+}
+
+}  // namespace
+
+std::string CallInPage(const std::string& script, const std::string& function,
+                       const nlohmann::json& arguments) {
+  // ASCII only: U+2028 would end a line in old engines.
+  const std::string list = arguments.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
+  return Call(script, function, list.substr(1, list.size() - 2));
+}
+
+std::string CallWithExpression(const std::string& script, const std::string& function,
+                               const std::string& expression) {
+  // The line end ends a comment.
+  return Call(script, function, "function () { return (" + expression + "\n); }");
+}
+
+}  // namespace corvis::kit

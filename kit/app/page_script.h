@@ -1,0 +1,21 @@
+// What the kit evaluates in a page: functions of embedded script files, called with arguments that are JSON.
+#ifndef CORVIS_KIT_APP_PAGE_SCRIPT_H_
+#define CORVIS_KIT_APP_PAGE_SCRIPT_H_
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace corvis::kit {
+
+// An expression that calls a function of `script`, the text of a file that only defines functions. Nothing of
+// it becomes visible to the page.
+std::string CallInPage(const std::string& script, const std::string& function,
+                       const nlohmann::json& arguments = nlohmann::json::array());
+
+// The same with one argument: a function that gives the value of the user's JavaScript expression.
+std::string CallWithExpression(const std::string& script, const std::string& function,
+                               const std::string& expression);
+
+}  // namespace corvis::kit
+
+#endif  // CORVIS_KIT_APP_PAGE_SCRIPT_H_

@@ -1,0 +1,134 @@
+// Messages now, and messages later.
+#include "script/dialogue.h"
+
+#include <glib.h>
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "service/main_loop.h"
+
+namespace corvis::kit {
+
+namespace {
+
+// The conversation's time limit is another for as long as this lives.
+class TimeLimit {
+ public:
+  TimeLimit(Conversation& conversation, std::chrono::milliseconds timeout)
+      : conversation_(conversation), before_(conversation.timeout()) {
+    conversation_.set_timeout(timeout);
+  }
+  ~TimeLimit() { conversation_.set_timeout(before_); }
+  TimeLimit(const TimeLimit&) = delete;
+  TimeLimit& operator=(const TimeLimit&) = delete;
+
+ private:
+  Conversation& conversation_;
+  std::chrono::milliseconds before_;
+};
+
+}  // namespace
+
+// A call on the main loop after a time, unless this ends before.
+class Dialogue::Later {
+ public:
+  Later(std::chrono::milliseconds delay, std::function<void()> call) : call_(std::move(call)) {
+    source_ = g_timeout_add(static_cast<guint>(delay.count()), OnTime, this);
+  }
+  ~Later() {
+    if (is_pending()) g_source_remove(source_);
+  }
+  Later(const Later&) = delete;
+  Later& operator=(const Later&) = delete;
+
+  bool is_pending() const { return source_ != 0; }
+
+ private:
+  static gboolean OnTime(gpointer data) {
+    auto& self = *static_cast<Later*>(data);
+    self.source_ = 0;
+    self.call_();
+    return G_SOURCE_REMOVE;
+  }
+
+  std::function<void()> call_;
+  guint source_ = 0;
+};
+
+Dialogue::Dialogue(Conversation& conversation) : conversation_(conversation) {}
+Dialogue::~Dialogue() = default;
+
+void Dialogue::Begin() {
+  turn_ = {};
+  injected_ = 0;
+}
+
+void Dialogue::Note() {
+  injected_ = 0;
+  crashes_ = conversation_.crashes();
+  exceptions_ = conversation_.exceptions().size();
+}
+
+const Turn& Dialogue::Say(const std::string& phrase, std::chrono::milliseconds timeout) {
+  const TimeLimit limit(conversation_, timeout);
+  Note();
+  return turn_ = conversation_.Say(phrase);
+}
+
+const Turn& Dialogue::Send(const Command& command, const std::string& said,
+                           std::chrono::milliseconds timeout) {
+  const TimeLimit limit(conversation_, timeout);
+  Note();
+  return turn_ = conversation_.Send(command, said);
+}
+
+Status Dialogue::Inject(const Entries& entries) {
+  Note();
+  turn_ = {};
+  turn_.outcome.problem = "The injected message is not a whole command, so no answer is expected.";
+  std::string problem;
+  injected_ = conversation_.service().Inject(conversation_.app_id(), entries, problem);
+  if (!problem.empty()) return Fail(problem);
+  return {};
+}
+
+void Dialogue::InjectLater(const ScriptPlace& place, const Entries& entries,
+                           std::chrono::milliseconds delay) {
+  later_.emplace_back(delay, [this, place, entries] {
+    std::string problem;
+    conversation_.service().Inject(conversation_.app_id(), entries, problem);
+    if (problem.empty() || !later_failure_) return;
+    later_failure_ = Fail(Located(place, "The message was not sent. " + problem));
+  });
+}
+
+void Dialogue::WaitForLater() {
+  const auto is_pending = [](const Later& later) { return later.is_pending(); };
+  constexpr auto kLongest = std::chrono::hours(1);
+  WaitUntil([&] { return std::none_of(later_.begin(), later_.end(), is_pending); }, kLongest);
+}
+
+void Dialogue::DropLater() {
+  later_.clear();
+}
+
+Status Dialogue::LaterFailure() {
+  return std::exchange(later_failure_, Status());
+}
+
+const Turn& Dialogue::Answered(std::chrono::milliseconds timeout) {
+  const uint64_t id = std::exchange(injected_, 0);
+  if (id != 0) {
+    turn_.outcome = conversation_.service().Await(conversation_.app_id(), id, timeout);
+    conversation_.ExplainDeparture(turn_.outcome, crashes_);
+  }
+  return turn_;
+}
+
+std::string Dialogue::Exception() {
+  return conversation_.ExceptionOf(turn_, exceptions_);
+}
+
+}  // namespace corvis::kit

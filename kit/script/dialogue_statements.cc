@@ -1,0 +1,167 @@
+// What is said, and what is expected of the answer.
+#include <fmt/format.h>
+
+#include <string>
+#include <utility>
+
+#include "language/phrases.h"
+#include "language/raw_command.h"
+#include "language/suggestions.h"
+#include "output/text_forms.h"
+#include "script/matcher.h"
+#include "script/session.h"
+#include "script/statements.h"
+
+namespace corvis::kit {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+Exchange ExchangeOf(const Turn& turn) {
+  Exchange exchange;
+  exchange.said = turn.said;
+  if (!turn.is_sent) return exchange;
+  exchange.action = turn.command.action;
+  exchange.data = DescribeData(turn.command);
+  exchange.is_answered = turn.outcome.is_answered;
+  if (!exchange.is_answered) return exchange;
+  const Answer& answer = turn.outcome.answer;
+  exchange.answer = answer.data;
+  exchange.answer_time = std::chrono::duration_cast<std::chrono::microseconds>(answer.took);
+  exchange.pieces = answer.pieces;
+  return exchange;
+}
+
+// How long an answer may take: when the next step expects silence, as long as that says.
+milliseconds AnswerLimit(const Session& session) {
+  const milliseconds silence = session.silence.value_or(milliseconds(0));
+  return silence.count() > 0 ? silence : session.conversation.timeout();
+}
+
+Verdict Report(Session& session, const Turn& turn) {
+  session.exchange = ExchangeOf(turn);
+  if (turn.outcome.is_answered || session.silence) return {};
+  return Failed(turn.outcome.problem);
+}
+
+// Fails unless there is such an action.
+void CheckAction(LineReader& line, const LineReader& at, const std::string& action) {
+  if (line.has_failed() || FindAction(action) != nullptr) return;
+  line = at;
+  line.Fail(action.empty() ? "Expected an action, for example ACTION_PLAY."
+                           : "Unknown action " + action + "." + DidYouMeanAction(action));
+}
+
+// What looks at the answer of what was said last.
+template <typename Check>
+void CheckAnswer(Step& step, Check check) {
+  step.role = StepRole::kChecksAnswer;
+  step.run = [check = std::move(check)](Session& session) -> Verdict {
+    const Outcome& outcome = session.dialogue.Answered(session.conversation.timeout()).outcome;
+    return outcome.is_answered ? check(outcome.answer) : Failed(outcome.problem);
+  };
+}
+
+// no answer [within TIME]
+void ReadNoAnswer(LineReader& line, Step& step) {
+  line.OneOf({"answer"});
+  const milliseconds within = line.TakeWord("within") ? line.Duration() : milliseconds(0);
+  step.role = StepRole::kChecksAnswer;
+  step.silence = within;
+  step.run = [within](Session& session) {
+    const milliseconds limit = within.count() > 0 ? within : session.conversation.timeout();
+    const Outcome& outcome = session.dialogue.Answered(limit).outcome;
+    return Compared(!outcome.is_answered, "no answer", Quoted(outcome.answer.data));
+  };
+}
+
+// action ACTION_NAME [with MATCHER]
+void ReadExpectAction(LineReader& line, Step& step) {
+  const LineReader before = line;
+  const std::string action = line.Word();
+  CheckAction(line, before, action);
+  std::optional<Matcher> data;
+  if (!line.is_at_end()) {
+    line.OneOf({"with"});
+    data = ReadMatcher(line);
+  }
+  step.role = StepRole::kChecksAnswer;
+  step.run = [action, data](Session& session) {
+    const Command& command = session.dialogue.turn().command;
+    const Verdict verdict = Compared(command.action == action, action, command.action);
+    return verdict && data ? Compared(*data, DescribeData(command)) : verdict;
+  };
+}
+
+}  // namespace
+
+// say PHRASE, in quotation marks or bare to the end of the line.
+void ReadSay(LineReader& line, Step& step) {
+  const LineReader before = line;
+  const std::string phrase = line.Peek() == '"' ? line.Text() : line.Rest("a phrase");
+  step.role = StepRole::kSpeaks;
+  step.run = [phrase](Session& session) {
+    session.KeepPace();
+    return Report(session, session.dialogue.Say(phrase, AnswerLimit(session)));
+  };
+  if (line.has_failed() || CommandOf(phrase) || TitleToSelect(phrase)) return;
+  const std::string similar = SimilarPhrase(phrase);
+  line = before;
+  line.Fail("Unknown phrase \"" + phrase + "\"." +
+            (similar.empty() ? "" : " Did you mean \"" + similar + "\"?"));
+}
+
+// send ACTION_NAME DATA
+void ReadSend(LineReader& line, Step& step) {
+  const LineReader before = line;
+  const std::string text = line.is_at_end() ? "" : line.Rest("an action");
+  const auto command = ParseRawCommand(text);
+  if (!command) {
+    line = before;
+    line.Word();
+    return line.Fail(command.error().message);
+  }
+  CheckAction(line, before, command->action);
+  step.role = StepRole::kSpeaks;
+  step.run = [text, command = *command](Session& session) {
+    session.KeepPace();
+    return Report(session, session.dialogue.Send(command, text, AnswerLimit(session)));
+  };
+}
+
+// inject [after TIME] KEY=VALUE...
+void ReadInject(LineReader& line, Step& step) {
+  const bool is_later = line.TakeWord("after");
+  const milliseconds delay = is_later ? line.Duration() : milliseconds(0);
+  if (line.is_at_end()) line.Fail("Expected key=\"value\".");
+  const Entries entries = line.Pairs();
+  step.role = delay.count() > 0 ? StepRole::kActs : StepRole::kSpeaks;
+  if (delay.count() > 0) {
+    step.run = [entries, delay, place = step.place](Session& session) -> Verdict {
+      session.dialogue.InjectLater(place, entries, delay);
+      return {};
+    };
+  } else {
+    step.run = [entries](Session& session) -> Verdict { return session.dialogue.Inject(entries); };
+  }
+}
+
+// expect MATCHER, expect no answer, expect action
+void ReadExpect(LineReader& line, Step& step) {
+  if (line.TakeWord("no")) return ReadNoAnswer(line, step);
+  if (line.TakeWord("action")) return ReadExpectAction(line, step);
+  CheckAnswer(step,
+              [matcher = ReadMatcher(line)](const Answer& answer) { return Compared(matcher, answer.data); });
+}
+
+// within TIME
+void ReadWithin(LineReader& line, Step& step) {
+  CheckAnswer(step, [limit = line.Duration()](const Answer& answer) {
+    const std::chrono::duration<double, std::milli> took = answer.took;
+    return Compared(answer.took <= limit, fmt::format("at most {} ms", limit.count()),
+                    fmt::format("{:.1f} ms", took.count()));
+  });
+}
+
+}  // namespace corvis::kit

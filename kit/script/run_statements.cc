@@ -1,0 +1,107 @@
+// Tests and notes, and what the run does to the application.
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "script/session.h"
+#include "script/statements.h"
+
+namespace corvis::kit {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// What is expected of the application afterwards: nothing given, it listens again.
+Arrival ReadArrival(LineReader& line) {
+  constexpr auto kQuiet = milliseconds(500);
+  if (line.is_at_end()) return {};
+  line.OneOf({"without"});
+  line.OneOf({"listening"});
+  return {false, line.TakeWord("for") ? line.Duration() : kQuiet};
+}
+
+// Of an operation that gives an error's message, or nothing.
+Verdict Passed(const std::string& problem) {
+  return problem.empty() ? Verdict() : Failed(problem);
+}
+
+}  // namespace
+
+// test "NAME"
+void ReadTest(LineReader& line, Step& step) {
+  step.role = StepRole::kTest;
+  step.text = line.Text();
+}
+
+// note TEXT
+void ReadNote(LineReader& line, Step& step) {
+  step.role = StepRole::kNote;
+  step.text = line.Rest("a text");
+}
+
+// reload [without listening [for TIME]]
+void ReadReload(LineReader& line, Step& step) {
+  step.run = [arrival = ReadArrival(line)](Session& session) {
+    return Passed(session.conversation.Reload(arrival));
+  };
+}
+
+// open "URL" [without listening [for TIME]]
+void ReadOpen(LineReader& line, Step& step) {
+  const std::string url = line.Text();
+  step.run = [url, arrival = ReadArrival(line)](Session& session) {
+    return Passed(session.conversation.Open(url, arrival));
+  };
+}
+
+// restart [service] [without listening [for TIME]]
+void ReadRestart(LineReader& line, Step& step) {
+  line.TakeWord("service");
+  step.run = [arrival = ReadArrival(line)](Session& session) {
+    return Passed(session.conversation.Restart(arrival));
+  };
+}
+
+// privileges none, privileges NAME...
+void ReadPrivileges(LineReader& line, Step& step) {
+  std::vector<std::string> uris;
+  if (line.is_at_end()) line.Fail("Expected none, microphone, voicecontrol or URIs.");
+  const bool is_none = line.TakeWord("none");
+  while (!is_none && !line.is_at_end()) {
+    const LineReader before = line;
+    const std::string word = line.Word();
+    uris.push_back(PrivilegeUri(word));
+    if (word.find("://") != std::string::npos) continue;
+    line = before;
+    line.OneOf({"microphone", "voicecontrol"});
+  }
+  step.run = [uris](Session& session) {
+    return Passed(session.conversation.runtime().SetPrivileges(uris).error);
+  };
+}
+
+// timeout TIME
+void ReadTimeout(LineReader& line, Step& step) {
+  step.role = StepRole::kLooks;
+  step.run = [limit = line.Duration()](Session& session) -> Verdict {
+    session.conversation.set_timeout(limit);
+    return {};
+  };
+}
+
+// wait TIME
+void ReadWait(LineReader& line, Step& step) {
+  constexpr auto kLongest = std::chrono::minutes(1);
+  const LineReader before = line;
+  const milliseconds time = line.Duration();
+  step.run = [time](Session& session) -> Verdict {
+    session.Pause(time);
+    return {};
+  };
+  if (line.has_failed() || time <= kLongest) return;
+  line = before;
+  line.Fail("The longest pause is one minute.");
+}
+
+}  // namespace corvis::kit

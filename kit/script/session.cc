@@ -1,0 +1,21 @@
+// Waiting, in every statement's way.
+#include "script/session.h"
+
+#include "service/main_loop.h"
+
+namespace corvis::kit {
+
+void Session::Pause(std::chrono::milliseconds time) {
+  WaitUntil([] { return false; }, time);
+}
+
+Verdict Session::Poll(std::chrono::milliseconds interval, const std::function<Verdict()>& look) const {
+  const auto end = Clock::now() + conversation.timeout();
+  for (;;) {
+    const Verdict verdict = look();
+    if (verdict || Clock::now() >= end || IsInterrupted()) return verdict;
+    Pause(interval);
+  }
+}
+
+}  // namespace corvis::kit

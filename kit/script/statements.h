@@ -1,0 +1,52 @@
+// The statements of voice scripts. A new one is a function that reads it, and a line in the table of
+// statements.cc.
+#ifndef CORVIS_KIT_SCRIPT_STATEMENTS_H_
+#define CORVIS_KIT_SCRIPT_STATEMENTS_H_
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "script/line_reader.h"
+#include "script/script.h"
+
+namespace corvis::kit {
+
+struct Statement {
+  const char* word;
+  // Reads what follows the word, and gives the step its role and what it does.
+  void (*read)(LineReader& line, Step& step);
+};
+
+// Null when there is none.
+const Statement* FindStatement(std::string_view word);
+std::vector<std::string> StatementWords();
+
+// dialogue_statements.cc
+void ReadSay(LineReader& line, Step& step);
+void ReadSend(LineReader& line, Step& step);
+void ReadInject(LineReader& line, Step& step);
+void ReadExpect(LineReader& line, Step& step);
+void ReadWithin(LineReader& line, Step& step);
+
+// page_statements.cc
+void ReadShow(LineReader& line, Step& step);
+void ReadValue(LineReader& line, Step& step);
+
+// item_statements.cc
+void ReadItems(LineReader& line, Step& step);
+void ReadItem(LineReader& line, Step& step);
+
+// run_statements.cc
+void ReadTest(LineReader& line, Step& step);
+void ReadNote(LineReader& line, Step& step);
+void ReadReload(LineReader& line, Step& step);
+void ReadOpen(LineReader& line, Step& step);
+void ReadRestart(LineReader& line, Step& step);
+void ReadPrivileges(LineReader& line, Step& step);
+void ReadTimeout(LineReader& line, Step& step);
+void ReadWait(LineReader& line, Step& step);
+
+}  // namespace corvis::kit
+
+#endif  // CORVIS_KIT_SCRIPT_STATEMENTS_H_
