@@ -31,8 +31,9 @@ export function writePage(t, html) {
 export function start(args, { input, env = {}, cwd = tmpdir() } = {}) {
   const child = spawn(path.join(root, 'corvis'), args, { cwd, env: { ...process.env, DISPLAY: '', ...env } });
   let text = '';
-  child.stdout.on('data', (data) => (text += data));
-  child.stderr.on('data', (data) => (text += data));
+  for (const stream of [child.stdout, child.stderr]) {
+    stream.setEncoding('utf8').on('data', (data) => (text += data));
+  }
   child.stdin.on('error', () => {});
   if (input !== undefined) child.stdin.end(input);
   const exited = new Promise((resolve) =>

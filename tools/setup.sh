@@ -97,10 +97,10 @@ prepare_node() {
 
 test_usage() {
   cat <<'EOF'
-Usage: corvis test [--sanitize] [--native|--script|--kit]
+Usage: corvis test [--sanitize] [--native|--script|--npm|--kit]
 
-Builds and passes all tests, or one part of them: native (C++), script (in a browser), kit (the whole road, with
-real processes). With --sanitize: the native tests under ASan and UBSan. The totals stand on the last line.
+Builds and passes all tests, or one part of them: native (C++), script (in a browser), npm (the npm package), kit (the
+whole road, with real processes). With --sanitize: the native tests under ASan and UBSan. The totals stand on the last line.
 EOF
 }
 
@@ -142,11 +142,11 @@ corvis_test() {
     case $option in
       -h | --help) test_usage; return ;;
       --sanitize) sanitize=1 ;;
-      --native | --script | --kit) parts+=("${option#--}") ;;
+      --native | --script | --npm | --kit) parts+=("${option#--}") ;;
       *) fail "test does not know $option; see corvis test --help." 2 ;;
     esac
   done
-  [ ${#parts[@]} -gt 0 ] || parts=(native script kit)
+  [ ${#parts[@]} -gt 0 ] || parts=(native script npm kit)
   shopt -s nullglob
   install_missing "${kit_packages[@]}" "${test_packages[@]}"
   cd "$home"
@@ -161,7 +161,8 @@ corvis_test() {
     for part in "${parts[@]}"; do
       case $part in
         native) native_tests "$build" ;;
-        script) prepare_node; node_tests "script tests" tests/src/script/*.test.mjs tests/npm/*.test.mjs ;;
+        script) prepare_node; node_tests "script tests" tests/src/script/*.test.mjs ;;
+        npm) prepare_npm_package; node_tests "npm tests" tests/npm/*.test.mjs ;;
         kit) prepare_node; node_tests "kit tests" tests/{runtime,examples,kit,docs,robustness,bench}/*.test.mjs ;;
       esac
     done
@@ -194,6 +195,6 @@ Formatters, clang-tidy, ESLint and warnings as errors, over the whole tree."; re
   configure "$build" -DCORVIS_BUILD_TESTS=ON
   compile "$build"
   echo "== clang-tidy" >&2
-  tracked cc | grep -v '^fuzz/' | xargs -P "$(nproc)" -n 4 clang-tidy -p "$build" --quiet 2>/dev/null || status=1
+  tracked cc | grep -v '^fuzz/\|^npm/' | xargs -P "$(nproc)" -n 4 clang-tidy -p "$build" --quiet 2>/dev/null || status=1
   [ "$status" = 0 ] && echo "All checks passed." || fail "some checks did not pass; their words are above."
 }

@@ -1,5 +1,6 @@
 // Mistakes that the declarations must catch: every line below a marker must fail to compile.
 import type { VoiceCallbacks } from 'corvis-voiceinteraction';
+import { install } from 'corvis-voiceinteraction/simulator';
 
 const voice = corvis.voiceinteraction;
 export const refused: VoiceCallbacks[] = [
@@ -46,3 +47,7 @@ voice.buildVoiceInteractionContentContextItem('1', 2, 'title', [], true);
 voice.buildVoiceInteractionContentContextResponse([{ positionX: 0, positionY: 0, title: 'a', alias: [] }]);
 // @ts-expect-error enumerations stay inside the script
 voice.VoiceNavigation;
+// @ts-expect-error there is no such option
+install(window, { app: 'com.example.app' });
+// @ts-expect-error a misspelt action
+install(window).send('ACTION_PALY');

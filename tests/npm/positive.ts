@@ -12,6 +12,7 @@ import type {
   VoiceInteraction,
   VoiceInteractionAppAction,
 } from 'corvis-voiceinteraction';
+import { install, tvOf, type Tv } from 'corvis-voiceinteraction/simulator';
 
 interface Found {
   readonly titles: readonly string[];
@@ -58,3 +59,14 @@ records.filter(({ visible, iframe }) => visible && !iframe).map(({ x, w }) => x 
 // The callbacks handle every action but the one that the script keeps and the one that stands for none.
 type HandledAction = Exclude<VoiceInteractionAppAction, 'ACTION_ITEM_SELECTION' | 'ACTION_UNKNOWN'>;
 export const handlers: Partial<Record<HandledAction, keyof VoiceCallbacks>> = { ACTION_PLAY: 'onplay' };
+
+// The simulator.
+const tv: Tv = install(window, { appId: 'com.example.app', privileges: ['microphone'], console: 'page' });
+const paused = await tv.say('pause');
+paused.answer === 'success' && paused.answer_ms! < 1;
+await tv.send('ACTION_CUSTOM', { mood: 'dark', level: 3 });
+await tv.send('ACTION_PLAY');
+(await tv.items()).map(({ title }) => title);
+tv.onEvent((event) => event.event === 'console' && event.source === 'api')();
+tv.setPrivileges([]);
+tvOf(window)?.uninstall();

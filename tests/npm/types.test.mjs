@@ -29,7 +29,7 @@ for (const [name, resolution] of [
   ['negative.ts', 'bundler'],
 ]) {
   test(`${name} with module resolution ${resolution}`, () => {
-    const options = `--strict --noEmit --target es2020 --module esnext --moduleResolution ${resolution}`;
+    const options = `--strict --noEmit --target es2022 --module esnext --moduleResolution ${resolution}`;
     const { stdout, status } = spawnSync(process.execPath, [compiler, ...options.split(' '), name], {
       cwd: folder,
       encoding: 'utf8',

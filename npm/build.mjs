@@ -1,0 +1,52 @@
+// Makes the package from its sources and what the build made: `node npm/build.mjs WASM SCRIPT-API FOLDER`.
+import { execFileSync } from 'node:child_process';
+import { cpSync, mkdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { basename, join, resolve } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { deflateRawSync } from 'node:zlib';
+
+const source = fileURLToPath(new URL('.', import.meta.url));
+const runtimePage = join(source, '../runtime/page/runtime.js');
+const [wasm, scriptApi, folder] = process.argv.slice(2).map((path) => resolve(path));
+const generated = `${folder}-generated`;
+
+/** What the script API and the runtime's script use of a page besides the language. */
+const pageNames = ['document', 'XPathResult', 'MouseEvent'];
+
+function modulePart() {
+  const bytes = deflateRawSync(readFileSync(wasm), { level: 9 });
+  return `// simulator.wasm, deflated, in base64.\nexport default '${bytes.toString('base64')}';\n`;
+}
+
+function pagePart() {
+  const runtime = readFileSync(runtimePage, 'utf8').trimEnd().replace(/;$/, '');
+  const api = readFileSync(scriptApi, 'utf8').trim();
+  return `// ${basename(runtimePage)} and the script API, as they are on a TV.
+export const runtimeIn = (window, console) =>
+${runtime};
+export function scriptApiIn(window, CorviException, xwalk, extension, console) {
+const { ${pageNames.join(', ')} } = window;
+var exports = {};
+${api}
+return exports;
+}
+`;
+}
+
+function bundle(entry, output, ...options) {
+  const aliases = ['module', 'page'].map((name) => `--alias:#${name}=${join(generated, `${name}.js`)}`);
+  const common = ['--bundle', '--target=es2022', '--charset=utf8', '--log-level=warning', ...aliases];
+  execFileSync('esbuild', [join(source, entry), `--outfile=${join(folder, output)}`, ...common, ...options]);
+}
+
+rmSync(folder, { recursive: true, force: true });
+mkdirSync(generated, { recursive: true });
+writeFileSync(join(generated, 'module.js'), modulePart());
+writeFileSync(join(generated, 'page.js'), pagePart());
+bundle('simulator/index.js', 'simulator/index.js', '--format=esm');
+// Global also where the file is run inside a function, as test tools do.
+const global = '--footer:js=globalThis.corvisSimulator = corvisSimulator;';
+bundle('simulator/index.js', 'simulator/script.js', '--format=iife', '--global-name=corvisSimulator', global);
+for (const file of ['package.json', 'README.md', 'index.d.ts', 'simulator/index.d.ts']) {
+  cpSync(join(source, file), join(folder, file));
+}

@@ -1,0 +1,20 @@
+// The main loop of the voice service in a page: waiting is delivering what waits on the bus. A page answers
+// while a command is delivered to it, so when nothing waits any more, nothing more will come.
+#include "service/main_loop.h"
+
+#include "platform/bus.h"
+
+namespace corvis::kit {
+
+bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds /*timeout*/) {
+  while (!holds()) {
+    if (!simulator::Bus::Get().DeliverNext()) return false;
+  }
+  return true;
+}
+
+const Error* WhyWaitsEnd() {
+  return nullptr;
+}
+
+}  // namespace corvis::kit

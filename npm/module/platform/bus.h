@@ -1,0 +1,93 @@
+// The platform's bus in memory: ports, events and departures of the applications of one page, queued until
+// they are delivered. There is one thread; the library and the voice service are two applications on it.
+#ifndef CORVIS_NPM_MODULE_PLATFORM_BUS_H_
+#define CORVIS_NPM_MODULE_PLATFORM_BUS_H_
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+
+#include "nurvo/app_event.h"
+#include "nurvo/message_port.h"
+#include "nurvo_desktop/app_watch.h"
+
+struct event_handler {
+  std::string app_id;
+  std::string event;
+  event_cb callback;
+  void* user_data;
+};
+
+struct app_watch {
+  std::string app_id;
+  app_watch_cb callback;
+  void* user_data;
+};
+
+namespace corvis::simulator {
+
+class Bus {
+ public:
+  static Bus& Get();
+
+  // The application whose code runs now: ports, sends and questions are its own.
+  const std::string& acting() const { return acting_; }
+
+  // As message_port.h has them.
+  int Open(const std::string& name, message_port_message_cb callback, void* user_data);
+  int Close(int port_id);
+  int Send(const std::string& app_id, const std::string& port, bundle* message);
+  // An application runs as long as it has a port.
+  bool IsRunning(const std::string& app_id) const;
+
+  void Subscribe(event_handler* handler) { handlers_.insert(handler); }
+  bool Unsubscribe(event_handler* handler) { return handlers_.erase(handler) == 1; }
+  void Publish(const std::string& event, bundle* data);
+
+  void Watch(app_watch* watch) { watches_.insert(watch); }
+  bool Unwatch(app_watch* watch) { return watches_.erase(watch) == 1; }
+
+  // Adds something to do after all that waits.
+  void Queue(std::function<void()> delivery) { waiting_.push_back(std::move(delivery)); }
+  // Does the first thing that waits. False when nothing does.
+  bool DeliverNext();
+
+ private:
+  friend class Acting;
+
+  struct Port {
+    std::string app_id;
+    std::string name;
+    message_port_message_cb callback;
+    void* user_data;
+  };
+
+  void Deliver(const std::string& from, const std::string& to, const std::string& port,
+               const std::string& text);
+  void AnnounceChange(const std::string& app_id, bool is_running);
+
+  std::string acting_;
+  int last_port_id_ = 0;
+  std::map<int, Port> ports_;
+  std::set<event_handler*> handlers_;
+  std::set<app_watch*> watches_;
+  std::deque<std::function<void()>> waiting_;
+};
+
+// Lets an application act for the length of a scope.
+class Acting {
+ public:
+  explicit Acting(std::string app_id);
+  ~Acting();
+  Acting(const Acting&) = delete;
+  Acting& operator=(const Acting&) = delete;
+
+ private:
+  std::string before_;
+};
+
+}  // namespace corvis::simulator
+
+#endif  // CORVIS_NPM_MODULE_PLATFORM_BUS_H_

@@ -1,0 +1,74 @@
+// The runtime's control interface in a page, where no runtime is: the console and the privileges, and nothing
+// else.
+#include "app/runtime_control.h"
+
+#include <set>
+#include <utility>
+
+#include "console.h"
+#include "platform/access.h"
+
+namespace corvis::simulator {
+
+namespace {
+
+kit::RuntimeControl::ConsoleSink& Sink() {
+  static auto* const sink = new kit::RuntimeControl::ConsoleSink;
+  return *sink;
+}
+
+}  // namespace
+
+void WriteConsole(const std::string& level, const std::string& text, const std::string& source) {
+  if (Sink()) Sink()(level, text, source);
+}
+
+}  // namespace corvis::simulator
+
+namespace corvis::kit {
+
+struct RuntimeControl::Pending {};
+struct RuntimeControl::Console {};
+struct RuntimeControl::Crashes {};
+
+namespace {
+
+ControlResult Missing() {
+  return {false, "", "There is no runtime in a page."};
+}
+
+}  // namespace
+
+RuntimeControl::RuntimeControl(std::string app_id, std::chrono::milliseconds timeout)
+    : app_id_(std::move(app_id)), timeout_(timeout) {}
+RuntimeControl::~RuntimeControl() = default;
+
+void RuntimeControl::WatchConsole(ConsoleSink sink) {
+  simulator::Sink() = std::move(sink);
+}
+
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is the runtime's client's.
+void RuntimeControl::WatchCrashes(std::function<void()> /*sink*/) {}
+
+ControlResult RuntimeControl::Load(const std::string& /*url*/) {
+  return Missing();
+}
+
+ControlResult RuntimeControl::Reload() {
+  return Missing();
+}
+
+ControlResult RuntimeControl::Evaluate(const std::string& /*expression*/) {
+  return Missing();
+}
+
+ControlResult RuntimeControl::Screenshot() {
+  return Missing();
+}
+
+ControlResult RuntimeControl::SetPrivileges(const std::vector<std::string>& uris) {
+  simulator::Grant({uris.begin(), uris.end()});
+  return {true, "", ""};
+}
+
+}  // namespace corvis::kit

@@ -1,0 +1,106 @@
+// The module's entry points. Texts go in and out as UTF-8 and JSON; what an entry point returns stays valid
+// until it is called again.
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/json_text.h"
+#include "console.h"
+#include "host.h"
+#include "platform/bus.h"
+#include "tv.h"
+
+#define CORVIS_ENTRY(name) extern "C" __attribute__((export_name(name)))
+
+namespace corvis::simulator {
+
+namespace {
+
+std::unique_ptr<Tv>& TheTv() {
+  static auto* const tv = new std::unique_ptr<Tv>;
+  return *tv;
+}
+
+const char* Returned(std::string text) {
+  static auto* const returned = new std::string;
+  *returned = std::move(text);
+  return returned->c_str();
+}
+
+std::vector<std::string> ListOf(const char* json) {
+  std::string ignored;
+  return kit::ParseJson(json, ignored).get<std::vector<std::string>>();
+}
+
+}  // namespace
+
+// Once, before all others. Returns the path under which pages find the API.
+CORVIS_ENTRY("start") const char* Start(const char* app_id, const char* privileges) {
+  TheTv() = std::make_unique<Tv>(app_id, ListOf(privileges));
+  const Acting app(app_id);
+  return Returned(StartLibrary());
+}
+
+CORVIS_ENTRY("open_page") void StartPage() {
+  const Acting app(TheTv()->app_id());
+  OpenPage();
+}
+
+CORVIS_ENTRY("close_page") void EndPage() {
+  const Acting app(TheTv()->app_id());
+  ClosePage();
+}
+
+// A synchronous call of the page's script; it may come while any other entry point runs.
+CORVIS_ENTRY("call") const char* Call(const char* message) {
+  static auto* const reply = new std::string;
+  const Acting app(TheTv()->app_id());
+  *reply = CallLibrary(message);
+  return reply->c_str();
+}
+
+CORVIS_ENTRY("console") void Console(const char* level, const char* text, const char* source) {
+  WriteConsole(level, text, source);
+}
+
+CORVIS_ENTRY("deliver") void Deliver() {
+  Tv::DeliverAll();
+}
+
+CORVIS_ENTRY("is_listening") bool IsListening() {
+  return TheTv()->HasApp();
+}
+
+// The following return the step's event.
+
+CORVIS_ENTRY("say") const char* Say(const char* phrase) {
+  return Returned(TextOf(TheTv()->Say(phrase)));
+}
+
+CORVIS_ENTRY("send") const char* Send(const char* raw) {
+  return Returned(TextOf(TheTv()->Send(raw)));
+}
+
+// `entries` is a list of keys and values, alternately.
+CORVIS_ENTRY("send_entries") const char* SendEntries(const char* action, const char* entries) {
+  const std::vector<std::string> texts = ListOf(entries);
+  kit::Entries pairs;
+  for (size_t i = 0; i + 1 < texts.size(); i += 2) pairs.emplace_back(texts[i], texts[i + 1]);
+  return Returned(TextOf(TheTv()->SendEntries(action, pairs)));
+}
+
+CORVIS_ENTRY("items") const char* Items() {
+  return Returned(TextOf(TheTv()->Items()));
+}
+
+CORVIS_ENTRY("restart") const char* Restart() {
+  return Returned(TextOf(TheTv()->Restart()));
+}
+
+CORVIS_ENTRY("set_privileges") void SetPrivileges(const char* privileges) {
+  TheTv()->SetPrivileges(ListOf(privileges));
+}
+
+}  // namespace corvis::simulator

@@ -1,0 +1,143 @@
+// A TV's voice control in a page: installs corvis.voiceinteraction, and speaks with the page as the voice service of a
+// TV would.
+import { startMachine } from './machine.js';
+import { attach, detach } from './page.js';
+import { inLaterTurn } from './turns.js';
+
+export { prepare } from './machine.js';
+
+const defaults = {
+  appId: 'com.example.app',
+  privileges: ['microphone', 'voicecontrol'],
+  console: 'none',
+};
+
+// Where a page's TV is found by what else looks at the page; pages don't see it.
+const installed = Symbol.for('corvis.voiceinteraction.simulator');
+
+/** The TV that is installed in a window, or undefined. */
+export const tvOf = (window) => window[installed];
+
+function checkedOptions(options) {
+  const unknown = Object.keys(options).find((name) => !(name in defaults));
+  if (unknown)
+    throw new TypeError(`Unknown option "${unknown}"; known are ${Object.keys(defaults).join(', ')}.`);
+  const all = { ...defaults, ...options };
+  if (!['none', 'page', 'all'].includes(all.console)) {
+    throw new TypeError(`Expected the console to be none, page or all, not "${all.console}".`);
+  }
+  return all;
+}
+
+class Tv {
+  #events = [];
+  #listeners = new Set();
+  #machine;
+  #window;
+  #path;
+  #isDelivering = false;
+
+  constructor(window, options) {
+    this.#window = window;
+    let deliver = () => {};
+    this.#machine = startMachine({
+      deliver: (text) => deliver(text),
+      event: (text) => this.#take(JSON.parse(text)),
+    });
+    this.#path = this.#machine.text('start', options.appId, JSON.stringify(options.privileges));
+    this.#machine('open_page');
+    deliver = attach(window, this.#path, {
+      machine: this.#calls(),
+      print: (level, text, source) => this.#print(options.console, level, text, source),
+      isWatching: options.console !== 'none',
+    });
+  }
+
+  /** The page's synchronous calls; what they send to the voice service is delivered in a later turn. */
+  #calls() {
+    return {
+      text: (...args) => {
+        const reply = this.#machine.text(...args);
+        this.#deliverLater();
+        return reply;
+      },
+    };
+  }
+
+  #deliverLater() {
+    if (this.#isDelivering) return;
+    this.#isDelivering = true;
+    void inLaterTurn(() => {
+      this.#isDelivering = false;
+      this.#machine('deliver');
+    });
+  }
+
+  #print(kept, level, text, source) {
+    this.#machine('console', level, text, source);
+    if (kept === 'all' || source === 'page') this.#take({ event: 'console', level, text, source });
+  }
+
+  #take(event) {
+    this.#events.push(event);
+    for (const listener of this.#listeners) listener(event);
+  }
+
+  #step(...args) {
+    return inLaterTurn(() => JSON.parse(this.#machine.text(...args)));
+  }
+
+  say(text) {
+    return this.#step('say', String(text));
+  }
+
+  send(action, data) {
+    if (typeof data !== 'object' || data === null) {
+      return this.#step('send', data === undefined ? action : `${action} ${data}`);
+    }
+    return this.#step('send_entries', action, JSON.stringify(Object.entries(data).flat().map(String)));
+  }
+
+  async items() {
+    const event = await this.#step('items');
+    if (event.message) throw new Error(event.message);
+    return JSON.parse(event.answer);
+  }
+
+  restartService() {
+    return this.#step('restart');
+  }
+
+  setPrivileges(names) {
+    this.#machine('set_privileges', JSON.stringify(names));
+  }
+
+  isListening() {
+    return this.#machine('is_listening') === 1;
+  }
+
+  events() {
+    return this.#events.slice();
+  }
+
+  onEvent(listener) {
+    this.#listeners.add(listener);
+    return () => this.#listeners.delete(listener);
+  }
+
+  uninstall() {
+    if (tvOf(this.#window) !== this) return;
+    this.#machine('close_page');
+    delete this.#window[installed];
+    detach(this.#window, this.#path);
+  }
+}
+
+/** Installs a TV in a window, in place of one that is there. */
+export function install(window = globalThis.window ?? globalThis, options = {}) {
+  const checked = checkedOptions(options);
+  tvOf(window)?.uninstall();
+  const tv = new Tv(window, checked);
+  Object.defineProperty(window, installed, { value: tv, configurable: true });
+  return tv;
+}

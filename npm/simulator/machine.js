@@ -1,0 +1,103 @@
+// The WebAssembly module: the library, the phrase language and the voice service. Its entry points take texts and give
+// texts (module/simulator.cc has them).
+import { inflateSync } from 'fflate';
+import packed from '#module';
+
+const encoder = new TextEncoder();
+const decoder = new TextDecoder();
+
+function bytesOf(base64) {
+  const text = atob(base64);
+  const bytes = new Uint8Array(text.length);
+  for (let i = 0; i < text.length; i++) bytes[i] = text.charCodeAt(i);
+  return bytes;
+}
+
+let compiled;
+
+const wasmBytes = () => inflateSync(bytesOf(packed));
+
+/** Compiles the module, once for all machines. */
+function compile() {
+  try {
+    compiled ??= new WebAssembly.Module(wasmBytes());
+  } catch (cause) {
+    throw new Error('This engine does not compile the simulator at once; await prepare() before install().', {
+      cause,
+    });
+  }
+  return compiled;
+}
+
+/** The same without blocking: for engines that refuse to compile a module of this size at once. */
+export async function prepare() {
+  compiled ??= await WebAssembly.compile(wasmBytes());
+}
+
+/** What the C++ library asks of a system. There is a clock; there are no files, users or variables. */
+function systemOf(memory) {
+  const view = () => new DataView(memory().buffer);
+  const setNumbers = (...pairs) => {
+    for (const [at, number] of pairs) view().setUint32(at, number, true);
+    return 0;
+  };
+  return {
+    clock_time_get(id, precision, at) {
+      const milliseconds = id === 0 ? Date.now() : performance.now();
+      view().setBigUint64(at, BigInt(Math.round(milliseconds * 1e6)), true);
+      return 0;
+    },
+    environ_sizes_get: (count, size) => setNumbers([count, 0], [size, 0]),
+    environ_get: () => 0,
+    fd_write(descriptor, vectors, count, written) {
+      let size = 0;
+      for (let i = 0; i < count; i++) size += view().getUint32(vectors + 8 * i + 4, true);
+      return setNumbers([written, size]);
+    },
+    fd_close: () => 0,
+    fd_seek: () => 0,
+    proc_exit(status) {
+      throw new Error(`The simulator stopped with status ${status}.`);
+    },
+  };
+}
+
+/** Texts in and out of the module's memory. */
+function textsOf(exports) {
+  const bytes = () => new Uint8Array(exports.memory.buffer);
+  return {
+    read(at) {
+      const memory = bytes();
+      return decoder.decode(memory.subarray(at, memory.indexOf(0, at)));
+    },
+    write(text) {
+      const encoded = encoder.encode(text);
+      const at = exports.malloc(encoded.length + 1);
+      bytes().set(encoded, at);
+      bytes()[at + encoded.length] = 0;
+      return at;
+    },
+  };
+}
+
+/**
+ * Starts a machine. `page` implements module/page.h: deliver(text), event(text). Gives a function that calls an entry
+ * point with texts: call(name, ...texts) returns a number, call.text(name, ...texts) a text.
+ */
+export function startMachine(page) {
+  const { exports } = new WebAssembly.Instance(compile(), {
+    page: { deliver: (at) => page.deliver(texts.read(at)), event: (at) => page.event(texts.read(at)) },
+    env: { emscripten_notify_memory_growth() {}, __syscall_getuid32: () => 0 },
+    wasi_snapshot_preview1: systemOf(() => exports.memory),
+  });
+  const texts = textsOf(exports);
+  exports._initialize();
+  const call = (name, ...given) => {
+    const places = given.map(texts.write);
+    const result = exports[name](...places);
+    places.forEach(exports.free);
+    return result;
+  };
+  call.text = (name, ...given) => texts.read(call(name, ...given));
+  return call;
+}

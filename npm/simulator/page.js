@@ -1,0 +1,25 @@
+// The window's side: what the web runtime does to a page (runtime/page/runtime.js) and the script API, both as they are
+// on a TV.
+import { runtimeIn, scriptApiIn } from '#page';
+
+/**
+ * Publishes the script API under `path` in the window. `machine` answers its calls, `print(level, text, source)` takes
+ * its console's lines, and with `isWatching` those of the page as well. Gives the function that takes posted messages.
+ */
+export function attach(window, path, { machine, print, isWatching }) {
+  const runtime = runtimeIn(window, window.console ?? console)({ print });
+  if (isWatching) runtime.watch();
+  const build = (xwalk, extension, apiConsole) =>
+    scriptApiIn(window, window.CorviException, xwalk, extension, apiConsole);
+  return runtime.attach(path, build, (text) => machine.text('call', text));
+}
+
+/** Takes the API out of the window again. */
+export function detach(window, path) {
+  const [owner, ...rest] = path.split('.');
+  const names = [owner, ...rest.slice(0, -1)];
+  const holder = names.reduce((object, name) => object?.[name], window);
+  if (holder) delete holder[rest.at(-1)];
+  if (window[owner] && Object.keys(window[owner]).length === 0) delete window[owner];
+  delete window.CorviException;
+}

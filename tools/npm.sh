@@ -1,0 +1,42 @@
+# The npm package for JavaScript authors. Sourced by ../corvis.
+
+npm_packages=(emscripten node-acorn)
+
+npm_usage() {
+  cat <<'EOT'
+Usage: corvis npm
+
+Makes the npm package corvis-voiceinteraction: the API's declarations, and a TV's voice control for browsers and
+tests. Prints the file, which `npm install` takes as it is. Compiles to WebAssembly, for which it installs Emscripten.
+EOT
+}
+
+# The WebAssembly module, a project of its own with a compiler of its own.
+compile_module() {
+  local module=$build/npm/module log=$build/npm/module.log
+  mkdir -p "$module"
+  if ! grep -qs "^CMAKE_HOME_DIRECTORY:.*=$home/npm\$" "$module/CMakeCache.txt" || [ ! -f "$module/build.ninja" ]; then
+    rm -rf "$module"
+    emcmake cmake -S "$home/npm" -B "$module" -G Ninja -DCORVIS_PRIVILEGE_HOST="$(cat "$build/privilege-host")" \
+      >"$log" 2>&1 || { cat "$log" >&2; fail "cmake could not configure the module; see the output above."; }
+  fi
+  ninja -C "$module" >"$log" 2>&1 || { cat "$log" >&2; fail "The module's build failed; see the output above."; }
+}
+
+# Makes the package's folder, build/npm/package, from the sources and the WebAssembly module.
+prepare_npm_package() {
+  install_missing "${kit_packages[@]}" "${npm_packages[@]}"
+  prepare_node
+  [ -f "$build/build.ninja" ] || configure "$build" -DCORVIS_BUILD_TESTS=OFF
+  compile "$build" voiceinteraction_api.js
+  compile_module
+  node "$home/npm/build.mjs" "$build/npm/module/simulator.wasm" "$build/voiceinteraction_api.js" "$build/npm/package"
+}
+
+corvis_npm() {
+  [ $# = 0 ] || { npm_usage; return; }
+  prepare_npm_package
+  local file
+  file=$(cd "$build/npm/package" && npm pack --silent --pack-destination "$build")
+  echo "$build/$file"
+}
