@@ -30,8 +30,7 @@ const char* Returned(std::string text) {
 }
 
 std::vector<std::string> ListOf(const char* json) {
-  std::string ignored;
-  return kit::ParseJson(json, ignored).get<std::vector<std::string>>();
+  return kit::ParseJson(json).value().get<std::vector<std::string>>();
 }
 
 }  // namespace
