@@ -52,8 +52,9 @@ class EchoCaller {
 };
 
 void SayCommand(voice::VoiceService& service, const std::string& app_id) {
-  const voice::Outcome outcome = service.Say(app_id, {"ACTION_PLAY", "", {}, false}, Seconds(10));
-  if (!outcome.is_answered || outcome.answer.data != "success") Fail("no success: " + outcome.problem);
+  const auto answer = service.Say(app_id, {"ACTION_PLAY", "", {}, false}, Seconds(10));
+  const std::string text = answer ? answer->data : answer.error().message;
+  if (text != "success") Fail("no success: " + text);
 }
 
 }  // namespace
@@ -63,8 +64,7 @@ int main(int count, char** arguments) {
   if (commands <= 0) Fail("Usage: bench_round_trip APP-ID COMMANDS");
   const std::string app_id = arguments[1];
   voice::VoiceService service([](const std::string& sentence) { Fail(sentence); });
-  const std::string problem = service.Start();
-  if (!problem.empty()) Fail(problem);
+  if (const auto started = service.Start(); !started) Fail(started.error().message);
   if (!voice::WaitUntil([&] { return service.HasApp(app_id); }, Seconds(30)))
     Fail("the page never listened.");
 

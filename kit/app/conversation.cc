@@ -6,12 +6,12 @@
 #include <iterator>
 #include <utility>
 
+#include "app/item_picture.h"
+#include "app/item_places.h"
 #include "app/json_text.h"
 #include "language/phrases.h"
 #include "language/raw_command.h"
 #include "output/text_forms.h"
-#include "app/item_picture.h"
-#include "app/item_places.h"
 #include "service/main_loop.h"
 
 namespace corvis::kit {
@@ -21,10 +21,7 @@ namespace {
 constexpr size_t kConsoleLines = 40;
 
 Turn NotSent(const std::string& said, const std::string& problem) {
-  Turn turn;
-  turn.said = said;
-  turn.outcome.problem = problem;
-  return turn;
+  return {said, {}, false, Fail(problem)};
 }
 
 std::string UnknownPhrase(const std::string& phrase) {
@@ -70,37 +67,39 @@ void Conversation::set_timeout(std::chrono::milliseconds timeout) {
 
 void Conversation::TakeConsole(const std::string& level, const std::string& text, const std::string& source) {
   if (source == "api") {
-    constexpr std::string_view kException = "_callback exception : ";
-    if (text.compare(0, kException.size(), kException) == 0)
-      exceptions_.push_back(text.substr(kException.size()));
+    callbacks_.TakeLine(text);
     return registered_.TakeLine(text);
   }
   console_.push_back(level + ": " + text);
   if (console_.size() > kConsoleLines) console_.pop_front();
 }
 
-std::string Conversation::ExceptionOf(const Turn& turn, size_t exceptions_before) {
-  // What the page writes comes on another road than its answer, and somewhat later.
-  constexpr auto kTelling = std::chrono::milliseconds(100);
-  if (turn.outcome.answer.data != "not_support") return "";
-  const auto has_thrown = [&] { return exceptions_.size() > exceptions_before; };
-  return WaitUntil(has_thrown, kTelling) ? exceptions_.back() : "";
+std::string Conversation::ExceptionOf(const Turn& turn) {
+  if (!turn.answer || turn.answer->data != "not_support") return "";
+  // What the page wrote comes by another connection than its answer.
+  const Status heard = runtime_.Sync();
+  return heard ? callbacks_.ExceptionOf(turn.command.action) : "";
 }
 
-std::string Conversation::WaitForApp(std::chrono::milliseconds timeout) {
+Status Conversation::WaitForApp(std::chrono::milliseconds timeout) {
   const auto is_there = [this] { return service_.HasApp(app_id_); };
   if (WaitUntil(is_there, timeout)) {
     WaitForLoad(timeout);
     // A page that has heard of two starts registers anew meanwhile; what is said to it then would be lost.
-    if (WaitUntil(is_there, timeout)) return "";
+    if (WaitUntil(is_there, timeout)) return {};
   }
-  if (IsInterrupted()) return "Interrupted.";
+  return Fail(WhyAbsent(timeout));
+}
+
+Error Conversation::WhyAbsent(std::chrono::milliseconds timeout) const {
+  if (IsInterrupted()) return *WhyWaitsEnd();
   std::string others;
   for (const std::string& other : service_.apps()) others += (others.empty() ? "" : ", ") + other;
-  if (!others.empty())
-    return "The application " + app_id_ + " has not registered, but " + others + " has; is --app right?";
-  return "The application " + app_id_ + " has not registered: its page has not called listen() within " +
-         std::to_string(timeout.count()) + " ms. " + WhyItMayNotListen();
+  const std::string sentence = others.empty()
+                                   ? "has not registered: its page has not called listen() within " +
+                                         std::to_string(timeout.count()) + " ms. " + WhyItMayNotListen()
+                                   : "has not registered, but " + others + " has; is --app-id right?";
+  return {"The application " + app_id_ + " " + sentence, ErrorKind::kNoApplication};
 }
 
 std::string Conversation::WhyItMayNotListen() const {
@@ -116,28 +115,33 @@ void Conversation::WaitForLoad(std::chrono::milliseconds timeout) {
   constexpr auto kInterval = std::chrono::milliseconds(20);
   const auto end = Clock::now() + timeout;
   for (;;) {
-    const ControlResult state = runtime_.Evaluate("document.readyState");
-    if (!state.is_ok || PlainValue(state.value) == "complete" || Clock::now() > end) return;
+    const Result<std::string> state = runtime_.Evaluate("document.readyState");
+    if (!state || PlainValue(*state) == "complete" || Clock::now() > end) return;
     WaitUntil([] { return false; }, kInterval);
   }
 }
 
 Turn Conversation::Send(const Command& command, const std::string& said) {
   Turn turn{said, command, true, {}};
-  const int crashes_before = crashes_;
-  turn.outcome = service_.Say(app_id_, command, timeout_);
-  ExplainDeparture(turn.outcome, crashes_before);
+  crashes_before_ = crashes_;
+  const Result<uint64_t> id = service_.Send(app_id_, command);
+  turn.answer = id ? Await(*id, timeout_) : Result<Answer>(Fail(id.error()));
   return turn;
 }
 
-void Conversation::ExplainDeparture(Outcome& outcome, int crashes_before) {
-  if (outcome.is_answered) return;
-  // The runtime tells of a crash a moment after the page has left the bus.
-  constexpr auto kTelling = std::chrono::milliseconds(300);
-  const auto has_crashed = [this, crashes_before] { return crashes_ > crashes_before; };
-  if (!service_.HasApp(app_id_)) WaitUntil(has_crashed, kTelling);
-  if (has_crashed())
-    outcome.problem = "The page's process crashed before it answered; the runtime loads the page again.";
+Result<uint64_t> Conversation::Inject(const Entries& entries) {
+  crashes_before_ = crashes_;
+  return service_.Inject(app_id_, entries);
+}
+
+Result<Answer> Conversation::Await(uint64_t command_id, std::chrono::milliseconds timeout) {
+  Result<Answer> answer = service_.Await(app_id_, command_id, timeout);
+  if (answer) return answer;
+  // The runtime reports a crash by another connection than the one that the page has left.
+  if (!service_.HasApp(app_id_)) static_cast<void>(runtime_.Sync());
+  if (crashes_ > crashes_before_)
+    return Fail("The page's process crashed before it answered; the runtime loads the page again.");
+  return answer;
 }
 
 Turn Conversation::Say(const std::string& phrase) {
@@ -147,9 +151,8 @@ Turn Conversation::Say(const std::string& phrase) {
 }
 
 Turn Conversation::SelectByTitle(const std::string& phrase, const std::string& title) {
-  std::string problem;
-  const auto list = AskItems(problem);
-  if (!list) return NotSent(phrase, problem);
+  const Result<ItemList> list = AskItems();
+  if (!list) return NotSent(phrase, list.error().message);
   const std::vector<Item> all = ItemsTitled(*list, title);
   std::vector<Item> found;
   std::copy_if(all.begin(), all.end(), std::back_inserter(found),
@@ -161,89 +164,88 @@ Turn Conversation::SelectByTitle(const std::string& phrase, const std::string& t
   }
   if (found.empty())
     return NotSent(phrase, "No item on the screen is called \"" + title + "\"; items lists them.");
-  problem = "Several items are called \"" + title + "\"; select one by its number:";
+  std::string problem = "Several items are called \"" + title + "\"; select one by its number:";
   for (const Item& item : found) problem += "\n  " + std::to_string(item.number) + "  " + item.title;
   return NotSent(phrase, problem);
 }
 
-std::optional<ItemList> Conversation::AskItems(std::string& problem) {
+Result<ItemList> Conversation::AskItems() {
   items_turn_ = Send({"ACTION_REQUEST_CONTENT_CONTEXT", "", {}, false}, "what can i select");
-  problem = items_turn_.outcome.problem;
-  if (!items_turn_.outcome.is_answered) return {};
-  auto list = ReadItems(items_turn_.outcome.answer.data);
-  if (!list)
-    problem = "The page answered with no list of items: " + items_turn_.outcome.answer.data.substr(0, 200);
-  return list;
+  const Result<Answer>& answer = items_turn_.answer;
+  if (!answer) return Fail(answer.error());
+  if (auto list = ReadItems(answer->data)) return std::move(*list);
+  return Fail("The page answered with no list of items: " + answer->data.substr(0, 200));
 }
 
-std::string Conversation::PictureOf(const ItemList& list, std::string& problem) {
-  const ControlResult looked_up = runtime_.Evaluate(PlacesExpression(list));
-  const std::optional<ItemPlaces> places = ReadItemPlaces(list, looked_up.value);
-  problem = places ? "" : "The page doesn't say where its items are. " + looked_up.error;
-  if (!places) return "";
-  const ControlResult picture = runtime_.Screenshot();
-  problem = picture.error;
-  return picture.is_ok ? DrawItems(picture.value, *places, problem) : "";
+Result<std::string> Conversation::PictureOf(const ItemList& list) {
+  const Result<std::string> looked_up = runtime_.Evaluate(PlacesExpression(list));
+  if (!looked_up) return Fail("The page doesn't report where its items are. " + looked_up.error().message);
+  const std::optional<ItemPlaces> places = ReadItemPlaces(list, *looked_up);
+  if (!places) return Fail("The page doesn't report where its items are.");
+  const Result<std::string> picture = runtime_.Screenshot();
+  if (!picture) return picture;
+  return DrawItems(*picture, *places);
 }
 
-std::string Conversation::WaitForArrival(const Arrival& arrival, int registered_before,
-                                         Clock::time_point end) {
+Status Conversation::WaitForArrival(const Arrival& arrival, int registered_before, Clock::time_point end) {
   const auto has_registered = [&] {
     return service_.HasApp(app_id_) && service_.registrations(app_id_) > registered_before;
   };
   if (!arrival.is_listening) {
-    return WaitUntil(has_registered, arrival.quiet) ? "The application listens all the same." : "";
+    if (!WaitUntil(has_registered, arrival.quiet)) return {};
+    return Fail("The application listens all the same.");
   }
   const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
-  if (WaitUntil(has_registered, left)) return "";
-  return "The application " + app_id_ +
-         " has not registered again: its page has not called listen() within " +
-         std::to_string(timeout_.count()) + " ms. " + WhyItMayNotListen();
+  if (WaitUntil(has_registered, left)) return {};
+  if (IsInterrupted()) return Fail(*WhyWaitsEnd());
+  return Fail("The application " + app_id_ +
+              " has not registered again: its page has not called listen() within " +
+              std::to_string(timeout_.count()) + " ms. " + WhyItMayNotListen());
 }
 
-std::string Conversation::Restart(const Arrival& arrival) {
+template <typename Change>
+Status Conversation::Arrive(const Arrival& arrival, Change change) {
   const int before = service_.registrations(app_id_);
   const auto end = Clock::now() + timeout_;
-  const std::string problem = service_.Restart();
-  return problem.empty() ? WaitForArrival(arrival, before, end) : problem;
+  if (const Status changed = change(); !changed) return changed;
+  return WaitForArrival(arrival, before, end);
 }
 
-std::string Conversation::Reload(const Arrival& arrival) {
-  const int before = service_.registrations(app_id_);
-  const auto end = Clock::now() + timeout_;
-  const ControlResult result = runtime_.Reload();
-  return result.is_ok ? WaitForArrival(arrival, before, end) : result.error;
+Status Conversation::Restart(const Arrival& arrival) {
+  return Arrive(arrival, [this] { return service_.Restart(); });
 }
 
-std::string Conversation::Open(const std::string& url, const Arrival& arrival) {
+Status Conversation::Reload(const Arrival& arrival) {
+  return Arrive(arrival, [this] { return runtime_.Reload(); });
+}
+
+Status Conversation::Open(const std::string& url, const Arrival& arrival) {
   // A link to a place on the same page loads nothing.
-  const ControlResult here = runtime_.Evaluate(
+  const Result<std::string> here = runtime_.Evaluate(
       "(function (url) {"
       "  if (!url.hash || url.href.split('#')[0] !== location.href.split('#')[0]) return url.href;"
       "  location.hash = url.hash;"
       "  return null;"
       "})(new URL(" +
       JsonText(url) + ", document.baseURI))");
-  if (!here.is_ok || here.value == "null") return here.error;
-  const int before = service_.registrations(app_id_);
-  const auto end = Clock::now() + timeout_;
-  const ControlResult result = runtime_.Load(PlainValue(here.value));
-  return result.is_ok ? WaitForArrival(arrival, before, end) : result.error;
+  if (!here) return Fail(here.error());
+  if (*here == "null") return {};
+  return Arrive(arrival, [&] { return runtime_.Load(PlainValue(*here)); });
 }
 
-std::string Conversation::NoteBeginning(std::vector<std::string> privileges) {
-  const ControlResult here = runtime_.Evaluate("location.href");
-  home_ = PlainValue(here.value);
+Status Conversation::NoteBeginning(std::vector<std::string> privileges) {
+  const Result<std::string> here = runtime_.Evaluate("location.href");
+  if (!here) return Fail(here.error());
+  home_ = PlainValue(*here);
   privileges_ = std::move(privileges);
-  return here.error;
+  return {};
 }
 
-std::string Conversation::BeginAnew() {
-  const ControlResult granted = runtime_.SetPrivileges(privileges_);
-  if (!granted.is_ok) return granted.error;
+Status Conversation::BeginAnew() {
+  if (const Status granted = runtime_.SetPrivileges(privileges_); !granted) return granted;
   if (home_.find('#') == std::string::npos) return Open(home_);
-  const ControlResult placed = runtime_.Evaluate("history.replaceState(null, '', " + JsonText(home_) + ")");
-  return placed.is_ok ? Reload() : placed.error;
+  const auto placed = runtime_.Evaluate("history.replaceState(null, '', " + JsonText(home_) + ")");
+  return placed ? Reload() : Status(Fail(placed.error()));
 }
 
 }  // namespace corvis::kit

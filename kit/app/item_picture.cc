@@ -7,32 +7,26 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
-#include <memory>
 #include <vector>
+
+#include "nurvo_desktop/owned.h"
 
 namespace corvis::kit {
 
 namespace {
 
-struct SurfaceDeleter {
-  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-};
-using SurfacePtr = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
+using SurfacePtr = nurvo::Owned<cairo_surface_t, cairo_surface_destroy>;
+using ContextPtr = nurvo::Owned<cairo_t, cairo_destroy>;
 
-struct ContextDeleter {
-  void operator()(cairo_t* context) const { cairo_destroy(context); }
-};
-using ContextPtr = std::unique_ptr<cairo_t, ContextDeleter>;
-
-struct Colour {
+struct Color {
   double red;
   double green;
   double blue;
 };
-constexpr Colour kPlain{0.05, 0.55, 0.95};
-constexpr Colour kFocused{1.0, 0.55, 0.0};
-constexpr Colour kHidden{0.55, 0.55, 0.6};
-constexpr Colour kWhite{1, 1, 1};
+constexpr Color kPlain{0.05, 0.55, 0.95};
+constexpr Color kFocused{1.0, 0.55, 0.0};
+constexpr Color kHidden{0.55, 0.55, 0.6};
+constexpr Color kWhite{1, 1, 1};
 
 constexpr double kFontSize = 18;
 constexpr double kMargin = 5;
@@ -61,7 +55,7 @@ std::string WritePng(cairo_surface_t* surface) {
   return cairo_surface_write_to_png_stream(surface, write, &png) == CAIRO_STATUS_SUCCESS ? png : "";
 }
 
-bool IsOneColour(cairo_surface_t* surface) {
+bool IsOneColor(cairo_surface_t* surface) {
   const int width = cairo_image_surface_get_width(surface);
   const int height = cairo_image_surface_get_height(surface);
   const int stride = cairo_image_surface_get_stride(surface);
@@ -79,22 +73,22 @@ bool IsOneColour(cairo_surface_t* surface) {
   return true;
 }
 
-void SetColour(cairo_t* context, const Colour& colour) {
-  cairo_set_source_rgb(context, colour.red, colour.green, colour.blue);
+void SetColor(cairo_t* context, const Color& color) {
+  cairo_set_source_rgb(context, color.red, color.green, color.blue);
 }
 
-const Colour& ColourOf(const Item& item) {
+const Color& ColorOf(const Item& item) {
   return item.is_focused ? kFocused : item.is_visible ? kPlain : kHidden;
 }
 
-// A white line below the coloured one keeps the box readable on any page.
+// A white line below the colored one keeps the box readable on any page.
 void DrawBox(cairo_t* context, const ItemPlace& place) {
   const double thickness = place.item.is_focused ? 5 : 3;
   const double dashes[] = {8, 6};
   for (const bool is_below : {true, false}) {
     cairo_set_dash(context, dashes, place.item.is_visible || is_below ? 0 : 2, 0);
     cairo_set_line_width(context, is_below ? thickness + 2 : thickness);
-    SetColour(context, is_below ? kWhite : ColourOf(place.item));
+    SetColor(context, is_below ? kWhite : ColorOf(place.item));
     cairo_rectangle(context, place.x, place.y, place.item.w, place.item.h);
     cairo_stroke(context);
   }
@@ -117,41 +111,47 @@ void DrawLabel(cairo_t* context, const ItemPlace& place, double width, double he
   const double h = kFontSize + kMargin;
   const double x = std::max(0.0, std::min(place.x - w / 2, width - w));
   const double y = std::max(0.0, std::min(place.y - h / 2, height - h));
-  SetColour(context, kWhite);
+  SetColor(context, kWhite);
   cairo_rectangle(context, x, y, w + 2, h + 2);
   cairo_fill(context);
-  SetColour(context, ColourOf(place.item));
+  SetColor(context, ColorOf(place.item));
   cairo_rectangle(context, x, y, w, h);
   cairo_fill(context);
-  SetColour(context, kWhite);
+  SetColor(context, kWhite);
   cairo_move_to(context, x + kMargin, y + h - kMargin - 1);
   cairo_show_text(context, text.c_str());
 }
 
-}  // namespace
-
-std::string DrawItems(const std::string& png, const ItemPlaces& places, std::string& problem) {
-  const SurfacePtr surface = ReadPng(png);
-  problem = "The picture of the page can't be read.";
-  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return "";
-  const int width = cairo_image_surface_get_width(surface.get());
-  problem =
-      "The picture of the page has one single colour: the page shows nothing yet, or its engine can't paint.";
-  if (width == 0 || IsOneColour(surface.get())) return "";
-  const double scale = places.window_width > 0 ? width / places.window_width : 1;
-  const double height = cairo_image_surface_get_height(surface.get()) / scale;
-  const ContextPtr context(cairo_create(surface.get()));
+void Draw(cairo_surface_t* surface, const ItemPlaces& places, double scale) {
+  const double width = cairo_image_surface_get_width(surface) / scale;
+  const double height = cairo_image_surface_get_height(surface) / scale;
+  const ContextPtr context(cairo_create(surface));
   cairo_scale(context.get(), scale, scale);
   cairo_select_font_face(context.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
   cairo_set_font_size(context.get(), kFontSize);
   std::vector<ItemPlace> shown;
   std::copy_if(places.places.begin(), places.places.end(), std::back_inserter(shown),
-               [&](const auto& place) { return IsInPicture(place, places.is_own, width / scale, height); });
+               [&](const auto& place) { return IsInPicture(place, places.is_own, width, height); });
   for (const ItemPlace& place : shown) DrawBox(context.get(), place);
   // After the boxes, so that none crosses a number.
-  for (const ItemPlace& place : shown) DrawLabel(context.get(), place, width / scale, height);
+  for (const ItemPlace& place : shown) DrawLabel(context.get(), place, width, height);
+}
+
+}  // namespace
+
+Result<std::string> DrawItems(const std::string& png, const ItemPlaces& places) {
+  const SurfacePtr surface = ReadPng(png);
+  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS)
+    return Fail("The picture of the page can't be read.");
+  const int width = cairo_image_surface_get_width(surface.get());
+  if (width == 0 || IsOneColor(surface.get()))
+    return Fail(
+        "The picture of the page has one single color: the page shows nothing yet, or its engine can't "
+        "paint.");
+  const double scale = places.window_width > 0 ? width / places.window_width : 1;
+  Draw(surface.get(), places, scale);
   std::string drawn = WritePng(surface.get());
-  problem = drawn.empty() ? "The picture can't be written." : "";
+  if (drawn.empty()) return Fail("The picture can't be written.");
   return drawn;
 }
 

@@ -5,13 +5,14 @@
 #include <string>
 
 #include "app/item_places.h"
+#include "base/result.h"
 
 namespace corvis::kit {
 
-// Takes a PNG file's bytes and gives those of another, of the same size in pixels. On failure gives nothing
-// and sets `problem` to a sentence; a picture in one single colour is a failure, because then the engine did
-// not paint. Items that lie outside of the picture are left out.
-std::string DrawItems(const std::string& png, const ItemPlaces& places, std::string& problem);
+// Takes a PNG file's bytes and gives those of another, of the same size in pixels. A picture in one single
+// color is a failure, because then the engine did not paint. Items that lie outside of the picture are left
+// out.
+Result<std::string> DrawItems(const std::string& png, const ItemPlaces& places);
 
 }  // namespace corvis::kit
 

@@ -137,9 +137,8 @@ Result<std::unique_ptr<Run>> Run::Start(Supervisor& supervisor, const RunOptions
   if (!stage) return Fail(stage.error());
   parts->stage = std::move(*stage);
   setenv("DBUS_SESSION_BUS_ADDRESS", BusAddress(parts->stage->folder() + kBusSocket).c_str(), 1);
-  const std::string problem = parts->service.Start();
-  if (!problem.empty())
-    return Fail(parts->ending ? *parts->ending : Error{problem, ErrorKind::kNoEnvironment});
+  if (const Status started = parts->service.Start(); !started)
+    return Fail(parts->ending ? *parts->ending : started.error());
   parts->conversation =
       std::make_unique<Conversation>(parts->service, options.app_id, options.answer_timeout);
   return std::unique_ptr<Run>(new Run(std::move(parts)));

@@ -1,8 +1,10 @@
 // Calls of the control interface over the platform's bus connection.
 #include "app/runtime_control.h"
 
+#include <string_view>
 #include <utility>
 
+#include "corvis_tv/control.h"
 #include "nurvo_desktop/bus.h"
 #include "nurvo_desktop/sd_bus_ptr.h"
 #include "service/main_loop.h"
@@ -11,8 +13,8 @@ namespace corvis::kit {
 
 namespace {
 
-constexpr const char* kPath = "/corvis/tv";
-constexpr const char* kInterface = "corvis.tv.Control";
+using nurvo::MessagePtr;
+using nurvo::SlotPtr;
 
 std::string ReadValue(sd_bus_message* reply) {
   const char* text = nullptr;
@@ -27,133 +29,147 @@ std::string ReadValue(sd_bus_message* reply) {
   return "";
 }
 
+bool IsAbsence(const sd_bus_error* error) {
+  return sd_bus_error_has_name(error, SD_BUS_ERROR_SERVICE_UNKNOWN) != 0 ||
+         sd_bus_error_has_name(error, SD_BUS_ERROR_NAME_HAS_NO_OWNER) != 0;
+}
+
+int AppendTexts(sd_bus_message* call, const std::vector<std::string>& texts) {
+  for (const std::string& text : texts) {
+    if (const int result = sd_bus_message_append(call, "s", text.c_str()); result < 0) return result;
+  }
+  return 0;
+}
+
+int AppendArguments(sd_bus_message* call, std::string_view signature, const std::vector<std::string>& texts) {
+  if (signature != "as") return AppendTexts(call, texts);
+  std::vector<char*> list;
+  for (const std::string& text : texts) list.push_back(const_cast<char*>(text.c_str()));
+  list.push_back(nullptr);
+  return sd_bus_message_append_strv(call, list.data());
+}
+
+Status WithoutValue(const Result<std::string>& result) {
+  return result ? Status() : Status(Fail(result.error()));
+}
+
 }  // namespace
 
 // A call that is under way.
 struct RuntimeControl::Pending {
   bool is_done = false;
-  ControlResult result;
+  Result<std::string> result;
 
   static int OnReply(sd_bus_message* reply, void* data, sd_bus_error* /*error*/) {
     auto& self = *static_cast<Pending*>(data);
     const sd_bus_error* error = sd_bus_message_get_error(reply);
     self.is_done = true;
-    self.result.is_ok = error == nullptr;
     if (error == nullptr) {
-      self.result.value = ReadValue(reply);
-    } else if (sd_bus_error_has_name(error, SD_BUS_ERROR_SERVICE_UNKNOWN) != 0 ||
-               sd_bus_error_has_name(error, SD_BUS_ERROR_NAME_HAS_NO_OWNER) != 0) {
-      self.result.error = "The application's runtime is not on the bus; start it with corvis run.";
+      self.result = ReadValue(reply);
+    } else if (IsAbsence(error)) {
+      self.result = Fail("The application's runtime is not on the bus; start it with corvis run.",
+                         ErrorKind::kNoEnvironment);
     } else {
-      self.result.error = error->message;
+      self.result = Fail(error->message);
     }
     return 1;
   }
 };
 
-struct RuntimeControl::Console {
-  ConsoleSink sink;
-  nurvo::SlotPtr match;
+// A signal that somebody listens to.
+class RuntimeControl::Watch {
+ public:
+  explicit Watch(std::function<void(sd_bus_message* signal)> sink) : sink_(std::move(sink)) {}
 
-  static int OnSignal(sd_bus_message* signal, void* data, sd_bus_error* /*error*/) {
-    const char* level = nullptr;
-    const char* text = nullptr;
-    const char* source = nullptr;
-    if (sd_bus_message_read(signal, "sss", &level, &text, &source) >= 0) {
-      static_cast<Console*>(data)->sink(level, text, source);
+  void Begin(const std::string& sender, const char* signal) {
+    sd_bus_slot* slot = nullptr;
+    if (nurvo_bus() != nullptr &&
+        sd_bus_match_signal_async(nurvo_bus(), &slot, sender.c_str(), tv::kControlPath, tv::kControlInterface,
+                                  signal, OnSignal, nullptr, this) >= 0) {
+      match_.reset(slot);
     }
+  }
+
+ private:
+  static int OnSignal(sd_bus_message* signal, void* data, sd_bus_error* /*error*/) {
+    static_cast<Watch*>(data)->sink_(signal);
     return 0;
   }
-};
 
-struct RuntimeControl::Crashes {
-  std::function<void()> sink;
-  nurvo::SlotPtr match;
-
-  static int OnSignal(sd_bus_message* /*signal*/, void* data, sd_bus_error* /*error*/) {
-    static_cast<Crashes*>(data)->sink();
-    return 0;
-  }
+  std::function<void(sd_bus_message* signal)> sink_;
+  SlotPtr match_;
 };
 
 RuntimeControl::RuntimeControl(std::string app_id, std::chrono::milliseconds timeout)
     : app_id_(std::move(app_id)), timeout_(timeout) {}
 RuntimeControl::~RuntimeControl() = default;
 
+std::unique_ptr<RuntimeControl::Watch> RuntimeControl::NewWatch(
+    const tv::ControlSignal& signal, std::function<void(sd_bus_message* signal)> sink) const {
+  auto watch = std::make_unique<Watch>(std::move(sink));
+  watch->Begin(app_id_ + tv::kControlNameSuffix, signal.name);
+  return watch;
+}
+
 void RuntimeControl::WatchConsole(ConsoleSink sink) {
-  console_ = std::make_unique<Console>();
-  console_->sink = std::move(sink);
-  sd_bus_slot* slot = nullptr;
-  const std::string sender = app_id_ + ".runtime";
-  if (nurvo_bus() != nullptr &&
-      sd_bus_match_signal_async(nurvo_bus(), &slot, sender.c_str(), kPath, kInterface, "Console",
-                                Console::OnSignal, nullptr, console_.get()) >= 0) {
-    console_->match.reset(slot);
-  }
+  console_ = NewWatch(tv::kConsoleSignal, [sink = std::move(sink)](sd_bus_message* signal) {
+    const char* level = nullptr;
+    const char* text = nullptr;
+    const char* source = nullptr;
+    if (sd_bus_message_read(signal, tv::kConsoleSignal.arguments, &level, &text, &source) >= 0)
+      sink(level, text, source);
+  });
 }
 
 void RuntimeControl::WatchCrashes(std::function<void()> sink) {
-  crashes_ = std::make_unique<Crashes>();
-  crashes_->sink = std::move(sink);
-  sd_bus_slot* slot = nullptr;
-  const std::string sender = app_id_ + ".runtime";
-  if (nurvo_bus() != nullptr &&
-      sd_bus_match_signal_async(nurvo_bus(), &slot, sender.c_str(), kPath, kInterface, "Crashed",
-                                Crashes::OnSignal, nullptr, crashes_.get()) >= 0) {
-    crashes_->match.reset(slot);
-  }
+  crashes_ = NewWatch(tv::kCrashedSignal, [sink = std::move(sink)](sd_bus_message* /*signal*/) { sink(); });
 }
 
-ControlResult RuntimeControl::Call(const std::string& method, const std::vector<std::string>& arguments,
-                                   const char* signature) {
-  ControlResult failure{false, "", "There is no bus; run it through the command corvis."};
+Result<std::string> RuntimeControl::Call(const tv::ControlMethod& method, const Arguments& arguments) const {
+  const auto no_bus = Fail("The run's bus can't be reached.", ErrorKind::kNoEnvironment);
   sd_bus* bus = nurvo_bus();
-  if (bus == nullptr) return failure;
+  if (bus == nullptr) return no_bus;
   sd_bus_message* message = nullptr;
-  const std::string name = app_id_ + ".runtime";
-  if (sd_bus_message_new_method_call(bus, &message, name.c_str(), kPath, kInterface, method.c_str()) < 0)
-    return failure;
-  const nurvo::MessagePtr call(message);
-  if (signature == std::string("as")) {
-    std::vector<char*> texts;
-    texts.reserve(arguments.size() + 1);
-    for (const std::string& argument : arguments) texts.push_back(const_cast<char*>(argument.c_str()));
-    texts.push_back(nullptr);
-    sd_bus_message_append_strv(message, texts.data());
-  } else {
-    for (const std::string& argument : arguments) sd_bus_message_append(message, "s", argument.c_str());
+  const std::string name = app_id_ + tv::kControlNameSuffix;
+  if (sd_bus_message_new_method_call(bus, &message, name.c_str(), tv::kControlPath, tv::kControlInterface,
+                                     method.name) < 0) {
+    return no_bus;
   }
+  const MessagePtr call(message);
+  if (AppendArguments(message, method.arguments, arguments) < 0)
+    return Fail(std::string("The arguments of ") + method.name +
+                " are no texts for the bus; they must be UTF-8.");
   Pending pending;
   sd_bus_slot* slot = nullptr;
-  const auto microseconds = static_cast<uint64_t>(std::chrono::microseconds(timeout_).count());
-  if (sd_bus_call_async(bus, &slot, message, Pending::OnReply, &pending, microseconds) < 0) return failure;
+  if (sd_bus_call_async(bus, &slot, message, Pending::OnReply, &pending, UINT64_MAX) < 0) return no_bus;
   // Ends the call, should it still be under way, before `pending` goes.
-  const nurvo::SlotPtr owner(slot);
-  sd_bus_flush(bus);
+  const SlotPtr owner(slot);
   WaitUntil([&pending] { return pending.is_done; }, timeout_);
   if (pending.is_done) return pending.result;
-  failure.error =
-      "The runtime did not answer " + method + " within " + std::to_string(timeout_.count()) + " ms.";
-  return failure;
+  if (IsInterrupted()) return Fail(*WhyWaitsEnd());
+  return Fail("The page did not respond within " + std::to_string(timeout_.count()) + " ms.");
 }
 
-ControlResult RuntimeControl::Load(const std::string& url) {
-  return Call("Load", {url}, "s");
+Status RuntimeControl::Load(const std::string& url) {
+  return WithoutValue(Call(tv::kLoadMethod, {url}));
 }
-ControlResult RuntimeControl::Reload() {
-  return Call("Reload", {}, "");
+Status RuntimeControl::Reload() {
+  return WithoutValue(Call(tv::kReloadMethod, {}));
 }
-ControlResult RuntimeControl::Evaluate(const std::string& expression) {
-  return Call("Evaluate", {expression}, "s");
+Result<std::string> RuntimeControl::Evaluate(const std::string& expression) {
+  return Call(tv::kEvaluateMethod, {expression});
 }
-ControlResult RuntimeControl::Screenshot() {
-  return Call("Screenshot", {}, "");
+Result<std::string> RuntimeControl::Screenshot() {
+  return Call(tv::kScreenshotMethod, {});
 }
-ControlResult RuntimeControl::SetPrivileges(const std::vector<std::string>& uris) {
-  return Call("SetPrivileges", uris, "as");
+Status RuntimeControl::Sync() {
+  return WithoutValue(Call(tv::kSyncMethod, {}));
 }
-ControlResult RuntimeControl::Quit() {
-  return Call("Quit", {}, "");
+Status RuntimeControl::SetPrivileges(const std::vector<std::string>& uris) {
+  return WithoutValue(Call(tv::kSetPrivilegesMethod, uris));
+}
+Status RuntimeControl::Quit() {
+  return WithoutValue(Call(tv::kQuitMethod, {}));
 }
 
 }  // namespace corvis::kit

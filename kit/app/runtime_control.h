@@ -1,4 +1,4 @@
-// The runtime's control interface, as a client: what the service's tools ask of the page.
+// The runtime's control interface, as a client: what is asked of a running page.
 #ifndef CORVIS_KIT_APP_RUNTIME_CONTROL_H_
 #define CORVIS_KIT_APP_RUNTIME_CONTROL_H_
 
@@ -8,17 +8,19 @@
 #include <string>
 #include <vector>
 
+#include "base/result.h"
+
+namespace corvis::tv {
+struct ControlMethod;
+struct ControlSignal;
+}  // namespace corvis::tv
+
+struct sd_bus_message;
+
 namespace corvis::kit {
 
-// What a call gave: its value, or why it failed.
-struct ControlResult {
-  bool is_ok = false;
-  std::string value;
-  std::string error;
-};
-
 // Speaks with the runtime of one application. Every call waits on the main loop, so that what comes meanwhile
-// is handled.
+// is handled: the signals that the runtime sent before its reply have reached the sinks when a call returns.
 class RuntimeControl {
  public:
   // Takes the page's console lines: level, text, and "page" or "api".
@@ -36,26 +38,31 @@ class RuntimeControl {
   // How long each call may take.
   void set_timeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
 
-  ControlResult Load(const std::string& url);
-  ControlResult Reload();
+  // Both return when the page is loaded.
+  Status Load(const std::string& url);
+  Status Reload();
   // The value of an expression as JSON text.
-  ControlResult Evaluate(const std::string& expression);
-  // A PNG picture of what the window shows.
-  ControlResult Screenshot();
-  ControlResult SetPrivileges(const std::vector<std::string>& uris);
-  ControlResult Quit();
+  Result<std::string> Evaluate(const std::string& expression);
+  // What the window shows, as the bytes of a PNG picture.
+  Result<std::string> Screenshot();
+  // Returns when everything that the page wrote so far has reached the sink.
+  Status Sync();
+  Status SetPrivileges(const std::vector<std::string>& uris);
+  Status Quit();
 
  private:
   struct Pending;
-  struct Console;
-  struct Crashes;
-  ControlResult Call(const std::string& method, const std::vector<std::string>& arguments,
-                     const char* signature);
+  class Watch;
+  using Arguments = std::vector<std::string>;
+
+  std::unique_ptr<Watch> NewWatch(const tv::ControlSignal& signal,
+                                  std::function<void(sd_bus_message* signal)> sink) const;
+  Result<std::string> Call(const tv::ControlMethod& method, const Arguments& arguments) const;
 
   std::string app_id_;
   std::chrono::milliseconds timeout_;
-  std::unique_ptr<Console> console_;
-  std::unique_ptr<Crashes> crashes_;
+  std::unique_ptr<Watch> console_;
+  std::unique_ptr<Watch> crashes_;
 };
 
 }  // namespace corvis::kit

@@ -24,23 +24,20 @@ void PrintFinding(const Finding& finding, bool is_json) {
 }  // namespace
 
 int ShowItems(Conversation& conversation, const Options& options) {
-  std::string problem;
-  const auto items = conversation.AskItems(problem);
-  const Answer& answer = conversation.items_turn().outcome.answer;
+  const Result<ItemList> items = conversation.AskItems();
+  Status status = items ? Status() : Status(Fail(items.error()));
   if (items) {
+    const Answer& answer = *conversation.items_turn().answer;
     const bool is_json = options.output == Output::kJson;
     const std::string text = is_json ? answer.data : ItemTable(*items) + DescribeItemsAnswer(*items, answer);
     std::printf("%s\n", text.c_str());
   }
   if (items && !options.png_file.empty()) {
-    const std::string picture = conversation.PictureOf(*items, problem);
-    if (problem.empty()) {
-      const Status written = WriteOutputFile(options.png_file, picture);
-      if (!written) problem = written.error().message;
-    }
+    const Result<std::string> picture = conversation.PictureOf(*items);
+    status = picture ? WriteOutputFile(options.png_file, *picture) : Fail(picture.error());
   }
-  if (problem.empty()) return kExitOk;
-  std::fprintf(stderr, "corvis-voice: %s\n", problem.c_str());
+  if (status) return kExitOk;
+  std::fprintf(stderr, "corvis-voice: %s\n", status.error().message.c_str());
   return kExitFailed;
 }
 

@@ -5,12 +5,12 @@
 #include <memory>
 #include <variant>
 
-#include "cli/prompt.h"
+#include "app/conversation.h"
 #include "cli/line_source.h"
 #include "cli/looks.h"
 #include "cli/options.h"
+#include "cli/prompt.h"
 #include "cli/test_app.h"
-#include "app/conversation.h"
 #include "service/main_loop.h"
 #include "service/voice_service.h"
 
@@ -33,26 +33,24 @@ int InterruptedStatus() {
 // One look at the page that the runtime shows.
 int RunLook(const Options& options, int (*look)(Conversation& conversation, const Options& options)) {
   VoiceService service([](const std::string& sentence) { std::fprintf(stderr, "%s\n", sentence.c_str()); });
-  const std::string problem = service.Start();
-  if (!problem.empty()) return Fail(kExitNoBus, problem);
+  if (const Status started = service.Start(); !started) return Fail(kExitNoBus, started.error().message);
   EndWaitsOnSignals();
   Conversation conversation(service, options.app_id, options.timeout);
-  const std::string absence = conversation.WaitForApp(options.timeout);
+  const Status arrived = conversation.WaitForApp(options.timeout);
   if (IsInterrupted()) return kExitInterrupted;
-  if (!absence.empty() && options.job == Job::kItems) return Fail(kExitNoApp, absence);
+  if (!arrived && options.job == Job::kItems) return Fail(kExitNoApp, arrived.error().message);
   return look(conversation, options);
 }
 
 int RunPrompt(const Options& options) {
   const std::unique_ptr<LineSource> lines = LineSource::Open(Console::CompletionWords());
   VoiceService service([&lines](const std::string& sentence) { lines->Show(sentence); });
-  const std::string problem = service.Start();
-  if (!problem.empty()) return Fail(kExitNoBus, problem);
+  if (const Status started = service.Start(); !started) return Fail(kExitNoBus, started.error().message);
   EndWaitsOnSignals();
   Conversation conversation(service, options.app_id, options.timeout);
-  const std::string absence = conversation.WaitForApp(options.timeout * kRegistrationFactor);
+  const Status arrived = conversation.WaitForApp(options.timeout * kRegistrationFactor);
   if (IsInterrupted()) return kExitInterrupted;
-  if (!absence.empty()) lines->Show(absence);
+  if (!arrived) lines->Show(arrived.error().message);
   Console(conversation, *lines).Run();
   return IsInterrupted() ? kExitInterrupted : kExitOk;
 }
@@ -63,15 +61,14 @@ int RunScripts(const Options& options) {
   if (options.is_check_only) return kExitOk;
   ScriptRun run(options, scripts);
   VoiceService service([](const std::string& sentence) { std::fprintf(stderr, "%s\n", sentence.c_str()); });
-  const std::string problem = service.Start();
-  if (!problem.empty()) return run.Abort(kExitNoBus, problem);
+  if (const Status started = service.Start(); !started) return run.Abort(kExitNoBus, started.error().message);
   EndWaitsOnSignals();
   EndWaitsAfter(options.total_timeout);
   Conversation conversation(service, options.app_id, options.timeout);
-  const std::string absence = conversation.WaitForApp(options.timeout * kRegistrationFactor);
+  const Status arrived = conversation.WaitForApp(options.timeout * kRegistrationFactor);
   if (IsInterrupted())
     return run.Abort(InterruptedStatus(), "The run ended before the application listened.");
-  return absence.empty() ? run.Run(conversation) : run.Abort(kExitNoApp, absence);
+  return arrived ? run.Run(conversation) : run.Abort(kExitNoApp, arrived.error().message);
 }
 
 int Run(const Options& options) {

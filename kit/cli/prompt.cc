@@ -62,17 +62,16 @@ void Console::Handle(const std::string& line) {
   if (!command) return lines_.Show(command.error().message);
   const std::string warning = UnknownActionWarning(*command);
   if (!warning.empty()) lines_.Show(warning);
-  exceptions_ = conversation_.exceptions().size();
   ShowTurn(conversation_.Send(*command, text));
 }
 
 void Console::ShowTurn(const Turn& turn) {
   recorder_.Take(turn);
-  if (!turn.outcome.problem.empty()) {
-    lines_.Show((turn.is_sent ? turn.command.action + ": " : "") + turn.outcome.problem);
+  if (!turn.answer) {
+    lines_.Show((turn.is_sent ? turn.command.action + ": " : "") + turn.answer.error().message);
     return;
   }
-  const Answer& answer = turn.outcome.answer;
+  const Answer& answer = *turn.answer;
   char time[96];
   std::snprintf(time, sizeof(time), "   (%.1f ms)",
                 std::chrono::duration<double, std::milli>(answer.took).count());
@@ -82,7 +81,7 @@ void Console::ShowTurn(const Turn& turn) {
     text +=
         ", " + std::to_string(answer.data.size()) + " bytes in " + std::to_string(answer.pieces) + " pieces";
   if (answer.word == "appContext") text += ", as the application's state";
-  const std::string exception = conversation_.ExceptionOf(turn, exceptions_);
+  const std::string exception = conversation_.ExceptionOf(turn);
   if (!exception.empty()) text += "\n  the callback threw: " + exception;
   lines_.Show(text);
 }
@@ -91,7 +90,6 @@ void Console::SayPhrase(const std::string& argument) {
   std::string phrase = argument;
   if (phrase.size() >= 2 && phrase.front() == '"' && phrase.back() == '"')
     phrase = phrase.substr(1, phrase.size() - 2);
-  exceptions_ = conversation_.exceptions().size();
   ShowTurn(conversation_.Say(phrase));
 }
 
@@ -139,23 +137,19 @@ void Console::Items(const std::string& argument) {
       return lines_.Show("items takes --diff and --png FILE, not " + word + ".");
     }
   }
-  std::string problem;
-  auto items = conversation_.AskItems(problem);
-  if (!items) return lines_.Show(problem);
-  std::swap(items_, items);
+  Result<ItemList> asked = conversation_.AskItems();
+  if (!asked) return lines_.Show(asked.error().message);
+  const auto items = std::exchange(items_, std::move(*asked));
   const std::string text = is_diff && items ? Describe(CompareItems(*items, *items_)) : ItemTable(*items_);
-  lines_.Show(text + DescribeItemsAnswer(*items_, conversation_.items_turn().outcome.answer));
+  lines_.Show(text + DescribeItemsAnswer(*items_, *conversation_.items_turn().answer));
   recorder_.Take(*items_);
   if (!file.empty()) SavePicture(file);
 }
 
 void Console::SavePicture(const std::string& file) {
-  std::string problem;
-  const std::string picture = conversation_.PictureOf(*items_, problem);
-  if (problem.empty()) {
-    if (const Status written = WriteOutputFile(file, picture); !written) problem = written.error().message;
-  }
-  lines_.Show(problem.empty() ? "The picture is in " + file + "." : problem);
+  const Result<std::string> picture = conversation_.PictureOf(*items_);
+  const Status written = picture ? WriteOutputFile(file, *picture) : Fail(picture.error());
+  lines_.Show(written ? "The picture is in " + file + "." : written.error().message);
 }
 
 void Console::Record(const std::string& argument) {
@@ -171,10 +165,9 @@ void Console::Record(const std::string& argument) {
   recorder_.End();
 }
 
-void Console::ShowStatement(const std::string& statement, const std::string& problem,
-                            const std::string& done) {
-  if (problem.empty()) recorder_.TakeStatement(statement);
-  lines_.Show(problem.empty() ? done : problem);
+void Console::ShowStatement(const std::string& statement, const Status& status, const std::string& done) {
+  if (status) recorder_.TakeStatement(statement);
+  lines_.Show(status ? done : status.error().message);
 }
 
 void Console::Restart(const std::string& /*argument*/) {

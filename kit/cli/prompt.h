@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "app/conversation.h"
+#include "app/items.h"
 #include "cli/line_source.h"
 #include "cli/recorder.h"
-#include "app/items.h"
-#include "app/conversation.h"
 
 namespace corvis::kit {
 
@@ -37,7 +37,7 @@ class Console {
   void ShowTurn(const Turn& turn);
   void SavePicture(const std::string& file);
   // Shows what was done, or why it wasn't, and records it.
-  void ShowStatement(const std::string& statement, const std::string& problem, const std::string& done);
+  void ShowStatement(const std::string& statement, const Status& status, const std::string& done);
 
   void Help(const std::string& argument);
   void Apps(const std::string& argument);
@@ -53,7 +53,6 @@ class Console {
   LineSource& lines_;
   bool is_over_ = false;
   // How many exceptions the page had told of before the last thing said.
-  size_t exceptions_ = 0;
   // The last items, for comparing.
   std::optional<ItemList> items_;
   Recorder recorder_;

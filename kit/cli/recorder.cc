@@ -22,9 +22,8 @@ std::string Recorder::Begin(const std::string& file) {
 void Recorder::Take(const Turn& turn) {
   if (!turn.is_sent) return Write("# not sent: " + turn.said + "\n");
   const std::string statement = IsRawCommand(turn.said) ? "send " + turn.said : "say " + Quoted(turn.said);
-  const Outcome& outcome = turn.outcome;
-  Write("\n" + statement + "\n" +
-        (outcome.is_answered ? "expect " + Quoted(outcome.answer.data) : "expect no answer") + "\n");
+  Write("\n" + statement + "\n" + (turn.answer ? "expect " + Quoted(turn.answer->data) : "expect no answer") +
+        "\n");
 }
 
 void Recorder::Take(const ItemList& items) {

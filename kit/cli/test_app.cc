@@ -97,8 +97,8 @@ std::string ScriptRun::ScreenshotFolder() const {
 int ScriptRun::Run(Conversation& conversation) {
   std::vector<std::string> privileges;
   for (const std::string& name : options_.privileges) privileges.push_back(PrivilegeUri(name));
-  const std::string problem = conversation.NoteBeginning(privileges);
-  if (!problem.empty()) return Abort(kExitNoApp, problem);
+  if (const Status noted = conversation.NoteBeginning(privileges); !noted)
+    return Abort(kExitNoApp, noted.error().message);
 
   ScriptRunner runner(conversation, events_, {options_.pace, ScreenshotFolder()});
   for (const VoiceScript& script : scripts_) runner.Run(script);

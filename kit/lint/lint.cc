@@ -7,7 +7,6 @@
 
 #include "language/phrases.h"
 #include "page_checks_script.h"
-#include "service/main_loop.h"
 
 namespace corvis::kit {
 
@@ -17,7 +16,6 @@ using Json = nlohmann::json;
 
 // Encoded answers beyond this travel in pieces.
 constexpr size_t kPieceSize = 12288;
-constexpr auto kConsoleDelay = std::chrono::milliseconds(300);
 constexpr double kNearSize = 0.9;
 
 std::string TextAt(const Json& object, const char* member) {
@@ -30,21 +28,19 @@ void Append(std::vector<Finding>& findings, std::vector<Finding> more) {
 }
 
 std::vector<Finding> CheckPage(RuntimeControl& runtime) {
-  const ControlResult result =
+  const Result<std::string> result =
       runtime.Evaluate(std::string("(function () {") + kPageChecks + "return pageChecks(); })()");
-  if (!result.is_ok) return {{"page", "The page can't be looked at: " + result.error, ""}};
-  return ReadPageFindings(result.value);
+  if (!result) return {{"page", "The page can't be looked at: " + result.error().message, ""}};
+  return ReadPageFindings(*result);
 }
 
 std::vector<Finding> CheckItems(Conversation& conversation) {
-  std::string problem;
-  const auto list = conversation.AskItems(problem);
-  if (list) return CheckItemList(*list, conversation.items_turn().outcome.answer);
-  return {{"answer", "Asked for its items, the page fails. " + problem, ""}};
+  const Result<ItemList> list = conversation.AskItems();
+  if (list) return CheckItemList(*list, *conversation.items_turn().answer);
+  return {{"answer", "Asked for its items, the page fails. " + list.error().message, ""}};
 }
 
 std::vector<Finding> CheckCallback(Conversation& conversation, const ActionInfo& action) {
-  const size_t exceptions_before = conversation.exceptions().size();
   const int crashes_before = conversation.crashes();
   const std::string name(action.name);
   const Turn turn = conversation.Say(SamplePhrase(name));
@@ -52,15 +48,16 @@ std::vector<Finding> CheckCallback(Conversation& conversation, const ActionInfo&
   if (conversation.crashes() > crashes_before) {
     return {{"callback", "The page's process crashed in it.", callback}};
   }
-  if (!turn.outcome.is_answered) return {{"callback", turn.outcome.problem, callback}};
-  const std::string exception = conversation.ExceptionOf(turn, exceptions_before);
+  if (!turn.answer) return {{"callback", turn.answer.error().message, callback}};
+  const std::string exception = conversation.ExceptionOf(turn);
   if (exception.empty()) return {};
   return {{"callback", "It threw for \"" + turn.said + "\": " + exception, callback}};
 }
 
 std::vector<Finding> CheckCallbacks(Conversation& conversation) {
   std::vector<Finding> findings;
-  WaitUntil([&] { return conversation.registered().is_known(); }, kConsoleDelay);
+  // What the page registers reaches the console's listener ahead of the reply.
+  static_cast<void>(conversation.runtime().Sync());
   // After this one there may be no page to speak with.
   constexpr std::string_view kLast = "ACTION_EXIT";
   std::vector<ActionInfo> actions = Actions();

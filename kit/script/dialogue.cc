@@ -65,42 +65,34 @@ void Dialogue::Begin() {
   injected_ = 0;
 }
 
-void Dialogue::Note() {
-  injected_ = 0;
-  crashes_ = conversation_.crashes();
-  exceptions_ = conversation_.exceptions().size();
-}
-
 const Turn& Dialogue::Say(const std::string& phrase, std::chrono::milliseconds timeout) {
   const TimeLimit limit(conversation_, timeout);
-  Note();
+  injected_ = 0;
   return turn_ = conversation_.Say(phrase);
 }
 
 const Turn& Dialogue::Send(const Command& command, const std::string& said,
                            std::chrono::milliseconds timeout) {
   const TimeLimit limit(conversation_, timeout);
-  Note();
+  injected_ = 0;
   return turn_ = conversation_.Send(command, said);
 }
 
 Status Dialogue::Inject(const Entries& entries) {
-  Note();
-  turn_ = {};
-  turn_.outcome.problem = "The injected message is not a whole command, so no answer is expected.";
-  std::string problem;
-  injected_ = conversation_.service().Inject(conversation_.app_id(), entries, problem);
-  if (!problem.empty()) return Fail(problem);
+  Begin();
+  const Result<uint64_t> id = conversation_.Inject(entries);
+  if (!id) return Fail(id.error());
+  injected_ = *id;
+  turn_.answer = Fail("The injected message is not a whole command, so no answer is expected.");
   return {};
 }
 
 void Dialogue::InjectLater(const ScriptPlace& place, const Entries& entries,
                            std::chrono::milliseconds delay) {
   later_.emplace_back(delay, [this, place, entries] {
-    std::string problem;
-    conversation_.service().Inject(conversation_.app_id(), entries, problem);
-    if (problem.empty() || !later_failure_) return;
-    later_failure_ = Fail(Located(place, "The message was not sent. " + problem));
+    const Result<uint64_t> id = conversation_.Inject(entries);
+    if (id || !later_failure_) return;
+    later_failure_ = Fail(Located(place, "The message was not sent. " + id.error().message));
   });
 }
 
@@ -120,15 +112,12 @@ Status Dialogue::LaterFailure() {
 
 const Turn& Dialogue::Answered(std::chrono::milliseconds timeout) {
   const uint64_t id = std::exchange(injected_, 0);
-  if (id != 0) {
-    turn_.outcome = conversation_.service().Await(conversation_.app_id(), id, timeout);
-    conversation_.ExplainDeparture(turn_.outcome, crashes_);
-  }
+  if (id != 0) turn_.answer = conversation_.Await(id, timeout);
   return turn_;
 }
 
 std::string Dialogue::Exception() {
-  return conversation_.ExceptionOf(turn_, exceptions_);
+  return conversation_.ExceptionOf(turn_);
 }
 
 }  // namespace corvis::kit

@@ -40,7 +40,7 @@ class Dialogue {
   // Drops those that are not sent yet.
   void DropLater();
 
-  // What was said last, with its answer: that of an injected message is waited for.
+  // What was said last, with its answer: that to an injected message is waited for.
   const Turn& Answered(std::chrono::milliseconds timeout);
   const Turn& turn() const { return turn_; }
 
@@ -50,16 +50,10 @@ class Dialogue {
  private:
   class Later;
 
-  // Something is about to be said.
-  void Note();
-
   Conversation& conversation_;
   Turn turn_;
   // The injected command whose answer has not been asked for; 0 for none.
   uint64_t injected_ = 0;
-  // How many crashes and exceptions the page had reported before the last thing said.
-  int crashes_ = 0;
-  size_t exceptions_ = 0;
   std::list<Later> later_;
   Status later_failure_;
 };

@@ -24,12 +24,11 @@ Exchange ExchangeOf(const Turn& turn) {
   if (!turn.is_sent) return exchange;
   exchange.action = turn.command.action;
   exchange.data = DescribeData(turn.command);
-  exchange.is_answered = turn.outcome.is_answered;
+  exchange.is_answered = turn.answer.has_value();
   if (!exchange.is_answered) return exchange;
-  const Answer& answer = turn.outcome.answer;
-  exchange.answer = answer.data;
-  exchange.answer_time = std::chrono::duration_cast<std::chrono::microseconds>(answer.took);
-  exchange.pieces = answer.pieces;
+  exchange.answer = turn.answer->data;
+  exchange.answer_time = std::chrono::duration_cast<std::chrono::microseconds>(turn.answer->took);
+  exchange.pieces = turn.answer->pieces;
   return exchange;
 }
 
@@ -41,8 +40,8 @@ milliseconds AnswerLimit(const Session& session) {
 
 Verdict Report(Session& session, const Turn& turn) {
   session.exchange = ExchangeOf(turn);
-  if (turn.outcome.is_answered || session.silence) return {};
-  return Failed(turn.outcome.problem);
+  if (turn.answer || session.silence) return {};
+  return Failed(turn.answer.error().message);
 }
 
 // Fails unless there is such an action.
@@ -58,8 +57,8 @@ template <typename Check>
 void CheckAnswer(Step& step, Check check) {
   step.role = StepRole::kChecksAnswer;
   step.run = [check = std::move(check)](Session& session) -> Verdict {
-    const Outcome& outcome = session.dialogue.Answered(session.conversation.timeout()).outcome;
-    return outcome.is_answered ? check(outcome.answer) : Failed(outcome.problem);
+    const Result<Answer>& answer = session.dialogue.Answered(session.conversation.timeout()).answer;
+    return answer ? check(*answer) : Failed(answer.error().message);
   };
 }
 
@@ -71,8 +70,8 @@ void ReadNoAnswer(LineReader& line, Step& step) {
   step.silence = within;
   step.run = [within](Session& session) {
     const milliseconds limit = within.count() > 0 ? within : session.conversation.timeout();
-    const Outcome& outcome = session.dialogue.Answered(limit).outcome;
-    return Compared(!outcome.is_answered, "no answer", Quoted(outcome.answer.data));
+    const Result<Answer>& answer = session.dialogue.Answered(limit).answer;
+    return Compared(!answer, "no answer", answer ? Quoted(answer->data) : "");
   };
 }
 

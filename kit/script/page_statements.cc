@@ -29,12 +29,12 @@ Verdict PollPage(Session& session, const std::string& expression, const Matcher&
   // What can't even be read will not get better.
   Status readable;
   const Verdict verdict = session.Poll(kInterval, [&]() -> Verdict {
-    const ControlResult seen = session.conversation.runtime().Evaluate(expression);
-    if (!seen.is_ok) {
-      readable = Fail(seen.error);
+    const Result<std::string> seen = session.conversation.runtime().Evaluate(expression);
+    if (!seen) {
+      readable = Fail(seen.error());
       return {};
     }
-    const auto value = TakeValue(seen.value);
+    const auto value = TakeValue(*seen);
     if (!value) return Failed(value.error().message);
     session.shown = *value;
     return Compared(matcher, *value);

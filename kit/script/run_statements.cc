@@ -21,11 +21,6 @@ Arrival ReadArrival(LineReader& line) {
   return {false, line.TakeWord("for") ? line.Duration() : kQuiet};
 }
 
-// Of an operation that gives an error's message, or nothing.
-Verdict Passed(const std::string& problem) {
-  return problem.empty() ? Verdict() : Failed(problem);
-}
-
 }  // namespace
 
 // test "NAME"
@@ -42,24 +37,24 @@ void ReadNote(LineReader& line, Step& step) {
 
 // reload [without listening [for TIME]]
 void ReadReload(LineReader& line, Step& step) {
-  step.run = [arrival = ReadArrival(line)](Session& session) {
-    return Passed(session.conversation.Reload(arrival));
+  step.run = [arrival = ReadArrival(line)](Session& session) -> Verdict {
+    return session.conversation.Reload(arrival);
   };
 }
 
 // open "URL" [without listening [for TIME]]
 void ReadOpen(LineReader& line, Step& step) {
   const std::string url = line.Text();
-  step.run = [url, arrival = ReadArrival(line)](Session& session) {
-    return Passed(session.conversation.Open(url, arrival));
+  step.run = [url, arrival = ReadArrival(line)](Session& session) -> Verdict {
+    return session.conversation.Open(url, arrival);
   };
 }
 
 // restart [service] [without listening [for TIME]]
 void ReadRestart(LineReader& line, Step& step) {
   line.TakeWord("service");
-  step.run = [arrival = ReadArrival(line)](Session& session) {
-    return Passed(session.conversation.Restart(arrival));
+  step.run = [arrival = ReadArrival(line)](Session& session) -> Verdict {
+    return session.conversation.Restart(arrival);
   };
 }
 
@@ -76,8 +71,8 @@ void ReadPrivileges(LineReader& line, Step& step) {
     line = before;
     line.OneOf({"microphone", "voicecontrol"});
   }
-  step.run = [uris](Session& session) {
-    return Passed(session.conversation.runtime().SetPrivileges(uris).error);
+  step.run = [uris](Session& session) -> Verdict {
+    return session.conversation.runtime().SetPrivileges(uris);
   };
 }
 

@@ -58,21 +58,19 @@ void ScriptRunner::Run(const VoiceScript& script) {
     RunTest(test, &test == &script.tests.back());
   }
   session_.dialogue.DropLater();
+  static_cast<void>(conversation_.runtime().Sync());
+  ReportPage();
 }
 
 Status ScriptRunner::PrepareScript() {
   if (std::exchange(is_first_script_, false) || IsInterrupted()) return {};
   conversation_.ForgetConsole();
-  const std::string problem = conversation_.BeginAnew();
-  if (!problem.empty()) return Fail(problem);
-  return {};
+  return conversation_.BeginAnew();
 }
 
 Status ScriptRunner::PrepareTest() {
   if (std::exchange(settled_crashes_, conversation_.crashes()) == conversation_.crashes()) return {};
-  const std::string problem = conversation_.WaitForApp(conversation_.timeout());
-  if (!problem.empty()) return Fail(problem);
-  return {};
+  return conversation_.WaitForApp(conversation_.timeout());
 }
 
 void ScriptRunner::RunTest(const ScriptTest& test, bool is_last) {
@@ -128,6 +126,8 @@ Verdict ScriptRunner::Do(const Step& step, bool is_last) {
 
 void ScriptRunner::Document(StepDone& done) {
   Failure& failure = *done.failure;
+  // The page's lines come by another connection than its answers.
+  static_cast<void>(conversation_.runtime().Sync());
   const std::string exception = session_.dialogue.Exception();
   if (!exception.empty()) AddSentence(failure.message, "The callback threw: " + exception);
   failure.console = LastLines(conversation_);

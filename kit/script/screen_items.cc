@@ -1,7 +1,6 @@
 // Asking the page no more often than needed.
 #include "script/screen_items.h"
 
-#include <string>
 #include <utility>
 
 namespace corvis::kit {
@@ -16,10 +15,10 @@ Status ScreenItems::Look() {
 }
 
 Status ScreenItems::LookAgain() {
-  std::string problem;
-  now_ = conversation_.AskItems(problem);
-  is_fresh_ = now_.has_value();
-  if (!is_fresh_) return Fail(problem);
+  Result<ItemList> list = conversation_.AskItems();
+  is_fresh_ = list.has_value();
+  if (!list) return Fail(list.error());
+  now_ = std::move(*list);
   return {};
 }
 

@@ -27,7 +27,7 @@ class ScreenItems {
   // The list becomes the one to compare with, and the page will be asked for another.
   void Compare();
 
-  // What the last look gave, which succeeded.
+  // What the last look gave that succeeded.
   const ItemList& now() const { return *now_; }
   // What Compare has set aside; null when there was no list.
   const ItemList* before() const { return before_ ? &*before_ : nullptr; }

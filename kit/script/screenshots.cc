@@ -11,13 +11,9 @@ namespace {
 
 // With the items' numbers where the page still says what they are, plain otherwise.
 Result<std::string> Picture(Conversation& conversation) {
-  std::string problem;
-  const auto items = conversation.AskItems(problem);
-  std::string numbered = items ? conversation.PictureOf(*items, problem) : "";
-  if (!numbered.empty()) return numbered;
-  const ControlResult plain = conversation.runtime().Screenshot();
-  if (!plain.is_ok) return Fail(plain.error);
-  return plain.value;
+  const Result<ItemList> items = conversation.AskItems();
+  Result<std::string> numbered = items ? conversation.PictureOf(*items) : Fail(items.error());
+  return numbered ? numbered : conversation.runtime().Screenshot();
 }
 
 }  // namespace

@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "service/wire.h"
+
 namespace corvis::kit {
 
 namespace {
 
-constexpr const char* kPiece = "partial_result";
-constexpr const char* kContextAnswer = "appContext";
 constexpr const char* kContextRequest = "ACTION_REQUEST_APP_CONTEXT";
 
 // The command that a message with this word answers. A context request that the page has no callback for is
@@ -17,7 +17,7 @@ constexpr const char* kContextRequest = "ACTION_REQUEST_APP_CONTEXT";
 template <typename Commands>
 auto FindOwed(Commands& commands, const std::string& word) {
   const auto is_context = [](const auto& command) { return command.action == kContextRequest; };
-  if (word == kContextAnswer) return std::find_if(commands.begin(), commands.end(), is_context);
+  if (word == wire::kAppContext) return std::find_if(commands.begin(), commands.end(), is_context);
   const auto found = std::find_if_not(commands.begin(), commands.end(), is_context);
   return found == commands.end() ? commands.begin() : found;
 }
@@ -25,7 +25,9 @@ auto FindOwed(Commands& commands, const std::string& word) {
 }  // namespace
 
 uint64_t AnswerBook::Note(const std::string& app_id, const std::string& action, Clock::time_point now) {
-  accounts_[app_id].commands.push_back({++last_id_, action, now});
+  auto& commands = accounts_[app_id].commands;
+  commands.push_back({++last_id_, action, now});
+  if (commands.size() > kMostOwed) commands.pop_front();
   return last_id_;
 }
 
@@ -48,54 +50,73 @@ Answer AnswerBook::Settle(Account& account, const std::deque<Command>::iterator&
   return answer;
 }
 
-Answer AnswerBook::Break(Account& account, const char* problem, Clock::time_point now) {
+Answer AnswerBook::Break(Account& account, std::string problem, Clock::time_point now) {
   Answer answer = Settle(account, account.commands.begin(), now);
-  answer.word = kPiece;
+  answer.word = wire::kPartialResult;
   answer.pieces = account.joiner.pieces();
-  answer.is_broken = true;
-  answer.problem = problem;
+  answer.problem = std::move(problem);
   account.joiner.Clear();
   return answer;
 }
 
+// Reports a broken answer, unless one was just before, and forgets its pieces.
+void AnswerBook::Refuse(Account& account, std::string problem, Clock::time_point now,
+                        std::vector<Answer>& answers) {
+  if (!account.is_doubtful) answers.push_back(Break(account, std::move(problem), now));
+  account.joiner.Clear();
+  account.is_doubtful = true;
+}
+
+PieceJoiner::State AnswerBook::Join(Account& account, const std::string& piece, size_t total,
+                                    Clock::time_point now, std::vector<Answer>& answers) {
+  const bool is_first = account.joiner.is_empty();
+  const PieceJoiner::State state = account.joiner.Add(piece, total);
+  if (is_first) account.first_piece = now;
+  if (state != PieceJoiner::State::kBroken) {
+    if (is_first) account.is_doubtful = false;
+    return state;
+  }
+  Refuse(account, "The pieces of the answer don't fit each other; say it again.", now, answers);
+  if (is_first || account.commands.empty()) return state;
+  // What doesn't fit the answer may begin the next one.
+  account.first_piece = now;
+  return account.joiner.Add(piece, total);
+}
+
 void AnswerBook::ReceivePiece(Account& account, const std::string& piece, size_t total, Clock::time_point now,
                               std::vector<Answer>& answers) {
-  if (account.joiner.is_empty()) {
-    account.first_piece = now;
-    account.is_doubtful = false;
-  }
-  PieceJoiner::State state = account.joiner.Add(piece, total);
-  if (state == PieceJoiner::State::kBroken) {
-    if (!account.is_doubtful) {
-      answers.push_back(Break(account, "The pieces of the answer don't fit each other; say it again.", now));
-    }
-    account.joiner.Clear();
-    // What doesn't fit the answer may begin the next one.
-    account.first_piece = now;
-    account.is_doubtful = true;
-    if (!account.commands.empty()) state = account.joiner.Add(piece, total);
+  PieceJoiner& joiner = account.joiner;
+  const PieceJoiner::State state = Join(account, piece, total, now, answers);
+  if (joiner.is_too_large() && !account.is_doubtful) {
+    const std::string sizes = std::to_string(total) + " bytes; at most " +
+                              std::to_string(PieceJoiner::kLargestAnswer) + " are taken.";
+    Refuse(account, "The answer has " + sizes, now, answers);
+    // Its other pieces are only counted.
+    joiner.Add(piece, total);
   }
   if (state != PieceJoiner::State::kComplete) return;
+  if (joiner.is_too_large()) return joiner.Clear();
   Answer answer = Settle(account, account.commands.begin(), now);
-  answer.word = kPiece;
-  answer.pieces = account.joiner.pieces();
-  answer.data = account.joiner.Take();
+  answer.word = wire::kPartialResult;
+  answer.pieces = joiner.pieces();
+  answer.data = joiner.Take();
   answer.first_piece = answer.took - (now - account.first_piece);
   answers.push_back(std::move(answer));
 }
 
 std::vector<Answer> AnswerBook::Receive(const std::string& app_id, const std::string& word,
                                         const std::string& data, size_t total, Clock::time_point now) {
+  if (accounts_.size() >= kMostApps && accounts_.count(app_id) == 0) return {};
   Account& account = accounts_[app_id];
   std::vector<Answer> answers;
-  if (word == kPiece) {
+  if (word == wire::kPartialResult) {
     ReceivePiece(account, data, total, now, answers);
     return answers;
   }
-  if (!account.joiner.is_empty() && !account.is_doubtful) {
-    answers.push_back(Break(account, "The answer broke off: not all of its pieces came; say it again.", now));
+  if (!account.joiner.is_empty()) {
+    Refuse(account, "The answer broke off: not all of its pieces came; say it again.", now, answers);
   }
-  account.joiner.Clear();
+  account.is_doubtful = false;
   Answer answer = Settle(account, FindOwed(account.commands, word), now);
   answer.word = word;
   answer.data = data;

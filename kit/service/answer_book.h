@@ -1,6 +1,7 @@
 // Which command an answer belongs to. Answers carry no identifier, but every page answers each command once,
 // and in order on each of two roads: application contexts come as "appContext", all else as "result". So an
-// answer belongs to the oldest command of its road that is owed one.
+// answer belongs to the oldest command of its road that is owed one. Plain C++, for other programs than this
+// service as well.
 #ifndef CORVIS_KIT_SERVICE_ANSWER_BOOK_H_
 #define CORVIS_KIT_SERVICE_ANSWER_BOOK_H_
 
@@ -29,21 +30,28 @@ struct Answer {
   Clock::duration took{};
   // When the answer had begun to arrive; a single message begins and ends at once.
   Clock::duration first_piece{};
-  // The answer's pieces don't make a whole; `problem` is a sentence that says why.
-  bool is_broken = false;
+  // Why the answer's pieces don't make a whole; empty when they do.
   std::string problem;
+
+  bool is_broken() const { return !problem.empty(); }
 };
 
 class AnswerBook {
  public:
+  // What applications can make the book keep. Of more owed answers the oldest are given up; what more
+  // applications send is dropped.
+  static constexpr size_t kMostOwed = 1000;
+  static constexpr size_t kMostApps = 64;
+
   // Notes that a command has been sent; returns its id.
   uint64_t Note(const std::string& app_id, const std::string& action, Clock::time_point now);
   // A command that could not be sent after all is owed nothing.
   void Forget(const std::string& app_id, uint64_t command_id);
 
   // Takes a message of the application ("result", "appContext", "partial_result"). Gives the answers that it
-  // settles: none while pieces are missing, a broken one when pieces don't fit or broke off, and what the
-  // message itself completes. An answer that no command is owed has the id 0.
+  // settles: none while pieces are missing, a broken one when pieces don't fit, are too many or broke off,
+  // and what the message itself completes. More broken pieces in a row than one are not reported each. An
+  // answer that no command is owed has the id 0.
   std::vector<Answer> Receive(const std::string& app_id, const std::string& word, const std::string& data,
                               size_t total, Clock::time_point now);
 
@@ -63,14 +71,18 @@ class AnswerBook {
     std::deque<Command> commands;
     PieceJoiner joiner;
     Clock::time_point first_piece;
-    // The joiner holds pieces that followed broken ones: the next answer's, or just more that is broken.
+    // What comes follows broken pieces: the next answer's, or just more that is broken.
     bool is_doubtful = false;
   };
 
+  static PieceJoiner::State Join(Account& account, const std::string& piece, size_t total,
+                                 Clock::time_point now, std::vector<Answer>& answers);
+  static void Refuse(Account& account, std::string problem, Clock::time_point now,
+                     std::vector<Answer>& answers);
   static void ReceivePiece(Account& account, const std::string& piece, size_t total, Clock::time_point now,
                            std::vector<Answer>& answers);
   static Answer Settle(Account& account, const std::deque<Command>::iterator& command, Clock::time_point now);
-  static Answer Break(Account& account, const char* problem, Clock::time_point now);
+  static Answer Break(Account& account, std::string problem, Clock::time_point now);
 
   std::map<std::string, Account> accounts_;
   uint64_t last_id_ = 0;

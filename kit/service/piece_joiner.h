@@ -12,12 +12,17 @@ class PieceJoiner {
  public:
   enum class State { kIncomplete, kComplete, kBroken };
 
+  // What an application can make the joiner keep.
+  static constexpr size_t kLargestAnswer = 16U << 20U;
+
   // Takes the next piece. kBroken when it doesn't fit what came so far (another total, or more bytes than the
-  // total) or says a total that no answer can have; nothing changes then.
+  // total) or its total is 0; nothing changes then.
   State Add(const std::string& piece, size_t total);
 
   bool is_empty() const { return pieces_ == 0; }
   int pieces() const { return pieces_; }
+  // Whether the answer is too large: its pieces are counted and not kept.
+  bool is_too_large() const { return total_ > kLargestAnswer; }
 
   // The whole answer; the joiner is empty afterwards.
   std::string Take();
@@ -25,6 +30,7 @@ class PieceJoiner {
 
  private:
   std::string data_;
+  size_t size_ = 0;
   size_t total_ = 0;
   int pieces_ = 0;
 };

@@ -106,12 +106,12 @@ test('thousands of items come in pieces and are drawn', async (t) => {
   assert.deepEqual([png.readUInt32BE(16), png.readUInt32BE(20)], [1280, 720]);
 });
 
-test('no picture is made of a page that shows one single colour', async (t) => {
+test('no picture is made of a page that shows one single color', async (t) => {
   const page = writePage(t, `<style>body{background:#123456}</style>${listen}`);
   const file = path.join(scratchFolder(t), 'items.png');
   const { code, text } = await run(['items', page, '--png', file]);
   assert.equal(code, 1, text);
-  assert.match(text, /one single colour/);
+  assert.match(text, /one single color/);
   assert.throws(() => readFileSync(file));
 });
 

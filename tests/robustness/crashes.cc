@@ -27,8 +27,8 @@ struct Tally {
 void ConverseFor(VoiceService& service, std::chrono::milliseconds time, Tally& tally) {
   const auto start = Clock::now();
   while (Clock::now() - start < time) {
-    const Outcome outcome = service.Say(kAppId, Custom({{"work", "5"}}), kDeadline);
-    Require(outcome.is_answered && outcome.answer.data == R"({"work":"5"})", "A command was not answered.");
+    const Result<Answer> answer = service.Say(kAppId, Custom({{"work", "5"}}), kDeadline);
+    Require(AnswerText(answer) == R"({"work":"5"})", "A command was not answered.");
     ++tally.answered;
   }
 }
@@ -38,17 +38,16 @@ void KillDuringCommands(VoiceService& service, std::chrono::milliseconds delay, 
   const pid_t process = Tv::WebProcess();
   Require(process > 0, "No process listens.");
   uint64_t ids[3];
-  std::string problem;
-  for (uint64_t& id : ids) id = service.Send(kAppId, Custom({{"work", "5"}}), problem);
+  for (uint64_t& id : ids) id = service.Send(kAppId, Custom({{"work", "5"}})).value_or(0);
   WaitUntil([] { return false; }, delay);
   kill(process, SIGKILL);
   for (const uint64_t id : ids) {
     // Nothing more comes once it is known to be gone.
-    const Outcome outcome = service.Await(kAppId, id, service.HasApp(kAppId) ? kDeadline : kDeadline * 0);
-    const bool is_right =
-        outcome.is_answered ? outcome.answer.data == R"({"work":"5"})" : !service.HasApp(kAppId);
-    Require(is_right, "A command at the kill: " + outcome.answer.data + outcome.problem);
-    ++(outcome.is_answered ? tally.answered : tally.gone);
+    const Result<Answer> answer =
+        service.Await(kAppId, id, service.HasApp(kAppId) ? kDeadline : kDeadline * 0);
+    const bool is_right = answer ? answer->data == R"({"work":"5"})" : !service.HasApp(kAppId);
+    Require(is_right, "A command at the kill: " + AnswerText(answer));
+    ++(answer ? tally.answered : tally.gone);
   }
 }
 

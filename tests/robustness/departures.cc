@@ -21,7 +21,7 @@ struct Way {
 };
 
 constexpr Way kWays[] = {
-    {"closed", [](Tv& tv) { tv.control().Quit(); }},
+    {"closed", [](Tv& tv) { Require(tv.control().Quit().has_value(), "The runtime does not end."); }},
     {"page crashed", [](Tv& /*tv*/) { kill(Tv::WebProcess(), SIGABRT); }},
     {"page killed", [](Tv& /*tv*/) { kill(Tv::WebProcess(), SIGKILL); }},
     {"runtime ended", [](Tv& tv) { tv.process().Signal(SIGTERM); }},

@@ -134,9 +134,9 @@ void AttackService(int count) {
   Attack(peer, count, [&](int i) {
     const Command command = Custom({{"n", std::to_string(i)}});
     const std::string expected = R"({"n":")" + std::to_string(i) + R"("})";
-    const Outcome outcome = service.voice.Say(kAppId, command, kDeadline);
-    Require(outcome.is_answered && outcome.answer.data == expected,
-            "The good command " + std::to_string(i) + ": " + outcome.answer.data + outcome.problem);
+    const Result<Answer> answer = service.voice.Say(kAppId, command, kDeadline);
+    Require(AnswerText(answer) == expected,
+            "The good command " + std::to_string(i) + ": " + AnswerText(answer));
   });
   std::printf("; %d to the service, %d good commands between them answered rightly\n", count,
               count / kBetweenGoodOnes);

@@ -28,15 +28,15 @@ void Converse(VoiceService& service, int first, int last) {
   for (int begin = first; begin < last; begin += kWindow) {
     std::vector<uint64_t> ids;
     for (int i = begin; i < std::min(begin + kWindow, last); ++i) {
-      std::string problem;
-      ids.push_back(service.Send(kAppId, Custom({{"n", std::to_string(i)}}), problem));
-      Require(ids.back() != 0, problem);
+      const Result<uint64_t> id = service.Send(kAppId, Custom({{"n", std::to_string(i)}}));
+      Require(id.has_value(), id ? "" : id.error().message);
+      ids.push_back(*id);
     }
     for (size_t i = 0; i < ids.size(); ++i) {
-      const Outcome outcome = service.Await(kAppId, ids[i], kDeadline);
+      const Result<Answer> answer = service.Await(kAppId, ids[i], kDeadline);
       const std::string expected = NumberOf(begin + static_cast<int>(i));
-      Require(outcome.is_answered && outcome.answer.data == expected,
-              "Instead of " + expected + " came " + outcome.answer.data.substr(0, 80) + outcome.problem);
+      Require(AnswerText(answer) == expected,
+              "Instead of " + expected + " came " + AnswerText(answer).substr(0, 80));
     }
   }
 }
@@ -63,12 +63,12 @@ size_t DataBytesFor(size_t encoded) {
 }
 
 void AskForBytes(VoiceService& service, size_t bytes, int least_pieces, int most_pieces) {
-  const Outcome outcome =
+  const Result<Answer> answer =
       service.Say(kAppId, Custom({{"size", std::to_string(bytes)}}), std::chrono::seconds(60));
   const std::string which = "The answer of " + std::to_string(bytes) + " bytes ";
-  Require(outcome.is_answered, which + "did not come: " + outcome.problem);
-  Require(outcome.answer.data == TextOfBytes(bytes), which + "came changed.");
-  const int pieces = outcome.answer.pieces;
+  Require(answer.has_value(), which + "did not come: " + AnswerText(answer));
+  Require(answer->data == TextOfBytes(bytes), which + "came changed.");
+  const int pieces = answer->pieces;
   Require(pieces >= least_pieces && pieces <= most_pieces,
           which + "came in " + std::to_string(pieces) + " pieces.");
 }

@@ -39,14 +39,18 @@ pid_t Tv::WebProcess() {
 }
 
 std::string Tv::Evaluate(const std::string& expression) {
-  const ControlResult result = control_.Evaluate(expression);
-  Require(result.is_ok, "The page can't be asked: " + result.error);
-  return result.value;
+  const Result<std::string> result = control_.Evaluate(expression);
+  Require(result.has_value(), "The page can't be asked: " + (result ? "" : result.error().message));
+  return *result;
 }
 
 Service::Service() : voice([this](const std::string& sentence) { notices.push_back(sentence); }) {
-  const std::string problem = voice.Start();
-  Require(problem.empty(), problem);
+  const Status started = voice.Start();
+  Require(started.has_value(), started ? "" : started.error().message);
+}
+
+std::string AnswerText(const Result<Answer>& answer) {
+  return answer ? answer->data : answer.error().message;
 }
 
 void Service::WaitForRegistration(int count) const {

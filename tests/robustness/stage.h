@@ -52,6 +52,9 @@ class Tv {
   corvis::kit::RuntimeControl control_;
 };
 
+// The answer's data, or why there is none.
+std::string AnswerText(const corvis::kit::Result<corvis::kit::Answer>& answer);
+
 // The voice service, started, with what it told beside the commands.
 struct Service {
   Service();

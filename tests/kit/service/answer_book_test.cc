@@ -33,8 +33,9 @@ constexpr Conversation kConversations[] = {
     {"more bytes than the total", "AB", "6:aaaa= 6:aaaa=1! r:b=2:b", 0},
     {"a last piece that got lost", "AB", "6:aaaa= 6:bbbb=1! 6:bb=2:bbbbbb", 0},
     {"an answer that breaks off", "AB", "6:aa= r:b=1!,2:b", 0},
-    {"no total", "AB", "0:aa=1! r:b=2:b", 0},
-    {"a total that no answer has", "AB", "99999999999:aa=1! r:b=2:b", 0},
+    {"no total", "AB", "0:aa=1! 0:aa= 0:aa= r:b=2:b", 0},
+    {"an answer that is too large", "AB", "20000000:aa=1! 20000000:aa= 20000000:aa= r:b=2:b", 0},
+    {"one too large, and one in pieces", "AB", "20000000:aa=1! 20000000:aa= 4:bb= 4:bb=2:bbbb", 0},
     {"broken pieces that nobody waits for", "", "1:aa=0! 3:aa= 3:aa=0!", 0},
 };
 
@@ -44,8 +45,8 @@ std::string Heard(AnswerBook& book, const std::string& kind, const std::string& 
   std::string heard;
   for (const Answer& answer : book.Receive("app", word, data, is_piece ? std::stoul(kind) : 0, {})) {
     heard += (heard.empty() ? "" : ",") + std::to_string(answer.command_id);
-    heard += answer.is_broken ? "!" : ":" + answer.data;
-    EXPECT_EQ(answer.is_broken, !answer.problem.empty());
+    heard += answer.is_broken() ? "!" : ":" + answer.data;
+    EXPECT_NE(answer.is_broken(), answer.problem.empty());
   }
   return heard;
 }
@@ -78,6 +79,19 @@ TEST(AnswerBook, KeepsApplicationsApartAndForgets) {
   EXPECT_EQ(book.Receive("b", "result", "b", 0, {}).at(0).command_id, sent);
   book.Clear("a");
   EXPECT_EQ(book.Receive("a", "result", "a", 0, {}).at(0).command_id, 0U) << "nothing is left of the pieces";
+}
+
+// What applications send must not make the book grow without end.
+TEST(AnswerBook, KeepsNoMoreThanItsLimits) {
+  AnswerBook book;
+  const uint64_t first = book.Note("app", "A", {});
+  for (size_t i = 0; i < AnswerBook::kMostOwed; ++i) book.Note("app", "A", {});
+  EXPECT_EQ(book.Owed("app"), AnswerBook::kMostOwed);
+  EXPECT_EQ(book.Receive("app", "result", "", 0, {}).at(0).command_id, first + 1);
+
+  for (size_t i = 0; i < 2 * AnswerBook::kMostApps; ++i) book.Receive(std::to_string(i), "result", "", 0, {});
+  EXPECT_TRUE(book.Receive("one more", "result", "", 0, {}).empty());
+  EXPECT_EQ(book.Receive("app", "result", "", 0, {}).size(), 1U);
 }
 
 TEST(AnswerBook, MeasuresFromTheCommandOn) {

@@ -1,0 +1,34 @@
+// Following "_callback {"action":"…", …" and "_callback exception : …".
+#include "app/callback_log.h"
+
+#include <string_view>
+
+namespace corvis::kit {
+
+namespace {
+
+constexpr std::string_view kCall = "_callback {\"action\":\"";
+constexpr std::string_view kException = "_callback exception : ";
+// What is kept of an exception's text.
+constexpr size_t kLongestException = 4096;
+
+bool StartsWith(std::string_view line, std::string_view start) {
+  return line.substr(0, start.size()) == start;
+}
+
+}  // namespace
+
+void CallbackLog::TakeLine(const std::string& line) {
+  if (StartsWith(line, kCall)) {
+    action_ = line.substr(kCall.size(), line.find('"', kCall.size()) - kCall.size());
+    exception_.clear();
+  } else if (StartsWith(line, kException)) {
+    exception_ = line.substr(kException.size(), kLongestException);
+  }
+}
+
+std::string CallbackLog::ExceptionOf(const std::string& action) const {
+  return action == action_ ? exception_ : "";
+}
+
+}  // namespace corvis::kit
