@@ -38,6 +38,10 @@ export default [
         catalogue: 'writable',
         player: 'writable',
         screens: 'writable',
+        // Of the script API and kit/app/item_rules.js, for those that ask what an item is.
+        isActivatable: 'readonly',
+        titleOf: 'readonly',
+        isItem: 'writable',
       },
     },
     rules: {

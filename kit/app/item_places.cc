@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "app/page_script.h"
 #include "item_places_script.h"
 
 namespace corvis::kit {
@@ -20,7 +21,7 @@ bool IsPair(const Json& value) {
 std::string PlacesExpression(const ItemList& list) {
   Json boxes = Json::array();
   for (const Item& item : list.items) boxes.push_back({item.x, item.y, item.w, item.h});
-  return std::string("(function () {") + kItemPlaces + "return itemPlaces(" + boxes.dump() + "); })()";
+  return CallAboutItems(kItemPlaces, "itemPlaces", Json::array({boxes}));
 }
 
 std::optional<ItemPlaces> ReadItemPlaces(const ItemList& list, const std::string& value) {

@@ -1,9 +1,7 @@
-// Where the frames are in which a page's items are. Items come in document order, a frame's where the frame
-// stands, so each item is the next element that could be one and has its box. `boxes` are the items',
-// [x, y, w, h] each.
+// Where the frames are in which a page's items are. Items come in document order, a frame's in the frame's place, so
+// each item is the next element that is one and has its box. `boxes` are the items', [x, y, w, h] each.
 function itemPlaces(boxes) {
   var places = [];
-  var canBeItem = 'li[tabindex], [onclick], button, [href]:not(link), [draggable]';
   function walk(root, left, top) {
     var elements = root.getElementsByTagName('*');
     for (var i = 0; i < elements.length && places.length < boxes.length; i++) {
@@ -19,7 +17,7 @@ function itemPlaces(boxes) {
         } catch (error) {
           continue;
         }
-      } else if (element.matches(canBeItem)) {
+      } else if (isItem(element)) {
         var box = element.getBoundingClientRect();
         var wanted = boxes[places.length];
         if (

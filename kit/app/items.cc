@@ -8,6 +8,7 @@
 
 #include "app/json_text.h"
 #include "language/phrase_pattern.h"
+#include "output/text_forms.h"
 
 namespace corvis::kit {
 
@@ -55,7 +56,7 @@ std::string Row(const Item& item) {
   std::snprintf(text, sizeof(text), "%6ld  %6.0f %6.0f %6.0f %6.0f  %-7s %-7s %-5s  ", item.number, item.x,
                 item.y, item.w, item.h, item.is_focused ? "focused" : "", item.is_visible ? "" : "hidden",
                 item.is_in_frame ? "frame" : "");
-  return text + item.title + "\n";
+  return text + ForTerminal(item.title) + "\n";
 }
 
 std::map<std::string, std::vector<Item>> ByTitle(const ItemList& list) {
@@ -137,7 +138,7 @@ std::string Describe(const std::vector<ItemChange>& changes) {
         text += number + "  vanished  ";
         break;
     }
-    text += change.item.title + "\n";
+    text += ForTerminal(change.item.title) + "\n";
   }
   return text;
 }

@@ -1,6 +1,9 @@
 // Calls as text.
 #include "app/page_script.h"
 
+#include "element-tests_script.h"
+#include "item_rules_script.h"
+
 namespace corvis::kit {
 
 namespace {
@@ -16,6 +19,11 @@ std::string CallInPage(const std::string& script, const std::string& function,
   // ASCII only: U+2028 would end a line in old engines.
   const std::string list = arguments.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
   return Call(script, function, list.substr(1, list.size() - 2));
+}
+
+std::string CallAboutItems(const std::string& script, const std::string& function,
+                           const nlohmann::json& arguments) {
+  return CallInPage(std::string(kItemRules) + kElementTests + script, function, arguments);
 }
 
 std::string CallWithExpression(const std::string& script, const std::string& function,

@@ -12,7 +12,13 @@ namespace corvis::kit {
 std::string CallInPage(const std::string& script, const std::string& function,
                        const nlohmann::json& arguments = nlohmann::json::array());
 
-// The same with one argument: a function that gives the value of the user's JavaScript expression.
+// The same for functions that ask what an item is: isItem of item_rules.js, and the script API's own
+// element-tests.js, which decide that for the element map, are there for them.
+std::string CallAboutItems(const std::string& script, const std::string& function,
+                           const nlohmann::json& arguments = nlohmann::json::array());
+
+// The same as CallInPage with one argument: a function that gives the value of the user's JavaScript
+// expression.
 std::string CallWithExpression(const std::string& script, const std::string& function,
                                const std::string& expression);
 

@@ -16,8 +16,8 @@ void PrintFinding(const Finding& finding, bool is_json) {
     std::printf("{\"rule\":%s,\"sentence\":%s,\"where\":%s}\n", JsonText(finding.rule).c_str(),
                 JsonText(finding.sentence).c_str(), JsonText(finding.where).c_str());
   } else {
-    std::printf("%-10s  %s%s%s\n", finding.rule.c_str(), finding.where.c_str(),
-                finding.where.empty() ? "" : ": ", finding.sentence.c_str());
+    std::printf("%-10s  %s%s%s\n", finding.rule.c_str(), ForTerminal(finding.where).c_str(),
+                finding.where.empty() ? "" : ": ", ForTerminal(finding.sentence).c_str());
   }
 }
 
@@ -42,7 +42,12 @@ int ShowItems(Conversation& conversation, const Options& options) {
 }
 
 int ShowFindings(Conversation& conversation, const Options& options) {
-  const std::vector<Finding> findings = Lint(conversation, options.is_calling);
+  const Result<std::vector<Finding>> looked = Lint(conversation, options.is_calling);
+  if (!looked) {
+    std::fprintf(stderr, "corvis-voice: %s\n", looked.error().message.c_str());
+    return kExitFailed;
+  }
+  const std::vector<Finding>& findings = *looked;
   const bool is_json = options.output == Output::kJson;
   for (const Finding& finding : findings) PrintFinding(finding, is_json);
   if (findings.empty() && !is_json)

@@ -1,10 +1,14 @@
 // The checks, those in the page first.
 #include "lint/lint.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "app/page_script.h"
 #include "language/phrases.h"
 #include "page_checks_script.h"
 
@@ -12,38 +16,85 @@ namespace corvis::kit {
 
 namespace {
 
-using Json = nlohmann::json;
+using Findings = std::vector<Finding>;
 
-// Encoded answers beyond this travel in pieces.
-constexpr size_t kPieceSize = 12288;
-constexpr double kNearSize = 0.9;
-
-std::string TextAt(const Json& object, const char* member) {
-  const auto value = object.find(member);
-  return value != object.end() && value->is_string() ? value->get<std::string>() : "";
+void Append(Findings& findings, Findings more) {
+  findings.insert(findings.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
-void Append(std::vector<Finding>& findings, std::vector<Finding> more) {
-  findings.insert(findings.end(), more.begin(), more.end());
+// Whether the page's functions gave this, which the page may have replaced.
+bool IsFinding(const nlohmann::json& value) {
+  const char* members[] = {"rule", "sentence", "where"};
+  return value.is_object() &&
+         std::all_of(std::begin(members), std::end(members), [&value](const char* member) {
+           return value.contains(member) && value[member].is_string();
+         });
 }
 
-std::vector<Finding> CheckPage(RuntimeControl& runtime) {
-  const Result<std::string> result =
-      runtime.Evaluate(std::string("(function () {") + kPageChecks + "return pageChecks(); })()");
-  if (!result) return {{"page", "The page can't be looked at: " + result.error().message, ""}};
-  return ReadPageFindings(*result);
+Result<Findings> CheckPage(Conversation& conversation) {
+  const auto value = conversation.runtime().Evaluate(CallAboutItems(kPageChecks, "pageChecks"));
+  if (!value) return Fail(value.error());
+  Findings findings;
+  const auto parsed = nlohmann::json::parse(*value, nullptr, /*allow_exceptions=*/false);
+  if (!parsed.is_array() || !std::all_of(parsed.begin(), parsed.end(), IsFinding))
+    return Fail("Its findings can't be read. Does it replace functions of the browser?");
+  for (const auto& finding : parsed)
+    findings.push_back({finding["rule"], finding["sentence"], finding["where"]});
+  return findings;
 }
 
-std::vector<Finding> CheckItems(Conversation& conversation) {
+Result<Findings> CheckListening(Conversation& conversation) {
+  if (conversation.service().HasApp(conversation.app_id())) return Findings();
+  return Findings{{"listen", "The page has not called listen(). " + conversation.WhyItMayNotListen(), ""}};
+}
+
+Findings CheckTitles(const ItemList& list) {
+  std::map<std::string, std::vector<long>> numbers;
+  for (const Item& item : list.items) {
+    if (item.is_visible && item.HasBox()) numbers[item.title].push_back(item.number);
+  }
+  Findings findings;
+  for (const auto& [title, same] : numbers) {
+    if (same.size() == 1) continue;
+    findings.push_back({"same-title", fmt::format("Several items are called \"{}\".", title),
+                        fmt::format("items {}", fmt::join(same, " "))});
+  }
+  return findings;
+}
+
+Findings CheckSize(const Answer& answer) {
+  // Encoded answers beyond this travel in pieces.
+  constexpr double kPieceSize = 12288;
+  constexpr double kNearSize = 0.9;
+  const size_t size = answer.data.size();
+  if (answer.pieces > 1) {
+    return {{"size",
+             fmt::format(
+                 "The list of items has {} bytes and comes in {} pieces; a screen with fewer items answers "
+                 "faster.",
+                 size, answer.pieces),
+             ""}};
+  }
+  if (static_cast<double>(size) <= kNearSize * kPieceSize) return {};
+  return {
+      {"size",
+       fmt::format("The list of items has {} bytes, close to the size beyond which answers come in pieces.",
+                   size),
+       ""}};
+}
+
+Result<Findings> CheckItems(Conversation& conversation) {
   const Result<ItemList> list = conversation.AskItems();
-  if (list) return CheckItemList(*list, *conversation.items_turn().answer);
-  return {{"answer", "Asked for its items, the page fails. " + list.error().message, ""}};
+  if (!list)
+    return Findings{{"answer", "The page doesn't answer with its items. " + list.error().message, ""}};
+  Findings findings = CheckTitles(*list);
+  Append(findings, CheckSize(*conversation.items_turn().answer));
+  return findings;
 }
 
-std::vector<Finding> CheckCallback(Conversation& conversation, const ActionInfo& action) {
+Findings CheckCallback(Conversation& conversation, const ActionInfo& action) {
   const int crashes_before = conversation.crashes();
-  const std::string name(action.name);
-  const Turn turn = conversation.Say(SamplePhrase(name));
+  const Turn turn = conversation.Say(SamplePhrase(action.name));
   const std::string callback(action.callback);
   if (conversation.crashes() > crashes_before) {
     return {{"callback", "The page's process crashed in it.", callback}};
@@ -54,15 +105,15 @@ std::vector<Finding> CheckCallback(Conversation& conversation, const ActionInfo&
   return {{"callback", "It threw for \"" + turn.said + "\": " + exception, callback}};
 }
 
-std::vector<Finding> CheckCallbacks(Conversation& conversation) {
-  std::vector<Finding> findings;
+Result<Findings> CheckCallbacks(Conversation& conversation) {
   // What the page registers reaches the console's listener ahead of the reply.
-  static_cast<void>(conversation.runtime().Sync());
+  if (const Status synced = conversation.runtime().Sync(); !synced) return Fail(synced.error());
   // After this one there may be no page to speak with.
   constexpr std::string_view kLast = "ACTION_EXIT";
   std::vector<ActionInfo> actions = Actions();
   std::stable_partition(actions.begin(), actions.end(),
                         [&](const auto& action) { return action.name != kLast; });
+  Findings findings;
   for (const ActionInfo& action : actions) {
     const bool is_own = !action.callback.empty() && conversation.registered().Has(std::string(action.name));
     if (is_own) Append(findings, CheckCallback(conversation, action));
@@ -70,56 +121,35 @@ std::vector<Finding> CheckCallbacks(Conversation& conversation) {
   return findings;
 }
 
+struct Check {
+  enum class When { kAlways, kListening, kCalling } when;
+  Result<Findings> (*run)(Conversation& conversation);
+};
+
+constexpr Check kChecks[] = {
+    {Check::When::kAlways, CheckListening},
+    {Check::When::kAlways, CheckPage},
+    {Check::When::kListening, CheckItems},
+    {Check::When::kCalling, CheckCallbacks},
+};
+
+bool IsDue(Check::When when, bool is_listening, bool is_calling) {
+  if (when == Check::When::kAlways) return true;
+  return is_listening && (when == Check::When::kListening || is_calling);
+}
+
 }  // namespace
 
-std::vector<Finding> ReadPageFindings(const std::string& value) {
-  const Json parsed = Json::parse(value, nullptr, /*allow_exceptions=*/false);
-  std::vector<Finding> findings;
-  if (!parsed.is_array()) return findings;
-  for (const Json& object : parsed) {
-    if (!object.is_object()) continue;
-    findings.push_back({TextAt(object, "rule"), TextAt(object, "sentence"), TextAt(object, "where")});
+Result<std::vector<Finding>> Lint(Conversation& conversation, bool is_calling) {
+  const bool is_listening = conversation.service().HasApp(conversation.app_id());
+  Findings findings;
+  for (const Check& check : kChecks) {
+    if (!IsDue(check.when, is_listening, is_calling)) continue;
+    Result<Findings> found = check.run(conversation);
+    if (!found)
+      return Fail(Error{"The page can't be looked at. " + found.error().message, found.error().kind});
+    Append(findings, std::move(*found));
   }
-  return findings;
-}
-
-std::vector<Finding> CheckItemList(const ItemList& list, const Answer& answer) {
-  std::vector<Finding> findings;
-  std::map<std::string, std::vector<long>> numbers;
-  for (const Item& item : list.items) {
-    if (item.is_visible && item.HasBox()) numbers[item.title].push_back(item.number);
-  }
-  for (const auto& [title, same] : numbers) {
-    if (same.size() == 1) continue;
-    std::string where = "items";
-    for (const long number : same) where += " " + std::to_string(number);
-    findings.push_back({"same-title", "Several items are called \"" + title + "\".", where});
-  }
-  const auto size = static_cast<double>(answer.data.size());
-  if (answer.pieces > 1) {
-    findings.push_back({"size",
-                        "The list of items has " + std::to_string(answer.data.size()) +
-                            " bytes and comes in " + std::to_string(answer.pieces) +
-                            " pieces; a screen with fewer items answers faster.",
-                        ""});
-  } else if (size > kNearSize * kPieceSize) {
-    findings.push_back({"size",
-                        "The list of items has " + std::to_string(answer.data.size()) +
-                            " bytes, close to the size beyond which answers come in pieces.",
-                        ""});
-  }
-  return findings;
-}
-
-std::vector<Finding> Lint(Conversation& conversation, bool is_calling) {
-  std::vector<Finding> findings = CheckPage(conversation.runtime());
-  if (!conversation.service().HasApp(conversation.app_id())) {
-    findings.insert(findings.begin(),
-                    {"listen", "The page has not called listen(). " + conversation.WhyItMayNotListen(), ""});
-    return findings;
-  }
-  Append(findings, CheckItems(conversation));
-  if (is_calling) Append(findings, CheckCallbacks(conversation));
   return findings;
 }
 

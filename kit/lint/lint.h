@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/conversation.h"
+#include "base/result.h"
 
 namespace corvis::kit {
 
@@ -19,14 +20,9 @@ struct Finding {
 };
 
 // Looks at the page that the runtime shows. With `is_calling`, each callback that it registered is called,
-// too, with data as a phrase for its action gives; they act on the page.
-std::vector<Finding> Lint(Conversation& conversation, bool is_calling);
-
-// Reads what the page's own checks gave. Nothing for what they don't give.
-std::vector<Finding> ReadPageFindings(const std::string& value);
-
-// The findings that the list of items and its answer give.
-std::vector<Finding> CheckItemList(const ItemList& list, const Answer& answer);
+// too, with data as a phrase for its action gives; they act on the page. Fails when the page can't be looked
+// at.
+Result<std::vector<Finding>> Lint(Conversation& conversation, bool is_calling);
 
 }  // namespace corvis::kit
 

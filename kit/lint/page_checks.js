@@ -1,126 +1,45 @@
-// What `corvis lint` asks of a page: which of its elements voice will not find, or find under another name than
-// the one the viewer reads. Gives
-// a list of {rule, sentence, where}.
+// What `corvis lint` asks of a page: which of its elements voice will not find, or find under another name than the
+// one the viewer reads. A new rule about elements is a function here and a line in the table.
+var elementRules = {
+  title: checkTitle,
+  label: checkLabel,
+  id: checkId,
+  shadow: checkShadow,
+  item: checkClickable,
+};
+
+// All findings, as a list of {rule, sentence, where}.
 function pageChecks() {
-  // What the element map takes.
-  var item = 'li[tabindex], [onclick], button, [href]:not(link), [draggable]';
-  var clickable =
-    'input:not([type=hidden]), select, textarea, summary, [role=button], [role=link], [tabindex]';
   var findings = [];
-
+  var frames = [];
   function report(rule, sentence, element) {
-    findings.push({ rule: rule, sentence: sentence, where: element ? pathOf(element) : '' });
+    findings.push({ rule: rule, sentence: sentence, where: pathOf(element) });
   }
-
-  // A selector for people: short, and enough to find the element.
-  function pathOf(element) {
-    if (element.id) return element.localName + '#' + element.id;
-    var parent = element.parentElement;
-    var name = element.localName + (element.classList[0] ? '.' + element.classList[0] : '');
-    if (!parent || element.localName === 'body') return element.localName;
-    var place = Array.prototype.indexOf.call(parent.children, element) + 1;
-    return pathOf(parent) + ' > ' + name + ':nth-child(' + place + ')';
-  }
-
-  function plain(text) {
-    return (text || '').replace(/\s+/g, ' ').trim();
-  }
-
-  function attribute(element, names) {
-    for (var i = 0; i < names.length; i++) {
-      var value = plain(element.getAttribute(names[i]));
-      if (value) return value;
-    }
-    return '';
-  }
-
-  function titleOf(element) {
-    var title = plain(element.textContent) || attribute(element, ['title', 'aria-label']);
-    var images = element.getElementsByTagName('img');
-    for (var i = 0; i < images.length && !title; i++)
-      title = attribute(images[i], ['aria-label', 'alt', 'title']);
-    return title;
-  }
-
-  // Nothing to see is nothing to say; elements off the screen may still be scrolled to.
-  function isShown(element) {
-    var box = element.getBoundingClientRect();
-    return box.width > 0 && box.height > 0;
-  }
-
-  function isClickable(element) {
-    if (element.matches(clickable)) return element.getAttribute('tabindex') !== '-1';
-    var pointer = getComputedStyle(element).cursor === 'pointer';
-    return (
-      pointer && (!element.parentElement || getComputedStyle(element.parentElement).cursor !== 'pointer')
-    );
-  }
-
-  function checkItem(element) {
-    var title = titleOf(element);
-    if (!title) {
-      report('title', 'It has no text, title, aria-label or image with an alt, so voice skips it.', element);
-      return;
-    }
-    var shown = plain(element.innerText);
-    if (shown && shown.toLowerCase() !== plain(element.textContent).toLowerCase()) {
-      report('label', 'The viewer reads "' + shown + '", but its spoken name is "' + title + '".', element);
-    }
-    var label = attribute(element, ['aria-label']);
-    if (shown && label && label.toLowerCase().indexOf(shown.toLowerCase()) < 0) {
-      report('label', 'The viewer reads "' + shown + '", but its aria-label is "' + label + '".', element);
-    }
-    checkId(element);
-  }
-
-  // A selection finds an item with an id, or below an element with one, by that id.
-  function checkId(element) {
-    var owner = element.closest('[id]');
-    if (!owner) return;
-    if (owner.id.indexOf('"') >= 0) {
-      report('id', 'A quotation mark in an id keeps its items from being selected.', owner);
-    } else if (owner.ownerDocument.querySelectorAll('[id="' + CSS.escape(owner.id) + '"]').length > 1) {
-      report('id', 'The id "' + owner.id + '" is not the only one: a selection clicks the first.', owner);
-    }
-  }
-
-  function checkFrame(frame, frames) {
-    var inner = null;
-    try {
-      inner = frame.contentWindow.document;
-    } catch (error) {
-      report('frame', 'A frame of another origin: while it is there, the page has no items at all.', frame);
-    }
-    if (!inner) return;
-    if (inner.querySelector(item)) frames.push(frame);
-    check(inner, frames);
-  }
-
-  function check(root, frames) {
-    Array.prototype.forEach.call(root.querySelectorAll('*'), function (element) {
-      if (element.localName === 'iframe') return checkFrame(element, frames);
-      if (element.shadowRoot && element.shadowRoot.querySelector(item + ', ' + clickable)) {
-        report('shadow', 'Its items are in a shadow root, where voice does not look.', element);
-      }
-      if (element.matches(item)) {
-        if (isShown(element)) checkItem(element);
-      } else if (
-        isShown(element) &&
-        isClickable(element) &&
-        !element.closest(item) &&
-        !element.querySelector(item)
-      ) {
-        report(
-          'item',
-          'It looks clickable but is no item: make it a button, a link or an li with a tabindex.',
-          element
-        );
-      }
+  function checkElement(element) {
+    Object.keys(elementRules).forEach(function (rule) {
+      elementRules[rule](element, function (sentence, where) {
+        report(rule, sentence, where || element);
+      });
     });
   }
-
-  var frames = [];
-  check(document, frames);
+  function checkFrame(frame) {
+    var inner = documentOf(frame);
+    if (!inner) {
+      return report(
+        'frame',
+        'A frame of another origin: while it is there, the page has no items at all.',
+        frame
+      );
+    }
+    if (elementsOf(inner).some(isCandidate)) frames.push(frame);
+    check(inner);
+  }
+  function check(root) {
+    elementsOf(root).forEach(function (element) {
+      (element.localName === 'iframe' ? checkFrame : checkElement)(element);
+    });
+  }
+  check(document);
   frames.slice(0, -1).forEach(function (frame) {
     report(
       'frame',
@@ -129,4 +48,110 @@ function pageChecks() {
     );
   });
   return findings;
+}
+
+function elementsOf(root) {
+  return Array.prototype.slice.call(root.querySelectorAll('*'));
+}
+
+// Null where its origin forbids to look.
+function documentOf(frame) {
+  try {
+    return frame.contentWindow.document;
+  } catch (error) {
+    return null;
+  }
+}
+
+// An item, but for its title.
+function isCandidate(element) {
+  return isActivatable(element, element.localName);
+}
+
+// Nothing to see is nothing to say; elements off the screen may still be scrolled to.
+function isShown(element) {
+  var box = element.getBoundingClientRect();
+  return box.width > 0 && box.height > 0;
+}
+
+// A selector for people: short, and enough to find the element.
+function pathOf(element) {
+  if (element.id) return element.localName + '#' + element.id;
+  var parent = element.parentElement;
+  var name = element.localName + (element.classList[0] ? '.' + element.classList[0] : '');
+  if (!parent || element.localName === 'body') return element.localName;
+  var place = Array.prototype.indexOf.call(parent.children, element) + 1;
+  return pathOf(parent) + ' > ' + name + ':nth-child(' + place + ')';
+}
+
+function plain(text) {
+  return (text || '').replace(/\s+/g, ' ').trim();
+}
+
+function checkTitle(element, report) {
+  if (isCandidate(element) && isShown(element) && !isItem(element)) {
+    report('It has no text, title, aria-label or image with an alt, so voice skips it.');
+  }
+}
+
+function checkLabel(element, report) {
+  if (!isItem(element) || !isShown(element)) return;
+  var shown = plain(element.innerText);
+  var label = plain(element.getAttribute('aria-label'));
+  if (shown && shown.toLowerCase() !== plain(element.textContent).toLowerCase()) {
+    report('The viewer reads "' + shown + '", but its spoken name is "' + titleOf(element) + '".');
+  }
+  if (shown && label && label.toLowerCase().indexOf(shown.toLowerCase()) < 0) {
+    report('The viewer reads "' + shown + '", but its aria-label is "' + label + '".');
+  }
+}
+
+// A selection finds an item with an id, or below an element with one, by that id.
+function checkId(element, report) {
+  var owner = isItem(element) && isShown(element) && element.closest('[id]');
+  if (!owner) return;
+  if (owner.id.indexOf('"') >= 0) {
+    report('A quotation mark in an id keeps its items from being selected.', owner);
+  } else if (owner.ownerDocument.querySelectorAll('[id="' + CSS.escape(owner.id) + '"]').length > 1) {
+    report('The id "' + owner.id + '" is not the only one: a selection clicks the first.', owner);
+  }
+}
+
+function checkShadow(element, report) {
+  var hasTargets =
+    element.shadowRoot &&
+    elementsOf(element.shadowRoot).some(function (inner) {
+      return isCandidate(inner) || inner.matches(clickable);
+    });
+  if (hasTargets) report('Its items are in a shadow root, where voice does not look.');
+}
+
+var clickable = 'input:not([type=hidden]), select, textarea, summary, [role=button], [role=link], [tabindex]';
+
+function looksClickable(element) {
+  if (element.matches(clickable)) return element.getAttribute('tabindex') !== '-1';
+  var parent = element.parentElement;
+  return (
+    getComputedStyle(element).cursor === 'pointer' &&
+    (!parent || getComputedStyle(parent).cursor !== 'pointer')
+  );
+}
+
+function hasCandidateAbove(element) {
+  for (var above = element.parentElement; above; above = above.parentElement) {
+    if (isCandidate(above)) return true;
+  }
+  return false;
+}
+
+function checkClickable(element, report) {
+  if (
+    !isCandidate(element) &&
+    isShown(element) &&
+    looksClickable(element) &&
+    !hasCandidateAbove(element) &&
+    !elementsOf(element).some(isCandidate)
+  ) {
+    report('It looks clickable but is not an item. Make it a button, a link or an li with a tabindex.');
+  }
 }
