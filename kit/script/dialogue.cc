@@ -60,21 +60,26 @@ class Dialogue::Later {
 Dialogue::Dialogue(Conversation& conversation) : conversation_(conversation) {}
 Dialogue::~Dialogue() = default;
 
-void Dialogue::Begin() {
-  turn_ = {};
+void Dialogue::DropInjected() {
+  if (injected_ != 0) conversation_.service().Ignore(injected_);
   injected_ = 0;
+}
+
+void Dialogue::Begin() {
+  DropInjected();
+  turn_ = {};
 }
 
 const Turn& Dialogue::Say(const std::string& phrase, std::chrono::milliseconds timeout) {
   const TimeLimit limit(conversation_, timeout);
-  injected_ = 0;
+  DropInjected();
   return turn_ = conversation_.Say(phrase);
 }
 
 const Turn& Dialogue::Send(const Command& command, const std::string& said,
                            std::chrono::milliseconds timeout) {
   const TimeLimit limit(conversation_, timeout);
-  injected_ = 0;
+  DropInjected();
   return turn_ = conversation_.Send(command, said);
 }
 
@@ -91,8 +96,9 @@ void Dialogue::InjectLater(const ScriptPlace& place, const Entries& entries,
                            std::chrono::milliseconds delay) {
   later_.emplace_back(delay, [this, place, entries] {
     const Result<uint64_t> id = conversation_.Inject(entries);
-    if (id || !later_failure_) return;
-    later_failure_ = Fail(Located(place, "The message was not sent. " + id.error().message));
+    if (id && *id != 0) conversation_.service().Ignore(*id);
+    if (!id && later_failure_)
+      later_failure_ = Fail(Located(place, "The message was not sent. " + id.error().message));
   });
 }
 

@@ -50,6 +50,9 @@ class Dialogue {
  private:
   class Later;
 
+  // What was injected last will not be asked for any more.
+  void DropInjected();
+
   Conversation& conversation_;
   Turn turn_;
   // The injected command whose answer has not been asked for; 0 for none.

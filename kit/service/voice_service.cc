@@ -146,6 +146,7 @@ void VoiceService::TakeAnswer(const std::string& app_id, const std::string& word
 }
 
 void VoiceService::HandOver(const std::string& app_id, Answer answer) {
+  if (ignored_.erase(answer.command_id) == 1) return;
   const std::string text = answer.is_broken() ? answer.problem : answer.data.substr(0, kNoticeBytes);
   if (answer.command_id == 0) {
     Report("An answer of " + app_id + " that nobody waits for is ignored: " + text);
@@ -192,6 +193,12 @@ Result<uint64_t> VoiceService::Inject(const std::string& app_id, const Entries& 
   if (is_command) awaited_[id];
   if (awaited_.size() > kMostAwaited) Release(awaited_.begin()->first);
   return id;
+}
+
+void VoiceService::Ignore(uint64_t command_id) {
+  // An answer that has come already is not to come any more.
+  if (!Release(command_id)) ignored_.insert(command_id);
+  if (ignored_.size() > kMostAwaited) ignored_.erase(ignored_.begin());
 }
 
 Status VoiceService::SendEntries(const std::string& app_id, const Entries& entries) {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -62,6 +63,9 @@ class VoiceService {
   // answer, which Await gives; for anything else the id is 0.
   Result<uint64_t> Inject(const std::string& app_id, const Entries& entries);
 
+  // Nobody will ask for the answer to this command: it is dropped without a notice when it comes.
+  void Ignore(uint64_t command_id);
+
  private:
   Status SendEntries(const std::string& app_id, const Entries& entries);
   static void OnMessage(int port_id, const char* remote_app_id, const char* remote_port, bool is_trusted,
@@ -93,6 +97,8 @@ class VoiceService {
   // commands are late.
   std::map<uint64_t, std::optional<Answer>> awaited_;
   size_t answer_bytes_ = 0;
+  // The commands whose answers are dropped; of these, too, at most kMostAwaited.
+  std::set<uint64_t> ignored_;
 };
 
 }  // namespace corvis::kit

@@ -1,9 +1,10 @@
 // `corvis test-app` as a build server sees it: what it prints, the files that it leaves, the status that it ends with.
 import assert from 'node:assert/strict';
-import { readFileSync, writeFileSync } from 'node:fs';
+import { spawnSync } from 'node:child_process';
+import { closeSync, openSync, readFileSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { run, start, until, writePage } from '../../testing/corvis.mjs';
+import { root, run, start, until, writePage } from '../../testing/corvis.mjs';
 
 const page = `<button>Play it</button><p id="state">idle</p><script>
   var state = document.getElementById('state');
@@ -11,7 +12,8 @@ const page = `<button>Play it</button><p id="state">idle</p><script>
     onpause: function () { state.textContent = 'paused'; console.log('pausing now'); },
     oncustom: function (json) { return JSON.parse(json).echo; },
     onstop: function () { var end = Date.now() + 1e9; while (Date.now() < end); },
-    onplay: function () { return false; }
+    onplay: function () { return false; },
+    onrewind: function () { throw new Error('boom'); }
   });
   corvis.voiceinteraction.listen();
 </script>`;
@@ -40,6 +42,48 @@ test('a failure tells the place, what was expected, what came, and shows the pag
   const report = readFileSync(path.join(folder, 'out/report.xml'), 'utf8');
   assert.match(report, /<testsuite name="a.voice" tests="3" failures="2"/);
   assert.match(report, /\[\[ATTACHMENT\|.*a-4\.png\]\]/);
+});
+
+test('a failure names what belongs to it', async (t) => {
+  const tooLarge = `inject after 20 ms command="ACTION_PAUSE" strData="${'x'.repeat(2 ** 17)}"\n`;
+  const { text } = await testApp(
+    t,
+    `test "thrown"\nsay rewind\nexpect success\n` +
+      `test "an exception of the test before"\nsay play\nexpect success\n` +
+      `test "a message of the past"\n${tooLarge}wait 200 ms\nsay pause\n` +
+      `test "a message of the future"\n${tooLarge}`
+  );
+  const messages = [...text.matchAll(/^not ok (\d+).*\n {2}---\n {2}(.*)$/gm)].map(
+    ([, n, line]) => `${n} ${line}`
+  );
+  assert.match(messages[0], /^2 message: "The callback threw: Error: boom"$/);
+  assert.match(messages[1], /^4 file: /);
+  assert.match(messages[2], /^7 message: "a.voice:8:1: The message was not sent\. /);
+  assert.match(messages[3], /^8 message: "a.voice:12:1: The message was not sent\. /);
+});
+
+test('a report that can not be written is a failure', async (t) => {
+  const folder = writePage(t, page);
+  writeFileSync(path.join(folder, 'a.voice'), 'say pause\nexpect success\n');
+  const full = openSync('/dev/full', 'w');
+  t.after(() => closeSync(full));
+  for (const [options, output, sentence] of [
+    [['--junit', '/dev/full'], 'ignore', "The file /dev/full can't be written: No space left on device."],
+    [['--json'], full, "Standard output can't be written: No space left on device."],
+  ]) {
+    const { status, stderr } = spawnSync(
+      path.join(root, 'corvis'),
+      ['test-app', ...options, folder, 'a.voice'],
+      {
+        cwd: folder,
+        env: { ...process.env, DISPLAY: '' },
+        stdio: ['ignore', output, 'pipe'],
+        encoding: 'utf8',
+      }
+    );
+    assert.equal(status, 1, stderr);
+    assert.ok(stderr.includes(sentence), stderr);
+  }
 });
 
 test('every way for a run to end has its status', async (t) => {
