@@ -90,8 +90,8 @@ void ReadWait(LineReader& line, Step& step) {
   constexpr auto kLongest = std::chrono::minutes(1);
   const LineReader before = line;
   const milliseconds time = line.Duration();
-  step.run = [time](Session& session) -> Verdict {
-    session.Pause(time);
+  step.run = [time](Session& /*session*/) -> Verdict {
+    Session::Pause(time);
     return {};
   };
   if (line.has_failed() || time <= kLongest) return;

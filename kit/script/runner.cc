@@ -117,7 +117,7 @@ StepDone ScriptRunner::RunStep(const Step& step, bool is_last) {
 Verdict ScriptRunner::Do(const Step& step, bool is_last) {
   if (step.role == StepRole::kActs || step.role == StepRole::kSpeaks) session_.items.Expire();
   if (const Status later = session_.dialogue.LaterFailure(); !later) return later;
-  const Verdict verdict = step.run(session_);
+  Verdict verdict = step.run(session_);
   if (!verdict || !is_last) return verdict;
   // What a script asked to be sent is sent before its end, or else its last step fails.
   session_.dialogue.WaitForLater();

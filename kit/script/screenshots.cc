@@ -21,7 +21,7 @@ Result<std::string> Picture(Conversation& conversation) {
 Result<std::string> SaveScreenshot(Conversation& conversation, const std::string& folder,
                                    const ScriptPlace& place) {
   namespace fs = std::filesystem;
-  const Result<std::string> picture = Picture(conversation);
+  Result<std::string> picture = Picture(conversation);
   if (!picture) return picture;
   const std::string name = fs::path(place.file).stem().string() + "-" + std::to_string(place.line) + ".png";
   std::string file = fs::path(folder) / name;

@@ -12,7 +12,7 @@ void Session::Pause(std::chrono::milliseconds time) {
 Verdict Session::Poll(std::chrono::milliseconds interval, const std::function<Verdict()>& look) const {
   const auto end = Clock::now() + conversation.timeout();
   for (;;) {
-    const Verdict verdict = look();
+    Verdict verdict = look();
     if (verdict || Clock::now() >= end || IsInterrupted()) return verdict;
     Pause(interval);
   }
