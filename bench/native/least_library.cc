@@ -1,5 +1,6 @@
 // The least that a library can do for a command on the same platform: decode the data once, write one JSON
-// text, make one bundle and send it. No registered actions, no limits, no logs.
+// text, make one bundle and send it. No registered actions, no limits, no logs. With BENCH_LIBRARY_JSON it
+// writes the text as the real library does, otherwise by picojson.
 #include <cstring>
 #include <string>
 #include <utility>
@@ -7,6 +8,7 @@
 #include "nurvo/extension.h"
 #include "nurvo/message_port.h"
 #include "nurvo_desktop/bundle_ptr.h"
+#include "voice-interaction/posted_message.h"
 
 namespace {
 
@@ -42,6 +44,18 @@ std::string ParameterText(const char* action, const char* data) {
   return "{" + members.json + "}";
 }
 
+std::string PostedText(const char* action, const std::string& param) {
+#ifdef BENCH_LIBRARY_JSON
+  return extension::voice_interaction::BuildPostedMessage(action, param.c_str());
+#else
+  picojson::object posted;
+  posted["listenerId"] = picojson::value(action);
+  posted["action"] = picojson::value(action);
+  posted["param"] = picojson::value(param);
+  return picojson::value(std::move(posted)).serialize();
+#endif
+}
+
 class LeastInstance : public common::ParsedInstance {
  public:
   LeastInstance() {
@@ -70,11 +84,7 @@ class LeastInstance : public common::ParsedInstance {
     char* data = nullptr;
     if (bundle_get_str(message, "command", &action) != 0 || bundle_get_str(message, "strData", &data) != 0)
       return;
-    picojson::object posted;
-    posted["listenerId"] = picojson::value(action);
-    posted["action"] = picojson::value(action);
-    posted["param"] = picojson::value(ParameterText(action, data));
-    static_cast<LeastInstance*>(self)->PostMessage(picojson::value(std::move(posted)).serialize().c_str());
+    static_cast<LeastInstance*>(self)->PostMessage(PostedText(action, ParameterText(action, data)).c_str());
   }
 };
 

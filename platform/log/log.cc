@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdarg>
 #include <cstdlib>
 
@@ -14,6 +15,7 @@
 namespace {
 
 constexpr int kFailed = -1;
+constexpr int kNotRead = INT_MIN;
 
 // Writes everything, in one piece unless the file takes less.
 int WriteAll(const char* text, size_t size) {
@@ -36,14 +38,22 @@ int ReadThreshold() {
   return nurvo::kSilent;
 }
 
-// Read once: a line below the threshold costs one comparison.
-int Threshold() {
-  static const int threshold = ReadThreshold();
+// Lines below it are dropped at the cost of one comparison. Everything passes it until it is read at the
+// first line.
+int& Threshold() {
+  static int threshold = kNotRead;
   return threshold;
+}
+
+bool isToPrint(int priority) {
+  int& threshold = Threshold();
+  if (threshold == kNotRead) threshold = ReadThreshold();
+  return priority >= threshold;
 }
 
 __attribute__((format(printf, 3, 0))) int Print(int priority, const char* tag, const char* format,
                                                 va_list arguments) {
+  if (!isToPrint(priority)) return 0;
   if (format == nullptr) return kFailed;
   const int saved_errno = errno;
   const int result = nurvo::Guarded(kFailed, [&] {

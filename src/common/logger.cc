@@ -7,16 +7,23 @@
 
 namespace common {
 
-ScopeLogger::ScopeLogger(const char* file, const char* function, int line) {
-  log_print_to(kMainLog, kLogDebug, kCommonLogTag, "logger: ScopeLogger > %s: %s(%d) > Enter ", file,
-               function, line);
-  file_ = file;
-  function_ = function;
+namespace {
+
+// Writes the entry line, and gives `file` back, so that the line comes before the copies.
+const char* LogEntry(const char* file, const char* function, int line) {
+  CORVIS_LOG_CALL(log_print_to(kMainLog, kLogDebug, kCommonLogTag,
+                               "logger: ScopeLogger > %s: %s(%d) > Enter ", file, function, line));
+  return file;
 }
 
+}  // namespace
+
+ScopeLogger::ScopeLogger(const char* file, const char* function, int line)
+    : file_(LogEntry(file, function, line)), function_(function) {}
+
 ScopeLogger::~ScopeLogger() {
-  log_print_to(kMainLog, kLogDebug, kCommonLogTag, "%s: %s(%d) > %s: %s > Exit", CORVIS_FILE, __func__,
-               __LINE__, file_.c_str(), function_.c_str());
+  CORVIS_LOG_CALL(log_print_to(kMainLog, kLogDebug, kCommonLogTag, "%s: %s(%d) > %s: %s > Exit", CORVIS_FILE,
+                               __func__, __LINE__, file_.c_str(), function_.c_str()));
 }
 
 void FailAssertion(const SourcePlace& place, const char* condition, const char* message,

@@ -17,7 +17,7 @@ constexpr int kLogError = 6;
 constexpr const char* kCommonLogTag = "CORVI_PLUGINS";
 
 // Whether lines are written at all. A build with CORVIS_WITHOUT_LOGS has no log calls, to measure what they
-// cost; only failed assertions still leave their line.
+// cost, but the scopes' copies; failed assertions still leave their line.
 #ifdef CORVIS_WITHOUT_LOGS
 constexpr bool kHasLogs = false;
 #else
@@ -79,12 +79,8 @@ struct SourcePlace {
 // First statement of a scope-logged operation.
 #define CORVIS_LOG_SCOPE() CORVIS_LOG_SCOPE_OF(__func__)
 // The same for an operation that logs under another name than its own.
-#ifdef CORVIS_WITHOUT_LOGS
-#define CORVIS_LOG_SCOPE_OF(function) static_cast<void>(function)
-#else
 #define CORVIS_LOG_SCOPE_OF(function) \
   const ::common::ScopeLogger scope_logger(CORVIS_FILE, function, __LINE__)
-#endif
 
 // The one way to the platform's log: a call of one of its functions, whose arguments are worked out only in a
 // build with logs.

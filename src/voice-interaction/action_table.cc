@@ -1,9 +1,9 @@
-// The table of action names, built while the library is loaded and never changed.
+// The table of action names, and looking them up.
 #include "voice-interaction/action_table.h"
 
-#include <functional>
-#include <map>
-#include <string>
+#include <algorithm>
+#include <iterator>
+#include <string_view>
 
 #include "voice-interaction/module_log.h"
 
@@ -11,47 +11,44 @@ namespace extension::voice_interaction {
 
 namespace {
 
-// std::less<> finds a C text without making a string of it.
-using ActionTable = std::map<std::string, VoiceInteractionAppAction, std::less<>>;
-
-#define ACTION(name) \
-  { #name, name }
-const ActionTable kActionTable = {
-    ACTION(ACTION_REQUEST_APP_CONTEXT),
-    ACTION(ACTION_NAVIGATION),
-    ACTION(ACTION_SEARCH),
-    ACTION(ACTION_PLAY),
-    ACTION(ACTION_STOP),
-    ACTION(ACTION_PAUSE),
-    ACTION(ACTION_EXIT),
-    ACTION(ACTION_SELECTION),
-    ACTION(ACTION_TITLE_SELECTION),
-    ACTION(ACTION_CUSTOM),
-    ACTION(ACTION_FAST_FORWARD),
-    ACTION(ACTION_REWIND),
-    ACTION(ACTION_DEFAULT_SEARCH),
-    ACTION(ACTION_SEARCH_COLLECTION),
-    ACTION(ACTION_CHANGE_APP_STATE),
-    ACTION(ACTION_MEDIA_TRACK_PREVIOUS),
-    ACTION(ACTION_MEDIA_TRACK_NEXT),
-    ACTION(ACTION_MEDIA_RESTART),
-    ACTION(ACTION_MEDIA_SKIP_BACKWARD),
-    ACTION(ACTION_MEDIA_SKIP_FORWARD),
-    ACTION(ACTION_MEDIA_SET_PLAY_POSITION),
-    ACTION(ACTION_MEDIA_SET_SUBTITLE),
-    ACTION(ACTION_MEDIA_SET_SHUFFLE),
-    ACTION(ACTION_MEDIA_SET_SCREEN_FIT),
-    ACTION(ACTION_MEDIA_SET_ZOOM),
-    ACTION(ACTION_MEDIA_SET_ROTATE),
-    ACTION(ACTION_MEDIA_SET_360_MODE),
-    ACTION(ACTION_MEDIA_SET_REPEAT),
-    ACTION(ACTION_MEDIA_CONTINUE_WATCHING),
-    ACTION(ACTION_REQUEST_CONTENT_CONTEXT),
-    ACTION(ACTION_ITEM_SELECTION),
-    ACTION(ACTION_ADDITION_TO_LIST),
-    ACTION(ACTION_REMOVAL_FROM_LIST),
+// In the order of the actions: a name's place is its action. Few names have the same length, so that
+// comparing with all of them is quicker than a tree.
+constexpr std::string_view kActionNames[] = {
+    "ACTION_REQUEST_APP_CONTEXT",
+    "ACTION_NAVIGATION",
+    "ACTION_SEARCH",
+    "ACTION_PLAY",
+    "ACTION_STOP",
+    "ACTION_PAUSE",
+    "ACTION_EXIT",
+    "ACTION_SELECTION",
+    "ACTION_TITLE_SELECTION",
+    "ACTION_CUSTOM",
+    "ACTION_FAST_FORWARD",
+    "ACTION_REWIND",
+    "ACTION_DEFAULT_SEARCH",
+    "ACTION_SEARCH_COLLECTION",
+    "ACTION_CHANGE_APP_STATE",
+    "ACTION_MEDIA_TRACK_PREVIOUS",
+    "ACTION_MEDIA_TRACK_NEXT",
+    "ACTION_MEDIA_RESTART",
+    "ACTION_MEDIA_SKIP_BACKWARD",
+    "ACTION_MEDIA_SKIP_FORWARD",
+    "ACTION_MEDIA_SET_PLAY_POSITION",
+    "ACTION_MEDIA_SET_SUBTITLE",
+    "ACTION_MEDIA_SET_SHUFFLE",
+    "ACTION_MEDIA_SET_SCREEN_FIT",
+    "ACTION_MEDIA_SET_ZOOM",
+    "ACTION_MEDIA_SET_ROTATE",
+    "ACTION_MEDIA_SET_360_MODE",
+    "ACTION_MEDIA_SET_REPEAT",
+    "ACTION_MEDIA_CONTINUE_WATCHING",
+    "ACTION_REQUEST_CONTENT_CONTEXT",
+    "ACTION_ITEM_SELECTION",
+    "ACTION_ADDITION_TO_LIST",
+    "ACTION_REMOVAL_FROM_LIST",
 };
-#undef ACTION
+static_assert(std::size(kActionNames) == ACTION_UNKNOWN);
 
 }  // namespace
 
@@ -60,12 +57,11 @@ VoiceInteractionAppAction GetActionFromCommand(const char* command) {
     MODULE_ERROR_F("%s", "no command");
     return ACTION_UNKNOWN;
   }
-  const auto entry = kActionTable.find(command);
-  if (entry == kActionTable.end()) {
-    MODULE_ERROR_F("%s", "map::at");
-    return ACTION_UNKNOWN;
-  }
-  return entry->second;
+  const auto* const name =
+      std::find(std::begin(kActionNames), std::end(kActionNames), std::string_view(command));
+  const auto action = static_cast<VoiceInteractionAppAction>(name - std::begin(kActionNames));
+  if (action == ACTION_UNKNOWN) MODULE_ERROR_F("%s", "map::at");
+  return action;
 }
 
 bool IsSearchAction(const char* command) {

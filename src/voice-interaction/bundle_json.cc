@@ -13,27 +13,36 @@ namespace {
 
 using EntryCallback = void (*)(const char*, int, const bundle_keyval_t*, void*);
 
-// Duplicating the entry lends its value: the platform's accessor takes an entry that it may change.
-std::optional<std::string> BasicValue(const bundle_keyval_t* key_value) {
-  const KeyvalPtr copy(bundle_keyval_dup(key_value));
+// After a member's value.
+constexpr const char* kMemberEnd = "\",";
+
+// Appends `"name":"value` with the value of `entry`. Returns the place of the value in `json`; nothing, and
+// leaves `json` alone, for an entry without a basic value. Duplicating the entry gives access to its value:
+// the platform's accessor takes an entry that it may change.
+std::optional<size_t> AppendNameAndValue(std::string& json, const char* name, const bundle_keyval_t* entry) {
+  const KeyvalPtr copy(bundle_keyval_dup(entry));
   void* value = nullptr;
   size_t size = 0;
   if (!copy || bundle_keyval_get_basic_val(copy.get(), &value, &size) != 0 || value == nullptr) return {};
-  return static_cast<const char*>(value);
-}
-
-void AppendMember(std::string& json, const std::string& key, const std::string& value) {
-  json.append("\"").append(key).append("\":\"").append(value).append("\",");
+  json.append("\"").append(name).append("\":\"");
+  const size_t place = json.size();
+  json.append(static_cast<const char*>(value));
+  return place;
 }
 
 std::string JoinMembers(const char* bundle_text, EntryCallback add_entry) {
-  const BundlePtr entries(bundle_decode(reinterpret_cast<const bundle_raw*>(bundle_text),
-                                        static_cast<int>(std::strlen(bundle_text))));
+  const size_t length = std::strlen(bundle_text);
+  const BundlePtr entries(
+      bundle_decode(reinterpret_cast<const bundle_raw*>(bundle_text), static_cast<int>(length)));
   std::string json = "{";
-  if (entries) bundle_foreach(entries.get(), add_entry, &json);
+  if (entries) {
+    json.reserve(length);  // the two texts are of about the same length
+    bundle_foreach(entries.get(), add_entry, &json);
+  }
   const size_t last_comma = json.rfind(',');
   if (last_comma != std::string::npos) json.resize(last_comma);
-  return json + "}";
+  json += '}';
+  return json;
 }
 
 }  // namespace
@@ -41,21 +50,26 @@ std::string JoinMembers(const char* bundle_text, EntryCallback add_entry) {
 void AddJsonParamCallback(const char* key, int /*type*/, const bundle_keyval_t* key_value, void* user_data) {
   std::string& json = *static_cast<std::string*>(user_data);
   MODULE_INFO_F("Current Value [%s]", json.c_str());
-  const std::optional<std::string> value = BasicValue(key_value);
+  const auto value = AppendNameAndValue(json, key, key_value);
   if (!value) return;
-  MODULE_INFO_F("Bundle Iter Key [%s] Value [%s]", key, value->c_str());
-  AppendMember(json, key, *value);
+  MODULE_INFO_F("Bundle Iter Key [%s] Value [%s]", key, json.c_str() + *value);
+  json += kMemberEnd;
 }
 
 void AddSearchJsonParamCallback(const char* key, int /*type*/, const bundle_keyval_t* key_value,
                                 void* user_data) {
   std::string& json = *static_cast<std::string*>(user_data);
   MODULE_INFO_F("Current Value [%s]", json.c_str());
-  const std::optional<std::string> value = BasicValue(key_value);
+  const size_t begin = json.size();
+  const char* const name = std::strcmp(key, "content_type") == 0 ? "contentType" : key;
+  const auto value = AppendNameAndValue(json, name, key_value);
   if (!value) return;
-  MODULE_INFO_F("Bundle Iter Key [%s] Value [%s]", key, value->c_str());
-  if (std::strcmp(key, "raw") == 0) return;
-  AppendMember(json, std::strcmp(key, "content_type") == 0 ? "contentType" : key, *value);
+  MODULE_INFO_F("Bundle Iter Key [%s] Value [%s]", key, json.c_str() + *value);
+  if (std::strcmp(key, "raw") == 0) {
+    json.resize(begin);
+  } else {
+    json += kMemberEnd;
+  }
 }
 
 std::string BuildJsonObjectFromBundle(const char* bundle_text) {

@@ -26,10 +26,14 @@ constexpr const char* kDataKey = "strData";
 constexpr const char* kTotalKey = "totalDataLength";
 constexpr const char* kVersionKey = "sdkVersion";
 
-void AddText(bundle* message, const char* key, std::string_view value) {
-  if (bundle_add(message, key, std::string(value).c_str()) != 0) {
-    throw std::logic_error("Fail to create bundle for message");
-  }
+void AddText(bundle* message, const char* key, const char* value) {
+  if (bundle_add(message, key, value) != 0) throw std::logic_error("Fail to create bundle for message");
+}
+
+// `data` is a part of a text that ends with a NUL: only what is cut off in front of that needs a copy.
+void AddData(bundle* message, std::string_view data) {
+  const bool is_whole = data.data()[data.size()] == '\0';
+  AddText(message, kDataKey, is_whole ? data.data() : std::string(data).c_str());
 }
 
 void CheckEncodedLength(bundle* message) {
@@ -118,10 +122,10 @@ void VoiceInteractionChannel::ClearMessagePort() {
 
 void VoiceInteractionChannel::FillMessage(bundle* message, const std::string& command, std::string_view data,
                                           int total_data_length) const {
-  AddText(message, kCommandKey, command);
-  AddText(message, kDataKey, data);
-  if (total_data_length > 0) AddText(message, kTotalKey, std::to_string(total_data_length));
-  AddText(message, kVersionKey, sdk_version_);
+  AddText(message, kCommandKey, command.c_str());
+  AddData(message, data);
+  if (total_data_length > 0) AddText(message, kTotalKey, std::to_string(total_data_length).c_str());
+  AddText(message, kVersionKey, sdk_version_.c_str());
 }
 
 void VoiceInteractionChannel::SendMessage(const std::string& command, std::string_view data,

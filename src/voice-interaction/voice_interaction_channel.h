@@ -53,7 +53,8 @@ class VoiceInteractionChannel {
   void InitializeMessagePort();
   void ClearMessagePort();
 
-  // `total_data_length` is the whole data's length in bytes when `data` is a piece, and 0 otherwise.
+  // `data` is, or is a part of, a text that ends with a NUL. `total_data_length` is the whole data's length
+  // in bytes when `data` is a piece, and 0 otherwise.
   void SendMessage(const std::string& command, std::string_view data, int total_data_length);
   // Cuts the data of `message`, which was too large, in two and sends both pieces.
   void SendPartialResult(bundle* message);

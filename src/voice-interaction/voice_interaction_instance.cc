@@ -43,12 +43,15 @@ common::PlatformException TypeMismatch(const char* message) {
   return {"TypeMismatchError", message};
 }
 
-// The parameter that the page's callback for `command` expects, made from the service's data.
-std::string ParameterText(const char* command, const char* data) {
-  if (IsSearchAction(command)) return BuildJsonSearchTermFromBundle(data);
-  if (GetActionFromCommand(command) == ACTION_CUSTOM) return BuildJsonObjectFromBundle(data);
-  if (GetActionFromCommand(command) == ACTION_ITEM_SELECTION) return BuildJsonObjectFromBundle(data);
-  return data;
+using JsonBuilder = std::string (*)(const char* bundle_text);
+
+// What makes the parameter that the page's callback for `command` expects of the service's data; null when it
+// expects the data itself.
+JsonBuilder JsonBuilderOf(const char* command) {
+  if (IsSearchAction(command)) return BuildJsonSearchTermFromBundle;
+  if (GetActionFromCommand(command) == ACTION_CUSTOM) return BuildJsonObjectFromBundle;
+  if (GetActionFromCommand(command) == ACTION_ITEM_SELECTION) return BuildJsonObjectFromBundle;
+  return nullptr;
 }
 
 }  // namespace
@@ -206,7 +209,9 @@ void VoiceInteractionInstance::HandleCommand(const char* command, const char* da
     VoiceInteractionChannel::Send("result", "not_support");
     return;
   }
-  PostCallbackMessage(command, ParameterText(command, data).c_str());
+  const JsonBuilder build_json = JsonBuilderOf(command);
+  if (build_json == nullptr) return PostCallbackMessage(command, data);
+  PostCallbackMessage(command, build_json(data).c_str());
 }
 
 void VoiceInteractionInstance::PostCallbackMessage(const char* action, const char* param) {
