@@ -23,7 +23,7 @@ export default [
   },
   {
     // Functions in these files also run inside pages.
-    files: ['{tests,testing,bench}/**/*.mjs'],
+    files: ['{tests,testing,bench}/**/*.mjs', 'npm/**/*.js'],
     languageOptions: { globals: { ...globals.browser } },
   },
   {

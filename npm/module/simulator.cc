@@ -90,8 +90,8 @@ CORVIS_ENTRY("send_entries") const char* SendEntries(const char* action, const c
   return Returned(TextOf(TheTv()->SendEntries(action, pairs)));
 }
 
-CORVIS_ENTRY("items") const char* Items() {
-  return Returned(TextOf(TheTv()->Items()));
+CORVIS_ENTRY("items") const char* Items(const char* title) {
+  return Returned(TextOf(TheTv()->Items(title)));
 }
 
 CORVIS_ENTRY("restart") const char* Restart() {

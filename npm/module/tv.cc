@@ -90,39 +90,42 @@ void Tv::AddTurn(Json& event, const kit::Turn& turn, size_t exceptions_before) {
 }
 
 Json Tv::Say(const std::string& phrase) {
-  return Step("say", phrase, [&](Json& event) {
-    const size_t exceptions_before = conversation_.exceptions().size();
-    AddTurn(event, conversation_.Say(phrase), exceptions_before);
-  });
+  return Speak("say", phrase, [&] { return conversation_.Say(phrase); });
 }
 
 Json Tv::Send(const std::string& raw) {
-  return Step("send", raw, [&](Json& event) {
-    const size_t exceptions_before = conversation_.exceptions().size();
-    const auto command = kit::ParseRawCommand(raw);
-    const std::string problem = command ? kit::UnknownActionWarning(*command) : command.error().message;
-    AddTurn(event, problem.empty() ? conversation_.Send(*command, raw) : NotSent(raw, problem),
-            exceptions_before);
-  });
+  return SendCommand(raw, kit::ParseRawCommand(raw));
 }
 
 Json Tv::SendEntries(const std::string& action, const kit::Entries& entries) {
   const kit::Command command{action, "", entries, true};
-  const std::string raw = action + " " + DescribeData(command);
-  return Step("send", raw, [&](Json& event) {
-    const size_t exceptions_before = conversation_.exceptions().size();
-    const std::string problem = kit::UnknownActionWarning(command);
-    AddTurn(event, problem.empty() ? conversation_.Send(command, raw) : NotSent(raw, problem),
-            exceptions_before);
+  return SendCommand(action + " " + DescribeData(command), command);
+}
+
+Json Tv::SendCommand(const std::string& raw, const kit::Result<kit::Command>& command) {
+  return Speak("send", raw, [&] {
+    const std::string problem = command ? kit::UnknownActionWarning(*command) : command.error().message;
+    return problem.empty() ? conversation_.Send(*command, raw) : NotSent(raw, problem);
   });
 }
 
-Json Tv::Items() {
-  return Step("items", "", [&](Json& event) {
+Json Tv::Speak(const char* statement, const std::string& said, const std::function<kit::Turn()>& speak) {
+  return Step(statement, said, [&](Json& event) {
+    const size_t exceptions_before = conversation_.exceptions().size();
+    AddTurn(event, speak(), exceptions_before);
+  });
+}
+
+Json Tv::Items(const std::string& title) {
+  return Step("items", title, [&](Json& event) {
     std::string problem;
-    conversation_.AskItems(problem);
+    const auto list = conversation_.AskItems(problem);
     AddTurn(event, conversation_.items_turn(), conversation_.exceptions().size());
     Fail(event, problem);
+    if (!list) return;
+    event["numbers"] = Json::array();
+    for (const kit::Item& item : title.empty() ? list->items : ItemsTitled(*list, title))
+      event["numbers"].push_back(item.number);
   });
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/conversation.h"
+#include "base/result.h"
 #include "service/voice_service.h"
 
 namespace corvis::simulator {
@@ -30,8 +31,9 @@ class Tv {
   Json Send(const std::string& raw);
   // An action whose data is a bundle of these entries.
   Json SendEntries(const std::string& action, const kit::Entries& entries);
-  // What can be selected on the screen; the page's answer.
-  Json Items();
+  // What can be selected on the screen: the page's answer, and the numbers of the items with this title, of
+  // all for an empty one.
+  Json Items(const std::string& title);
   Json Restart();
   void SetPrivileges(const std::vector<std::string>& privileges);
 
@@ -41,6 +43,8 @@ class Tv {
  private:
   using Run = std::function<void(Json& event)>;
 
+  Json SendCommand(const std::string& raw, const kit::Result<kit::Command>& command);
+  Json Speak(const char* statement, const std::string& said, const std::function<kit::Turn()>& speak);
   Json Step(const char* statement, const std::string& argument, const Run& run);
   void AddTurn(Json& event, const kit::Turn& turn, size_t exceptions_before);
 

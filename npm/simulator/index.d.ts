@@ -70,8 +70,11 @@ export interface Tv {
     action: VoiceInteractionAppAction,
     data?: string | number | Record<string, string | number>
   ): Promise<StepEvent>;
-  /** What can be selected on the screen: the page's own answer. Rejects when there is none. */
-  items(): Promise<ElementMapItem[] | ContentContextItem[]>;
+  /**
+   * What can be selected on the screen, as the page answers; with a title only what `select` and this title means.
+   * Rejects when the page gives no list of items.
+   */
+  items(title?: string): Promise<ElementMapItem[] | ContentContextItem[]>;
   /** The voice service restarts: it forgets the application, which registers again by itself. */
   restartService(): Promise<StepEvent>;
   /** What the application holds from now on. */

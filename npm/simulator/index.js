@@ -98,10 +98,11 @@ class Tv {
     return this.#step('send_entries', action, JSON.stringify(Object.entries(data).flat().map(String)));
   }
 
-  async items() {
-    const event = await this.#step('items');
+  async items(title = '') {
+    const event = await this.#step('items', title);
     if (event.message) throw new Error(event.message);
-    return JSON.parse(event.answer);
+    const items = JSON.parse(event.answer);
+    return event.numbers.map((number) => items[number]);
   }
 
   restartService() {

@@ -12,6 +12,7 @@ import type {
   VoiceInteraction,
   VoiceInteractionAppAction,
 } from 'corvis-voiceinteraction';
+import { installVoice, type PageLike, type Voice } from 'corvis-voiceinteraction/playwright';
 import { install, tvOf, type Tv } from 'corvis-voiceinteraction/simulator';
 
 interface Found {
@@ -70,3 +71,10 @@ await tv.send('ACTION_PLAY');
 tv.onEvent((event) => event.event === 'console' && event.source === 'api')();
 tv.setPrivileges([]);
 tvOf(window)?.uninstall();
+
+// Voice in a page of Playwright's.
+declare const page: PageLike;
+const viewer: Voice = await installVoice(page, { timeout: 1000, appId: 'com.example.app' });
+await viewer.send('ACTION_CUSTOM', { mood: 'dark' });
+(await viewer.item('Play')).title.length;
+viewer.last.action === 'ACTION_PLAY' && viewer.answer?.length;

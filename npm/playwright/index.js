@@ -1,0 +1,162 @@
+// Voice control in Playwright's pages, of any engine: a fixture and matchers for its test runner, and a function for
+// pages of one's own.
+import { readFileSync } from 'node:fs';
+import { isDeepStrictEqual } from 'node:util';
+
+const simulator = readFileSync(new URL('../simulator/script.js', import.meta.url), 'utf8');
+const pollInterval = 20;
+
+/** Runs in every page before its scripts; frames have no voice control, as on a TV. */
+const installing = (options) => `if (window === window.top) {
+  const { install } = (function () { ${simulator}; return corvisSimulator; })();
+  delete globalThis.corvisSimulator;
+  install(window, ${JSON.stringify(options)});
+}`;
+
+/** Runs in the page: calls a method of its TV. */
+function callTv([method, args]) {
+  const tv = window[Symbol.for('corvis.voiceinteraction.simulator')];
+  if (!tv) throw new Error('This page was loaded before voice control was installed; load it afterwards.');
+  return tv[method](...args);
+}
+
+/** What a viewer says to the page, and what the page answers. */
+class Voice {
+  #page;
+  #timeout;
+  #last;
+
+  constructor(page, timeout) {
+    this.#page = page;
+    this.#timeout = timeout;
+  }
+
+  /** The last thing said, as an event. */
+  get last() {
+    if (!this.#last) throw new Error('Nothing has been said yet; say something first.');
+    return this.#last;
+  }
+
+  get answer() {
+    return this.last.answer;
+  }
+
+  #call(method, ...args) {
+    return this.#page.evaluate(callTv, [method, args]);
+  }
+
+  async #isListening() {
+    try {
+      return await this.#call('isListening');
+    } catch (error) {
+      // The page is on its way to another.
+      if (/context was destroyed|navigat/i.test(error.message)) return false;
+      throw error;
+    }
+  }
+
+  async listening() {
+    const deadline = Date.now() + this.#timeout;
+    while (!(await this.#isListening())) {
+      if (Date.now() > deadline)
+        throw new Error(`The page has not called listen() within ${this.#timeout} ms.`);
+      await new Promise((resolve) => setTimeout(resolve, pollInterval));
+    }
+  }
+
+  async #speak(method, ...args) {
+    await this.listening();
+    this.#last = await this.#call(method, ...args);
+    if (this.#last.message) throw new Error(this.#last.message);
+    return this.#last;
+  }
+
+  say(text) {
+    return this.#speak('say', text);
+  }
+
+  send(action, data) {
+    return this.#speak('send', ...(data === undefined ? [action] : [action, data]));
+  }
+
+  async items(title) {
+    await this.listening();
+    return this.#call('items', title);
+  }
+
+  async item(title) {
+    const items = await this.items(title);
+    if (items.length === 1) return items[0];
+    const all = items.length === 0 ? await this.items() : items;
+    const names = all.map((item) => `"${item.title}"`).join(', ');
+    throw new Error(
+      `Expected one item with the title "${title}", found ${items.length}; there are ${names || 'none'}.`
+    );
+  }
+
+  restartService() {
+    return this.#call('restartService');
+  }
+
+  setPrivileges(names) {
+    return this.#call('setPrivileges', names);
+  }
+
+  events() {
+    return this.#call('events');
+  }
+}
+
+/**
+ * Gives the page, from its next document on, a TV's voice control. Returns the voice that speaks with it. `options` are
+ * the simulator's, and `timeout`, in milliseconds, for a page that does not listen yet.
+ */
+export async function installVoice(page, { timeout = 5000, ...options } = {}) {
+  await page.addInitScript({ content: installing(options) });
+  return new Voice(page, timeout);
+}
+
+/** Fixtures for `test.extend`: `voice`, and the option `voiceOptions`. */
+export const voiceFixtures = {
+  voiceOptions: [{}, { option: true }],
+  voice: async ({ page, voiceOptions }, use) => use(await installVoice(page, voiceOptions)),
+};
+
+/** Whether a text is another, has a part that a regular expression matches, or is the JSON of a value. */
+function matches(text, expected) {
+  if (typeof expected === 'string') return text === expected;
+  if (expected instanceof RegExp) return expected.test(text);
+  try {
+    return isDeepStrictEqual(JSON.parse(text), expected);
+  } catch {
+    return false;
+  }
+}
+
+const shown = (value) => (value instanceof RegExp ? String(value) : JSON.stringify(value));
+
+function verdict(matcher, pass, what, expected, actual) {
+  return {
+    pass,
+    message: () => `${matcher.isNot ? 'Unexpected' : 'Expected'} ${what} ${expected}, received ${actual}`,
+  };
+}
+
+/** Matchers for `expect.extend`. */
+export const voiceMatchers = {
+  /** The answer to what was said last. */
+  toAnswer(voice, expected) {
+    const { answer, exception, said } = voice.last;
+    const thrown = exception ? `; the callback threw ${exception}` : '';
+    const what = `the answer to "${said}" to be`;
+    return verdict(this, matches(answer, expected), what, shown(expected), shown(answer) + thrown);
+  },
+
+  /** The action that what was said last became, and its data. */
+  toSend(voice, action, data) {
+    const { action: sent, data: sentData, said } = voice.last;
+    const pass = sent === action && (data === undefined || matches(sentData, data));
+    const expected = data === undefined ? action : `${action} ${shown(data)}`;
+    return verdict(this, pass, `"${said}" to become`, expected, `${sent} ${shown(sentData)}`);
+  },
+};
