@@ -2,7 +2,14 @@
 #ifndef CORVIS_NPM_MODULE_PAGE_H_
 #define CORVIS_NPM_MODULE_PAGE_H_
 
+// Imports and exports of the module. Another machine's compiler, which checks the code, has neither.
+#ifdef __wasm__
 #define CORVIS_PAGE(name) __attribute__((import_module("page"), import_name(name)))
+#define CORVIS_ENTRY(name) extern "C" __attribute__((export_name(name)))
+#else
+#define CORVIS_PAGE(name)
+#define CORVIS_ENTRY(name) extern "C"
+#endif
 
 extern "C" {
 

@@ -28,14 +28,11 @@ void WriteConsole(const std::string& level, const std::string& text, const std::
 namespace corvis::kit {
 
 struct RuntimeControl::Pending {};
-struct RuntimeControl::Console {};
-struct RuntimeControl::Crashes {};
+class RuntimeControl::Watch {};
 
 namespace {
 
-ControlResult Missing() {
-  return {false, "", "There is no runtime in a page."};
-}
+constexpr const char* kMissing = "There is no runtime in a page.";
 
 }  // namespace
 
@@ -50,25 +47,29 @@ void RuntimeControl::WatchConsole(ConsoleSink sink) {
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is the runtime's client's.
 void RuntimeControl::WatchCrashes(std::function<void()> /*sink*/) {}
 
-ControlResult RuntimeControl::Load(const std::string& /*url*/) {
-  return Missing();
+Status RuntimeControl::Load(const std::string& /*url*/) {
+  return Fail(kMissing);
 }
 
-ControlResult RuntimeControl::Reload() {
-  return Missing();
+Status RuntimeControl::Reload() {
+  return Fail(kMissing);
 }
 
-ControlResult RuntimeControl::Evaluate(const std::string& /*expression*/) {
-  return Missing();
+Result<std::string> RuntimeControl::Evaluate(const std::string& /*expression*/) {
+  return Fail(kMissing);
 }
 
-ControlResult RuntimeControl::Screenshot() {
-  return Missing();
+Result<std::string> RuntimeControl::Screenshot() {
+  return Fail(kMissing);
 }
 
-ControlResult RuntimeControl::SetPrivileges(const std::vector<std::string>& uris) {
+Status RuntimeControl::Sync() {
+  return {};
+}
+
+Status RuntimeControl::SetPrivileges(const std::vector<std::string>& uris) {
   simulator::Grant({uris.begin(), uris.end()});
-  return {true, "", ""};
+  return {};
 }
 
 }  // namespace corvis::kit

@@ -9,10 +9,9 @@
 #include "app/json_text.h"
 #include "console.h"
 #include "host.h"
+#include "page.h"
 #include "platform/bus.h"
 #include "tv.h"
-
-#define CORVIS_ENTRY(name) extern "C" __attribute__((export_name(name)))
 
 namespace corvis::simulator {
 

@@ -26,17 +26,13 @@ void Announce(const Json& event) {
   page_event(TextOf(event).c_str());
 }
 
-void Fail(Json& event, const std::string& problem) {
-  if (problem.empty()) return;
+void TakeFailure(Json& event, const kit::Error& error) {
   event["status"] = "failed";
-  event["message"] = problem;
+  event["message"] = error.message;
 }
 
 kit::Turn NotSent(const std::string& said, const std::string& problem) {
-  kit::Turn turn;
-  turn.said = said;
-  turn.outcome.problem = problem;
-  return turn;
+  return {said, {}, false, kit::Fail(problem)};
 }
 
 }  // namespace
@@ -51,14 +47,15 @@ Tv::Tv(const std::string& app_id, const std::vector<std::string>& privileges)
       }),
       conversation_(service_, app_id, kTimeout) {
   const Acting service(kit::wire::kServiceId);
-  service_.Start();
+  // A bus in memory refuses nothing.
+  static_cast<void>(service_.Start());
   SetPrivileges(privileges);
 }
 
 void Tv::SetPrivileges(const std::vector<std::string>& privileges) {
   std::vector<std::string> uris(privileges.size());
   std::transform(privileges.begin(), privileges.end(), uris.begin(), kit::PrivilegeUri);
-  conversation_.runtime().SetPrivileges(uris);
+  static_cast<void>(conversation_.runtime().SetPrivileges(uris));
 }
 
 Json Tv::Step(const char* statement, const std::string& argument, const Run& run) {
@@ -73,20 +70,18 @@ Json Tv::Step(const char* statement, const std::string& argument, const Run& run
   return event;
 }
 
-void Tv::AddTurn(Json& event, const kit::Turn& turn, size_t exceptions_before) {
+void Tv::AddTurn(Json& event, const kit::Turn& turn) {
   event["said"] = turn.said;
   if (turn.is_sent) {
     event["action"] = turn.command.action;
     event["data"] = DescribeData(turn.command);
   }
-  if (turn.outcome.is_answered) {
-    event["answer"] = turn.outcome.answer.data;
-    event["answer_ms"] = Milliseconds(turn.outcome.answer.took);
-    event["pieces"] = turn.outcome.answer.pieces;
-  }
-  const std::string exception = conversation_.ExceptionOf(turn, exceptions_before);
+  if (!turn.answer) return TakeFailure(event, turn.answer.error());
+  event["answer"] = turn.answer->data;
+  event["answer_ms"] = Milliseconds(turn.answer->took);
+  event["pieces"] = turn.answer->pieces;
+  const std::string exception = conversation_.ExceptionOf(turn);
   if (!exception.empty()) event["exception"] = exception;
-  Fail(event, turn.outcome.problem);
 }
 
 Json Tv::Say(const std::string& phrase) {
@@ -110,19 +105,14 @@ Json Tv::SendCommand(const std::string& raw, const kit::Result<kit::Command>& co
 }
 
 Json Tv::Speak(const char* statement, const std::string& said, const std::function<kit::Turn()>& speak) {
-  return Step(statement, said, [&](Json& event) {
-    const size_t exceptions_before = conversation_.exceptions().size();
-    AddTurn(event, speak(), exceptions_before);
-  });
+  return Step(statement, said, [&](Json& event) { AddTurn(event, speak()); });
 }
 
 Json Tv::Items(const std::string& title) {
   return Step("items", title, [&](Json& event) {
-    std::string problem;
-    const auto list = conversation_.AskItems(problem);
-    AddTurn(event, conversation_.items_turn(), conversation_.exceptions().size());
-    Fail(event, problem);
-    if (!list) return;
+    const auto list = conversation_.AskItems();
+    AddTurn(event, conversation_.items_turn());
+    if (!list) return TakeFailure(event, list.error());
     event["numbers"] = Json::array();
     for (const kit::Item& item : title.empty() ? list->items : ItemsTitled(*list, title))
       event["numbers"].push_back(item.number);
@@ -130,7 +120,10 @@ Json Tv::Items(const std::string& title) {
 }
 
 Json Tv::Restart() {
-  return Step("restart", "", [&](Json& event) { Fail(event, conversation_.Restart()); });
+  return Step("restart", "", [&](Json& event) {
+    const kit::Status status = conversation_.Restart();
+    if (!status) TakeFailure(event, status.error());
+  });
 }
 
 void Tv::DeliverAll() {

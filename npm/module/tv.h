@@ -46,7 +46,7 @@ class Tv {
   Json SendCommand(const std::string& raw, const kit::Result<kit::Command>& command);
   Json Speak(const char* statement, const std::string& said, const std::function<kit::Turn()>& speak);
   Json Step(const char* statement, const std::string& argument, const Run& run);
-  void AddTurn(Json& event, const kit::Turn& turn, size_t exceptions_before);
+  void AddTurn(Json& event, const kit::Turn& turn);
 
   kit::VoiceService service_;
   kit::Conversation conversation_;
