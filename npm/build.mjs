@@ -47,7 +47,16 @@ bundle('simulator/index.js', 'simulator/index.js', '--format=esm');
 // Global also where the file is run inside a function, as test tools do.
 const global = '--footer:js=globalThis.corvisSimulator = corvisSimulator;';
 bundle('simulator/index.js', 'simulator/script.js', '--format=iife', '--global-name=corvisSimulator', global);
-const copied = ['package.json', 'README.md', 'index.d.ts', 'simulator/index.d.ts', 'playwright'];
+bundle('component/index.js', 'component/index.js', '--format=esm');
+bundle('component/index.js', 'component/script.js', '--format=iife');
+const copied = [
+  'package.json',
+  'README.md',
+  'index.d.ts',
+  'simulator/index.d.ts',
+  'component/index.d.ts',
+  'playwright',
+];
 for (const file of copied) {
   cpSync(join(source, file), join(folder, file), { recursive: true });
 }

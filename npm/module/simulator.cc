@@ -71,6 +71,10 @@ CORVIS_ENTRY("is_listening") bool IsListening() {
   return TheTv()->HasApp();
 }
 
+CORVIS_ENTRY("phrases") const char* Phrases() {
+  return Returned(TextOf(TheTv()->Phrases()));
+}
+
 // The following return the step's event.
 
 CORVIS_ENTRY("say") const char* Say(const char* phrase) {

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <utility>
 
+#include "language/phrases.h"
 #include "language/raw_command.h"
 #include "page.h"
 #include "platform/bus.h"
@@ -124,6 +125,15 @@ Json Tv::Restart() {
     const kit::Status status = conversation_.Restart();
     if (!status) TakeFailure(event, status.error());
   });
+}
+
+std::vector<std::string> Tv::Phrases() const {
+  std::vector<std::string> phrases;
+  for (const std::string& action : conversation_.registered().own()) {
+    const std::string phrase = kit::SamplePhrase(action);
+    if (!phrase.empty()) phrases.push_back(phrase);
+  }
+  return phrases;
 }
 
 void Tv::DeliverAll() {

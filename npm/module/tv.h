@@ -35,6 +35,8 @@ class Tv {
   // all for an empty one.
   Json Items(const std::string& title);
   Json Restart();
+  // A phrase for each action that the page handles itself.
+  std::vector<std::string> Phrases() const;
   void SetPrivileges(const std::vector<std::string>& privileges);
 
   // Delivers what waits on the bus.

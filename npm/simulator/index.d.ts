@@ -79,6 +79,8 @@ export interface Tv {
   restartService(): Promise<StepEvent>;
   /** What the application holds from now on. */
   setPrivileges(privileges: Privilege[]): void;
+  /** What could be said to the page: a phrase for each action that it handles. */
+  phrases(): string[];
   /** Whether the page listens, as far as the voice service knows. */
   isListening(): boolean;
   /** Everything so far, oldest first. */

@@ -113,6 +113,10 @@ class Tv {
     this.#machine('set_privileges', JSON.stringify(names));
   }
 
+  phrases() {
+    return JSON.parse(this.#machine.text('phrases'));
+  }
+
   isListening() {
     return this.#machine('is_listening') === 1;
   }

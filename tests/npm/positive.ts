@@ -12,6 +12,7 @@ import type {
   VoiceInteraction,
   VoiceInteractionAppAction,
 } from 'corvis-voiceinteraction';
+import { CorvisVoice } from 'corvis-voiceinteraction/component';
 import { installVoice, type PageLike, type Voice } from 'corvis-voiceinteraction/playwright';
 import { install, tvOf, type Tv } from 'corvis-voiceinteraction/simulator';
 
@@ -78,3 +79,8 @@ const viewer: Voice = await installVoice(page, { timeout: 1000, appId: 'com.exam
 await viewer.send('ACTION_CUSTOM', { mood: 'dark' });
 (await viewer.item('Play')).title.length;
 viewer.last.action === 'ACTION_PLAY' && viewer.answer?.length;
+
+// The element.
+const element: CorvisVoice = document.createElement('corvis-voice');
+element.numbers = tv.phrases().length > 0;
+element.tv = tv;
