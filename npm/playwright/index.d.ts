@@ -3,7 +3,7 @@ import type { ContentContextItem, ElementMapItem, VoiceInteractionAppAction } fr
 import type { Privilege, SimulatorEvent, SimulatorOptions, StepEvent } from '../simulator/index.js';
 
 export interface VoiceOptions extends SimulatorOptions {
-  /** How long a page may take until it listens, in milliseconds; 5000 unless given. */
+  /** How long a page may take until it listens, in milliseconds; 20000 unless given. */
   timeout?: number;
 }
 
@@ -53,10 +53,13 @@ export interface VoiceFixtures {
 }
 export const voiceFixtures: {
   voiceOptions: [VoiceOptions, { option: true }];
-  voice: (
-    fixtures: { page: any; voiceOptions: VoiceOptions },
-    use: (voice: Voice) => Promise<void>
-  ) => Promise<void>;
+  voice: [
+    (
+      fixtures: { page: any; voiceOptions: VoiceOptions },
+      use: (voice: Voice) => Promise<void>
+    ) => Promise<void>,
+    { auto: true },
+  ];
 };
 
 interface Verdict {

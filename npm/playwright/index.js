@@ -111,15 +111,18 @@ class Voice {
  * Gives the page, from its next document on, a TV's voice control. Returns the voice that speaks with it. `options` are
  * the simulator's, and `timeout`, in milliseconds, for a page that does not listen yet.
  */
-export async function installVoice(page, { timeout = 5000, ...options } = {}) {
+export async function installVoice(page, { timeout = 20_000, ...options } = {}) {
   await page.addInitScript({ content: installing(options) });
   return new Voice(page, timeout);
 }
 
-/** Fixtures for `test.extend`: `voice`, and the option `voiceOptions`. */
+/**
+ * Fixtures for `test.extend`: `voice`, and the option `voiceOptions`. Automatic, so that the page has voice control also
+ * when a hook, which asks for the page alone, loads it.
+ */
 export const voiceFixtures = {
   voiceOptions: [{}, { option: true }],
-  voice: async ({ page, voiceOptions }, use) => use(await installVoice(page, voiceOptions)),
+  voice: [async ({ page, voiceOptions }, use) => use(await installVoice(page, voiceOptions)), { auto: true }],
 };
 
 /** Whether a text is another, has a part that a regular expression matches, or is the JSON of a value. */

@@ -85,7 +85,7 @@ import { voiceFixtures, voiceMatchers, type VoiceFixtures } from 'corvis-voicein
 const test = base.extend<VoiceFixtures>(voiceFixtures);
 const expect = plain.extend(voiceMatchers);
 
-test.beforeEach(async ({ page, voice }) => {
+test.beforeEach(async ({ page }) => {
   await page.route('http://tv.test/**', (route) => route.fulfill({ contentType: 'text/html', body: ${JSON.stringify(html)} }));
   await page.goto('http://tv.test/film');
 });
