@@ -104,6 +104,7 @@ int ScriptRun::Run(Conversation& conversation) {
   for (const VoiceScript& script : scripts_) runner.Run(script);
   const CoverageMeasured coverage = coverage_.Measure();
   if (options_.is_coverage_shown || options_.least_coverage > 0) events_.Take(coverage);
+  if (const Error* obstacle = runner.Obstacle()) events_.Take(RunAborted{obstacle->message});
   const int status = StatusOf(runner.totals());
   if (status != kExitOk || coverage.percent >= options_.least_coverage) return End(runner.totals(), status);
   const std::string sentence = "The voice coverage is " + std::to_string(coverage.percent) +

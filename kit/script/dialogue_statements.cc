@@ -32,15 +32,19 @@ Exchange ExchangeOf(const Turn& turn) {
   return exchange;
 }
 
+bool IsSilenceExpected(const Session& session) {
+  return session.next != nullptr && session.next->silence;
+}
+
 // How long an answer may take: when the next step expects silence, as long as that says.
 milliseconds AnswerLimit(const Session& session) {
-  const milliseconds silence = session.silence.value_or(milliseconds(0));
+  const milliseconds silence = IsSilenceExpected(session) ? *session.next->silence : milliseconds(0);
   return silence.count() > 0 ? silence : session.conversation.timeout();
 }
 
 Verdict Report(Session& session, const Turn& turn) {
   session.exchange = ExchangeOf(turn);
-  if (turn.answer || session.silence) return {};
+  if (turn.answer || IsSilenceExpected(session)) return {};
   return Failed(turn.answer.error().message);
 }
 
@@ -72,6 +76,18 @@ void ReadNoAnswer(LineReader& line, Step& step) {
     const milliseconds limit = within.count() > 0 ? within : session.conversation.timeout();
     const Result<Answer>& answer = session.dialogue.Answered(limit).answer;
     return Compared(!answer, "no answer", answer ? Quoted(answer->data) : "");
+  };
+}
+
+// closed
+void ReadExpectClosed(Step& step) {
+  step.role = StepRole::kLooks;
+  step.expects_closed = true;
+  step.run = [](Session& session) -> Verdict {
+    Session::Pause(session.conversation.timeout());
+    if (HasApplicationClosed()) return {};
+    return Failed(
+        fmt::format("The application has not ended within {} ms.", session.conversation.timeout().count()));
   };
 }
 
@@ -146,10 +162,11 @@ void ReadInject(LineReader& line, Step& step) {
   }
 }
 
-// expect MATCHER, expect no answer, expect action
+// expect MATCHER, expect no answer, expect action, expect closed
 void ReadExpect(LineReader& line, Step& step) {
   if (line.TakeWord("no")) return ReadNoAnswer(line, step);
   if (line.TakeWord("action")) return ReadExpectAction(line, step);
+  if (line.TakeWord("closed")) return ReadExpectClosed(step);
   CheckAnswer(step,
               [matcher = ReadMatcher(line)](const Answer& answer) { return Compared(matcher, answer.data); });
 }

@@ -43,6 +43,11 @@ ScriptRunner::ScriptRunner(Conversation& conversation, EventSink& events, Runner
       session_(conversation, options_.pace),
       timeout_(conversation.timeout()) {}
 
+const Error* ScriptRunner::Obstacle() const {
+  const bool is_as_expected = has_ended_as_expected_ && !is_over_ && HasApplicationClosed();
+  return is_as_expected ? nullptr : WhyWaitsEnd();
+}
+
 void ScriptRunner::Run(const VoiceScript& script) {
   events_.Take(ScriptStarted{script.file});
   session_.items.Forget();
@@ -83,9 +88,8 @@ void ScriptRunner::RunTest(const ScriptTest& test, bool is_last) {
     }
     StepDone done{step.place, step.statement, step.source, StepStatus::kSkipped, {}, {}, {}, {}};
     if (!has_failed && !is_over_) {
-      const bool has_next = i + 1 < test.steps.size();
-      session_.silence = has_next ? test.steps[i + 1].silence : std::nullopt;
-      done = RunStep(step, is_last && !has_next);
+      session_.next = i + 1 < test.steps.size() ? &test.steps[i + 1] : nullptr;
+      done = RunStep(step, is_last && session_.next == nullptr);
     }
     has_failed = has_failed || done.status == StepStatus::kFailed;
     Count(done.status);
@@ -99,8 +103,14 @@ StepDone ScriptRunner::RunStep(const Step& step, bool is_last) {
   const Status ready = std::exchange(ready_, Status());
   Verdict verdict = ready ? Do(step, is_last) : Verdict(ready);
   done.duration = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
-  is_over_ = IsInterrupted();
-  if (is_over_) verdict = Failed(WhyWaitsEnd()->message);
+  if (HasEndedAsExpected(step)) {
+    // The step in front of the one that expects it is cut short.
+    verdict = {};
+    has_ended_as_expected_ = step.expects_closed;
+  } else if (IsInterrupted()) {
+    verdict = Failed(WhyWaitsEnd()->message);
+    is_over_ = true;
+  }
   ReportPage();
   done.exchange = std::exchange(session_.exchange, {});
   std::string shown = std::exchange(session_.shown, "");
@@ -112,6 +122,11 @@ StepDone ScriptRunner::RunStep(const Step& step, bool is_last) {
     Document(done);
   }
   return done;
+}
+
+bool ScriptRunner::HasEndedAsExpected(const Step& step) const {
+  const bool is_next = session_.next != nullptr && session_.next->expects_closed;
+  return HasApplicationClosed() && !has_ended_as_expected_ && (step.expects_closed || is_next);
 }
 
 Verdict ScriptRunner::Do(const Step& step, bool is_last) {
@@ -146,6 +161,7 @@ void ScriptRunner::ReportPage() {
     reported_actions_ = actions;
     events_.Take(ActionsRegistered{actions});
   }
+  if (HasApplicationClosed() && !std::exchange(is_closing_reported_, true)) events_.Take(ApplicationClosed{});
   for (; reported_crashes_ < conversation_.crashes(); ++reported_crashes_) events_.Take(PageCrashed{});
 }
 

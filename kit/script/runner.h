@@ -32,8 +32,11 @@ class ScriptRunner {
 
   // Runs the tests of a script; all but the first script begin with a fresh page. A failed step ends its
   // test. When waits end for good (service/main_loop.h), the present step fails and everything after it is
-  // skipped.
+  // skipped; unless the application has ended as a step expects.
   void Run(const VoiceScript& script);
+
+  // Why not everything could be run; null when nothing is in the way.
+  const Error* Obstacle() const;
 
   const Totals& totals() const { return totals_; }
 
@@ -43,6 +46,8 @@ class ScriptRunner {
   Status PrepareTest();
   void RunTest(const ScriptTest& test, bool is_last);
   StepDone RunStep(const Step& step, bool is_last);
+  // Whether the application has ended as this step or the next expects.
+  bool HasEndedAsExpected(const Step& step) const;
   Verdict Do(const Step& step, bool is_last);
   // What the reports show of a failure beside its message.
   void Document(StepDone& done);
@@ -60,6 +65,9 @@ class ScriptRunner {
   bool is_first_script_ = true;
   // Waits end, and a step has failed because of that.
   bool is_over_ = false;
+  // The application has ended, as a step expected.
+  bool has_ended_as_expected_ = false;
+  bool is_closing_reported_ = false;
   // Why the next step can't run.
   Status ready_;
   // Crashes and registered actions that are in the events already; crashes after which the page was waited

@@ -38,6 +38,8 @@ struct Step {
   std::function<Verdict(Session& session)> run;
   // The step expects that what was sent is not answered within this time; zero for the time limit.
   std::optional<std::chrono::milliseconds> silence;
+  // The step expects that the application ends, be it during the step in front of it.
+  bool expects_closed = false;
 };
 
 struct ScriptTest {

@@ -5,6 +5,10 @@
 
 namespace corvis::kit {
 
+bool HasApplicationClosed() {
+  return IsInterrupted() && WhyWaitsEnd()->kind == ErrorKind::kClosed;
+}
+
 void Session::Pause(std::chrono::milliseconds time) {
   WaitUntil([] { return false; }, time);
 }

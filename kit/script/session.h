@@ -11,9 +11,13 @@
 #include "events/events.h"
 #include "script/dialogue.h"
 #include "script/screen_items.h"
+#include "script/script.h"
 #include "script/verdict.h"
 
 namespace corvis::kit {
+
+// Whether the application has ended by itself. Nothing can be asked of it any more.
+bool HasApplicationClosed();
 
 class Session {
  public:
@@ -36,8 +40,8 @@ class Session {
   // Of the step that runs, for the reports: what it said, and what the page showed.
   std::optional<Exchange> exchange;
   std::string shown;
-  // What the next step expects, when it is silence.
-  std::optional<std::chrono::milliseconds> silence;
+  // What follows the step that runs in its test; null at the end.
+  const Step* next = nullptr;
 
  private:
   std::chrono::milliseconds pace_;

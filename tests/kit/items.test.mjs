@@ -185,7 +185,7 @@ test('the lint takes for an item what the API takes for one', async (t) => {
   );
 });
 
-test('the lint tells of a page that never listens', async (t) => {
+test('the lint reports a page that never listens', async (t) => {
   const { code, text } = await run(['lint', '--timeout', '300', writePage(t, '<button>Play</button>')]);
   assert.equal(code, 1, text);
   assert.match(text, /^listen /m);

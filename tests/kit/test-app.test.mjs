@@ -25,7 +25,7 @@ async function testApp(t, script, options = []) {
   return { folder, ...(await run(['test-app', ...options, folder, 'a.voice'], { cwd: folder })) };
 }
 
-test('a failure tells the place, what was expected, what came, and shows the page', async (t) => {
+test('a failure has the place, what was expected and what came, and a picture of the page', async (t) => {
   const options = ['--junit', 'out/report.xml', '--coverage-min', '90'];
   const { code, text, folder } = await testApp(
     t,
@@ -112,7 +112,7 @@ test('every way for a run to end has its status', async (t) => {
   }
 });
 
-test('JSON events, and nothing else, stand on standard output', async (t) => {
+test('JSON events, and nothing else, go to standard output', async (t) => {
   const folder = writePage(t, page);
   writeFileSync(
     path.join(folder, 'a.voice'),

@@ -60,6 +60,7 @@ TEST(VoiceScript, TakesEveryFormOfEveryStatement) {
                         "inject after 50ms command=x",
                         "expect is success",
                         "expect no answer",
+                        "expect closed",
                         "expect action ACTION_PLAY with is \"\"",
                         "within 50 ms",
                         "show \"#a b\" is c",
