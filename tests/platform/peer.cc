@@ -45,7 +45,10 @@ bool isCalm() {
   constexpr int kMilliseconds = 50;
   g_timeout_add(kMilliseconds, end, &is_over);
   int turns = 0;
-  for (; !is_over; ++turns) g_main_context_iteration(nullptr, TRUE);
+  while (!is_over) {
+    g_main_context_iteration(nullptr, TRUE);
+    ++turns;
+  }
   constexpr int kFewTurns = 10;
   return turns < kFewTurns;
 }

@@ -56,7 +56,7 @@ TEST_F(ChannelTest, TwelveKibibytesGoWholeAndOneByteMoreIsCut) {
 
 TEST_F(ChannelTest, CutsAtMultiplesOfTwelveDepthFirst) {
   // The port takes this many bytes of data beside the rest of a message.
-  const auto set_limit = [this](size_t data) {
+  const auto set_limit = [](size_t data) {
     platform().port_limit = static_cast<int>(fake::Encode({{"command", "partial_result"},
                                                            {"strData", std::string(data, 'x')},
                                                            {"totalDataLength", "100"},

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr const char* kActions = R"("ACTION_PLAY","ACTION_SEARCH")";
+constexpr const char* kSomeActions = R"("ACTION_PLAY","ACTION_SEARCH")";
 
 void ExpectNothingLeft(const std::string& context) {
   fake::Platform& platform = fake::Platform::Get();
@@ -56,7 +56,7 @@ void UsePage(fake::Runtime& runtime, InstanceHandle page) {
   fake::Platform& platform = fake::Platform::Get();
   runtime.Call(page, kCheckPrivileges);
   runtime.Call(page, kListen);
-  runtime.Call(page, kSetCallback, R"({"actions":[)" + std::string(kActions) + "]}");
+  runtime.Call(page, kSetCallback, R"({"actions":[)" + std::string(kSomeActions) + "]}");
   for (const char* action : {"ACTION_PLAY", "ACTION_SEARCH", "ACTION_STOP"}) {
     platform.Deliver(action, fake::Encode({{"title", "a"}}));
     const std::string answer(action == std::string("ACTION_PLAY") ? 40'000 : 7, 'x');
@@ -69,7 +69,7 @@ void UsePage(fake::Runtime& runtime, InstanceHandle page) {
 
 void ExpectTheNextPageToWork(fake::Runtime& runtime, const std::string& context) {
   fake::Platform& platform = fake::Platform::Get();
-  const InstanceHandle page = runtime.NewListeningPage(kActions);
+  const InstanceHandle page = runtime.NewListeningPage(kSomeActions);
   EXPECT_TRUE(platform.Deliver("ACTION_PLAY", "1")) << context;
   EXPECT_EQ(runtime.TakePosted(page).size(), 1U) << context;
   runtime.DestroyPage(page);
@@ -109,15 +109,15 @@ TEST(Destruction, APageEndsWithinThePostingOfACommand) {
       [](fake::Runtime& runtime, InstanceHandle page, InstanceHandle other) {
         runtime.DestroyPage(other);
         runtime.DestroyPage(page);
-        runtime.NewListeningPage(kActions);
+        runtime.NewListeningPage(kSomeActions);
       },
       [](fake::Runtime& runtime, InstanceHandle, InstanceHandle) { runtime.Shutdown(); },
   };
   for (const End end : kEnds) {
     fake::Platform::Reset();
     fake::Runtime runtime;
-    const InstanceHandle other = runtime.NewListeningPage(kActions);
-    const InstanceHandle page = runtime.NewListeningPage(kActions);
+    const InstanceHandle other = runtime.NewListeningPage(kSomeActions);
+    const InstanceHandle page = runtime.NewListeningPage(kSomeActions);
     runtime.on_post = [&](InstanceHandle) { end(runtime, page, other); };
     EXPECT_TRUE(fake::Platform::Get().Deliver("ACTION_SEARCH", fake::Encode({{"title", "a"}})));
     runtime.on_post = nullptr;
