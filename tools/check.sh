@@ -1,0 +1,67 @@
+# The checks of the whole tree. Sourced by ../corvis.
+
+check_usage() {
+  cat <<'EOT'
+Usage: corvis check
+
+Formatters, linters, the layers, and three builds with warnings as errors: GCC, Clang with clang-tidy, and Release
+without assertions. Prints one line a check; what a failed one printed is shown and kept in a file.
+EOT
+}
+
+# The tracked files that end in one of the arguments.
+tracked() {
+  local ending patterns=()
+  for ending in "$@"; do patterns+=("*.$ending"); done
+  git -C "$home" ls-files -- "${patterns[@]}"
+}
+
+# Runs one check: its name, then the command.
+check_step() {
+  local name=$1 log=$build/check/${1// /-}.log begin=$SECONDS
+  shift
+  if "$@" >"$log" 2>&1 </dev/null; then
+    passed=$((passed + 1))
+    echo "✔ $name ($((SECONDS - begin)) s)"
+  else
+    failed=$((failed + 1))
+    # The findings of a build, without the compiler's command lines and counts.
+    grep -vE '^(\[[0-9]+/|ninja: |[0-9]+ warnings? |Suppressed |Use -header-filter)|^/usr/bin/(c\+\+|cmake|clang)' "$log" |
+      tail -n 100
+    echo "✖ $name ($((SECONDS - begin)) s); its output is in $log"
+  fi
+}
+
+# Clang's build is made anew when clang-tidy is to look for something else.
+build_with_clang() {
+  [ -z "$(find $(git ls-files '*.clang-tidy') -newer "$build-clang/corvis-options" 2>&1)" ] || rm -rf "$build-clang"
+  build_all "$build-clang" -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_CXX_CLANG_TIDY="clang-tidy;--quiet" \
+    -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=
+}
+
+# Builds everything, tests, benchmarks and fuzzers included, in a folder of its own, past the first error.
+build_all() {
+  local folder=$1
+  shift
+  configure "$folder" -DCORVIS_BUILD_TESTS=ON -DCORVIS_BUILD_BENCH=ON "$@" && ninja -k 0 -C "$folder"
+}
+
+corvis_check() {
+  [ $# = 0 ] || { check_usage; [ "$1" = --help ] || [ "$1" = -h ]; return; }
+  install_missing "${kit_packages[@]}" "${test_packages[@]}" "${bench_packages[@]}" "${check_packages[@]}"
+  prepare_node
+  cd "$home"
+  make_build_folder "$build"
+  mkdir -p "$build/check"
+  check_step clang-format eval "tracked cc h | xargs clang-format --dry-run --Werror"
+  check_step prettier npx prettier --check --log-level warn .
+  check_step eslint npx eslint .
+  check_step layers node tools/layers.mjs
+  configure "$build" -DCORVIS_BUILD_TESTS=ON
+  check_step "build with GCC" ninja -k 0 -C "$build"
+  check_step "build with Clang and clang-tidy" build_with_clang
+  check_step "build for release" build_all "$build-release" -DCMAKE_BUILD_TYPE=Release
+  check_step "tests of the release" ctest --test-dir "$build-release" --output-on-failure -j "$(nproc)"
+  echo "$passed checks passed, $failed failed"
+  [ "$failed" = 0 ]
+}

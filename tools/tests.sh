@@ -1,0 +1,84 @@
+# The tests: built, run and counted. Sourced by ../corvis.
+
+test_usage() {
+  cat <<'EOT'
+Usage: corvis test [--sanitize] [--native|--script|--npm|--kit]
+
+Builds and passes all tests, or one part of them: native (C++), script (the script API in a browser), npm (the npm
+package), kit (from end to end, with real processes). With --sanitize: the native tests under ASan and UBSan. The last
+line has the totals.
+EOT
+}
+
+passed=0 failed=0
+
+# Runs one runner, shows what it prints, and adds up its totals. A runner that counted nothing has failed.
+count_results() {
+  local name=$1 log=$build/tests.log status=0
+  shift
+  echo "== $name" >&2
+  "$@" 2>&1 | tee "$log" || status=$?
+  local good bad
+  good=$(sed -nE 's/^[0-9]+% tests passed, ([0-9]+) tests failed out of ([0-9]+)$/\2 \1/p; s/^(ℹ|#) pass ([0-9]+)$/\2 0/p' \
+    "$log" | awk '{ n += $1 - $2 } END { print n + 0 }')
+  bad=$(sed -nE 's/^[0-9]+% tests passed, ([0-9]+) tests failed out of .*/\1/p; s/^(ℹ|#) fail ([0-9]+)$/\2/p' "$log" |
+    awk '{ n += $1 } END { print n + 0 }')
+  passed=$((passed + good)) failed=$((failed + bad))
+  if [ "$status" != 0 ] && [ "$bad" = 0 ] || [ $((good + bad)) = 0 ]; then
+    echo "$name: the runner ended with status $status." >&2
+    failed=$((failed + 1))
+  fi
+}
+
+native_tests() {
+  count_results "native tests" ctest --test-dir "$1" --output-on-failure --no-tests=error -j "$(nproc)"
+}
+
+# Runs the tests in JavaScript below the given folders.
+node_tests() {
+  local name=$1 files
+  shift
+  prepare_node
+  mapfile -t files < <(find "$@" -name '*.test.mjs' | sort)
+  CORVIS_BUILD=$build CORVIS_SCRIPT_API=$build/voiceinteraction_api.js \
+    count_results "$name" node --test --test-reporter=spec "${files[@]}"
+}
+
+# The same tests in an instrumented build of their own.
+sanitized_tests() {
+  configure "$build-sanitize" -DCORVIS_BUILD_TESTS=ON -DCORVIS_SANITIZE=address,undefined -DCMAKE_BUILD_TYPE=Debug
+  compile "$build-sanitize" native_tests
+  native_tests "$build-sanitize"
+}
+
+test_parts() {
+  local part
+  configure "$build" -DCORVIS_BUILD_TESTS=ON
+  compile "$build"
+  for part in "$@"; do
+    case $part in
+      native) native_tests "$build" ;;
+      script) node_tests "script tests" tests/src ;;
+      npm) prepare_npm_package; node_tests "npm tests" tests/npm ;;
+      kit) node_tests "kit tests" tests/{runtime,examples,kit,docs,robustness,bench} ;;
+    esac
+  done
+}
+
+corvis_test() {
+  local parts=() sanitize= option
+  for option in "$@"; do
+    case $option in
+      -h | --help) test_usage; return ;;
+      --sanitize) sanitize=1 ;;
+      --native | --script | --npm | --kit) parts+=("${option#--}") ;;
+      *) fail "test does not know $option; see corvis test --help." 2 ;;
+    esac
+  done
+  [ ${#parts[@]} -gt 0 ] || parts=(native script npm kit)
+  install_missing "${kit_packages[@]}" "${test_packages[@]}"
+  cd "$home"
+  if [ -n "$sanitize" ]; then sanitized_tests; else test_parts "${parts[@]}"; fi
+  echo "$passed passed, $failed failed"
+  [ "$failed" = 0 ]
+}
