@@ -19,74 +19,14 @@ export function scriptText() {
   return files.map((name) => readFileSync(new URL(name, scriptFolder), 'utf8')).join('\n');
 }
 
-/** Runs in the page: defines `voice`, the script API beside the recording native side that it talks to. */
-function installVoice(text) {
-  const state = { calls: [], logs: [], listeners: new Map(), failing: {}, throwing: {} };
-  class NativeManager {
-    constructor(channel) {
-      state.channel = channel;
-    }
-    callSync(name, args) {
-      state.calls.push([name, JSON.parse(JSON.stringify(args))]);
-      if (state.throwing[name]) throw new Error(`no ${name}`);
-      if (state.failing[name]) return { status: 'error', error: state.failing[name] };
-      return { status: 'success', result: '1.0.8' };
-    }
-    isFailure(result) {
-      return result.status === 'error';
-    }
-    getErrorObject(result) {
-      return Object.assign(new Error(result.error), { name: 'SecurityError' });
-    }
-    addListener(id, listener) {
-      state.listeners.set(id, listener);
-    }
-    removeListener(id, listener) {
-      if (state.listeners.get(id) === listener) state.listeners.delete(id);
-    }
-  }
-  class CorviException extends Error {
-    static TYPE_MISMATCH_ERR = 17;
-    constructor(code, message) {
-      super(message);
-      this.name = code === CorviException.TYPE_MISMATCH_ERR ? 'TypeMismatchError' : `code ${code}`;
-    }
-  }
-  const xwalk = { utils: { type: {}, converter: {}, validator: { Types: {} }, NativeManager } };
-  const fakeConsole = { log: (...args) => state.logs.push(args.join(' ')) };
-  // `peek` is an eval inside the script's scope, for the few tests that ask for internals.
-  const body = `var exports;${text}\n;return { api: exports, peek: function (code) { return eval(code); } };`;
-  const wrap = new Function('extension', 'xwalk', 'CorviException', 'console', body);
-  const made = wrap('the channel', xwalk, CorviException, fakeConsole);
+const pageScript = (name) => readFileSync(new URL(`page/${name}`, import.meta.url), 'utf8');
 
-  window.voice = Object.assign(state, made, {
-    /** The answer to a command; delivered to the script's one listener even where the page didn't register. */
-    deliver(action, param, listenerId = 'ACTION_ITEM_SELECTION') {
-      state.calls.length = 0;
-      const message = { action, listenerId };
-      if (param !== undefined) message.param = param;
-      state.listeners.get(listenerId)(message);
-      const answers = state.calls.filter(([name]) => name === 'Response');
-      if (answers.length !== 1 || answers[0][1].action !== action) return { answers };
-      return answers[0][1].response;
-    },
-    /** "name: message" of what `action` throws, or what it returns. */
-    outcome(action) {
-      try {
-        return action();
-      } catch (error) {
-        return `${error.name}: ${error.message}`;
-      }
-    },
-    contentContext: () => JSON.parse(state.deliver('ACTION_REQUEST_CONTENT_CONTEXT')),
-    mismatch: (message) => `TypeMismatchError: ${message}`,
-    /** The lines that \`action\` writes to the log. */
-    logged(action) {
-      state.logs.length = 0;
-      action();
-      return state.logs.slice();
-    },
-  });
+/** The text of a function that maps a page in the plainest way; runs inside the page. */
+export const plainElementMap = `(function () { ${pageScript('plain-element-map.js')} })`;
+
+/** Runs in the page: defines `voice`. */
+function installVoice([body, text]) {
+  window.voice = new Function('scriptText', body)(text);
 }
 
 function serve(documents) {
@@ -116,7 +56,7 @@ export async function startBrowser() {
       documents.set('/', `<!doctype html><meta charset="utf-8"><title></title>${html}`);
       const page = await browser.newPage({ viewport: { width: 1280, height: 720 } });
       await page.goto(origins[0]);
-      await page.evaluate(installVoice, scriptText());
+      await page.evaluate(installVoice, [pageScript('voice.js'), scriptText()]);
       await page.evaluate(() => window.voice.api.setCallback({ unused: true }));
       return page;
     },

@@ -11,8 +11,9 @@ const layers = {
   runtime: ['platform/include', 'platform/desktop/include'],
   kit: ['platform/include', 'platform/desktop/include', 'runtime/include'],
   'kit/language': ['kit/base'],
+  npm: ['platform', 'src', 'kit'],
   testing: product,
-  tests: [...product, 'testing', 'tools'],
+  tests: [...product, 'npm', 'testing', 'tools'],
   fuzz: [...product, 'testing'],
   bench: [...product, 'testing'],
 };

@@ -1,10 +1,9 @@
 // How long the script takes to map a page, beside the floor (visiting the same elements and reading box, style and
 // text, nothing else), beside two packages that find elements and their names, and beside the plainest implementation.
 import path from 'node:path';
-import { startBrowser } from '../../testing/browser.mjs';
+import { plainElementMap, startBrowser } from '../../testing/browser.mjs';
 import { atLeast, atMost, ratioAtMost } from '../report/result.mjs';
 import { median, threeDigits, timeText } from '../report/statistics.mjs';
-import { plainElementMap } from '../../testing/plain-element-map.mjs';
 import { workloads } from '../script/workloads.mjs';
 import { outputOf, root } from './programs.mjs';
 
@@ -63,7 +62,7 @@ async function measurePage(browser, name, size, { rounds, packages }) {
   const samples = { floor: [], ours: [], packages: [], plain: [] };
   for (let i = -warmUps; i < rounds; i++) {
     const { times, found } = await page.evaluate(measureOnce, {
-      plainMap: String(plainElementMap),
+      plainMap: plainElementMap,
       withPackages: i >= 0 && i < 5,
       withPlain: size <= plainLimit && i >= 0 && i < 3,
     });

@@ -50,7 +50,7 @@ class PairReader {
     const std::string key(rest_.substr(0, end));
     rest_.remove_prefix(end + 1);
     std::string value;
-    const Readable is_value = ReadValue(key, value);
+    Readable is_value = ReadValue(key, value);
     if (!is_value || !*is_value) return is_value;
     if (!keys_.insert(key).second) return FailToRead("Duplicate key " + key);
     entries.emplace_back(key, value);

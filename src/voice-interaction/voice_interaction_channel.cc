@@ -32,7 +32,7 @@ void AddText(bundle* message, const char* key, const char* value) {
 
 // `data` is a part of a text that ends with a NUL: only what is cut off in front of that needs a copy.
 void AddData(bundle* message, std::string_view data) {
-  const bool is_whole = data.data()[data.size()] == '\0';
+  const bool is_whole = *(data.data() + data.size()) == '\0';
   AddText(message, kDataKey, is_whole ? data.data() : std::string(data).c_str());
 }
 

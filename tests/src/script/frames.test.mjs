@@ -2,8 +2,7 @@
 // implementation of the map.
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { plainElementMap } from '../../../testing/plain-element-map.mjs';
-import { checkTable, startBrowser } from '../../../testing/browser.mjs';
+import { checkTable, plainElementMap, startBrowser } from '../../../testing/browser.mjs';
 
 let browser;
 before(async () => {
@@ -120,7 +119,7 @@ test('random pages get the map that the plainest implementation makes', async ()
   for (let seed = 1; seed <= 60; seed++) {
     const { plain, script, counts } = await page.evaluate(mapRandomPage, {
       seed,
-      plain: String(plainElementMap),
+      plain: plainElementMap,
     });
     assert.deepEqual(script, plain, `seed ${seed}`);
     [items, framed] = [items + counts[0], framed + counts[1]];
