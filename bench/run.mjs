@@ -13,6 +13,7 @@ import * as library from './rows/library.mjs';
 import * as logging from './rows/logging.mjs';
 import * as roundTrip from './rows/round-trip.mjs';
 import * as script from './rows/script.mjs';
+import * as size from './rows/size.mjs';
 
 const benchmarks = new Map([
   ['round-trip', roundTrip],
@@ -22,6 +23,7 @@ const benchmarks = new Map([
   ['element-map', elementMap],
   ['script', script],
   ['library', library],
+  ['size', size],
   ['logging', logging],
 ]);
 

@@ -17,6 +17,7 @@ in the same run. docs/performance.md tells more. Without a name all are measured
   element-map    finding what can be selected on a page
   script         the script API's start, and a command in it
   library        loading the library, and its memory for a page
+  size           the library, its script and its memory; without --short for 32-bit and 64-bit ARM, too
   logging        the log calls while logging is switched off
 
 Options

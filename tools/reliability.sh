@@ -68,6 +68,7 @@ instead of minutes. Without a name all are run:
   load                   very many commands, and answers of every special size
   hostile-peers          messages that are wrong in every way
   permissions            what is refused without the privileges, to other users, and in other folders
+  processors             the native tests on 32-bit and 64-bit ARM, emulated; not part of --short unless named
 
 Exit status: 0 everything held; 1 something did not; 2 wrong usage.
 EOT
@@ -80,18 +81,30 @@ corvis_reliability() {
       -h | --help) reliability_usage; return ;;
       --short) short=(--short) ;;
       *)
-        [[ " ${reliability_programs[*]} " == *" $name "* ]] ||
+        [[ " ${reliability_programs[*]} processors " == *" $name "* ]] ||
           fail "reliability has no program $name; see corvis reliability --help." 2
         names+=("$name") ;;
     esac
   done
-  [ ${#names[@]} -gt 0 ] || names=("${reliability_programs[@]}")
+  if [ ${#names[@]} = 0 ]; then
+    names=("${reliability_programs[@]}")
+    # Its compilers are large, and it has no short form.
+    [ ${#short[@]} -gt 0 ] || names+=(processors)
+  fi
+  if [ "${names[*]}" = processors ]; then
+    test_processors
+    return
+  fi
   install_missing "${kit_packages[@]}" "${test_packages[@]}"
   prepare_node
   configure "$build" -DCORVIS_BUILD_TESTS=ON
   compile "$build" "${kit_targets[@]}" robustness_programs
   export CORVIS_BUILD=$build
   for name in "${names[@]}"; do
+    if [ "$name" = processors ]; then
+      test_processors || status=1
+      continue
+    fi
     local program=("$build/bin/robustness_programs" "$name")
     [ ! -f "$home/tests/robustness/$name.mjs" ] || program=(node "$home/tests/robustness/$name.mjs")
     with_private_bus "${program[@]}" "${short[@]}" || status=1

@@ -1,24 +1,13 @@
 // What a page's native object takes of memory: pages that register, ask for the privileges and listen, and
 // the growth of the resident set, in bytes a page:
 //   bench_instances LIBRARY.so PAGES
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 
+#include "native/numbers.h"
 #include "native/page_host.h"
 
 namespace {
-
-// Pages of memory, the second number of this file.
-long ResidentBytes() {
-  long size = 0;
-  long resident = 0;
-  std::FILE* const file = std::fopen("/proc/self/statm", "r");
-  if (file == nullptr || std::fscanf(file, "%ld %ld", &size, &resident) != 2) std::abort();
-  std::fclose(file);
-  return resident * sysconf(_SC_PAGESIZE);
-}
 
 void MakePage(bench::PageHost& host) {
   const InstanceHandle page = host.NewListeningPage();
@@ -36,8 +25,8 @@ int main(int count, char** arguments) {
   }
   bench::PageHost host(arguments[1]);
   MakePage(host);
-  const long before = ResidentBytes();
+  const long before = bench::ResidentBytes();
   for (int i = 0; i < pages; ++i) MakePage(host);
-  std::printf("%ld\n", (ResidentBytes() - before) / pages);
+  std::printf("%ld\n", (bench::ResidentBytes() - before) / pages);
   return 0;
 }

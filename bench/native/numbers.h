@@ -1,8 +1,11 @@
-// Taking times, and handing them to whoever compares them.
+// Measuring this process, and printing the figures.
 #ifndef CORVIS_BENCH_NUMBERS_H_
 #define CORVIS_BENCH_NUMBERS_H_
 
+#include <unistd.h>
+
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <utility>
 #include <vector>
@@ -16,6 +19,16 @@ inline double Microseconds(clockid_t clock) {
   constexpr double kNanosecondsPerMicrosecond = 1e3;
   return static_cast<double>(now.tv_sec) * kMicrosecondsPerSecond +
          static_cast<double>(now.tv_nsec) / kNanosecondsPerMicrosecond;
+}
+
+// The resident memory of this process.
+inline long ResidentBytes() {
+  long size = 0;
+  long resident = 0;
+  std::FILE* const file = std::fopen("/proc/self/statm", "r");
+  if (file == nullptr || std::fscanf(file, "%ld %ld", &size, &resident) != 2) std::abort();
+  std::fclose(file);
+  return resident * sysconf(_SC_PAGESIZE);
 }
 
 // One object of lists on a line of the standard output.

@@ -3,20 +3,21 @@ import { atMost } from '../report/result.mjs';
 import { median, timeText } from '../report/statistics.mjs';
 import { libraryPath, ourLibrary, outputOf, programPath } from './programs.mjs';
 
-const loadTime = (library) => Number(outputOf(programPath('bench_load'), [library]));
+/** Microseconds that loading takes, and the bytes of memory that the process has then. */
+export const load = (library) => outputOf(programPath('bench_load'), [library]).split(' ').map(Number);
 
 export function measure({ short }) {
   const ours = [];
   const against = [];
   const empty = libraryPath('bench_empty_library');
   for (let i = 0; i < (short ? 5 : 101); i++) {
-    ours.push(loadTime(ourLibrary));
-    against.push(loadTime(empty));
+    ours.push(load(ourLibrary)[0]);
+    against.push(load(empty)[0]);
   }
   const bytes = Number(outputOf(programPath('bench_instances'), [ourLibrary, '1000']));
   const lines = [
     atMost(1, {
-      what: 'loading and initialising the library',
+      what: 'loading and initializing the library',
       against: 'loading an empty library that links the same libraries: the difference',
       figure: (median(ours) - median(against)) / 1000,
       unit: ' ms',
@@ -33,6 +34,6 @@ export function measure({ short }) {
   return {
     lines,
     samples: { ours, against, bytesOfAnInstance: bytes },
-    plots: [{ kind: 'distribution', title: 'Loading and initialising', unit: 'µs', series }],
+    plots: [{ kind: 'distribution', title: 'Loading and initializing', unit: 'µs', series }],
   };
 }

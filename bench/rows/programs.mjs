@@ -4,7 +4,7 @@ import path from 'node:path';
 import { fileURLToPath } from 'node:url';
 
 export const root = path.resolve(path.dirname(fileURLToPath(import.meta.url)), '../..');
-const build = process.env.CORVIS_BUILD ?? path.join(root, 'build');
+export const build = process.env.CORVIS_BUILD ?? path.join(root, 'build');
 
 export const programPath = (name) => path.join(build, 'bin', name);
 export const libraryPath = (name) => path.join(build, 'lib', `${name}.so`);

@@ -7,9 +7,9 @@
 #include "nurvo_desktop/bundle_extras.h"
 
 namespace {
-// Up to here comparing with every key takes no longer than an index, which makes decoding four entries half as slow
-// again. Beyond, it is what keeps decoding linear: 8,192 entries, all that a message has room for, take 1.3 ms
-// with it and 57 ms without.
+// Up to here comparing with every key takes no longer than an index, which makes decoding four entries half
+// as slow again. Beyond, it is what keeps decoding linear: 8,192 entries, all that a message has room for,
+// take 1.3 ms with it and 57 ms without.
 constexpr size_t kMaxSearchedEntries = 16;
 }  // namespace
 

@@ -20,8 +20,12 @@ const figures = [
   [/^element map: time for each item/, /\d/],
   [/^start of the script API in a page$/, / ms/],
   [/^a command through the script$/, / µs/],
-  [/^loading and initialising the library$/, / ms/],
+  [/^loading and initializing the library$/, / ms/],
   [/^resident memory of one page that listens$/, / KiB/],
+  [/^stripped library/, / KiB/],
+  [/^relocations of the library$/, /\d/],
+  [/^script API$/, / KiB/],
+  [/^resident memory of a process with the library$/, / KiB/],
   [/^native work of a command with logging switched off$/, / %/],
 ];
 

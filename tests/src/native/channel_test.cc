@@ -132,16 +132,4 @@ TEST_F(ChannelTest, AFailedUnregistrationForgetsThePortAllTheSame) {
   EXPECT_THAT(platform().TakeSent(), ElementsAre("unregister|com.example.cinema"));
 }
 
-// Runs in a process of its own, since the channel never forgets its callback.
-TEST(ChannelBeforeInitTest, DropsCommands) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(
-      {
-        fake::Platform::Reset();
-        VoiceInteractionChannel::OnMessageReceived(1, "", "", false, nullptr, nullptr);
-        std::_Exit(fake::Platform::Get().LogWith("No Callback Member").size() == 1 ? 0 : 1);
-      },
-      testing::ExitedWithCode(0), "");
-}
-
 }  // namespace
