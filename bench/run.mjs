@@ -13,6 +13,7 @@ import * as library from './rows/library.mjs';
 import * as logging from './rows/logging.mjs';
 import * as roundTrip from './rows/round-trip.mjs';
 import * as script from './rows/script.mjs';
+import * as simulator from './rows/simulator.mjs';
 import * as size from './rows/size.mjs';
 
 const benchmarks = new Map([
@@ -25,6 +26,7 @@ const benchmarks = new Map([
   ['library', library],
   ['size', size],
   ['logging', logging],
+  ['simulator', simulator],
 ]);
 
 const { values: options, positionals } = parseArgs({

@@ -19,6 +19,7 @@ in the same run. docs/performance.md tells more. Without a name all are measured
   library        loading the library, and its memory for a page
   size           the library, its script and its memory; without --short for 32-bit and 64-bit ARM, too
   logging        the log calls while logging is switched off
+  simulator      the npm package in a browser: size, start, a phrase
 
 Options
   --short            few samples: whether it runs, in seconds; its figures mean nothing
@@ -38,6 +39,7 @@ corvis_bench() {
   grep -qs '^CORVIS_BUILD_BENCH:BOOL=ON$' "$build/CMakeCache.txt" ||
     configure "$build" $(cat "$build/corvis-options" 2>/dev/null || echo -DCORVIS_BUILD_TESTS=OFF) -DCORVIS_BUILD_BENCH=ON
   compile "$build" "${kit_targets[@]}" bench_programs
+  prepare_npm_package
   unset NURVO_LOG
   export CORVIS_BUILD=$build CORVIS_SCRIPT_API=$build/voiceinteraction_api.js
   with_private_bus node "$home/bench/run.mjs" "$@"

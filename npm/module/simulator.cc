@@ -75,30 +75,30 @@ CORVIS_ENTRY("phrases") const char* Phrases() {
   return Returned(TextOf(TheTv()->Phrases()));
 }
 
-// The following return the step's event.
+// Steps: each announces its event before it returns.
 
-CORVIS_ENTRY("say") const char* Say(const char* phrase) {
-  return Returned(TextOf(TheTv()->Say(phrase)));
+CORVIS_ENTRY("say") void Say(const char* phrase) {
+  TheTv()->Say(phrase);
 }
 
-CORVIS_ENTRY("send") const char* Send(const char* raw) {
-  return Returned(TextOf(TheTv()->Send(raw)));
+CORVIS_ENTRY("send") void Send(const char* raw) {
+  TheTv()->Send(raw);
 }
 
 // `entries` is a list of keys and values, alternately.
-CORVIS_ENTRY("send_entries") const char* SendEntries(const char* action, const char* entries) {
+CORVIS_ENTRY("send_entries") void SendEntries(const char* action, const char* entries) {
   const std::vector<std::string> texts = ListOf(entries);
   kit::Entries pairs;
   for (size_t i = 0; i + 1 < texts.size(); i += 2) pairs.emplace_back(texts[i], texts[i + 1]);
-  return Returned(TextOf(TheTv()->SendEntries(action, pairs)));
+  TheTv()->SendEntries(action, pairs);
 }
 
-CORVIS_ENTRY("items") const char* Items(const char* title) {
-  return Returned(TextOf(TheTv()->Items(title)));
+CORVIS_ENTRY("items") void Items(const char* title) {
+  TheTv()->Items(title);
 }
 
-CORVIS_ENTRY("restart") const char* Restart() {
-  return Returned(TextOf(TheTv()->Restart()));
+CORVIS_ENTRY("restart") void Restart() {
+  TheTv()->Restart();
 }
 
 CORVIS_ENTRY("set_privileges") void SetPrivileges(const char* privileges) {

@@ -59,7 +59,7 @@ void Tv::SetPrivileges(const std::vector<std::string>& privileges) {
   static_cast<void>(conversation_.runtime().SetPrivileges(uris));
 }
 
-Json Tv::Step(const char* statement, const std::string& argument, const Run& run) {
+void Tv::Step(const char* statement, const std::string& argument, const Run& run) {
   const Acting service(kit::wire::kServiceId);
   const auto begin = kit::Clock::now();
   const std::string source = statement + (argument.empty() ? "" : " " + argument);
@@ -68,7 +68,6 @@ Json Tv::Step(const char* statement, const std::string& argument, const Run& run
   run(event);
   event["ms"] = Milliseconds(kit::Clock::now() - begin);
   Announce(event);
-  return event;
 }
 
 void Tv::AddTurn(Json& event, const kit::Turn& turn) {
@@ -85,32 +84,32 @@ void Tv::AddTurn(Json& event, const kit::Turn& turn) {
   if (!exception.empty()) event["exception"] = exception;
 }
 
-Json Tv::Say(const std::string& phrase) {
-  return Speak("say", phrase, [&] { return conversation_.Say(phrase); });
+void Tv::Say(const std::string& phrase) {
+  Speak("say", phrase, [&] { return conversation_.Say(phrase); });
 }
 
-Json Tv::Send(const std::string& raw) {
-  return SendCommand(raw, kit::ParseRawCommand(raw));
+void Tv::Send(const std::string& raw) {
+  SendCommand(raw, kit::ParseRawCommand(raw));
 }
 
-Json Tv::SendEntries(const std::string& action, const kit::Entries& entries) {
+void Tv::SendEntries(const std::string& action, const kit::Entries& entries) {
   const kit::Command command{action, "", entries, true};
-  return SendCommand(action + " " + DescribeData(command), command);
+  SendCommand(action + " " + DescribeData(command), command);
 }
 
-Json Tv::SendCommand(const std::string& raw, const kit::Result<kit::Command>& command) {
-  return Speak("send", raw, [&] {
+void Tv::SendCommand(const std::string& raw, const kit::Result<kit::Command>& command) {
+  Speak("send", raw, [&] {
     const std::string problem = command ? kit::UnknownActionWarning(*command) : command.error().message;
     return problem.empty() ? conversation_.Send(*command, raw) : NotSent(raw, problem);
   });
 }
 
-Json Tv::Speak(const char* statement, const std::string& said, const std::function<kit::Turn()>& speak) {
-  return Step(statement, said, [&](Json& event) { AddTurn(event, speak()); });
+void Tv::Speak(const char* statement, const std::string& said, const std::function<kit::Turn()>& speak) {
+  Step(statement, said, [&](Json& event) { AddTurn(event, speak()); });
 }
 
-Json Tv::Items(const std::string& title) {
-  return Step("items", title, [&](Json& event) {
+void Tv::Items(const std::string& title) {
+  Step("items", title, [&](Json& event) {
     const auto list = conversation_.AskItems();
     AddTurn(event, conversation_.items_turn());
     if (!list) return TakeFailure(event, list.error());
@@ -120,8 +119,8 @@ Json Tv::Items(const std::string& title) {
   });
 }
 
-Json Tv::Restart() {
-  return Step("restart", "", [&](Json& event) {
+void Tv::Restart() {
+  Step("restart", "", [&](Json& event) {
     const kit::Status status = conversation_.Restart();
     if (!status) TakeFailure(event, status.error());
   });

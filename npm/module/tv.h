@@ -15,8 +15,8 @@ namespace corvis::simulator {
 
 using Json = nlohmann::json;
 
-// Every operation is a step, announced to the page and returned as the event that docs/voice-scripts.md
-// describes; what stands in a script's file is not in it.
+// Every operation is a step, announced to the page as the event that docs/voice-scripts.md describes; what
+// stands in a script's file is not in it.
 class Tv {
  public:
   // Starts the voice service. `privileges` are names or URIs.
@@ -26,15 +26,15 @@ class Tv {
   bool HasApp() const { return service_.HasApp(app_id()); }
 
   // A phrase, or "select TITLE" for an item of the screen.
-  Json Say(const std::string& phrase);
+  void Say(const std::string& phrase);
   // An action with its data, as a script's send has it.
-  Json Send(const std::string& raw);
+  void Send(const std::string& raw);
   // An action whose data is a bundle of these entries.
-  Json SendEntries(const std::string& action, const kit::Entries& entries);
+  void SendEntries(const std::string& action, const kit::Entries& entries);
   // What can be selected on the screen: the page's answer, and the numbers of the items with this title, of
   // all for an empty one.
-  Json Items(const std::string& title);
-  Json Restart();
+  void Items(const std::string& title);
+  void Restart();
   // A phrase for each action that the page handles itself.
   std::vector<std::string> Phrases() const;
   void SetPrivileges(const std::vector<std::string>& privileges);
@@ -45,9 +45,9 @@ class Tv {
  private:
   using Run = std::function<void(Json& event)>;
 
-  Json SendCommand(const std::string& raw, const kit::Result<kit::Command>& command);
-  Json Speak(const char* statement, const std::string& said, const std::function<kit::Turn()>& speak);
-  Json Step(const char* statement, const std::string& argument, const Run& run);
+  void SendCommand(const std::string& raw, const kit::Result<kit::Command>& command);
+  void Speak(const char* statement, const std::string& said, const std::function<kit::Turn()>& speak);
+  void Step(const char* statement, const std::string& argument, const Run& run);
   void AddTurn(Json& event, const kit::Turn& turn);
 
   kit::VoiceService service_;

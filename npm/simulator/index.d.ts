@@ -83,7 +83,7 @@ export interface Tv {
   phrases(): string[];
   /** Whether the page listens, as far as the voice service knows. */
   isListening(): boolean;
-  /** Everything so far, oldest first. */
+  /** Everything so far, oldest first; of a long life the last 10,000. */
   events(): SimulatorEvent[];
   /** Calls `listener` with every further event; returns a function that ends that. */
   onEvent(listener: (event: SimulatorEvent) => void): () => void;

@@ -12,6 +12,9 @@ const defaults = {
   console: 'none',
 };
 
+// What a page that is open all day makes a TV keep.
+const mostEvents = 10_000;
+
 // Where a page's TV is found by what else looks at the page; pages don't see it.
 const installed = Symbol.for('corvis.voiceinteraction.simulator');
 
@@ -80,11 +83,16 @@ class Tv {
 
   #take(event) {
     this.#events.push(event);
+    if (this.#events.length > mostEvents) this.#events.shift();
     for (const listener of this.#listeners) listener(event);
   }
 
+  /** Resolves with the step's event, the last that it announces. */
   #step(...args) {
-    return inLaterTurn(() => JSON.parse(this.#machine.text(...args)));
+    return inLaterTurn(() => {
+      this.#machine(...args);
+      return this.#events.at(-1);
+    });
   }
 
   say(text) {

@@ -1,21 +1,14 @@
 // The WebAssembly module: the library, the phrase language and the voice service. Its entry points take texts and give
 // texts (module/simulator.cc has them).
-import { inflateSync } from 'fflate';
-import packed from '#module';
+import { order, size, text as packed } from '#module';
+import { bytesOf } from './packing.js';
 
 const encoder = new TextEncoder();
 const decoder = new TextDecoder();
 
-function bytesOf(base64) {
-  const text = atob(base64);
-  const bytes = new Uint8Array(text.length);
-  for (let i = 0; i < text.length; i++) bytes[i] = text.charCodeAt(i);
-  return bytes;
-}
-
 let compiled;
 
-const wasmBytes = () => inflateSync(bytesOf(packed));
+const wasmBytes = () => bytesOf(packed, order, size);
 
 /** Compiles the module, once for all machines. */
 function compile() {
@@ -62,20 +55,47 @@ function systemOf(memory) {
   };
 }
 
+/** The size of the memory through which texts go in; longer ones get memory of their own. */
+const arenaSize = 65536;
+
 /** Texts in and out of the module's memory. */
 function textsOf(exports) {
-  const bytes = () => new Uint8Array(exports.memory.buffer);
+  const arena = exports.malloc(arenaSize);
+  let top = 0;
+  let view = new Uint8Array();
+  // The memory's buffer is another one when the memory has grown.
+  const bytes = () =>
+    view.buffer === exports.memory.buffer ? view : (view = new Uint8Array(exports.memory.buffer));
+  const writeLong = (text) => {
+    const encoded = encoder.encode(text);
+    const at = exports.malloc(encoded.length + 1);
+    bytes().set(encoded, at);
+    bytes()[at + encoded.length] = 0;
+    return at;
+  };
+  const writeShort = (text) => {
+    const at = arena + top;
+    const { written } = encoder.encodeInto(text, bytes().subarray(at, arena + arenaSize));
+    bytes()[at + written] = 0;
+    top += written + 1;
+    return at;
+  };
   return {
     read(at) {
       const memory = bytes();
       return decoder.decode(memory.subarray(at, memory.indexOf(0, at)));
     },
-    write(text) {
-      const encoded = encoder.encode(text);
-      const at = exports.malloc(encoded.length + 1);
-      bytes().set(encoded, at);
-      bytes()[at + encoded.length] = 0;
-      return at;
+    /** Calls `use` with the places of the texts, which are there until it returns. */
+    lend(texts, use) {
+      const before = top;
+      // A code unit takes at most three bytes.
+      const places = texts.map((text) =>
+        top + 3 * text.length < arenaSize ? writeShort(text) : writeLong(text)
+      );
+      const result = use(...places);
+      places.filter((at) => at < arena || at >= arena + arenaSize).forEach(exports.free);
+      top = before;
+      return result;
     },
   };
 }
@@ -90,14 +110,9 @@ export function startMachine(page) {
     env: { emscripten_notify_memory_growth() {}, __syscall_getuid32: () => 0 },
     wasi_snapshot_preview1: systemOf(() => exports.memory),
   });
-  const texts = textsOf(exports);
   exports._initialize();
-  const call = (name, ...given) => {
-    const places = given.map(texts.write);
-    const result = exports[name](...places);
-    places.forEach(exports.free);
-    return result;
-  };
+  const texts = textsOf(exports);
+  const call = (name, ...given) => texts.lend(given, exports[name]);
   call.text = (name, ...given) => texts.read(call(name, ...given));
   return call;
 }

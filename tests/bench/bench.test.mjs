@@ -27,6 +27,9 @@ const figures = [
   [/^script API$/, / KiB/],
   [/^resident memory of a process with the library$/, / KiB/],
   [/^native work of a command with logging switched off$/, / %/],
+  [/^the simulator, one file$/, / KB/],
+  [/^the simulator in a fresh page/, / ms/],
+  [/^a phrase in the simulator/, / µs .*a bare turn/],
 ];
 
 test('every row is measured and printed, with its samples and plots kept', async (t) => {
