@@ -30,7 +30,8 @@ const std::vector<Row>& Rows() {
       {"\x1b[31mred\x07\x7f", R"(\x1b[31mred\x07\x7f)", "\\x1b[31mred\\x07\x7f"},
       {std::string("nul\0end", 7), R"(nul\x00end)", R"(nul\x00end)"},
       {"\u009b2J\u0085", R"(\u009b2J\u0085)", "\u009b2J\u0085"},
-      {"\u202egpj.exe\u2066\u200f", R"(\u202egpj.exe\u2066\u200f)", "\u202egpj.exe\u2066\u200f"},
+      {"\u202egpj.exe\u2066\u200f\u2069\u202c", R"(\u202egpj.exe\u2066\u200f\u2069\u202c)",
+       "\u202egpj.exe\u2066\u200f\u2069\u202c"},
       {"line\u2028paragraph\u2029", R"(line\u2028paragraph\u2029)", "line\u2028paragraph\u2029"},
       {"\xff\xc3(\xe2\x82", R"(\xff\xc3(\xe2\x82)", R"(\xff\xc3(\xe2\x82)"},
       {"surrogates \xed\xa0\x80\xed\xb0\x80", R"(surrogates \xed\xa0\x80\xed\xb0\x80)",
@@ -83,7 +84,7 @@ TEST(TextForms, JsonIsReadBack) {
     EXPECT_EQ(ForTerminal(line), line) << "nothing acts on a terminal";
   }
   EXPECT_EQ(JsonText("</script>\"\n\u2028é\xff"), R"("</script>\"\n\u2028\u00e9\ufffd")");
-  EXPECT_EQ(JsonLine("é\u202e\x7f"), R"("é\u202e\u007f")");
+  EXPECT_EQ(JsonLine("é\u202e\x7f\u202c"), R"("é\u202e\u007f\u202c")");
 }
 
 TEST(TextForms, QuotedIsReadBackByScripts) {
