@@ -32,5 +32,5 @@ TEST_F(EntryPointTest, ShutdownDeletesTheExtensionOnce) {
   runtime->Shutdown();
   EXPECT_EQ(platform().LogWith("XW_Extension: OnShutdown(").size(), 1U);
   EXPECT_DEATH(common::GetCurrentExtension(),
-               R"(common::Extension\* common::GetCurrentExtension\(\).*!!\(g_extension\) && \"\")");
+               R"(common::Extension ?\* ?common::GetCurrentExtension\(\).*!!\(g_extension\) && \"\")");
 }
