@@ -5,7 +5,7 @@ kit_packages=(g++ cmake ninja-build pkg-config picojson-dev nlohmann-json3-dev l
   dbus xvfb fonts-dejavu-core)
 test_packages=(libgtest-dev libgmock-dev chromium)
 check_packages=(clang clang-format clang-tidy)
-kit_targets=(corvis_voiceinteraction corvis-tv corvis_tv_web_process corvis-voice)
+kit_targets=(corvis_voiceinteraction corvis-tv corvis_tv_web_process corvis)
 
 # Installs the packages among the arguments that are not there, saying which.
 install_missing() {

@@ -57,7 +57,10 @@ Conversation::Conversation(VoiceService& service, std::string app_id, std::chron
     : service_(service), app_id_(std::move(app_id)), timeout_(timeout), runtime_(app_id_) {
   runtime_.WatchConsole(
       [this](const auto& level, const auto& text, const auto& source) { TakeConsole(level, text, source); });
-  runtime_.WatchCrashes([this] { ++crashes_; });
+  runtime_.WatchCrashes([this] {
+    ++crashes_;
+    if (on_crash_) on_crash_();
+  });
 }
 
 void Conversation::set_timeout(std::chrono::milliseconds timeout) {
@@ -66,6 +69,7 @@ void Conversation::set_timeout(std::chrono::milliseconds timeout) {
 }
 
 void Conversation::TakeConsole(const std::string& level, const std::string& text, const std::string& source) {
+  if (on_console_) on_console_(level, text, source);
   if (source == "api") {
     callbacks_.TakeLine(text);
     return registered_.TakeLine(text);

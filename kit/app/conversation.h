@@ -6,7 +6,9 @@
 #include <chrono>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/callback_log.h"
@@ -87,6 +89,9 @@ class Conversation {
   void ForgetConsole() { console_.clear(); }
   // A sentence: the first error on the page's console, or else a question.
   std::string WhyItMayNotListen() const;
+  // Take what the page does by itself, as it happens.
+  void set_on_console(RuntimeControl::ConsoleSink take) { on_console_ = std::move(take); }
+  void set_on_crash(std::function<void()> take) { on_crash_ = std::move(take); }
   // How often the page's process has crashed.
   int crashes() const { return crashes_; }
 
@@ -108,6 +113,8 @@ class Conversation {
   RuntimeControl runtime_;
   RegisteredActions registered_;
   std::deque<std::string> console_;
+  RuntimeControl::ConsoleSink on_console_;
+  std::function<void()> on_crash_;
   CallbackLog callbacks_;
   int crashes_ = 0;
   // As of the last thing sent.

@@ -21,18 +21,6 @@ namespace {
 // What the runtime puts in front of its own sentences.
 constexpr std::string_view kRuntimeMark = "corvis-tv: ";
 
-const char* NameOf(ConsoleKind kind) {
-  switch (kind) {
-    case ConsoleKind::kPage:
-      return "page";
-    case ConsoleKind::kAll:
-      return "all";
-    case ConsoleKind::kNone:
-      break;
-  }
-  return "none";
-}
-
 std::vector<std::string> RuntimeCommand(const RunOptions& options) {
   std::vector<std::string> command = {options.places.runtime,
                                       "--app-id",
@@ -42,7 +30,7 @@ std::vector<std::string> RuntimeCommand(const RunOptions& options) {
                                       "--size",
                                       std::to_string(options.width) + "x" + std::to_string(options.height),
                                       "--console",
-                                      NameOf(options.console)};
+                                      "none"};
   for (const std::string& privilege : options.privileges) {
     command.insert(command.end(), {"--privilege", PrivilegeUri(privilege)});
   }
@@ -83,9 +71,11 @@ Places FindPlaces() {
   std::error_code ignored;
   const auto folder = std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path();
   const auto built = folder / "corvis-tv";
-  if (std::filesystem::exists(built, ignored))
-    return {built, folder.parent_path() / "lib" / "libcorvis_voiceinteraction.so"};
-  return {folder / CORVIS_RUNTIME_FROM_BIN, folder / CORVIS_LIBRARY_FROM_BIN};
+  if (std::filesystem::exists(built, ignored)) {
+    return {built, folder / "../lib/libcorvis_voiceinteraction.so", folder / CORVIS_EXAMPLES_FROM_BUILD};
+  }
+  return {folder / CORVIS_RUNTIME_FROM_BIN, folder / CORVIS_LIBRARY_FROM_BIN,
+          folder / CORVIS_EXAMPLES_FROM_BIN};
 }
 
 struct Run::Parts {
@@ -96,10 +86,13 @@ struct Run::Parts {
     if (!is_ending && sinks.notice) sinks.notice(sentence);
   }
 
+  // What the runtime says itself is why it ends, or known by the control interface, too.
   void TakeLine(const std::string& line) {
-    if (line.compare(0, kRuntimeMark.size(), kRuntimeMark) == 0)
+    if (line.compare(0, kRuntimeMark.size(), kRuntimeMark) == 0) {
       last_sentence = line.substr(kRuntimeMark.size());
-    if (sinks.runtime_line) sinks.runtime_line(line);
+    } else if (sinks.runtime_line) {
+      sinks.runtime_line(line);
+    }
   }
 
   void NoteEnd(Error reason) {
@@ -141,6 +134,9 @@ Result<std::unique_ptr<Run>> Run::Start(Supervisor& supervisor, const RunOptions
     return Fail(parts->ending ? *parts->ending : started.error());
   parts->conversation =
       std::make_unique<Conversation>(parts->service, options.app_id, options.answer_timeout);
+  parts->conversation->set_on_console(parts->sinks.console);
+  parts->conversation->set_on_crash(
+      [&to = *parts] { to.Notice("The page's process crashed; the runtime loads the page again."); });
   return std::unique_ptr<Run>(new Run(std::move(parts)));
 }
 

@@ -15,16 +15,14 @@
 
 namespace corvis::kit {
 
-// What of the page's console the runtime prints: what the page wrote, the script APIs' lines as well, or
-// nothing.
-enum class ConsoleKind { kPage, kAll, kNone };
-
 // Where the other programs of the kit and the library are.
 struct Places {
   // corvis-tv.
   std::string runtime;
   // libcorvis_voiceinteraction.so.
   std::string library;
+  // The folder of the example applications.
+  std::string examples;
 };
 
 // In the build's folder or the installation that this program belongs to.
@@ -41,7 +39,6 @@ struct RunOptions {
   int height = 1080;
   // Otherwise in a window on the user's display.
   bool is_headless = true;
-  ConsoleKind console = ConsoleKind::kNone;
   // How long an answer of the page may take.
   std::chrono::milliseconds answer_timeout{5000};
   // More options of corvis-tv, as they are.
@@ -49,12 +46,13 @@ struct RunOptions {
   Places places = FindPlaces();
 };
 
-// Take what is said beside the answers, from the main loop; each gets one line without its end.
+// Take what is said beside the answers, from the main loop, and may be null.
 struct RunSinks {
-  // Of the voice service: late answers, departures.
+  // A sentence: a late answer, a departure, a crash of the page's process.
   std::function<void(const std::string& sentence)> notice;
-  // Of the runtime's standard error: the page's console as far as it is asked for, and the runtime's own
-  // lines.
+  // A line of the page's console.
+  RuntimeControl::ConsoleSink console;
+  // A line, without its end, of the runtime's standard error; its libraries write there.
   std::function<void(const std::string& line)> runtime_line;
 };
 

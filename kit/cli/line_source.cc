@@ -5,29 +5,29 @@
 #include <histedit.h>
 #include <unistd.h>
 
-#include <cstdio>
+#include <chrono>
 #include <cwchar>
 #include <utility>
 
+#include "cli/completion.h"
 #include "service/main_loop.h"
 
 namespace corvis::kit {
 
 namespace {
 
-constexpr auto kForever = std::chrono::hours(24 * 20);
-
-// Lets the main loop run until standard input has something. False when interrupted.
+// Lets the main loop run until standard input has something, or has ended. False when waits end before.
 bool WaitForInput() {
+  constexpr auto kForGood = std::chrono::hours(24 * 20);
   bool has_input = false;
   const guint source = g_unix_fd_add(
-      STDIN_FILENO, GIOCondition(G_IO_IN | G_IO_HUP | G_IO_ERR),
-      [](gint, GIOCondition, gpointer data) -> gboolean {
-        *static_cast<bool*>(data) = true;
+      STDIN_FILENO, GIOCondition(G_IO_IN | G_IO_HUP | G_IO_ERR | G_IO_NVAL),
+      [](gint, GIOCondition, gpointer flag) -> gboolean {
+        *static_cast<bool*>(flag) = true;
         return G_SOURCE_CONTINUE;
       },
       &has_input);
-  WaitUntil([&has_input] { return has_input; }, kForever);
+  WaitUntil([&has_input] { return has_input; }, kForGood);
   g_source_remove(source);
   return has_input && !IsInterrupted();
 }
@@ -49,43 +49,47 @@ class PlainLines : public LineSource {
     }
   }
 
-  void Show(const std::string& sentence) override { std::printf("%s\n", sentence.c_str()); }
+  void Show(const std::string& lines, std::FILE* stream) override {
+    std::fprintf(stream, "%s\n", lines.c_str());
+  }
 
  private:
   std::string buffer_;
 };
 
-class Prompt : public LineSource {
+struct EditorCloser {
+  void operator()(EditLine* editor) const { el_end(editor); }
+};
+struct HistoryCloser {
+  void operator()(History* history) const { history_end(history); }
+};
+
+class EditedLines : public LineSource {
  public:
-  explicit Prompt(std::vector<std::string> words)
+  explicit EditedLines(std::vector<std::string> words)
       : words_(std::move(words)),
-        editor_(el_init("corvis-voice", stdin, stdout, stderr)),
-        history_(history_init()) {
-    HistEvent event;
+        history_(history_init()),
+        editor_(el_init("corvis", stdin, stdout, stderr)) {
     constexpr int kHistorySize = 500;
-    history(history_, &event, H_SETSIZE, kHistorySize);
-    history(history_, &event, H_SETUNIQUE, 1);
-    el_set(editor_, EL_CLIENTDATA, this);
+    HistEvent event;
+    history(history_.get(), &event, H_SETSIZE, kHistorySize);
+    history(history_.get(), &event, H_SETUNIQUE, 1);
+    EditLine* editor = editor_.get();
+    el_set(editor, EL_CLIENTDATA, this);
     el_set(
-        editor_, EL_PROMPT, +[](EditLine*) { return const_cast<char*>("> "); });
-    el_set(editor_, EL_EDITOR, "emacs");
-    el_set(editor_, EL_HIST, history, history_);
-    el_set(editor_, EL_GETCFN, ReadCharacter);
-    el_set(editor_, EL_ADDFN, "complete-word", "Complete the word", Complete);
-    el_set(editor_, EL_BIND, "^I", "complete-word", nullptr);
-    el_set(editor_, EL_SIGNAL, 0);
+        editor, EL_PROMPT, +[](EditLine*) { return const_cast<char*>("> "); });
+    el_set(editor, EL_EDITOR, "emacs");
+    el_set(editor, EL_HIST, history, history_.get());
+    el_set(editor, EL_GETCFN, ReadCharacter);
+    el_set(editor, EL_ADDFN, "complete-word", "Complete the word", OnComplete);
+    el_set(editor, EL_BIND, "^I", "complete-word", nullptr);
+    el_set(editor, EL_SIGNAL, 0);
   }
-  ~Prompt() override {
-    history_end(history_);
-    el_end(editor_);
-  }
-  Prompt(const Prompt&) = delete;
-  Prompt& operator=(const Prompt&) = delete;
 
   std::optional<std::string> Next() override {
     int count = 0;
     is_reading_ = true;
-    const char* text = el_gets(editor_, &count);
+    const char* text = el_gets(editor_.get(), &count);
     is_reading_ = false;
     if (text == nullptr || count <= 0) {
       std::printf("\n");
@@ -94,18 +98,17 @@ class Prompt : public LineSource {
     std::string line(text, static_cast<size_t>(count));
     while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.pop_back();
     HistEvent event;
-    if (!line.empty()) history(history_, &event, H_ENTER, line.c_str());
+    if (!line.empty()) history(history_.get(), &event, H_ENTER, line.c_str());
     return line;
   }
 
-  void Show(const std::string& sentence) override {
-    if (!is_reading_) {
-      std::printf("%s\n", sentence.c_str());
-      return;
-    }
-    std::printf("\r\033[K%s\n", sentence.c_str());
+  void Show(const std::string& lines, std::FILE* stream) override {
+    // The line that is being typed is wiped out, and drawn again below.
+    if (is_reading_) std::printf("\r\033[K");
     std::fflush(stdout);
-    el_set(editor_, EL_REFRESH);
+    std::fprintf(stream, "%s\n", lines.c_str());
+    std::fflush(stream);
+    if (is_reading_) el_set(editor_.get(), EL_REFRESH);
   }
 
  private:
@@ -121,47 +124,32 @@ class Prompt : public LineSource {
     }
   }
 
-  static unsigned char Complete(EditLine* editor, int /*character*/) {
-    Prompt* self = nullptr;
+  static unsigned char OnComplete(EditLine* editor, int /*character*/) {
+    EditedLines* self = nullptr;
     el_get(editor, EL_CLIENTDATA, &self);
     const LineInfo* line = el_line(editor);
-    const std::string typed(line->buffer, line->cursor);
-    std::vector<std::string> found;
-    for (const std::string& word : self->words_) {
-      if (word.compare(0, typed.size(), typed) == 0) found.push_back(word);
-    }
-    if (found.empty()) return CC_ERROR;
-    if (found.size() > 1) return self->CompleteCommon(typed, found);
-    el_insertstr(editor, (found[0].substr(typed.size()) + " ").c_str());
-    return CC_REFRESH;
-  }
-
-  // Inserts what all candidates have in common; lists them when that is nothing.
-  unsigned char CompleteCommon(const std::string& typed, const std::vector<std::string>& found) {
-    std::string common = found[0];
-    for (const std::string& word : found) {
-      while (word.compare(0, common.size(), common) != 0) common.pop_back();
-    }
-    if (common.size() > typed.size()) {
-      el_insertstr(editor_, common.substr(typed.size()).c_str());
+    const Completion completion = Complete(std::string(line->buffer, line->cursor), self->words_);
+    if (completion.words.empty()) return CC_ERROR;
+    if (!completion.insertion.empty()) {
+      el_insertstr(editor, completion.insertion.c_str());
       return CC_REFRESH;
     }
     std::printf("\n");
-    for (const std::string& word : found) std::printf("  %s\n", word.c_str());
+    for (const std::string& word : completion.words) std::printf("  %s\n", word.c_str());
     return CC_REDISPLAY;
   }
 
   std::vector<std::string> words_;
-  EditLine* editor_;
-  History* history_;
+  std::unique_ptr<History, HistoryCloser> history_;
+  std::unique_ptr<EditLine, EditorCloser> editor_;
   bool is_reading_ = false;
 };
 
 }  // namespace
 
-std::unique_ptr<LineSource> LineSource::Open(std::vector<std::string> words) {
+std::unique_ptr<LineSource> OpenStandardInput(std::vector<std::string> words) {
   if (isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1)
-    return std::make_unique<Prompt>(std::move(words));
+    return std::make_unique<EditedLines>(std::move(words));
   return std::make_unique<PlainLines>();
 }
 

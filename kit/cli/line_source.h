@@ -3,6 +3,7 @@
 #ifndef CORVIS_KIT_CLI_LINE_SOURCE_H_
 #define CORVIS_KIT_CLI_LINE_SOURCE_H_
 
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,15 +13,20 @@ namespace corvis::kit {
 
 class LineSource {
  public:
+  LineSource() = default;
   virtual ~LineSource() = default;
-  // The next line without its end; nothing at the end of input, and when the run was interrupted.
-  virtual std::optional<std::string> Next() = 0;
-  // Shows a sentence without disturbing what is being typed.
-  virtual void Show(const std::string& sentence) = 0;
+  LineSource(const LineSource&) = delete;
+  LineSource& operator=(const LineSource&) = delete;
 
-  // A prompt where standard input is a terminal, plain lines otherwise. `words` complete what is typed.
-  static std::unique_ptr<LineSource> Open(std::vector<std::string> words);
+  // The next line without its end; nothing at the end of input, and when waits end (service/main_loop.h).
+  virtual std::optional<std::string> Next() = 0;
+  // Prints lines without disturbing what is being typed.
+  virtual void Show(const std::string& lines, std::FILE* stream = stdout) = 0;
 };
+
+// Lines from standard input: at a prompt where that and standard output are a terminal, where `words`
+// complete what is typed; as they come otherwise.
+std::unique_ptr<LineSource> OpenStandardInput(std::vector<std::string> words);
 
 }  // namespace corvis::kit
 

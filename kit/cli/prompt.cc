@@ -1,37 +1,80 @@
 // The prompt's commands, by a table.
 #include "cli/prompt.h"
 
+#include <algorithm>
+#include <chrono>
 #include <sstream>
 #include <utility>
 
 #include "language/phrase_pattern.h"
 #include "language/phrases.h"
 #include "language/raw_command.h"
-#include "language/suggestions.h"
 #include "output/output_file.h"
 
 namespace corvis::kit {
 
-const std::vector<Console::CommandRow>& Console::Commands() {
+namespace {
+
+// Two columns, as the prompt's lists have them.
+std::string Row(const std::string& left, const std::string& right) {
+  constexpr size_t kWidth = 40;
+  return "  " + left + std::string(left.size() < kWidth ? kWidth - left.size() : 1, ' ') + "  " + right +
+         "\n";
+}
+
+std::string DescribeAnswer(const Command& command, const Answer& answer) {
+  char time[64];
+  std::snprintf(time, sizeof(time), "   (%.1f ms)",
+                std::chrono::duration<double, std::milli>(answer.took).count());
+  const std::string data = DescribeData(command);
+  std::string text = command.action + (data.empty() ? "" : " " + data) + "  ->  " + answer.data + time;
+  if (answer.pieces > 1) {
+    text +=
+        ", " + std::to_string(answer.data.size()) + " bytes in " + std::to_string(answer.pieces) + " pieces";
+  }
+  return answer.word == "appContext" ? text + ", as the application's state" : text;
+}
+
+struct ItemsArguments {
+  bool is_diff = false;
+  std::string png_file;
+};
+
+Result<ItemsArguments> ReadItemsArguments(const std::string& argument) {
+  ItemsArguments arguments;
+  std::istringstream words(argument);
+  for (std::string word; words >> word;) {
+    if (word == "--diff") {
+      arguments.is_diff = true;
+    } else if (word != "--png" || !(words >> arguments.png_file)) {
+      return Fail("Expected --diff or --png FILE after items, not " + word + ".");
+    }
+  }
+  return arguments;
+}
+
+}  // namespace
+
+const std::vector<Prompt::CommandRow>& Prompt::Commands() {
   static const std::vector<CommandRow> kCommands = {
-      {"help", "help", "this list", &Console::Help},
+      {"help", "help", "this list", &Prompt::Help},
       {"items", "items [--diff] [--png FILE]",
        "what can be selected on the screen; --diff: what changed since the last time; --png: a picture",
-       &Console::Items},
+       &Prompt::Items},
       {"commands", "commands", "the actions that the page registered, with a phrase for each",
-       &Console::ListActions},
-      {"say", "say PHRASE", "the same as the phrase alone", &Console::SayPhrase},
-      {"apps", "apps", "the registered applications", &Console::Apps},
+       &Prompt::ListActions},
+      {"say", "say PHRASE", "the same as the phrase alone", &Prompt::SayPhrase},
+      {"apps", "apps", "the registered applications", &Prompt::Apps},
       {"record", "record FILE, record stop", "writes what follows as a voice script, to replay it",
-       &Console::Record},
-      {"restart", "restart", "plays the voice service's restart", &Console::Restart},
-      {"reload", "reload", "loads the page again", &Console::Reload},
-      {"quit", "quit", "ends the run (so does Ctrl-D)", &Console::Quit},
+       &Prompt::Record},
+      {"restart", "restart", "plays the voice service's restart", &Prompt::Restart},
+      {"reload", "reload", "loads the page again", &Prompt::Reload},
+      {"quit", "quit", "ends the run (so does Ctrl-D)", &Prompt::Quit},
   };
   return kCommands;
 }
 
-std::vector<std::string> Console::CompletionWords() {
+std::vector<std::string> Prompt::CompletionWords() {
   std::vector<std::string> words;
   for (const CommandRow& row : Commands()) words.emplace_back(row.name);
   for (const PhraseRow& row : PhraseTable()) words.push_back(SampleOfPattern(row.pattern));
@@ -39,7 +82,7 @@ std::vector<std::string> Console::CompletionWords() {
   return words;
 }
 
-void Console::Run() {
+void Prompt::Run() {
   while (!is_over_) {
     const std::optional<std::string> line = lines_.Next();
     if (!line) return;
@@ -47,139 +90,124 @@ void Console::Run() {
   }
 }
 
-void Console::Handle(const std::string& line) {
+void Prompt::Handle(const std::string& line) {
   const size_t begin = line.find_first_not_of(" \t");
   if (begin == std::string::npos || line[begin] == '#') return;
   const std::string text = line.substr(begin);
-  const size_t blank = text.find(' ');
-  const std::string word = text.substr(0, blank);
-  for (const CommandRow& row : Commands()) {
-    if (word != row.name) continue;
-    return (this->*row.run)(blank == std::string::npos ? "" : text.substr(blank + 1));
-  }
-  if (!IsRawCommand(text)) return SayPhrase(text);
-  const auto command = ParseRawCommand(text);
+  const size_t space = text.find(' ');
+  const std::string word = text.substr(0, space);
+  const auto row = std::find_if(Commands().begin(), Commands().end(),
+                                [&word](const CommandRow& command) { return word == command.name; });
+  if (row != Commands().end())
+    return (this->*row->run)(space == std::string::npos ? "" : text.substr(space + 1));
+  return IsRawCommand(text) ? SendRaw(text) : SayPhrase(text);
+}
+
+void Prompt::SendRaw(const std::string& text) {
+  const Result<Command> command = ParseRawCommand(text);
   if (!command) return lines_.Show(command.error().message);
   const std::string warning = UnknownActionWarning(*command);
   if (!warning.empty()) lines_.Show(warning);
   ShowTurn(conversation_.Send(*command, text));
 }
 
-void Console::ShowTurn(const Turn& turn) {
-  recorder_.Take(turn);
-  if (!turn.answer) {
-    lines_.Show((turn.is_sent ? turn.command.action + ": " : "") + turn.answer.error().message);
-    return;
-  }
-  const Answer& answer = *turn.answer;
-  char time[96];
-  std::snprintf(time, sizeof(time), "   (%.1f ms)",
-                std::chrono::duration<double, std::milli>(answer.took).count());
-  const std::string data = DescribeData(turn.command);
-  std::string text = turn.command.action + (data.empty() ? "" : " " + data) + "  ->  " + answer.data + time;
-  if (answer.pieces > 1)
-    text +=
-        ", " + std::to_string(answer.data.size()) + " bytes in " + std::to_string(answer.pieces) + " pieces";
-  if (answer.word == "appContext") text += ", as the application's state";
+void Prompt::SayPhrase(const std::string& argument) {
+  const bool is_quoted = argument.size() >= 2 && argument.front() == '"' && argument.back() == '"';
+  ShowTurn(conversation_.Say(is_quoted ? argument.substr(1, argument.size() - 2) : argument));
+}
+
+void Prompt::ShowTurn(const Turn& turn) {
+  Note(recorder_.Take(turn));
+  if (!turn.answer)
+    return lines_.Show((turn.is_sent ? turn.command.action + ": " : "") + turn.answer.error().message);
   const std::string exception = conversation_.ExceptionOf(turn);
-  if (!exception.empty()) text += "\n  the callback threw: " + exception;
-  lines_.Show(text);
+  lines_.Show(DescribeAnswer(turn.command, *turn.answer) +
+              (exception.empty() ? "" : "\n  the callback threw: " + exception));
 }
 
-void Console::SayPhrase(const std::string& argument) {
-  std::string phrase = argument;
-  if (phrase.size() >= 2 && phrase.front() == '"' && phrase.back() == '"')
-    phrase = phrase.substr(1, phrase.size() - 2);
-  ShowTurn(conversation_.Say(phrase));
+void Prompt::Note(const Status& status) {
+  if (!status) lines_.Show(status.error().message);
 }
 
-void Console::Help(const std::string& /*argument*/) {
+void Prompt::NoteStatement(const std::string& statement, const Status& status, const std::string& done) {
+  if (!status) return lines_.Show(status.error().message);
+  Note(recorder_.TakeStatement(statement));
+  lines_.Show(done);
+}
+
+void Prompt::Help(const std::string& /*argument*/) {
   std::string text = "Commands\n";
-  const auto row = [&text](const std::string& left, const std::string& right) {
-    text += "  " + left + std::string(left.size() < 40 ? 40 - left.size() : 1, ' ') + "  " + right + "\n";
-  };
-  for (const CommandRow& command : Commands()) row(command.usage, command.help);
+  for (const CommandRow& command : Commands()) text += Row(command.usage, command.help);
   text += "\nPhrases: (a|b) one of these, [a] may be left out, {…} is yours to fill in\n";
-  for (const PhraseRow& phrase : PhraseTable()) row(phrase.pattern, phrase.action);
-  row("select {title}", "the item of the screen with this title");
-  text += "\nRaw: ACTION_NAME data, or ACTION_NAME key=value key=\"two words\" where the data is a bundle";
-  lines_.Show(text);
+  for (const PhraseRow& phrase : PhraseTable()) text += Row(phrase.pattern, phrase.action);
+  text += Row("select {title}", "the item of the screen with this title");
+  lines_.Show(
+      text +
+      "\nRaw: ACTION_NAME data, or ACTION_NAME key=value key=\"two words\" where the data is a bundle");
 }
 
-void Console::Apps(const std::string& /*argument*/) {
+void Prompt::Apps(const std::string& /*argument*/) {
   std::string text;
   for (const std::string& app : conversation_.service().apps()) text += (text.empty() ? "" : "\n") + app;
   lines_.Show(text.empty() ? "No application is registered: its page has not called listen()." : text);
 }
 
-void Console::ListActions(const std::string& /*argument*/) {
+void Prompt::ListActions(const std::string& /*argument*/) {
   const RegisteredActions& registered = conversation_.registered();
   if (!registered.is_known()) {
     return lines_.Show("The page has not registered since the prompt began; reload lets it do so again.");
   }
+  constexpr size_t kWidth = 34;
   std::string text;
   for (const ActionInfo& action : Actions()) {
-    if (!registered.Has(std::string(action.name))) continue;
     const std::string name(action.name);
-    text += (text.empty() ? "" : "\n") + name + std::string(34 - name.size(), ' ') + SamplePhrase(name);
+    if (!registered.Has(name)) continue;
+    text += (text.empty() ? "" : "\n") + name + std::string(kWidth - name.size(), ' ') + SamplePhrase(name);
   }
   lines_.Show(text);
 }
 
-void Console::Items(const std::string& argument) {
-  std::istringstream words(argument);
-  bool is_diff = false;
-  std::string file;
-  for (std::string word; words >> word;) {
-    if (word == "--diff") {
-      is_diff = true;
-    } else if (word != "--png" || !(words >> file)) {
-      return lines_.Show("items takes --diff and --png FILE, not " + word + ".");
-    }
+void Prompt::Items(const std::string& argument) {
+  const Result<ItemsArguments> arguments = ReadItemsArguments(argument);
+  if (!arguments) return lines_.Show(arguments.error().message);
+  Result<ItemList> items = conversation_.AskItems();
+  if (!items) return lines_.Show(items.error().message);
+  const std::string text =
+      arguments->is_diff && items_ ? Describe(CompareItems(*items_, *items)) : ItemTable(*items);
+  lines_.Show(text + DescribeItemsAnswer(*items, *conversation_.items_turn().answer));
+  Note(recorder_.Take(*items));
+  if (!arguments->png_file.empty()) SavePicture(*items, arguments->png_file);
+  items_ = std::move(*items);
+}
+
+void Prompt::SavePicture(const ItemList& items, const std::string& file) {
+  const Result<std::string> picture = conversation_.PictureOf(items);
+  const Status saved = picture ? WriteOutputFile(file, *picture) : Status(Fail(picture.error()));
+  lines_.Show(saved ? "The picture is in " + file + "." : saved.error().message);
+}
+
+void Prompt::Record(const std::string& argument) {
+  if (argument.empty()) return lines_.Show("Expected the name of the file to write after record, or stop.");
+  if (argument == "stop") {
+    lines_.Show(recorder_.is_recording() ? "The recording is over." : "Nothing is being recorded.");
+    return Note(recorder_.End());
   }
-  Result<ItemList> asked = conversation_.AskItems();
-  if (!asked) return lines_.Show(asked.error().message);
-  const auto items = std::exchange(items_, std::move(*asked));
-  const std::string text = is_diff && items ? Describe(CompareItems(*items, *items_)) : ItemTable(*items_);
-  lines_.Show(text + DescribeItemsAnswer(*items_, *conversation_.items_turn().answer));
-  recorder_.Take(*items_);
-  if (!file.empty()) SavePicture(file);
+  const Status begun = recorder_.Begin(argument);
+  lines_.Show(begun ? "Recording to " + argument +
+                          ". A replay begins with a fresh page; so does this after reload."
+                    : begun.error().message);
 }
 
-void Console::SavePicture(const std::string& file) {
-  const Result<std::string> picture = conversation_.PictureOf(*items_);
-  const Status written = picture ? WriteOutputFile(file, *picture) : Fail(picture.error());
-  lines_.Show(written ? "The picture is in " + file + "." : written.error().message);
-}
-
-void Console::Record(const std::string& argument) {
-  if (argument.empty()) return lines_.Show("record takes the name of the file to write, or stop.");
-  if (argument != "stop") {
-    const std::string problem = recorder_.Begin(argument);
-    return lines_.Show(!problem.empty()
-                           ? problem
-                           : "Recording to " + argument +
-                                 ". A replay begins with a fresh page; so does this after reload.");
-  }
-  lines_.Show(recorder_.is_recording() ? "The recording is over." : "Nothing is being recorded.");
-  recorder_.End();
-}
-
-void Console::ShowStatement(const std::string& statement, const Status& status, const std::string& done) {
-  if (status) recorder_.TakeStatement(statement);
-  lines_.Show(status ? done : status.error().message);
-}
-
-void Console::Restart(const std::string& /*argument*/) {
-  ShowStatement("restart", conversation_.Restart(),
+void Prompt::Restart(const std::string& /*argument*/) {
+  NoteStatement("restart", conversation_.Restart(),
                 "The voice service has restarted; the application has registered again.");
 }
 
-void Console::Reload(const std::string& /*argument*/) {
-  ShowStatement("reload", conversation_.Reload(), "The page is loaded again and listens.");
+void Prompt::Reload(const std::string& /*argument*/) {
+  NoteStatement("reload", conversation_.Reload(), "The page is loaded again and listens.");
 }
 
-void Console::Quit(const std::string& /*argument*/) {
+void Prompt::Quit(const std::string& /*argument*/) {
   is_over_ = true;
 }
 

@@ -1,4 +1,4 @@
-// The prompt of the voice service: its commands, and phrases.
+// The prompt of a run: its commands, and phrases.
 #ifndef CORVIS_KIT_CLI_PROMPT_H_
 #define CORVIS_KIT_CLI_PROMPT_H_
 
@@ -8,36 +8,40 @@
 
 #include "app/conversation.h"
 #include "app/items.h"
+#include "base/result.h"
 #include "cli/line_source.h"
 #include "cli/recorder.h"
 
 namespace corvis::kit {
 
-class Console {
+class Prompt {
  public:
-  Console(Conversation& conversation, LineSource& lines) : conversation_(conversation), lines_(lines) {}
+  // Speaks with the application as the lines ask for, and shows there what comes of it.
+  Prompt(Conversation& conversation, LineSource& lines) : conversation_(conversation), lines_(lines) {}
 
-  // Takes lines until the end of input or "quit".
+  // Takes lines until there are no more, or "quit".
   void Run();
 
-  // Everything that completes what is typed: commands, phrases, actions.
+  // What completes a line: commands, phrases, actions.
   static std::vector<std::string> CompletionWords();
 
  private:
-  using Handler = void (Console::*)(const std::string& argument);
   struct CommandRow {
     const char* name;
     const char* usage;
     const char* help;
-    Handler run;
+    void (Prompt::*run)(const std::string& argument);
   };
   static const std::vector<CommandRow>& Commands();
 
   void Handle(const std::string& line);
+  void SendRaw(const std::string& text);
   void ShowTurn(const Turn& turn);
-  void SavePicture(const std::string& file);
-  // Shows what was done, or why it wasn't, and records it.
-  void ShowStatement(const std::string& statement, const Status& status, const std::string& done);
+  void SavePicture(const ItemList& items, const std::string& file);
+  // Shows an error; success shows nothing.
+  void Note(const Status& status);
+  // Shows that the statement was done, and records it.
+  void NoteStatement(const std::string& statement, const Status& status, const std::string& done);
 
   void Help(const std::string& argument);
   void Apps(const std::string& argument);
@@ -52,7 +56,6 @@ class Console {
   Conversation& conversation_;
   LineSource& lines_;
   bool is_over_ = false;
-  // How many exceptions the page had told of before the last thing said.
   // The last items, for comparing.
   std::optional<ItemList> items_;
   Recorder recorder_;

@@ -2,35 +2,35 @@
 #ifndef CORVIS_KIT_CLI_RECORDER_H_
 #define CORVIS_KIT_CLI_RECORDER_H_
 
-#include <cstdio>
-#include <memory>
+#include <optional>
 #include <string>
 
-#include "app/items.h"
 #include "app/conversation.h"
+#include "app/items.h"
+#include "base/result.h"
+#include "output/output_file.h"
 
 namespace corvis::kit {
 
+// While nothing is recorded, it takes what it gets and drops it. After a write that failed, which is reported
+// once, nothing is recorded any more.
 class Recorder {
  public:
-  // Opens the file, which must not be there yet. Returns a sentence on failure, empty on success.
-  std::string Begin(const std::string& file);
-  // Closes it. What was recorded is in the file after each statement already.
-  void End() { file_.reset(); }
-  bool is_recording() const { return file_ != nullptr; }
+  // Begins the file, which must not be there yet.
+  Status Begin(const std::string& file);
+  // What was recorded is in the file after each statement already.
+  Status End();
+  bool is_recording() const { return output_.has_value(); }
 
-  void Take(const Turn& turn);
-  void Take(const ItemList& items);
+  Status Take(const Turn& turn);
+  Status Take(const ItemList& items);
   // "restart" or "reload".
-  void TakeStatement(const std::string& statement);
+  Status TakeStatement(const std::string& statement);
 
  private:
-  struct Closer {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
-  void Write(const std::string& lines);
+  Status Write(const std::string& lines);
 
-  std::unique_ptr<std::FILE, Closer> file_;
+  std::optional<OutputFile> output_;
 };
 
 }  // namespace corvis::kit

@@ -24,12 +24,16 @@ void OutputFile::Open() {
   // A folder that can't be made is a file that can't be opened.
   std::error_code ignored;
   if (!folder.empty()) std::filesystem::create_directories(folder, ignored);
-  stream_.reset(std::fopen(name_.c_str(), "wbe"));
+  stream_.reset(std::fopen(name_.c_str(), existing_ == Existing::kReplaced ? "wbe" : "wbxe"));
   Note(stream_ != nullptr);
 }
 
 void OutputFile::Note(bool is_ok) {
   if (is_ok || !status_) return;
+  if (errno == EPIPE) {
+    status_ = Fail("");
+    return;
+  }
   const std::string what = name_.empty() ? "Standard output" : "The file " + name_;
   status_ = Fail(what + " can't be written: " + std::strerror(errno) + ".");
 }
@@ -44,6 +48,9 @@ void OutputFile::Write(std::string_view text) {
 Status OutputFile::Finish() {
   if (stream_.get() == stdout) {
     Note(std::fflush(stdout) == 0);
+    // Somebody else's write, of which nothing more is known.
+    errno = EIO;
+    Note(std::ferror(stdout) == 0);
   } else if (stream_ != nullptr) {
     Note(std::fclose(stream_.release()) == 0);
   }

@@ -17,13 +17,19 @@ class OutputFile {
  public:
   // Writes to standard output, which stays open.
   static OutputFile Standard();
-  // Writes to a file of this name, in place of what it held. The file, and its folder where that is missing,
-  // is made by the first write.
-  explicit OutputFile(std::string file) : name_(std::move(file)) {}
+  // What becomes of a file that is there already.
+  enum class Existing { kReplaced, kRefused };
+  // Writes to a file of this name. The file, and its folder where that is missing, is made by the first
+  // write.
+  explicit OutputFile(std::string file, Existing existing = Existing::kReplaced)
+      : name_(std::move(file)), existing_(existing) {}
 
   // After a failure, which Finish reports, nothing more is written.
   void Write(std::string_view text);
-  // Whether everything reached the file. The first failure counts.
+  // Whether everything that was written so far reached the file. The first failure counts; that whoever read
+  // a pipe has gone is one without a message.
+  const Status& status() const { return status_; }
+  // The same once the file is closed.
   Status Finish();
 
   bool IsTerminal() const;
@@ -37,6 +43,7 @@ class OutputFile {
 
   // Empty for standard output.
   std::string name_;
+  Existing existing_;
   std::unique_ptr<std::FILE, Closer> stream_;
   Status status_;
 };

@@ -37,6 +37,8 @@ test('the packages run an application from an empty root', (t) => {
   writeFileSync(path.join(page, 'a.voice'), 'say pause\nexpect "paused here"\n');
   const script = spawnSync(corvis, ['test-app', page, path.join(page, 'a.voice')], { encoding: 'utf8', env });
   assert.equal(script.status, 0, script.stdout + script.stderr);
+  const demo = spawnSync(corvis, ['demo'], { encoding: 'utf8', cwd: '/', env, timeout: 60000 });
+  assert.equal(demo.status, 0, demo.stdout + demo.stderr);
   assert.equal(spawnSync(corvis, ['test']).status, 2, 'what needs the source tree is refused');
 
   const source = '#include <nurvo/runtime.h>\nint main() { return kExtensionEntryPointName[0] == 0; }';

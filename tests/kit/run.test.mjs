@@ -1,9 +1,11 @@
 // `corvis run` with phrases from standard input: what goes wrong is one clear sentence, and the next good command works.
 import assert from 'node:assert/strict';
-import { writeFileSync } from 'node:fs';
+import { spawnSync } from 'node:child_process';
+import { mkdirSync, writeFileSync } from 'node:fs';
+import { createServer } from 'node:http';
 import path from 'node:path';
 import { test } from 'node:test';
-import { run, scratchFolder, writePage } from '../../testing/corvis.mjs';
+import { root, run, scratchFolder, writePage } from '../../testing/corvis.mjs';
 
 const listening = `<p id="state"></p><button onclick="document.title = 'clicked'">Play it</button><script>
   corvis.voiceinteraction.setCallback({
@@ -19,7 +21,7 @@ const listening = `<p id="state"></p><button onclick="document.title = 'clicked'
 test('every line gets its answer or one sentence, and the conversation goes on', async (t) => {
   const rows = [
     ['pause', 'ACTION_PAUSE  ->  success'],
-    ['flibbertigibbet', 'Nothing is known for "flibbertigibbet"'],
+    ['flibbertigibbet', '"flibbertigibbet"'],
     ['puase', 'did you mean "pause"?'],
     ['ACTION_PUASE', 'Did you mean "ACTION_PAUSE"?'],
     ['ACTION_PUASE', 'ACTION_PUASE  ->  not_support'],
@@ -46,23 +48,79 @@ test('every line gets its answer or one sentence, and the conversation goes on',
   }
 });
 
-test('what can not be run is told in one sentence with its status', async (t) => {
+test('what can not be run is refused in one sentence with its status', async (t) => {
   const folder = scratchFolder(t);
   writeFileSync(path.join(folder, 'page.txt'), 'no page');
   const rows = [
     [['run', path.join(folder, 'missing')], 3, 'There is no'],
     [['run', folder], 3, 'has no index.html'],
     [['run', 'http://127.0.0.1:45999/'], 3, "can't be loaded"],
-    [['run', '--app-id', 'no dots', folder], 2, 'is no application id'],
-    [['run'], 2, 'needs a URL'],
-    [['run', '--colour', folder], 2, 'does not know --colour'],
-    [['dance'], 2, 'no command dance'],
+    [['run', 'ftp://127.0.0.1/'], 3, 'there are http, https and file'],
+    [['run', '--app-id', 'no dots', folder], 2, 'Expected a dotted name'],
+    [['run', '--size', '100000x100', folder], 2, 'Expected a size such as 1920x1080'],
+    [['run', '--timeout', '1s', folder], 2, 'Expected a whole number from 1 to'],
+    [['run', '--privilege=mic', folder], 2, 'Expected microphone, voicecontrol or a URI'],
+    [['run', '--console=some', folder], 2, 'Expected page, all or none'],
+    [['run'], 2, 'Expected a URL'],
+    [['run', folder, 'second'], 2, 'Unexpected "second".'],
+    [['run', '--headles', folder], 2, 'Unknown option --headles. Did you mean "--headless"?'],
+    [['test-app', folder], 2, 'Expected an application and a voice script'],
+    [['lnt'], 2, 'Unknown command lnt. Did you mean "lint"?'],
   ];
   for (const [args, status, sentence] of rows) {
     const { code, text } = await run(args, { env: { TMPDIR: folder } });
     assert.equal(code, status, `${args.join(' ')}:\n${text}`);
-    assert.ok(text.includes(sentence), text);
+    assert.ok(text.startsWith('corvis: ') && text.includes(sentence), text);
+    assert.equal(text.split('\n').length, 2, `more than one line:\n${text}`);
   }
+});
+
+test('the help of each command ends with what its exit statuses mean', async () => {
+  for (const command of ['demo', 'run', 'test-app', 'items', 'lint']) {
+    const { code, text } = await run([command, '--help']);
+    assert.equal(code, 0, text);
+    assert.match(
+      text,
+      new RegExp(`^Usage: corvis ${command} .*^  --headless .*^Exit status$.*^  130 `, 'ms')
+    );
+  }
+});
+
+test('applications are taken by any name', async (t) => {
+  const folder = scratchFolder(t);
+  const page = (name) => {
+    mkdirSync(path.join(folder, name), { recursive: true });
+    writeFileSync(path.join(folder, name, 'index.html'), listening);
+  };
+  ['a:b', '-dash', 'run'].forEach(page);
+  const server = createServer((request, response) => response.end(listening));
+  await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
+  t.after(() => server.close());
+  const { port } = server.address();
+  const rows = [
+    ['a:b'],
+    ['--', '-dash'],
+    ['run'],
+    ['--app-id', 'com.Example.APP', 'a:b/index.html'],
+    [`FILE://${encodeURI(folder)}/run/`],
+    [`HTTP://127.0.0.1:${port}/`],
+    [`http://127.1:${port}`],
+  ];
+  for (const args of rows) {
+    const { code, text } = await run(['run', ...args], { cwd: folder, input: 'pause\n' });
+    assert.equal(code, 0, `${args.join(' ')}:\n${text}`);
+    assert.match(text, /ACTION_PAUSE {2}-> {2}success/, args.join(' '));
+  }
+});
+
+test('a closed standard input ends the prompt', (t) => {
+  const command = `'${path.join(root, 'corvis')}' run '${writePage(t, listening)}' <&-`;
+  const { status, stderr } = spawnSync('sh', ['-c', command], {
+    encoding: 'utf8',
+    env: { ...process.env, DISPLAY: '' },
+    timeout: 30_000,
+  });
+  assert.equal(status, 0, stderr);
 });
 
 test('a page without the privileges gets the error and never registers', async (t) => {

@@ -1,7 +1,7 @@
 // `corvis test-app` as a build server sees it: what it prints, the files that it leaves, the status that it ends with.
 import assert from 'node:assert/strict';
-import { spawnSync } from 'node:child_process';
-import { closeSync, openSync, readFileSync, writeFileSync } from 'node:fs';
+import { execFileSync, spawnSync } from 'node:child_process';
+import { closeSync, openSync, readFileSync, writeFile, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
 import { root, run, start, until, writePage } from '../../testing/corvis.mjs';
@@ -94,7 +94,7 @@ test('every way for a run to end has its status', async (t) => {
     ['sya pause\n', [], 2, 'a.voice:1:1: '],
     ['say puase\n', [], 2, 'Did you mean "pause"?'],
     ['say pause\nshow "#state" equals "x"\n', [], 2, 'a.voice:2:15: '],
-    ['say pause\n', ['--coverage-min', '101'], 2, 'takes a percentage'],
+    ['say pause\n', ['--coverage-min', '101'], 2, 'Expected a whole number from 1 to 100'],
     ['say pause\n', ['--no-privileges', '--timeout', '750'], 3, 'Its console says: uncaught: '],
     ['say pause\n', ['--coverage-min', '90'], 7, 'less than the 90 %'],
     ['say stop\n', ['--total-timeout', '2'], 8, 'The time for the whole run is over'],
@@ -109,6 +109,23 @@ test('every way for a run to end has its status', async (t) => {
     const { code, text } = await testApp(t, script, options);
     assert.equal(code, status, `${script}${options}\n${text}`);
     assert.ok(text.includes(part), `${script}${options}\n${text}`);
+  }
+});
+
+test('scripts are read once, from pipes as from files', async (t) => {
+  const folder = writePage(t, page);
+  execFileSync('mkfifo', [path.join(folder, 'fifo.voice')]);
+  const script = 'say pause\nexpect success\n';
+  const rows = [
+    ['/dev/stdin', { input: script }],
+    ['fifo.voice', { cwd: folder }],
+  ];
+  for (const [file, options] of rows) {
+    const running = run(['test-app', folder, file], { cwd: folder, ...options });
+    if (file === 'fifo.voice') writeFile(path.join(folder, file), script, () => {});
+    const { code, text } = await running;
+    assert.equal(code, 0, text);
+    assert.match(text, /^ok 2 - \S+:2 expect success$/m);
   }
 });
 

@@ -84,7 +84,7 @@ async function watchBus(children) {
 // The voice service, which the page would speak with.
 async function startService(children) {
   children.push(
-    spawn(path.join(build, 'bin/corvis-voice'), ['--app', appId], { stdio: ['pipe', 'ignore', 'ignore'] })
+    spawn(path.join(build, 'bin/robustness_voice_service'), [appId], { stdio: ['pipe', 'ignore', 'ignore'] })
   );
   await eventually(() => require(askBus().includes('com.kelvaro.tv.vif'), 'the voice service did not start'));
 }

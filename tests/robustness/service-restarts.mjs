@@ -24,7 +24,7 @@ const gone = new Set();
 
 // One life of the service. `answers` calls back with each answer; `end` kills it and reads what it had still said.
 function startService(life) {
-  const child = spawn(path.join(build, 'bin/corvis-voice'), ['--app', appId], {
+  const child = spawn(path.join(build, 'bin/robustness_voice_service'), [appId], {
     stdio: ['pipe', 'pipe', 'inherit'],
   });
   child.stdin.on('error', () => {});

@@ -1,0 +1,124 @@
+// What an application is run with, and the checks of that.
+#include "cli/application.h"
+
+#include <systemd/sd-bus.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <utility>
+
+#include "cli/command_line.h"
+#include "output/text_forms.h"
+
+namespace corvis::kit {
+
+namespace {
+
+constexpr const char* kGroup = "The application";
+
+bool ReadSize(const std::string& text, int& width, int& height) {
+  // Screens have up to 8K; a larger picture takes gigabytes.
+  constexpr int kLeast = 16;
+  constexpr int kMost = 8192;
+  char rest = 0;
+  return std::sscanf(text.c_str(), "%dx%d%c", &width, &height, &rest) == 2 &&
+         std::min(width, height) >= kLeast && std::max(width, height) <= kMost;
+}
+
+std::string CheckSize(const std::string& value) {
+  int width = 0;
+  int height = 0;
+  return ReadSize(value, width, height) ? "" : "a size such as 1920x1080, with sides from 16 to 8192 pixels";
+}
+
+std::string CheckAppId(const std::string& value) {
+  // The runtime takes this name and one below it on the bus.
+  const bool is_id = sd_bus_service_name_is_valid((value + ".runtime").c_str()) > 0 && value[0] != ':' &&
+                     value.find('.') != std::string::npos;
+  return is_id ? "" : "a dotted name such as com.example.app";
+}
+
+std::string CheckPrivilege(const std::string& value) {
+  const bool is_uri =
+      value.find("://") != std::string::npos && value.find_first_of(" \t\n") == std::string::npos;
+  return is_uri || value == "microphone" || value == "voicecontrol" ? ""
+                                                                    : "microphone, voicecontrol or a URI";
+}
+
+std::string CheckConsole(const std::string& value) {
+  return value == "page" || value == "all" || value == "none" ? "" : "page, all or none";
+}
+
+bool IsSet(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value != nullptr && *value != '\0';
+}
+
+// What the runtime takes: a URL as it is, the absolute path of what is there.
+Result<std::string> PageOf(const std::string& operand) {
+  std::error_code ignored;
+  if (std::filesystem::exists(operand, ignored)) return std::filesystem::absolute(operand, ignored).string();
+  if (operand.find(':') != std::string::npos) return operand;
+  return Fail("There is no " + operand + "; give a URL, an HTML file or a folder.",
+              ErrorKind::kNoApplication);
+}
+
+}  // namespace
+
+void AddDisplayOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options) {
+  bool& is_headless = options.run.is_headless;
+  const bool is_for_person = viewer == Viewer::kPerson;
+  is_headless = !is_for_person || !(IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY"));
+  AddFlag(app, "--headless", is_for_person ? "needs no display" : "needs no display (default)", is_headless)
+      ->group(kGroup);
+  AddFlag(app, "--window", is_for_person ? "in a window (default where there is a display)" : "in a window",
+          [&is_headless] { is_headless = false; })
+      ->group(kGroup);
+}
+
+void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options) {
+  RunOptions& run = options.run;
+  AddText(app, "--app-id", "ID", "its id", run.app_id, CheckAppId)->group(kGroup);
+  AddFlag(app, "--no-privileges", "grant none", [&run] { run.privileges.clear(); })->group(kGroup);
+  AddList(app, "--privilege", "NAME",
+          "grant this one only: microphone, voicecontrol or a URI; repeatable (default both)", run.privileges,
+          CheckPrivilege)
+      ->group(kGroup);
+  AddValue(app, "--size", "WIDTHxHEIGHT", "the page's size in pixels", "1920x1080", CheckSize,
+           [&run](const std::string& size) { ReadSize(size, run.width, run.height); })
+      ->group(kGroup);
+  AddDisplayOptions(app, viewer, options);
+  AddText(app, "--console", "KIND", "the page's console on standard error: page, all, none", options.console,
+          CheckConsole)
+      ->group(kGroup);
+  AddTime(app, "--timeout", "MS", "how long an answer may take; loading and listen() four times as long",
+          run.answer_timeout)
+      ->group(kGroup);
+}
+
+void PrintLine(const std::string& line) {
+  std::fprintf(stderr, "%s\n", line.c_str());
+}
+
+Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std::string& operand,
+                                              const ApplicationOptions& options, Printer notice,
+                                              Printer console) {
+  Result<std::string> page = PageOf(operand);
+  if (!page) return Fail(page.error());
+  RunOptions run = options.run;
+  run.page = std::move(*page);
+  const auto write = [kind = options.console, console](const auto& level, const auto& text,
+                                                       const auto& source) {
+    if (kind == "all" || kind == source) console("[" + source + "] " + level + ": " + ForTerminal(text));
+  };
+  return Run::Start(supervisor, run, {std::move(notice), write, console});
+}
+
+Status WaitUntilListening(Run& run, const ApplicationOptions& options) {
+  constexpr int kLoadingFactor = 4;
+  return run.conversation().WaitForApp(options.run.answer_timeout * kLoadingFactor);
+}
+
+}  // namespace corvis::kit

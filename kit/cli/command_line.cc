@@ -1,0 +1,164 @@
+// Options by CLI11, which knows neither operands nor subcommands here: this version hands what follows "--"
+// on to the parent of a subcommand, and takes an operand in brackets for a list.
+#include "cli/command_line.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+#include "language/suggestions.h"
+
+namespace corvis::kit {
+
+namespace {
+
+constexpr size_t kLeftColumn = 21;
+
+CLI::Validator ValidatorOf(const Check& check) {
+  return CLI::Validator(
+      [check](const std::string& value) {
+        const std::string expected = check ? check(value) : "";
+        return expected.empty() ? "" : "Expected " + expected + ", not \"" + value + "\".";
+      },
+      "");
+}
+
+// "--name=" has an empty value; to CLI11 it has none.
+void SplitEmptyValues(std::vector<std::string>& arguments) {
+  for (auto it = arguments.begin(); it != arguments.end() && *it != "--"; ++it) {
+    const bool is_empty_value =
+        it->size() > 3 && it->compare(0, 2, "--") == 0 && it->find('=') == it->size() - 1;
+    if (!is_empty_value) continue;
+    it->pop_back();
+    it = arguments.insert(it + 1, "");
+  }
+}
+
+// CLI11 begins with the option's name, and has no sentence for a value that is missing, or too much.
+std::string SentenceOf(const CLI::ParseError& error) {
+  const std::string text = error.what();
+  const size_t colon = text.find(':');
+  if (error.get_name() != "ArgumentMismatch") return text;
+  if (colon != std::string::npos) return "Option " + text.substr(0, colon) + " needs a value.";
+  return "Option --" + text.substr(0, text.find(' ')) + " takes no value.";
+}
+
+std::vector<std::string> OptionNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : app.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
+// What CLI11 knew nothing to do with: operands, and options that aren't declared.
+Result<std::vector<std::string>> OperandsIn(const CLI::App& app) {
+  std::vector<std::string> operands;
+  bool are_options_over = false;
+  for (const std::string& argument : app.remaining()) {
+    if (!are_options_over && argument == "--") {
+      are_options_over = true;
+    } else if (!are_options_over && argument.size() > 1 && argument[0] == '-') {
+      const std::string name = argument.substr(0, argument.find('='));
+      return Fail("Unknown option " + name + "." + DidYouMean(name, OptionNames(app)), ErrorKind::kUsage);
+    } else {
+      operands.push_back(argument);
+    }
+  }
+  return operands;
+}
+
+std::string DescribeOption(const CLI::Option& option) {
+  const std::string value = option.get_type_name();
+  const std::string fallback = option.get_default_str();
+  return HelpLine(option.get_name(false, true) + (value.empty() ? "" : " " + value),
+                  option.get_description() + (fallback.empty() ? "" : " (default " + fallback + ")"));
+}
+
+}  // namespace
+
+Check WholeNumber(long most) {
+  return [most](const std::string& value) {
+    long number = 0;
+    const char* end = value.data() + value.size();
+    const auto [rest, error] = std::from_chars(value.data(), end, number);
+    const bool is_number = error == std::errc() && rest == end && number > 0 && number <= most;
+    return is_number ? "" : "a whole number from 1 to " + std::to_string(most);
+  };
+}
+
+CLI::Option* AddFlag(CLI::App& app, const std::string& name, const std::string& help,
+                     std::function<void()> set) {
+  return app.add_flag_callback(name, std::move(set), help)
+      ->trigger_on_parse()
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->disable_flag_override();
+}
+
+CLI::Option* AddFlag(CLI::App& app, const std::string& name, const std::string& help, bool& flag) {
+  return AddFlag(app, name, help, [&flag] { flag = true; });
+}
+
+CLI::Option* AddValue(CLI::App& app, const std::string& name, const std::string& value_name,
+                      const std::string& help, const std::string& fallback, const Check& check,
+                      std::function<void(const std::string&)> take) {
+  return app.add_option_function<std::string>(name, std::move(take), help)
+      ->type_name(value_name)
+      ->take_last()
+      ->check(ValidatorOf(check))
+      ->default_str(fallback);
+}
+
+CLI::Option* AddText(CLI::App& app, const std::string& name, const std::string& value_name,
+                     const std::string& help, std::string& text, const Check& check) {
+  return AddValue(app, name, value_name, help, text, check,
+                  [&text](const std::string& value) { text = value; });
+}
+
+CLI::Option* AddList(CLI::App& app, const std::string& name, const std::string& value_name,
+                     const std::string& help, std::vector<std::string>& values, const Check& check) {
+  return app.add_option(name, values, help)
+      ->type_name(value_name)
+      ->allow_extra_args(false)
+      ->check(ValidatorOf(check));
+}
+
+CLI::Option* AddNumber(CLI::App& app, const std::string& name, const std::string& value_name,
+                       const std::string& help, long most, long& number) {
+  return AddValue(app, name, value_name, help, number > 0 ? std::to_string(number) : "", WholeNumber(most),
+                  [&number](const std::string& text) { number = std::stol(text); });
+}
+
+Result<Arguments> ParseArguments(CLI::App& app, std::vector<std::string> arguments) {
+  SplitEmptyValues(arguments);
+  std::reverse(arguments.begin(), arguments.end());
+  app.allow_extras();
+  try {
+    app.parse(std::move(arguments));
+  } catch (const CLI::CallForHelp&) {
+    return Arguments{true, {}};
+  } catch (const CLI::ParseError& error) {
+    return Fail(SentenceOf(error), ErrorKind::kUsage);
+  }
+  auto operands = OperandsIn(app);
+  if (!operands) return Fail(operands.error());
+  return Arguments{false, std::move(*operands)};
+}
+
+std::string DescribeOptions(const CLI::App& app) {
+  std::string text;
+  for (const std::string& group : app.get_groups()) {
+    text += "\n" + group + "\n";
+    for (const CLI::Option* option : app.get_options()) {
+      if (option->get_group() == group) text += DescribeOption(*option);
+    }
+  }
+  return text;
+}
+
+std::string HelpLine(const std::string& left, const std::string& right) {
+  const size_t gap = left.size() < kLeftColumn ? kLeftColumn - left.size() : 2;
+  return "  " + left + std::string(gap, ' ') + right + "\n";
+}
+
+}  // namespace corvis::kit

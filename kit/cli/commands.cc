@@ -1,0 +1,116 @@
+// The table of commands, and what they have in common: the help, and the way from arguments to a status.
+#include "cli/commands.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+
+#include "cli/command_line.h"
+#include "language/suggestions.h"
+
+namespace corvis::kit {
+
+namespace {
+
+// How many operands a command takes, and what is said when one is missing.
+struct Operands {
+  const char* usage;
+  size_t least;
+  size_t most;
+  const char* expected;
+};
+constexpr Operands kNone = {"", 0, 0, ""};
+constexpr Operands kPage = {"URL|FILE|FOLDER", 1, 1, "a URL, an HTML file or a folder with an index.html"};
+constexpr Operands kPageAndScripts = {"URL|FILE|FOLDER SCRIPT...", 2, static_cast<size_t>(-1),
+                                      "an application and a voice script"};
+
+struct CommandRow {
+  // The heading of the list in which it stands.
+  const char* heading;
+  const char* name;
+  const Operands& operands;
+  const char* summary;
+  std::unique_ptr<Subcommand> (*make)();
+};
+
+constexpr const char* kTry = "Try an application";
+constexpr const char* kTest = "Test an application";
+
+const CommandRow kCommands[] = {
+    {kTry, "demo", kNone, "run the example application and speak a short conversation with it",
+     MakeDemoCommand},
+    {kTry, "run", kPage, "run your own page, with a prompt for what is said to it", MakeRunCommand},
+    {kTest, "test-app", kPageAndScripts, "run voice scripts against an application", MakeTestAppCommand},
+    {kTest, "items", kPage, "what can be selected on a page; --png FILE: a picture of it", MakeItemsCommand},
+    {kTest, "lint", kPage, "what would make voice fail on a page", MakeLintCommand},
+};
+
+std::string Usage() {
+  std::string text = "Usage: corvis COMMAND [ARGUMENTS]\n";
+  std::string heading;
+  for (const CommandRow& row : kCommands) {
+    if (heading != row.heading) text += "\n" + std::string(heading = row.heading) + "\n";
+    text += HelpLine(row.name, row.summary);
+  }
+  return text +
+         "\ncorvis COMMAND --help lists the options of a command. A window opens where there is a display; "
+         "otherwise,\n"
+         "and with --headless, nothing needs one.\n";
+}
+
+std::string HelpOf(const CommandRow& row, const CLI::App& app, const Subcommand& command) {
+  const std::string operands = row.operands.usage;
+  return "Usage: corvis " + std::string(row.name) + " [OPTIONS]" + (operands.empty() ? "" : " " + operands) +
+         "\n\n" + app.get_description() + "\n" + DescribeOptions(app) + DescribeStatuses(command.Statuses());
+}
+
+Status CheckOperands(const CommandRow& row, const std::vector<std::string>& operands) {
+  if (operands.size() < row.operands.least) {
+    return Fail("Expected " + std::string(row.operands.expected) + ".", ErrorKind::kUsage);
+  }
+  if (operands.size() <= row.operands.most) return {};
+  return Fail("Unexpected \"" + operands[row.operands.most] + "\".", ErrorKind::kUsage);
+}
+
+Result<int> RunCommand(const CommandRow& row, Supervisor& supervisor, std::vector<std::string> arguments) {
+  CLI::App app;
+  app.set_help_flag();
+  const std::unique_ptr<Subcommand> command = row.make();
+  command->Declare(app);
+  app.set_help_flag("-h,--help", "this text")->group("Other");
+  const auto parsed = ParseArguments(app, std::move(arguments));
+  if (parsed && parsed->is_help) {
+    std::fputs(HelpOf(row, app, *command).c_str(), stdout);
+    return kExitOk;
+  }
+  const Status checked = parsed ? CheckOperands(row, parsed->operands) : Status(Fail(parsed.error()));
+  if (!checked) {
+    return Fail(checked.error().message + " See corvis " + row.name + " --help.", ErrorKind::kUsage);
+  }
+  return command->Execute(supervisor, parsed->operands);
+}
+
+}  // namespace
+
+Result<int> RunTool(Supervisor& supervisor, const std::vector<std::string>& arguments) {
+  const std::string name = arguments.empty() ? "" : arguments[0];
+  if (name.empty() || name == "help" || name == "-h" || name == "--help") {
+    std::fputs(Usage().c_str(), stdout);
+    return arguments.empty() ? kExitUsage : kExitOk;
+  }
+  if (name == "--version") {
+    std::printf("corvis %s\n", CORVIS_VERSION);
+    return kExitOk;
+  }
+  const auto row = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                [&name](const CommandRow& command) { return command.name == name; });
+  if (row != std::end(kCommands))
+    return RunCommand(*row, supervisor, {arguments.begin() + 1, arguments.end()});
+  std::vector<std::string> names;
+  for (const CommandRow& command : kCommands) names.emplace_back(command.name);
+  const char* kind = name[0] == '-' ? "option " : "command ";
+  return Fail("Unknown " + (kind + name) + "." + DidYouMean(name, names) + " See corvis --help.",
+              ErrorKind::kUsage);
+}
+
+}  // namespace corvis::kit

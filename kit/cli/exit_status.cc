@@ -1,0 +1,50 @@
+// Statuses and their meanings.
+#include "cli/exit_status.h"
+
+#include <cstdio>
+
+#include "cli/command_line.h"
+
+namespace corvis::kit {
+
+ExitStatus StatusOf(ErrorKind kind) {
+  switch (kind) {
+    case ErrorKind::kFailed:
+    case ErrorKind::kClosed:
+      return kExitFailed;
+    case ErrorKind::kUsage:
+      return kExitUsage;
+    case ErrorKind::kNoApplication:
+      return kExitNoApp;
+    case ErrorKind::kCrashing:
+      return kExitCrashing;
+    case ErrorKind::kNoEnvironment:
+      return kExitNoEnvironment;
+    case ErrorKind::kTimeOver:
+      return kExitTimeOver;
+    case ErrorKind::kInterrupted:
+      return kExitInterrupted;
+  }
+  return kExitFailed;
+}
+
+void PrintError(const Error& error) {
+  if (error.message.empty() || error.kind == ErrorKind::kInterrupted) return;
+  std::fprintf(stderr, "corvis: %s\n", error.message.c_str());
+}
+
+std::string DescribeStatuses(const StatusMeanings& own) {
+  StatusMeanings meanings = {
+      {kExitUsage, "wrong usage; nothing was started"},
+      {kExitNoApp, "the application can't be loaded, or never listened"},
+      {kExitCrashing, "its page keeps crashing"},
+      {kExitNoEnvironment, "no bus, no display, or a program is missing"},
+      {kExitInterrupted, "interrupted; 128 and the number of another signal"},
+  };
+  for (const auto& [status, meaning] : own) meanings[status] = meaning;
+  std::string text = "\nExit status\n";
+  for (const auto& [status, meaning] : meanings) text += HelpLine(std::to_string(status), meaning);
+  return text;
+}
+
+}  // namespace corvis::kit

@@ -1,0 +1,71 @@
+// corvis items: what can be selected on a page by voice.
+#include "app/items.h"
+
+#include "app/conversation.h"
+#include "cli/application.h"
+#include "cli/command_line.h"
+#include "cli/commands.h"
+#include "output/output_file.h"
+
+namespace corvis::kit {
+
+namespace {
+
+class ItemsCommand : public Subcommand {
+ public:
+  void Declare(CLI::App& app) override {
+    app.description(
+        "Loads the page and prints what can be selected on it by voice: the numbers, titles and places of "
+        "its\n"
+        "items.");
+    AddText(app, "--png", "FILE", "save a picture of the page with each item's box and number on it",
+            png_file_)
+        ->group("Output");
+    AddFlag(app, "--json", "the page's answer as it is; nothing else on standard output", is_json_)
+        ->group("Output");
+    AddApplicationOptions(app, Viewer::kProgram, options_);
+  }
+
+  StatusMeanings Statuses() const override {
+    return {{kExitOk, "printed"},
+            {kExitFailed, "the page answered with no items, or no picture could be made"}};
+  }
+
+  Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
+    const auto run = StartApplication(supervisor, operands[0], options_);
+    if (!run) return Fail(run.error());
+    const Status arrived = WaitUntilListening(**run, options_);
+    if (!arrived) return Fail(arrived.error());
+    return ShowItems((*run)->conversation());
+  }
+
+ private:
+  Result<int> ShowItems(Conversation& conversation) const {
+    const Result<ItemList> items = conversation.AskItems();
+    if (!items) return Fail(items.error());
+    const Answer& answer = *conversation.items_turn().answer;
+    OutputFile output = OutputFile::Standard();
+    output.Write(is_json_ ? answer.data : ItemTable(*items) + DescribeItemsAnswer(*items, answer));
+    output.Write("\n");
+    if (!png_file_.empty()) {
+      const Result<std::string> picture = conversation.PictureOf(*items);
+      const Status saved = picture ? WriteOutputFile(png_file_, *picture) : Status(Fail(picture.error()));
+      if (!saved) return Fail(saved.error());
+    }
+    const Status printed = output.Finish();
+    if (!printed) return Fail(printed.error());
+    return kExitOk;
+  }
+
+  ApplicationOptions options_;
+  std::string png_file_;
+  bool is_json_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Subcommand> MakeItemsCommand() {
+  return std::make_unique<ItemsCommand>();
+}
+
+}  // namespace corvis::kit

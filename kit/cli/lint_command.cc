@@ -1,0 +1,80 @@
+// corvis lint: what would make voice fail on a page.
+#include "lint/lint.h"
+
+#include <fmt/format.h>
+
+#include <nlohmann/json.hpp>
+
+#include "cli/application.h"
+#include "cli/command_line.h"
+#include "cli/commands.h"
+#include "output/output_file.h"
+#include "output/text_forms.h"
+#include "service/main_loop.h"
+
+namespace corvis::kit {
+
+namespace {
+
+std::string LineOf(const Finding& finding, bool is_json) {
+  if (is_json) {
+    return JsonLine({{"rule", finding.rule}, {"sentence", finding.sentence}, {"where", finding.where}}) +
+           "\n";
+  }
+  const std::string where = finding.where.empty() ? "" : ForTerminal(finding.where) + ": ";
+  return fmt::format("{:<10}  {}{}\n", finding.rule, where, ForTerminal(finding.sentence));
+}
+
+class LintCommand : public Subcommand {
+ public:
+  void Declare(CLI::App& app) override {
+    app.description("Loads the page and reports what would make voice fail on it.");
+    AddFlag(app, "--call",
+            "call each of the page's callbacks, too (they act on the page), and report those that fail",
+            is_calling_)
+        ->group("What is looked at");
+    AddFlag(app, "--json", "one JSON object a line; nothing else on standard output", is_json_)
+        ->group("Output");
+    AddApplicationOptions(app, Viewer::kProgram, options_);
+  }
+
+  StatusMeanings Statuses() const override {
+    return {{kExitOk, "nothing found"},
+            {kExitFailed, "something found"},
+            {kExitNoApp, "the application can't be loaded"}};
+  }
+
+  Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
+    const auto run = StartApplication(supervisor, operands[0], options_);
+    if (!run) return Fail(run.error());
+    // A page that never listens is a finding.
+    static_cast<void>(WaitUntilListening(**run, options_));
+    const Result<std::vector<Finding>> findings = Lint((*run)->conversation(), is_calling_);
+    if (!findings) return Fail(WhyWaitsEnd() == nullptr ? findings.error() : *WhyWaitsEnd());
+    return Print(*findings);
+  }
+
+ private:
+  Result<int> Print(const std::vector<Finding>& findings) const {
+    OutputFile output = OutputFile::Standard();
+    for (const Finding& finding : findings) output.Write(LineOf(finding, is_json_));
+    if (findings.empty() && !is_json_) {
+      output.Write("Nothing was found that would make voice fail on this page.\n");
+    }
+    const Status printed = output.Finish();
+    if (!printed) return Fail(printed.error());
+    return findings.empty() ? kExitOk : kExitFailed;
+  }
+
+  ApplicationOptions options_;
+  bool is_calling_ = false;
+  bool is_json_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Subcommand> MakeLintCommand() {
+  return std::make_unique<LintCommand>();
+}
+
+}  // namespace corvis::kit

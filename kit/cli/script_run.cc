@@ -1,0 +1,152 @@
+// The run, and its reports.
+#include "cli/script_run.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <sstream>
+#include <string_view>
+#include <utility>
+
+#include "cli/exit_status.h"
+#include "events/events.h"
+#include "report/coverage.h"
+#include "report/reports.h"
+#include "script/runner.h"
+#include "script/script_reader.h"
+
+namespace corvis::kit {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// What some editors put in front of a file's text.
+std::string_view WithoutByteOrderMark(std::string_view text) {
+  constexpr std::string_view kMark = "\xef\xbb\xbf";
+  return text.substr(0, kMark.size()) == kMark ? text.substr(kMark.size()) : text;
+}
+
+// Whether the script can be run; prints why not.
+bool ReadScript(const std::string& file, VoiceScript& script) {
+  std::ifstream opened;
+  // Where standard input is a socket, it can't be opened by this name.
+  const bool is_standard_input = file == "/dev/stdin";
+  if (!is_standard_input) opened.open(file, std::ios::binary);
+  std::ostringstream text;
+  if (!opened || !(text << (is_standard_input ? std::cin : opened).rdbuf())) {
+    PrintError({"The script " + file + " can't be read, or is empty."});
+    return false;
+  }
+  script = ParseVoiceScript(WithoutByteOrderMark(text.str()), file);
+  for (const ScriptError& error : script.errors) PrintLine(Located(error.place, error.message));
+  if (script.errors.empty() && script.tests.empty())
+    PrintError({"The script " + file + " has no statement."});
+  return script.errors.empty() && !script.tests.empty();
+}
+
+class ScriptRun {
+ public:
+  ScriptRun(Supervisor& supervisor, const std::vector<VoiceScript>& scripts, const ScriptRunOptions& options)
+      : supervisor_(supervisor), scripts_(scripts), options_(options) {
+    events_.Add(coverage_);
+    AddReport(options.report, OutputFile::Standard());
+    for (const auto& [format, file] : options.report_files) {
+      if (!file.empty()) AddReport(format, OutputFile(file));
+    }
+  }
+
+  Result<int> Run(const std::string& application) {
+    events_.Take(BeginningOf(scripts_));
+    supervisor_.EndAfter(options_.total_timeout, kExitTimeOver);
+    const Status status = RunAll(application);
+    if (status) return End(StatusOfTotals());
+    events_.Take(RunAborted{status.error().message});
+    End(supervisor_.signal_status() != 0 ? supervisor_.signal_status() : StatusOf(status.error().kind));
+    return Fail(status.error());
+  }
+
+ private:
+  void AddReport(const std::string& format, OutputFile output) {
+    reports_.push_back(FindReportFormat(format).make(std::move(output)));
+    events_.Add(*reports_.back());
+  }
+
+  // Fails when the run can't begin, or can't go on.
+  Status RunAll(const std::string& application) {
+    const auto run = StartApplication(supervisor_, application, options_.application);
+    if (!run) return Fail(run.error());
+    Conversation& conversation = (*run)->conversation();
+    Status ready = WaitUntilListening(**run, options_.application);
+    if (ready) ready = conversation.NoteBeginning(PrivilegeUris());
+    if (!ready) return ready;
+    ScriptRunner runner(conversation, events_, {options_.pace, ScreenshotFolder()});
+    for (const VoiceScript& script : scripts_) runner.Run(script);
+    totals_ = runner.totals();
+    if (options_.is_coverage_reported || options_.least_coverage > 0) events_.Take(coverage_.Measure());
+    const Error* obstacle = runner.Obstacle();
+    return obstacle == nullptr ? Status() : Fail(*obstacle);
+  }
+
+  std::vector<std::string> PrivilegeUris() const {
+    std::vector<std::string> uris;
+    for (const std::string& name : options_.application.run.privileges) uris.push_back(PrivilegeUri(name));
+    return uris;
+  }
+
+  // Of a run that reached its end.
+  int StatusOfTotals() {
+    if (totals_.failed > 0) return kExitFailed;
+    const int percent = coverage_.Measure().percent;
+    if (percent >= options_.least_coverage) return kExitOk;
+    const std::string sentence = "The voice coverage is " + std::to_string(percent) + " %, less than the " +
+                                 std::to_string(options_.least_coverage) + " % asked for.";
+    PrintError({sentence});
+    events_.Take(RunAborted{sentence});
+    return kExitLowCoverage;
+  }
+
+  // Gives the status, or another when a report can't be written.
+  int End(int status) {
+    events_.Take(RunEnded{status, totals_,
+                          std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin_)});
+    for (const auto& report : reports_) {
+      const Status written = report->Finish();
+      if (written) continue;
+      PrintError(written.error());
+      if (status == kExitOk) status = kExitFailed;
+    }
+    return status;
+  }
+
+  std::string ScreenshotFolder() const {
+    const auto junit = options_.report_files.find("junit");
+    const bool has_junit = junit != options_.report_files.end() && !junit->second.empty();
+    if (!options_.screenshot_folder.empty() || !has_junit) return options_.screenshot_folder;
+    const std::string beside = std::filesystem::path(junit->second).parent_path();
+    return beside.empty() ? "." : beside;
+  }
+
+  const Clock::time_point begin_ = Clock::now();
+  Supervisor& supervisor_;
+  const std::vector<VoiceScript>& scripts_;
+  const ScriptRunOptions& options_;
+  Coverage coverage_;
+  std::vector<std::unique_ptr<Report>> reports_;
+  EventFanOut events_;
+  Totals totals_;
+};
+
+}  // namespace
+
+Result<int> RunScripts(Supervisor& supervisor, const std::string& application,
+                       const std::vector<std::string>& files, const ScriptRunOptions& options) {
+  std::vector<VoiceScript> scripts(files.size());
+  bool are_fine = true;
+  for (size_t i = 0; i < files.size(); ++i) are_fine = ReadScript(files[i], scripts[i]) && are_fine;
+  if (!are_fine) return kExitUsage;
+  return ScriptRun(supervisor, scripts, options).Run(application);
+}
+
+}  // namespace corvis::kit

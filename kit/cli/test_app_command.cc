@@ -1,0 +1,67 @@
+// corvis test-app: voice scripts against an application.
+#include "cli/application.h"
+#include "cli/command_line.h"
+#include "cli/commands.h"
+#include "cli/script_run.h"
+#include "report/reports.h"
+
+namespace corvis::kit {
+
+namespace {
+
+class TestAppCommand : public Subcommand {
+ public:
+  void Declare(CLI::App& app) override {
+    app.description(
+        "Runs the application without a window and the voice scripts against it. docs/voice-scripts.md has "
+        "the\n"
+        "language of scripts. Without another option the results are printed as TAP 14.");
+    DeclareReports(app);
+    AddTime(app, "--total-timeout", "S", "for the whole run", options_.total_timeout)->group("Limits");
+    AddApplicationOptions(app, Viewer::kProgram, options_.application);
+  }
+
+  StatusMeanings Statuses() const override {
+    return {{kExitOk, "every expectation held"},
+            {kExitFailed, "one failed"},
+            {kExitUsage, "wrong usage, or a script has mistakes or can't be read; nothing was started"},
+            {kExitLowCoverage, "less coverage than --coverage-min"},
+            {kExitTimeOver, "the time for the whole run was over"}};
+  }
+
+  Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
+    return RunScripts(supervisor, operands[0], {operands.begin() + 1, operands.end()}, options_);
+  }
+
+ private:
+  void DeclareReports(CLI::App& app) {
+    constexpr const char* kGroup = "Output";
+    for (const ReportFormat& format : ReportFormats()) {
+      const std::string option = std::string("--") + format.name;
+      if (format.target == ReportFormat::Target::kFile) {
+        AddText(app, option, "FILE", format.help, options_.report_files[format.name])->group(kGroup);
+      } else {
+        AddFlag(app, option, format.help, [this, &format] { options_.report = format.name; })->group(kGroup);
+      }
+    }
+    AddText(app, "--screenshots", "DIR",
+            "pictures of the page at failures (default: beside the JUnit report)", options_.screenshot_folder)
+        ->group(kGroup);
+    AddFlag(app, "--coverage", "which of the actions that the page registered were spoken",
+            options_.is_coverage_reported)
+        ->group(kGroup);
+    AddNumber(app, "--coverage-min", "N", "fail when less than N percent of them were", 100,
+              options_.least_coverage)
+        ->group(kGroup);
+  }
+
+  ScriptRunOptions options_;
+};
+
+}  // namespace
+
+std::unique_ptr<Subcommand> MakeTestAppCommand() {
+  return std::make_unique<TestAppCommand>();
+}
+
+}  // namespace corvis::kit

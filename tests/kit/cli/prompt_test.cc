@@ -1,0 +1,124 @@
+// The prompt's own commands, without an application: no bus can be reached.
+#include "cli/prompt.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/resource.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "service/voice_service.h"
+
+namespace corvis::kit {
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+// Lines that are typed one after the other, and what is shown.
+class TypedLines : public LineSource {
+ public:
+  explicit TypedLines(std::deque<std::string> lines) : lines_(std::move(lines)) {}
+
+  std::optional<std::string> Next() override {
+    if (lines_.empty()) return {};
+    std::string line = lines_.front();
+    lines_.pop_front();
+    return line;
+  }
+  void Show(const std::string& lines, std::FILE* /*stream*/) override { shown_ += lines + "\n"; }
+
+  const std::string& shown() const { return shown_; }
+  size_t left() const { return lines_.size(); }
+
+ private:
+  std::deque<std::string> lines_;
+  std::string shown_;
+};
+
+class PromptTest : public testing::Test {
+ protected:
+  PromptTest() { setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/bus", 1); }
+
+  // What the prompt shows of these lines.
+  std::string Type(const std::deque<std::string>& typed) {
+    TypedLines lines(typed);
+    VoiceService service([](const std::string&) {});
+    Conversation conversation(service, "com.example.app", std::chrono::milliseconds(100));
+    Prompt(conversation, lines).Run();
+    lines_left_ = lines.left();
+    return lines.shown();
+  }
+
+  size_t lines_left_ = 0;
+};
+
+TEST_F(PromptTest, EveryLineGetsItsSentence) {
+  const struct {
+    const char* line;
+    const char* shown;
+  } rows[] = {
+      {"  pley", "did you mean \"play\"?"},
+      {"say \"pley\"", "\"pley\""},
+      {"items --dif", "Expected --diff or --png FILE after items, not --dif."},
+      {"items --png", "Expected --diff or --png FILE after items, not --png."},
+      {"ACTION_CUSTOM a=1 a=2", "a"},
+      {"ACTION_NONSENSE", "ACTION_NONSENSE"},
+      {"apps", "No application is registered"},
+      {"commands", "has not registered since the prompt began"},
+      {"record", "Expected the name of the file to write after record, or stop."},
+      {"record stop", "Nothing is being recorded."},
+      {"record /dev/null/a.voice", "can't be written"},
+      {"restart", "bus"},
+  };
+  for (const auto& row : rows) EXPECT_THAT(Type({row.line}), HasSubstr(row.shown)) << row.line;
+  EXPECT_EQ(Type({"", "   ", "# pause"}), "");
+}
+
+TEST_F(PromptTest, HelpListsCommandsAndPhrases) {
+  EXPECT_THAT(Type({"help"}), AllOf(HasSubstr("items [--diff]"), HasSubstr("record FILE"),
+                                    HasSubstr("ACTION_PLAY"), HasSubstr("select {title}")));
+}
+
+TEST_F(PromptTest, QuitLeavesTheRest) {
+  Type({"help", "quit", "help", "help"});
+  EXPECT_EQ(lines_left_, 2U);
+}
+
+TEST_F(PromptTest, WhatIsRecordedIsAScript) {
+  const std::filesystem::path file = std::filesystem::path(testing::TempDir()) / "recorded.voice";
+  std::filesystem::remove(file);
+  Type({"record " + file.string(), "pley", "pause", "record stop", "play"});
+  std::ostringstream text;
+  text << std::ifstream(file).rdbuf();
+  EXPECT_THAT(text.str(),
+              AllOf(HasSubstr("# not sent: pley\n"), HasSubstr("say \"pause\"\nexpect no answer\n")));
+  EXPECT_THAT(text.str(), testing::Not(HasSubstr("play\"")));
+  EXPECT_THAT(Type({"record " + file.string()}), HasSubstr("File exists"));
+}
+
+TEST_F(PromptTest, ARecordingThatCanNotGoOnIsReportedOnce) {
+  const std::filesystem::path file = std::filesystem::path(testing::TempDir()) / "full.voice";
+  std::filesystem::remove(file);
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  rlimit small = before;
+  small.rlim_cur = 200;
+  setrlimit(RLIMIT_FSIZE, &small);
+  const std::string shown =
+      Type({"record " + file.string(), "say " + std::string(200, 'x'), "pley", "record stop"});
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_THAT(shown,
+              AllOf(HasSubstr("can't be written: File too large."), HasSubstr("Nothing is being recorded.")));
+}
+
+}  // namespace
+
+}  // namespace corvis::kit
