@@ -88,7 +88,7 @@ test('every link to a place in the project leads somewhere', () => {
 });
 
 test('every file and folder of the tree that README and docs name is there', () => {
-  const folders = 'src|platform|runtime|voice-service|examples|types|tools|tests|bench|fuzz|cmake|docs';
+  const folders = 'src|platform|runtime|kit|npm|examples|tools|tests|testing|bench|fuzz|cmake|docs';
   const places = new RegExp(`\`((?:${folders})/[^\`\\s*]*)\``, 'g');
   const missing = ['README.md', ...filesIn('docs', '.md')].flatMap((document) =>
     found(proseOf(read(document)), places)
