@@ -41,8 +41,10 @@ void OutputFile::Note(bool is_ok) {
 void OutputFile::Write(std::string_view text) {
   if (stream_ == nullptr && status_) Open();
   if (!status_) return;
-  Note(std::fwrite(text.data(), 1, text.size(), stream_.get()) == text.size() &&
-       std::fflush(stream_.get()) == 0);
+  std::FILE* stream = stream_.get();
+  std::fwrite(text.data(), 1, text.size(), stream);
+  // A stream that is flushed at the end of each line takes all of a line that can't be written.
+  Note(std::fflush(stream) == 0 && std::ferror(stream) == 0);
 }
 
 Status OutputFile::Finish() {
