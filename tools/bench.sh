@@ -28,14 +28,26 @@ Options
 EOT
 }
 
-corvis_bench() {
-  local argument with_cross=1
-  for argument in "$@"; do
-    case $argument in
-      -h | --help) bench_usage; return ;;
-      --short | round-trip | command | answer | bundle-json | element-map | script | library | logging | \
-        simulator) with_cross= ;;
+# Whether these arguments ask for the long form of the row "size", which needs builds for other processors.
+wants_cross() {
+  local is_named=
+  while [ $# -gt 0 ]; do
+    case $1 in
+      --short) return 1 ;;
+      size) return 0 ;;
+      --json | --plots) shift ;;
+      -*) ;;
+      *) is_named=1 ;;
     esac
+    shift
+  done
+  [ -z "$is_named" ]
+}
+
+corvis_bench() {
+  local argument
+  for argument in "$@"; do
+    case $argument in -h | --help) bench_usage; return ;; esac
   done
   install_missing "${kit_packages[@]}" "${test_packages[@]}" "${bench_packages[@]}"
   prepare_node
@@ -44,7 +56,7 @@ corvis_bench() {
     configure "$build" $(cat "$build/corvis-options" 2>/dev/null || echo -DCORVIS_BUILD_TESTS=OFF) -DCORVIS_BUILD_BENCH=ON
   compile "$build" "${kit_targets[@]}" bench_programs
   prepare_npm_package
-  [ -z "$with_cross" ] || prepare_cross
+  ! wants_cross "$@" || prepare_cross
   unset NURVO_LOG
   export CORVIS_BUILD=$build CORVIS_SCRIPT_API=$build/voiceinteraction_api.js
   with_private_bus node "$home/bench/run.mjs" "$@"
