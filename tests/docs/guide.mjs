@@ -57,15 +57,21 @@ function scriptOf(blocks) {
     .join('');
 }
 
+// Tools take a build server for a terminal with colors (CI, FORCE_COLOR): a guide shows what they print to a pipe.
+function environment() {
+  const tools = path.join(root, 'node_modules/.bin');
+  const { CI, FORCE_COLOR, ...rest } = process.env;
+  return { ...rest, PATH: `${root}:${tools}:${rest.PATH}`, CORVIS: root, DISPLAY: '' };
+}
+
 // Runs a guide in `folder`. Gives { line, command, expected, printed } for each command, as texts.
 export function runGuide(markdown, folder) {
   const blocks = blocksOf(markdown).filter((block) => block.file || block.language === 'console');
-  const tools = path.join(root, 'node_modules/.bin');
   const { stdout } = spawnSync('bash', ['-c', `exec 2>&1 </dev/null\n${scriptOf(blocks)}`], {
     cwd: folder,
     encoding: 'utf8',
     timeout: 240_000,
-    env: { ...process.env, PATH: `${root}:${tools}:${process.env.PATH}`, CORVIS: root, DISPLAY: '' },
+    env: environment(),
   });
   const printed = stdout.split(`${mark}\n`);
   const commands = blocks.filter((block) => !block.file).flatMap(commandsOf);
