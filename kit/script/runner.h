@@ -24,7 +24,8 @@ struct RunnerOptions {
   std::string screenshot_folder;
 };
 
-// Between them, the runs of all scripts make every event but the first and the last two of a whole run.
+// Makes the events of the scripts and of the page. Those of the whole run, coverage and the console are its
+// caller's.
 class ScriptRunner {
  public:
   // The conversation's page is loaded, and its beginning is noted.
