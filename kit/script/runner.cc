@@ -63,7 +63,9 @@ void ScriptRunner::Run(const VoiceScript& script) {
     RunTest(test, &test == &script.tests.back());
   }
   session_.dialogue.DropLater();
-  static_cast<void>(conversation_.runtime().Sync());
+  // An application that ends with its last answer has ended before the script is over.
+  constexpr auto kDeparture = std::chrono::seconds(2);
+  if (!conversation_.runtime().Sync()) WaitUntil([] { return IsInterrupted(); }, kDeparture);
   ReportPage();
 }
 

@@ -13,7 +13,8 @@ const page = `<button>Play it</button><p id="state">idle</p><script>
     oncustom: function (json) { return JSON.parse(json).echo; },
     onstop: function () { var end = Date.now() + 1e9; while (Date.now() < end); },
     onplay: function () { return false; },
-    onrewind: function () { throw new Error('boom'); }
+    onrewind: function () { throw new Error('boom'); },
+    onexit: function () { window.close(); }
   });
   corvis.voiceinteraction.listen();
 </script>`;
@@ -98,6 +99,10 @@ test('every way for a run to end has its status', async (t) => {
     ['say pause\n', ['--no-privileges', '--timeout', '750'], 3, 'Its console says: uncaught: '],
     ['say pause\n', ['--coverage-min', '90'], 7, 'less than the 90 %'],
     ['say stop\n', ['--total-timeout', '2'], 8, 'The time for the whole run is over'],
+    ['say exit\nexpect closed\n', [], 0, 'ok 2'],
+    ['say exit\nexpect closed\nsay pause\n', [], 1, 'Bail out! The application ended'],
+    ['say exit\n', [], 1, 'Bail out! The application ended'],
+    ['timeout 100 ms\nsay pause\nexpect closed\n', [], 1, 'The application has not ended within 100 ms.'],
     [
       'send ACTION_PAUSE\ninject strData="x"\nexpect no answer within 50 ms\nsay pause\nexpect success',
       [],
