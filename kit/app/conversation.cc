@@ -8,10 +8,8 @@
 
 #include "app/item_picture.h"
 #include "app/item_places.h"
-#include "app/json_text.h"
 #include "language/phrases.h"
 #include "language/raw_command.h"
-#include "output/text_forms.h"
 #include "service/main_loop.h"
 
 namespace corvis::kit {
@@ -26,7 +24,7 @@ Turn NotSent(const std::string& said, const std::string& problem) {
 
 std::string UnknownPhrase(const std::string& phrase) {
   const std::string similar = SimilarPhrase(phrase);
-  return "Nothing is known for \"" + phrase + "\"; " +
+  return "Unknown phrase \"" + phrase + "\"; " +
          (similar.empty() ? "help lists the phrases."
                           : "did you mean \"" + similar + "\"? help lists the phrases.");
 }
@@ -119,8 +117,8 @@ void Conversation::WaitForLoad(std::chrono::milliseconds timeout) {
   constexpr auto kInterval = std::chrono::milliseconds(20);
   const auto end = Clock::now() + timeout;
   for (;;) {
-    const Result<std::string> state = runtime_.Evaluate("document.readyState");
-    if (!state || PlainValue(*state) == "complete" || Clock::now() > end) return;
+    const Result<bool> is_loaded = runtime_.IsLoaded();
+    if (!is_loaded || *is_loaded || Clock::now() > end) return;
     WaitUntil([] { return false; }, kInterval);
   }
 }
@@ -220,36 +218,43 @@ Status Conversation::Restart(const Arrival& arrival) {
 }
 
 Status Conversation::Reload(const Arrival& arrival) {
+  static_cast<void>(Recover());
   return Arrive(arrival, [this] { return runtime_.Reload(); });
 }
 
 Status Conversation::Open(const std::string& url, const Arrival& arrival) {
-  // A link to a place on the same page loads nothing.
-  const Result<std::string> here = runtime_.Evaluate(
-      "(function (url) {"
-      "  if (!url.hash || url.href.split('#')[0] !== location.href.split('#')[0]) return url.href;"
-      "  location.hash = url.hash;"
-      "  return null;"
-      "})(new URL(" +
-      JsonText(url) + ", document.baseURI))");
-  if (!here) return Fail(here.error());
-  if (*here == "null") return {};
-  return Arrive(arrival, [&] { return runtime_.Load(PlainValue(*here)); });
+  static_cast<void>(Recover());
+  const auto rest = runtime_.GoToPlace(url);
+  if (!rest) return Fail(rest.error());
+  if (!*rest) return {};
+  return Arrive(arrival, [&] { return runtime_.Load(**rest); });
 }
 
 Status Conversation::NoteBeginning(std::vector<std::string> privileges) {
-  const Result<std::string> here = runtime_.Evaluate("location.href");
+  const Result<std::string> here = runtime_.Address();
   if (!here) return Fail(here.error());
-  home_ = PlainValue(*here);
+  home_ = *here;
   privileges_ = std::move(privileges);
   return {};
 }
 
+Status Conversation::Recover() {
+  // What takes longer is not busy but hangs.
+  constexpr auto kResponseTime = std::chrono::seconds(1);
+  const int crashes_before = crashes_;
+  const Result<bool> is_ended = runtime_.EndHangingPage(kResponseTime);
+  if (!is_ended || !*is_ended) return {};
+  WaitUntil([&] { return crashes_ > crashes_before; }, timeout_);
+  return Fail("The page hung; its process was ended, and the runtime loads the page again.");
+}
+
 Status Conversation::BeginAnew() {
+  // Whether it hung is the last script's affair.
+  if (!Recover()) static_cast<void>(WaitForApp(timeout_));
   if (const Status granted = runtime_.SetPrivileges(privileges_); !granted) return granted;
   if (home_.find('#') == std::string::npos) return Open(home_);
-  const auto placed = runtime_.Evaluate("history.replaceState(null, '', " + JsonText(home_) + ")");
-  return placed ? Reload() : Status(Fail(placed.error()));
+  const Status placed = runtime_.SetAddress(home_);
+  return placed ? Reload() : placed;
 }
 
 }  // namespace corvis::kit

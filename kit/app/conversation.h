@@ -71,6 +71,10 @@ class Conversation {
   Status Reload(const Arrival& arrival = {});
   Status Open(const std::string& url, const Arrival& arrival = {});
 
+  // Makes a page respond that hangs: ends its process, so that the runtime loads the page again. An error
+  // then says so.
+  Status Recover();
+
   // Remembers the page that is shown, and the privileges that the application was given (URIs), as its
   // beginning.
   Status NoteBeginning(std::vector<std::string> privileges);

@@ -1,12 +1,16 @@
 // Calls of the control interface over the platform's bus connection.
 #include "app/runtime_control.h"
 
+#include <csignal>
 #include <string_view>
 #include <utility>
 
+#include "app/json_text.h"
+#include "app/page_script.h"
 #include "corvis_tv/control.h"
 #include "nurvo_desktop/bus.h"
 #include "nurvo_desktop/sd_bus_ptr.h"
+#include "page_address_script.h"
 #include "service/main_loop.h"
 
 namespace corvis::kit {
@@ -16,6 +20,7 @@ namespace {
 using nurvo::MessagePtr;
 using nurvo::SlotPtr;
 
+// A text, or bytes.
 std::string ReadValue(sd_bus_message* reply) {
   const char* text = nullptr;
   const void* bytes = nullptr;
@@ -49,31 +54,56 @@ int AppendArguments(sd_bus_message* call, std::string_view signature, const std:
   return sd_bus_message_append_strv(call, list.data());
 }
 
-Status WithoutValue(const Result<std::string>& result) {
-  return result ? Status() : Status(Fail(result.error()));
+Error ErrorOf(const sd_bus_error* error) {
+  if (IsAbsence(error))
+    return {"The application's runtime is not on the bus; has it ended?", ErrorKind::kNoEnvironment};
+  return {error->message};
 }
 
 }  // namespace
 
-// A call that is under way.
-struct RuntimeControl::Pending {
-  bool is_done = false;
-  Result<std::string> result;
-
-  static int OnReply(sd_bus_message* reply, void* data, sd_bus_error* /*error*/) {
-    auto& self = *static_cast<Pending*>(data);
-    const sd_bus_error* error = sd_bus_message_get_error(reply);
-    self.is_done = true;
-    if (error == nullptr) {
-      self.result = ReadValue(reply);
-    } else if (IsAbsence(error)) {
-      self.result = Fail("The application's runtime is not on the bus; start it with corvis run.",
-                         ErrorKind::kNoEnvironment);
-    } else {
-      self.result = Fail(error->message);
+// A call that is under way, until this goes.
+class RuntimeControl::Call {
+ public:
+  // Sends it.
+  Status Begin(const std::string& name, const tv::ControlMethod& method,
+               const std::vector<std::string>& arguments) {
+    const auto no_bus = Fail("The run's bus can't be reached.", ErrorKind::kNoEnvironment);
+    sd_bus* bus = nurvo_bus();
+    sd_bus_message* message = nullptr;
+    if (bus == nullptr || sd_bus_message_new_method_call(bus, &message, name.c_str(), tv::kControlPath,
+                                                         tv::kControlInterface, method.name) < 0) {
+      return no_bus;
     }
+    const MessagePtr owner(message);
+    if (AppendArguments(message, method.arguments, arguments) < 0)
+      return Fail(std::string("The bus does not take the arguments of ") + method.name + ". Are they UTF-8?");
+    sd_bus_slot* slot = nullptr;
+    if (sd_bus_call_async(bus, &slot, message, OnReply, this, UINT64_MAX) < 0) return no_bus;
+    slot_.reset(slot);
+    return {};
+  }
+
+  // Whether the reply comes within the time.
+  bool IsAnsweredWithin(std::chrono::milliseconds time) const {
+    return WaitUntil([this] { return reply_ != nullptr; }, time);
+  }
+
+  // The reply, or its error.
+  Result<sd_bus_message*> Reply() const {
+    const sd_bus_error* error = sd_bus_message_get_error(reply_.get());
+    if (error != nullptr) return Fail(ErrorOf(error));
+    return reply_.get();
+  }
+
+ private:
+  static int OnReply(sd_bus_message* reply, void* call, sd_bus_error* /*error*/) {
+    static_cast<Call*>(call)->reply_.reset(sd_bus_message_ref(reply));
     return 1;
   }
+
+  SlotPtr slot_;
+  MessagePtr reply_;
 };
 
 // A signal that somebody listens to.
@@ -125,51 +155,88 @@ void RuntimeControl::WatchCrashes(std::function<void()> sink) {
   crashes_ = NewWatch(tv::kCrashedSignal, [sink = std::move(sink)](sd_bus_message* /*signal*/) { sink(); });
 }
 
-Result<std::string> RuntimeControl::Call(const tv::ControlMethod& method, const Arguments& arguments) const {
-  const auto no_bus = Fail("The run's bus can't be reached.", ErrorKind::kNoEnvironment);
-  sd_bus* bus = nurvo_bus();
-  if (bus == nullptr) return no_bus;
-  sd_bus_message* message = nullptr;
-  const std::string name = app_id_ + tv::kControlNameSuffix;
-  if (sd_bus_message_new_method_call(bus, &message, name.c_str(), tv::kControlPath, tv::kControlInterface,
-                                     method.name) < 0) {
-    return no_bus;
+Result<std::string> RuntimeControl::Ask(const tv::ControlMethod& method,
+                                        const std::vector<std::string>& arguments) const {
+  Call call;
+  if (const Status begun = call.Begin(app_id_ + tv::kControlNameSuffix, method, arguments); !begun)
+    return Fail(begun.error());
+  if (call.IsAnsweredWithin(timeout_)) {
+    const auto reply = call.Reply();
+    return reply ? Result<std::string>(ReadValue(*reply)) : Fail(reply.error());
   }
-  const MessagePtr call(message);
-  if (AppendArguments(message, method.arguments, arguments) < 0)
-    return Fail(std::string("The arguments of ") + method.name +
-                " are no texts for the bus; they must be UTF-8.");
-  Pending pending;
-  sd_bus_slot* slot = nullptr;
-  if (sd_bus_call_async(bus, &slot, message, Pending::OnReply, &pending, UINT64_MAX) < 0) return no_bus;
-  // Ends the call, should it still be under way, before `pending` goes.
-  const SlotPtr owner(slot);
-  WaitUntil([&pending] { return pending.is_done; }, timeout_);
-  if (pending.is_done) return pending.result;
   if (IsInterrupted()) return Fail(*WhyWaitsEnd());
   return Fail("The page did not respond within " + std::to_string(timeout_.count()) + " ms.");
 }
 
+Status RuntimeControl::Tell(const tv::ControlMethod& method,
+                            const std::vector<std::string>& arguments) const {
+  const auto answer = Ask(method, arguments);
+  return answer ? Status() : Status(Fail(answer.error()));
+}
+
+Result<bool> RuntimeControl::EndHangingPage(std::chrono::milliseconds limit) {
+  const std::string name = app_id_ + tv::kControlNameSuffix;
+  Call sync;
+  if (const Status begun = sync.Begin(name, tv::kSyncMethod, {}); !begun) return Fail(begun.error());
+  if (sync.IsAnsweredWithin(limit) || IsInterrupted()) return false;
+  Call status;
+  if (const Status begun = status.Begin(name, tv::kGetStatusMethod, {}); !begun) return Fail(begun.error());
+  if (!status.IsAnsweredWithin(timeout_)) return Fail("The web runtime (corvis-tv) does not respond.");
+  const auto reply = status.Reply();
+  if (!reply) return Fail(reply.error());
+  const char* url = nullptr;
+  int is_loading = 0;
+  uint32_t process = 0;
+  uint32_t crashes = 0;
+  sd_bus_message_read(*reply, tv::kGetStatusMethod.reply, &url, &is_loading, &process, &crashes);
+  return process != 0 && kill(static_cast<pid_t>(process), SIGKILL) == 0;
+}
+
 Status RuntimeControl::Load(const std::string& url) {
-  return WithoutValue(Call(tv::kLoadMethod, {url}));
+  return Tell(tv::kLoadMethod, {url});
 }
 Status RuntimeControl::Reload() {
-  return WithoutValue(Call(tv::kReloadMethod, {}));
+  return Tell(tv::kReloadMethod);
 }
 Result<std::string> RuntimeControl::Evaluate(const std::string& expression) {
-  return Call(tv::kEvaluateMethod, {expression});
+  return Ask(tv::kEvaluateMethod, {expression});
 }
+
+Result<std::string> RuntimeControl::CallPage(const std::string& function,
+                                             const std::vector<std::string>& arguments) {
+  return Evaluate(CallInPage(kPageAddress, function, arguments));
+}
+Result<std::string> RuntimeControl::Address() {
+  const auto address = CallPage("address");
+  return address ? PlainValue(*address) : address;
+}
+Status RuntimeControl::SetAddress(const std::string& url) {
+  const auto done = CallPage("setAddress", {url});
+  return done ? Status() : Status(Fail(done.error()));
+}
+Result<std::optional<std::string>> RuntimeControl::GoToPlace(const std::string& url) {
+  const auto rest = CallPage("goToPlace", {url});
+  if (!rest) return Fail(rest.error());
+  if (*rest == "null") return std::optional<std::string>();
+  return std::optional(PlainValue(*rest));
+}
+Result<bool> RuntimeControl::IsLoaded() {
+  const auto state = CallPage("loadingState");
+  if (!state) return Fail(state.error());
+  return PlainValue(*state) == "complete";
+}
+
 Result<std::string> RuntimeControl::Screenshot() {
-  return Call(tv::kScreenshotMethod, {});
+  return Ask(tv::kScreenshotMethod);
 }
 Status RuntimeControl::Sync() {
-  return WithoutValue(Call(tv::kSyncMethod, {}));
+  return Tell(tv::kSyncMethod);
 }
 Status RuntimeControl::SetPrivileges(const std::vector<std::string>& uris) {
-  return WithoutValue(Call(tv::kSetPrivilegesMethod, uris));
+  return Tell(tv::kSetPrivilegesMethod, uris);
 }
 Status RuntimeControl::Quit() {
-  return WithoutValue(Call(tv::kQuitMethod, {}));
+  return Tell(tv::kQuitMethod);
 }
 
 }  // namespace corvis::kit

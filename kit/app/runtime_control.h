@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,21 +44,37 @@ class RuntimeControl {
   Status Reload();
   // The value of an expression as JSON text.
   Result<std::string> Evaluate(const std::string& expression);
+  // The page's address.
+  Result<std::string> Address();
+  // Makes this the page's address, without loading anything.
+  Status SetAddress(const std::string& url);
+  // Goes to the place on the present page that the URL (absolute or relative) names, and gives nothing. When
+  // it is another page or no place on one, gives the absolute URL, which is to be loaded.
+  Result<std::optional<std::string>> GoToPlace(const std::string& url);
+  // Whether the page is loaded, with its images and frames.
+  Result<bool> IsLoaded();
   // What the window shows, as the bytes of a PNG picture.
   Result<std::string> Screenshot();
   // Returns when everything that the page wrote so far has reached the sink.
   Status Sync();
+  // Ends the page's process when that takes longer than `limit` to respond; the runtime then loads the page
+  // again. Whether it did.
+  Result<bool> EndHangingPage(std::chrono::milliseconds limit);
   Status SetPrivileges(const std::vector<std::string>& uris);
   Status Quit();
 
  private:
-  struct Pending;
+  class Call;
   class Watch;
-  using Arguments = std::vector<std::string>;
 
   std::unique_ptr<Watch> NewWatch(const tv::ControlSignal& signal,
                                   std::function<void(sd_bus_message* signal)> sink) const;
-  Result<std::string> Call(const tv::ControlMethod& method, const Arguments& arguments) const;
+  // Makes a call and waits for its value; it is empty for a method without one.
+  Result<std::string> Ask(const tv::ControlMethod& method,
+                          const std::vector<std::string>& arguments = {}) const;
+  // Calls a function of page_address.js; gives its value as JSON text.
+  Result<std::string> CallPage(const std::string& function, const std::vector<std::string>& arguments = {});
+  Status Tell(const tv::ControlMethod& method, const std::vector<std::string>& arguments = {}) const;
 
   std::string app_id_;
   std::chrono::milliseconds timeout_;

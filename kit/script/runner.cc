@@ -143,12 +143,13 @@ Verdict ScriptRunner::Do(const Step& step, bool is_last) {
 
 void ScriptRunner::Document(StepDone& done) {
   Failure& failure = *done.failure;
-  // The page's lines come by another connection than its answers.
-  static_cast<void>(conversation_.runtime().Sync());
+  // Its lines come by another connection than its answers. When it hangs, later tests need another.
+  const Status recovered = conversation_.Recover();
+  if (!recovered) AddSentence(failure.message, recovered.error().message);
   const std::string exception = session_.dialogue.Exception();
   if (!exception.empty()) AddSentence(failure.message, "The callback threw: " + exception);
   failure.console = LastLines(conversation_);
-  if (options_.screenshot_folder.empty() || is_over_) return;
+  if (options_.screenshot_folder.empty() || is_over_ || !recovered) return;
   const auto picture = SaveScreenshot(conversation_, options_.screenshot_folder, done.place);
   if (picture) {
     failure.screenshot = *picture;

@@ -27,7 +27,6 @@ void WriteConsole(const std::string& level, const std::string& text, const std::
 
 namespace corvis::kit {
 
-struct RuntimeControl::Pending {};
 class RuntimeControl::Watch {};
 
 namespace {
@@ -59,12 +58,32 @@ Result<std::string> RuntimeControl::Evaluate(const std::string& /*expression*/) 
   return Fail(kMissing);
 }
 
+Result<std::string> RuntimeControl::Address() {
+  return Fail(kMissing);
+}
+
+Status RuntimeControl::SetAddress(const std::string& /*url*/) {
+  return Fail(kMissing);
+}
+
+Result<std::optional<std::string>> RuntimeControl::GoToPlace(const std::string& /*url*/) {
+  return Fail(kMissing);
+}
+
+Result<bool> RuntimeControl::IsLoaded() {
+  return Fail(kMissing);
+}
+
 Result<std::string> RuntimeControl::Screenshot() {
   return Fail(kMissing);
 }
 
 Status RuntimeControl::Sync() {
   return {};
+}
+
+Result<bool> RuntimeControl::EndHangingPage(std::chrono::milliseconds /*limit*/) {
+  return false;
 }
 
 Status RuntimeControl::SetPrivileges(const std::vector<std::string>& uris) {
