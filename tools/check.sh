@@ -39,11 +39,12 @@ build_with_clang() {
     -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=
 }
 
-# Builds everything, tests, benchmarks and fuzzers included, in a folder of its own, past the first error.
+# Builds everything, tests, benchmarks and fuzzers included, in a folder of its own, past the first error. The product's
+# files of a target are compiled as one: the headers are read once, which makes clang-tidy some eight times faster.
 build_all() {
   local folder=$1
   shift
-  configure "$folder" -DCORVIS_BUILD_TESTS=ON -DCORVIS_BUILD_BENCH=ON "$@" && ninja -k 0 -C "$folder"
+  configure "$folder" -DCORVIS_BUILD_TESTS=ON -DCORVIS_BUILD_BENCH=ON -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 "$@" && ninja -k 0 -C "$folder"
 }
 
 corvis_check() {

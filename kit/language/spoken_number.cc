@@ -71,7 +71,7 @@ bool TakeEnd(std::string& words, std::string_view end) {
 }
 
 // Below a hundred: a word, or a ten and a one.
-std::optional<long> Words(const std::string& words) {
+std::optional<long> Known(const std::string& words) {
   const size_t blank = words.find_first_of(" -");
   if (blank == std::string::npos) return Word(words);
   const auto tens = Word(words.substr(0, blank));
@@ -123,13 +123,13 @@ std::optional<long> SpokenNumber(const std::string& words) {
   if (const auto digits = Digits(words)) return digits;
   constexpr std::string_view kHundredWord = " hundred";
   const size_t at = words.find(kHundredWord);
-  if (at == std::string::npos) return Words(words);
+  if (at == std::string::npos) return Known(words);
   const auto hundreds = Word(words.substr(0, at));
   if (!hundreds || *hundreds < 1 || *hundreds > 9) return {};
   std::string rest = words.substr(at + kHundredWord.size());
   if (rest.empty()) return *hundreds * kHundred;
   if (rest.compare(0, 5, " and ") == 0) rest.erase(0, 4);
-  const auto below = rest[0] == ' ' ? Words(rest.substr(1)) : std::nullopt;
+  const auto below = rest[0] == ' ' ? Known(rest.substr(1)) : std::nullopt;
   return below ? std::optional(*hundreds * kHundred + *below) : std::nullopt;
 }
 

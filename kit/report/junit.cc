@@ -96,7 +96,7 @@ class JUnitReport : public Report {
   explicit JUnitReport(OutputFile output) : output_(std::move(output)) {}
 
   void Take(const Event& event) override {
-    std::visit([this](const auto& kind) { Collect(kind); }, event);
+    std::visit([this](const auto& kind) { this->Collect(kind); }, event);
   }
   // The file is written as a whole.
   Status Finish() override {
