@@ -146,6 +146,7 @@ class Keeper {
 
   [[noreturn]] static void Execute(const std::vector<std::string>& command) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
     sigset_t none;

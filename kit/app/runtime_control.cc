@@ -49,6 +49,7 @@ int AppendTexts(sd_bus_message* call, const std::vector<std::string>& texts) {
 int AppendArguments(sd_bus_message* call, std::string_view signature, const std::vector<std::string>& texts) {
   if (signature != "as") return AppendTexts(call, texts);
   std::vector<char*> list;
+  list.reserve(texts.size() + 1);
   for (const std::string& text : texts) list.push_back(const_cast<char*>(text.c_str()));
   list.push_back(nullptr);
   return sd_bus_message_append_strv(call, list.data());

@@ -1,22 +1,11 @@
-// What must not be possible: the API without its privileges, the bus for other users, and files outside of a run's own
-// folders.
+// What must not be possible: the API without its privileges, the bus for other users, and files outside of a run's own folders.
+import assert from 'node:assert/strict';
 import { spawn, spawnSync } from 'node:child_process';
-import {
-  chmodSync,
-  existsSync,
-  mkdirSync,
-  mkdtempSync,
-  readFileSync,
-  rmSync,
-  statSync,
-  writeFileSync,
-} from 'node:fs';
+import { chmodSync, mkdirSync, mkdtempSync, rmSync, statSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
-import { build, root } from '../../testing/corvis.mjs';
-import { appId, control, evaluate, eventually, privileges, program, require, startTv } from './stage.mjs';
-
-const isRoot = process.getuid() === 0;
+import { processesWith, root, start, until } from '../../testing/corvis.mjs';
+import { privileges, program, startTv, voiceService } from './stage.mjs';
 
 // A page that tries every guarded method when it is asked to, honestly and by tampering, and tells what became of each.
 //
@@ -71,118 +60,121 @@ const guardedPage = `<!doctype html><script>
 </script>`;
 
 // Everything that passes over the bus from now on.
-async function watchBus(children) {
+async function watchBus(t) {
   const child = spawn('dbus-monitor', ['--session']);
-  children.push(child);
+  t.after(() => child.kill());
   let text = '';
   child.stdout.on('data', (data) => (text += data));
-  const sees = (part) => eventually(() => require(text.includes(part), `${part} was not seen on the bus`));
-  await sees('NameLost');
-  return { text: () => text, sees };
+  const bus = { output: () => text, sees: (part) => until(() => text.includes(part), bus) };
+  await bus.sees('NameLost');
+  return bus;
 }
 
-// The voice service, which the page would speak with.
-async function startService(children) {
-  children.push(
-    spawn(path.join(build, 'bin/robustness_voice_service'), [appId], { stdio: ['pipe', 'ignore', 'ignore'] })
-  );
-  await eventually(() => require(askBus().includes('com.kelvaro.tv.vif'), 'the voice service did not start'));
-}
-
-async function refuseAll(bus) {
+async function refuseAll(tv, bus) {
   for (const granted of [[], privileges.slice(0, 1), privileges.slice(1)]) {
-    control('SetPrivileges', `array:string:${granted.join()}`);
-    const allowed = evaluate('tryAll()').filter((line) => !line.endsWith(': SecurityError'));
-    require(allowed.length === 0, `with ${granted.join() || 'no privilege'}: ${allowed}`);
+    await tv.call('SetPrivileges', granted);
+    const lines = await tv.evaluate('tryAll()');
+    assert.deepEqual(
+      lines.filter((line) => !line.endsWith(': SecurityError')),
+      [],
+      `with ${granted}`
+    );
   }
   // What was on the bus has been read once this last word has.
-  evaluate('"last word"');
+  await tv.evaluate('"last word"');
   await bus.sees('last word');
-  require(!bus.text().includes('interface=nurvo.'), 'a page without privileges sent something');
-  require(!bus.text().includes(`string "${appId}"`), 'a page without privileges took its name on the bus');
+  assert.doesNotMatch(bus.output(), /interface=nurvo\./, 'a page without privileges sent something');
+  assert.doesNotMatch(bus.output(), /string "com.example.app"/, 'it took its name on the bus');
 }
 
-async function withoutPrivileges(folder) {
+async function withoutPrivileges(t, folder) {
   writeFileSync(path.join(folder, 'index.html'), guardedPage);
-  const endTv = startTv({ page: folder, granted: [] });
-  const children = [];
-  try {
-    await startService(children);
-    const all = await eventually(() => evaluate('tryAll()'));
-    const bus = await watchBus(children);
-    await refuseAll(bus);
-    // With both, the same calls work, and the same look at the bus sees them.
-    control('SetPrivileges', `array:string:${privileges.join()}`);
-    const honest = (line) => !line.includes(' with another ');
-    const refused = evaluate('tryAll()').filter((line) => honest(line) && !line.endsWith(': allowed'));
-    require(refused.length === 0, `with both privileges: ${refused}`);
-    await bus.sees(`string "${appId}"`);
-    await bus.sees('interface=nurvo.');
-    const methods = all.filter(honest).length;
-    return (
-      `${methods} guarded methods refuse without the privileges or with one, also a page that tampers in ` +
-      `${all.length - methods} ways; nothing on the bus`
-    );
-  } finally {
-    for (const child of children) child.kill();
-    await endTv();
-  }
-}
-
-// The names on the bus; nothing when it does not answer. `as` is a command to run the question with.
-function askBus(...as) {
-  const call = ['dbus-send', '--session', '--print-reply', '--dest=org.freedesktop.DBus', '/'];
-  const command = [...as, ...call, 'org.freedesktop.DBus.ListNames'];
-  return spawnSync(command[0], command.slice(1), { encoding: 'utf8' }).stdout;
-}
-
-function otherUsers() {
-  const folder = path.dirname(
-    decodeURIComponent(process.env.DBUS_SESSION_BUS_ADDRESS.replace('unix:path=', ''))
+  const bus = await watchBus(t);
+  // The page would speak with it.
+  const service = spawn(voiceService, ['com.example.other'], { stdio: ['pipe', 'ignore', 'ignore'] });
+  t.after(() => service.kill());
+  await bus.sees('com.kelvaro.tv.vif');
+  const tv = await startTv(t, { page: folder, granted: [] });
+  const quiet = await watchBus(t);
+  await refuseAll(tv, quiet);
+  // With both, the same calls work, and the same look at the bus sees them.
+  await tv.call('SetPrivileges', privileges);
+  const all = await tv.evaluate('tryAll()');
+  const honest = all.filter((line) => !line.includes(' with another '));
+  assert.deepEqual(
+    honest.filter((line) => !line.endsWith(': allowed')),
+    []
   );
-  require((statSync(folder).mode & 0o777) === 0o700, `others may enter ${folder}`);
-  require(askBus(), 'the bus does not answer its own user');
-  if (!isRoot) return "the bus's folder is its user's alone (as root, another user would be tried)";
-  const nobody = ['setpriv', '--reuid=65534', '--regid=65534', '--clear-groups'];
-  require(!askBus(...nobody), 'another user reached the bus');
-  // The bus itself refuses, too.
+  await quiet.sees('string "com.example.app"');
+  await quiet.sees('interface=nurvo.');
+  return (
+    `${honest.length} guarded methods refuse without the privileges or with one, also a page that tampers in ` +
+    `${all.length - honest.length} ways; nothing on the bus`
+  );
+}
+
+// Asks the bus of a run for its names, as its own user and as another.
+async function otherUsers(t, folder) {
   chmodSync(folder, 0o755);
-  const names = askBus(...nobody);
-  chmodSync(folder, 0o700);
-  require(!names, 'the bus lets another user in');
+  const command = start(['run', path.join(root, 'examples/minimal')], { env: { TMPDIR: folder } });
+  t.after(() => (command.child.stdin.end(), command.exited));
+  const address = await until(() => {
+    const found = processesWith(folder).map((text) => /BUS_ADDRESS=(unix:path=[^\0]*)/.exec(text)?.[1]);
+    return found.find((one) => one && one !== process.env.DBUS_SESSION_BUS_ADDRESS);
+  }, command);
+  const ask = (...as) => {
+    const call = [
+      ...as,
+      'dbus-send',
+      `--bus=${address}`,
+      '--print-reply',
+      '--dest=org.freedesktop.DBus',
+      '/',
+    ];
+    return (
+      spawnSync(call[0], [...call.slice(1), 'org.freedesktop.DBus.ListNames'], { cwd: '/' }).status === 0
+    );
+  };
+  const place = path.dirname(decodeURIComponent(address.replace('unix:path=', '')));
+  assert.equal(statSync(place).mode & 0o777, 0o700, `others may enter ${place}`);
+  await until(ask, command);
+  if (process.getuid() !== 0) return "the bus's folder is its user's alone (root would try another user)";
+  const nobody = ['setpriv', '--reuid=65534', '--regid=65534', '--clear-groups'];
+  assert.ok(!ask(...nobody), 'another user reached the bus');
+  chmodSync(place, 0o755);
+  assert.ok(!ask(...nobody), 'the bus lets another user in');
   return 'another user is refused by the folder, and by the bus behind it';
 }
 
-// Runs an application with an empty home and, where that can be arranged, an empty /tmp; gives what is left there.
+// Runs an application with an empty home and, where that can be arranged, an empty /tmp; finds what is left there.
 function leftovers(folder) {
-  const home = path.join(folder, 'home');
   const covering = ['--mount', 'mount', '-t', 'tmpfs', 'none', '/tmp'];
   const isTmpEmpty = !root.startsWith('/tmp/') && spawnSync('unshare', covering).status === 0;
-  const script = [
-    ...(isTmpEmpty ? ['mount -t tmpfs none /tmp', 'mkdir -p "$TMPDIR"'] : []),
-    `echo play | "${root}/corvis" run --headless "${root}/examples/minimal" >"${folder}/output" 2>&1 || exit 1`,
-    `find "$HOME" "$TMPDIR" ${isTmpEmpty ? '/tmp' : ''} -mindepth 1 ! -path "$TMPDIR" ! -name .X11-unix`,
-  ].join('\n');
+  const script = `
+    if [ "$EMPTY" ]; then mount -t tmpfs none /tmp; mkdir /tmp/own; fi
+    echo play | "$ROOT/corvis" run --headless "$ROOT/examples/minimal" >"$FOLDER/output" 2>&1 &&
+      grep -q ACTION_PLAY "$FOLDER/output" || { cat "$FOLDER/output"; exit 1; }
+    find "$HOME" "$TMPDIR" $EMPTY -mindepth 1 ! -path "$TMPDIR" ! -name .X11-unix`;
+  const kept = Object.entries(process.env).filter(([name]) => !/^XDG_|^DISPLAY$/.test(name));
+  const [home, own] = ['home', 'own'].map((name) => path.join(folder, name));
+  for (const made of [home, own]) mkdirSync(made);
+  const run = { ROOT: root, FOLDER: folder, HOME: home, TMPDIR: isTmpEmpty ? '/tmp/own' : own };
+  const env = { ...Object.fromEntries(kept), ...run, EMPTY: isTmpEmpty ? '/tmp' : '' };
   const command = [...(isTmpEmpty ? ['unshare', '--mount'] : []), 'bash', '-c', script];
-  mkdirSync(home);
-  const env = { ...process.env, HOME: home, TMPDIR: isTmpEmpty ? '/tmp/own' : path.join(folder, 'own') };
-  for (const name of ['XDG_CACHE_HOME', 'XDG_CONFIG_HOME', 'XDG_DATA_HOME', 'XDG_RUNTIME_DIR', 'DISPLAY'])
-    delete env[name];
-  mkdirSync(path.join(folder, 'own'));
-  const run = spawnSync(command[0], command.slice(1), { env, encoding: 'utf8', timeout: 60000 });
-  const output = existsSync(`${folder}/output`) ? readFileSync(`${folder}/output`, 'utf8') : '';
-  require(run.status === 0, `the run failed: ${output}${run.stderr}`);
-  require(output.includes('ACTION_PLAY'), `the application did not answer: ${output}`);
-  require(run.stdout === '', `the run left behind: ${run.stdout}`);
+  const { status, stdout } = spawnSync(command[0], command.slice(1), {
+    env,
+    encoding: 'utf8',
+    timeout: 60000,
+  });
+  assert.deepEqual([status, stdout], [0, ''], 'the run failed, or left something behind');
   return `a run leaves nothing in the home folder${isTmpEmpty ? ' and /tmp' : ''}`;
 }
 
-await program('permissions', async () => {
+program('permissions', async (t) => {
   // Not below /tmp, which one of the runs covers.
-  const folder = mkdtempSync(path.join(isRoot ? '/var/tmp' : tmpdir(), 'corvis-permissions-'));
-  try {
-    return [await withoutPrivileges(folder), otherUsers(), leftovers(folder)].join('; ');
-  } finally {
-    rmSync(folder, { recursive: true, force: true });
-  }
+  const folder = mkdtempSync(
+    path.join(process.getuid() === 0 ? '/var/tmp' : tmpdir(), 'corvis-permissions-')
+  );
+  t.after(() => rmSync(folder, { recursive: true, force: true }));
+  return [await withoutPrivileges(t, folder), await otherUsers(t, folder), leftovers(folder)].join('; ');
 });

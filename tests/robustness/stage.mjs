@@ -1,13 +1,12 @@
 // What the programs in JavaScript share: a page in the real runtime on the bus of the environment, and how a program
 // ends.
-import { execFileSync, spawn } from 'node:child_process';
-import { once } from 'node:events';
 import path from 'node:path';
 import { build, privilegeUri, root } from '../../testing/corvis.mjs';
+import { Tv } from '../../testing/tv.mjs';
 
-export const appId = 'com.example.patient';
 export const isShort = process.argv.includes('--short');
 export const privileges = ['microphone', 'voicecontrol'].map(privilegeUri);
+export const voiceService = path.join(build, 'bin/robustness_voice_service');
 
 // Numbers below `limit`, the same ones in every run.
 export function randomNumbers(seed) {
@@ -18,75 +17,26 @@ export function randomNumbers(seed) {
   };
 }
 
-export function require(holds, sentence) {
-  if (!holds) throw new Error(sentence);
+// The runtime with the page of this folder, or another, loaded.
+export async function startTv(
+  t,
+  { page = path.join(root, 'tests/robustness/page'), granted = privileges } = {}
+) {
+  const options = ['--console', 'none', ...granted.flatMap((uri) => ['--privilege', uri])];
+  const extension = path.join(build, 'lib/libcorvis_voiceinteraction.so');
+  const tv = new Tv(t, process.env.DBUS_SESSION_BUS_ADDRESS, page, { extension, options });
+  await tv.loaded();
+  return tv;
 }
 
-// Waits for a promise, at most ten seconds.
-export async function within(promise, what) {
-  let timer;
-  const late = new Promise((resolve, reject) => {
-    timer = setTimeout(() => reject(new Error(`waited in vain for ${what}`)), 10000);
-  });
-  try {
-    return await Promise.race([promise, late]);
-  } finally {
-    clearTimeout(timer);
-  }
-}
-
-// The runtime with the page of this folder, or another. Returns what ends it.
-export function startTv({ page = path.join(root, 'tests/robustness/page'), granted = privileges } = {}) {
-  const child = spawn(
-    path.join(build, 'bin/corvis-tv'),
-    [
-      ...['--app-id', appId, '--headless', '--console', 'none'],
-      ...['--extension', path.join(build, 'lib/libcorvis_voiceinteraction.so')],
-      ...granted.flatMap((uri) => ['--privilege', uri]),
-      page,
-    ],
-    { stdio: ['ignore', 'inherit', 'inherit'] }
-  );
-  return async () => {
-    child.kill('SIGTERM');
-    if (child.exitCode === null) await once(child, 'exit');
-  };
-}
-
-// Calls a method of the runtime's control interface; arguments as dbus-send takes them.
-export function control(method, ...args) {
-  const call = ['--session', '--print-reply=literal', `--dest=${appId}.runtime`, '/corvis/tv'];
-  return execFileSync('dbus-send', [...call, `corvis.tv.Control.${method}`, ...args], {
-    encoding: 'utf8',
-    maxBuffer: 1e8,
-    stdio: ['ignore', 'pipe', 'ignore'],
-  });
-}
-
-// An expression's value in the page.
-export function evaluate(expression) {
-  return JSON.parse(control('Evaluate', `string:${expression}`));
-}
-
-// Tries until it does not throw, at most ten seconds.
-export async function eventually(attempt) {
-  const deadline = Date.now() + 10000;
-  for (;;) {
-    try {
-      return attempt();
-    } catch (error) {
-      if (Date.now() > deadline) throw error;
-      await new Promise((resolve) => setTimeout(resolve, 20));
-    }
-  }
-}
-
-// Runs a program that returns its figures, and prints its line.
+// Runs a program that returns its figures, prints its line, and then what `t.after` was given.
 export async function program(name, run) {
+  const ends = [];
   try {
-    console.log(`${name}: ${await run()}`);
+    console.log(`${name}: ${await run({ after: (end) => ends.unshift(end) })}`);
   } catch (error) {
     console.log(`${name}: FAILED: ${error.message}`);
     process.exitCode = 1;
   }
+  for (const end of ends) await end();
 }
