@@ -11,12 +11,11 @@
 
 #include "cli/command_line.h"
 #include "output/text_forms.h"
+#include "service/wire.h"
 
 namespace corvis::kit {
 
 namespace {
-
-constexpr const char* kGroup = "The application";
 
 bool ReadSize(const std::string& text, int& width, int& height) {
   // Screens have up to 8K; a larger picture takes gigabytes.
@@ -37,6 +36,7 @@ std::string CheckAppId(const std::string& value) {
   // The runtime takes this name and one below it on the bus.
   const bool is_id = sd_bus_service_name_is_valid((value + ".runtime").c_str()) > 0 && value[0] != ':' &&
                      value.find('.') != std::string::npos;
+  if (value == wire::kServiceId) return "another name than the voice service's";
   return is_id ? "" : "a dotted name such as com.example.app";
 }
 
@@ -68,34 +68,30 @@ Result<std::string> PageOf(const std::string& operand) {
 }  // namespace
 
 void AddDisplayOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options) {
+  app.option_defaults()->group("The application");
   bool& is_headless = options.run.is_headless;
   const bool is_for_person = viewer == Viewer::kPerson;
   is_headless = !is_for_person || !(IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY"));
-  AddFlag(app, "--headless", is_for_person ? "needs no display" : "needs no display (default)", is_headless)
-      ->group(kGroup);
+  AddFlag(app, "--headless", is_for_person ? "needs no display" : "needs no display (default)", is_headless);
   AddFlag(app, "--window", is_for_person ? "in a window (default where there is a display)" : "in a window",
-          [&is_headless] { is_headless = false; })
-      ->group(kGroup);
+          [&is_headless] { is_headless = false; });
 }
 
 void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options) {
+  app.option_defaults()->group("The application");
   RunOptions& run = options.run;
-  AddText(app, "--app-id", "ID", "its id", run.app_id, CheckAppId)->group(kGroup);
-  AddFlag(app, "--no-privileges", "grant none", [&run] { run.privileges.clear(); })->group(kGroup);
+  AddText(app, "--app-id", "ID", "its id", run.app_id, CheckAppId);
+  AddFlag(app, "--no-privileges", "grant none", [&run] { run.privileges.clear(); });
   AddList(app, "--privilege", "NAME",
           "grant this one only: microphone, voicecontrol or a URI; repeatable (default both)", run.privileges,
-          CheckPrivilege)
-      ->group(kGroup);
+          CheckPrivilege);
   AddValue(app, "--size", "WIDTHxHEIGHT", "the page's size in pixels", "1920x1080", CheckSize,
-           [&run](const std::string& size) { ReadSize(size, run.width, run.height); })
-      ->group(kGroup);
+           [&run](const std::string& size) { ReadSize(size, run.width, run.height); });
   AddDisplayOptions(app, viewer, options);
   AddText(app, "--console", "KIND", "the page's console on standard error: page, all, none", options.console,
-          CheckConsole)
-      ->group(kGroup);
+          CheckConsole);
   AddTime(app, "--timeout", "MS", "how long an answer may take; loading and listen() four times as long",
-          run.answer_timeout)
-      ->group(kGroup);
+          run.answer_timeout);
 }
 
 void PrintLine(const std::string& line) {
@@ -104,7 +100,7 @@ void PrintLine(const std::string& line) {
 
 Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std::string& operand,
                                               const ApplicationOptions& options, Printer notice,
-                                              Printer console) {
+                                              const Printer& console) {
   Result<std::string> page = PageOf(operand);
   if (!page) return Fail(page.error());
   RunOptions run = options.run;
@@ -113,7 +109,8 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
                                                        const auto& source) {
     if (kind == "all" || kind == source) console("[" + source + "] " + level + ": " + ForTerminal(text));
   };
-  return Run::Start(supervisor, run, {std::move(notice), write, console});
+  const auto write_line = [console](const std::string& line) { console(ForTerminal(line)); };
+  return Run::Start(supervisor, run, {std::move(notice), write, write_line});
 }
 
 Status WaitUntilListening(Run& run, const ApplicationOptions& options) {

@@ -38,7 +38,7 @@ void PrintLine(const std::string& line);
 // What is said beside the answers is printed: the service's notices, and what is written to the console.
 Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std::string& operand,
                                               const ApplicationOptions& options, Printer notice = PrintLine,
-                                              Printer console = PrintLine);
+                                              const Printer& console = PrintLine);
 
 // Waits until the application listens: loading a page and its engine takes longer than an answer.
 Status WaitUntilListening(Run& run, const ApplicationOptions& options);

@@ -14,13 +14,12 @@ namespace {
 
 constexpr size_t kLeftColumn = 21;
 
-CLI::Validator ValidatorOf(const Check& check) {
-  return CLI::Validator(
-      [check](const std::string& value) {
-        const std::string expected = check ? check(value) : "";
-        return expected.empty() ? "" : "Expected " + expected + ", not \"" + value + "\".";
-      },
-      "");
+// What is said of a value that the check refuses.
+Check Refusal(const Check& check) {
+  return [check](const std::string& value) {
+    const std::string expected = check ? check(value) : "";
+    return expected.empty() ? "" : "Expected " + expected + ", not \"" + value + "\".";
+  };
 }
 
 // "--name=" has an empty value; to CLI11 it has none.
@@ -36,7 +35,7 @@ void SplitEmptyValues(std::vector<std::string>& arguments) {
 
 // CLI11 begins with the option's name, and has no sentence for a value that is missing, or too much.
 std::string SentenceOf(const CLI::ParseError& error) {
-  const std::string text = error.what();
+  std::string text = error.what();
   const size_t colon = text.find(':');
   if (error.get_name() != "ArgumentMismatch") return text;
   if (colon != std::string::npos) return "Option " + text.substr(0, colon) + " needs a value.";
@@ -87,46 +86,41 @@ Check WholeNumber(long most) {
   };
 }
 
-CLI::Option* AddFlag(CLI::App& app, const std::string& name, const std::string& help,
-                     std::function<void()> set) {
-  return app.add_flag_callback(name, std::move(set), help)
+void AddFlag(CLI::App& app, const std::string& name, const std::string& help, std::function<void()> set) {
+  app.add_flag_callback(name, std::move(set), help)
       ->trigger_on_parse()
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
       ->disable_flag_override();
 }
 
-CLI::Option* AddFlag(CLI::App& app, const std::string& name, const std::string& help, bool& flag) {
-  return AddFlag(app, name, help, [&flag] { flag = true; });
+void AddFlag(CLI::App& app, const std::string& name, const std::string& help, bool& flag) {
+  AddFlag(app, name, help, [&flag] { flag = true; });
 }
 
-CLI::Option* AddValue(CLI::App& app, const std::string& name, const std::string& value_name,
-                      const std::string& help, const std::string& fallback, const Check& check,
-                      std::function<void(const std::string&)> take) {
-  return app.add_option_function<std::string>(name, std::move(take), help)
+void AddValue(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
+              const std::string& fallback, const Check& check,
+              const std::function<void(const std::string&)>& take) {
+  app.add_option_function<std::string>(name, take, help)
       ->type_name(value_name)
       ->take_last()
-      ->check(ValidatorOf(check))
+      ->check(Refusal(check))
       ->default_str(fallback);
 }
 
-CLI::Option* AddText(CLI::App& app, const std::string& name, const std::string& value_name,
-                     const std::string& help, std::string& text, const Check& check) {
-  return AddValue(app, name, value_name, help, text, check,
-                  [&text](const std::string& value) { text = value; });
+void AddText(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
+             std::string& text, const Check& check) {
+  AddValue(app, name, value_name, help, text, check, [&text](const std::string& value) { text = value; });
 }
 
-CLI::Option* AddList(CLI::App& app, const std::string& name, const std::string& value_name,
-                     const std::string& help, std::vector<std::string>& values, const Check& check) {
-  return app.add_option(name, values, help)
-      ->type_name(value_name)
-      ->allow_extra_args(false)
-      ->check(ValidatorOf(check));
+void AddList(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
+             std::vector<std::string>& values, const Check& check) {
+  app.add_option(name, values, help)->type_name(value_name)->allow_extra_args(false)->check(Refusal(check));
 }
 
-CLI::Option* AddNumber(CLI::App& app, const std::string& name, const std::string& value_name,
-                       const std::string& help, long most, long& number) {
-  return AddValue(app, name, value_name, help, number > 0 ? std::to_string(number) : "", WholeNumber(most),
-                  [&number](const std::string& text) { number = std::stol(text); });
+void AddNumber(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
+               long most, long& number) {
+  AddValue(app, name, value_name, help, number > 0 ? std::to_string(number) : "", WholeNumber(most),
+           [&number](const std::string& text) { number = std::stol(text); });
 }
 
 Result<Arguments> ParseArguments(CLI::App& app, std::vector<std::string> arguments) {

@@ -19,36 +19,36 @@ using Check = std::function<std::string(const std::string& value)>;
 // A whole number from 1 to `most`.
 Check WholeNumber(long most);
 
-// An option without a value. Where several flags set the same thing, the last one given counts.
-CLI::Option* AddFlag(CLI::App& app, const std::string& name, const std::string& help,
-                     std::function<void()> set);
-CLI::Option* AddFlag(CLI::App& app, const std::string& name, const std::string& help, bool& flag);
+// An option without a value. Like every option, it belongs to the group of app.option_defaults(). Where
+// several flags set the same thing, the last one given counts.
+void AddFlag(CLI::App& app, const std::string& name, const std::string& help, std::function<void()> set);
+void AddFlag(CLI::App& app, const std::string& name, const std::string& help, bool& flag);
 
 // An option with a value, which the help calls `value_name` and `take` gets. The last one given counts.
 // `fallback` is the default as the help shows it.
-CLI::Option* AddValue(CLI::App& app, const std::string& name, const std::string& value_name,
-                      const std::string& help, const std::string& fallback, const Check& check,
-                      std::function<void(const std::string&)> take);
+void AddValue(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
+              const std::string& fallback, const Check& check,
+              const std::function<void(const std::string&)>& take);
 
 // The same for a text; what it holds now is the default.
-CLI::Option* AddText(CLI::App& app, const std::string& name, const std::string& value_name,
-                     const std::string& help, std::string& text, const Check& check = {});
+void AddText(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
+             std::string& text, const Check& check = {});
 
 // An option that may be repeated. Given at all, it replaces what `values` holds now.
-CLI::Option* AddList(CLI::App& app, const std::string& name, const std::string& value_name,
-                     const std::string& help, std::vector<std::string>& values, const Check& check = {});
+void AddList(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
+             std::vector<std::string>& values, const Check& check = {});
 
 // An option with a whole number from 1 to `most`. There is no default in the help when `number` is 0.
-CLI::Option* AddNumber(CLI::App& app, const std::string& name, const std::string& value_name,
-                       const std::string& help, long most, long& number);
+void AddNumber(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
+               long most, long& number);
 
 // An option with a time from 1 to a day, in the unit of `time`.
 template <typename Duration>
-CLI::Option* AddTime(CLI::App& app, const std::string& name, const std::string& value_name,
-                     const std::string& help, Duration& time) {
+void AddTime(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
+             Duration& time) {
   const long day = std::chrono::duration_cast<Duration>(std::chrono::hours(24)).count();
-  return AddValue(app, name, value_name, help, std::to_string(time.count()), WholeNumber(day),
-                  [&time](const std::string& text) { time = Duration(std::stol(text)); });
+  AddValue(app, name, value_name, help, std::to_string(time.count()), WholeNumber(day),
+           [&time](const std::string& text) { time = Duration(std::stol(text)); });
 }
 
 struct Arguments {

@@ -2,11 +2,11 @@
 #include "cli/commands.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 
 #include "cli/command_line.h"
 #include "language/suggestions.h"
+#include "output/output_file.h"
 
 namespace corvis::kit {
 
@@ -53,15 +53,19 @@ std::string Usage() {
     text += HelpLine(row.name, row.summary);
   }
   return text +
-         "\ncorvis COMMAND --help lists the options of a command. A window opens where there is a display; "
-         "otherwise,\n"
-         "and with --headless, nothing needs one.\n";
+         "\ncorvis COMMAND --help lists the options of a command. A window opens where there is a display;\n"
+         "otherwise, and with --headless, nothing needs one.\n";
 }
 
-std::string HelpOf(const CommandRow& row, const CLI::App& app, const Subcommand& command) {
+std::string HelpOf(const CommandRow& row, const CLI::App& app) {
   const std::string operands = row.operands.usage;
   return "Usage: corvis " + std::string(row.name) + " [OPTIONS]" + (operands.empty() ? "" : " " + operands) +
-         "\n\n" + app.get_description() + "\n" + DescribeOptions(app) + DescribeStatuses(command.Statuses());
+         "\n\n" + app.get_description() + "\n" + DescribeOptions(app) + app.get_footer();
+}
+
+Result<int> Print(const std::string& text, int status) {
+  const Status printed = WriteStandardOutput(text);
+  return printed ? Result<int>(status) : Fail(printed.error());
 }
 
 Status CheckOperands(const CommandRow& row, const std::vector<std::string>& operands) {
@@ -80,8 +84,7 @@ Result<int> RunCommand(const CommandRow& row, Supervisor& supervisor, std::vecto
   app.set_help_flag("-h,--help", "this text")->group("Other");
   const auto parsed = ParseArguments(app, std::move(arguments));
   if (parsed && parsed->is_help) {
-    std::fputs(HelpOf(row, app, *command).c_str(), stdout);
-    return kExitOk;
+    return Print(HelpOf(row, app), kExitOk);
   }
   const Status checked = parsed ? CheckOperands(row, parsed->operands) : Status(Fail(parsed.error()));
   if (!checked) {
@@ -93,23 +96,19 @@ Result<int> RunCommand(const CommandRow& row, Supervisor& supervisor, std::vecto
 }  // namespace
 
 Result<int> RunTool(Supervisor& supervisor, const std::vector<std::string>& arguments) {
-  const std::string name = arguments.empty() ? "" : arguments[0];
-  if (name.empty() || name == "help" || name == "-h" || name == "--help") {
-    std::fputs(Usage().c_str(), stdout);
-    return arguments.empty() ? kExitUsage : kExitOk;
-  }
-  if (name == "--version") {
-    std::printf("corvis %s\n", CORVIS_VERSION);
-    return kExitOk;
-  }
-  const auto row = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                [&name](const CommandRow& command) { return command.name == name; });
+  if (arguments.empty()) return Print(Usage(), kExitUsage);
+  const std::string& name = arguments[0];
+  if (name == "help" || name == "-h" || name == "--help") return Print(Usage(), kExitOk);
+  if (name == "--version") return Print("corvis " CORVIS_VERSION "\n", kExitOk);
+  const auto* const row = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                       [&name](const CommandRow& command) { return command.name == name; });
   if (row != std::end(kCommands))
     return RunCommand(*row, supervisor, {arguments.begin() + 1, arguments.end()});
   std::vector<std::string> names;
   for (const CommandRow& command : kCommands) names.emplace_back(command.name);
-  const char* kind = name[0] == '-' ? "option " : "command ";
-  return Fail("Unknown " + (kind + name) + "." + DidYouMean(name, names) + " See corvis --help.",
+  const std::string kind = name.compare(0, 1, "-") == 0 ? "option " : "command ";
+  return Fail("Unknown " + kind + (name.empty() ? "\"\"" : name) + "." + DidYouMean(name, names) +
+                  " See corvis --help.",
               ErrorKind::kUsage);
 }
 

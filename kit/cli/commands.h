@@ -23,8 +23,6 @@ class Subcommand {
 
   // Declares its options, and describes it for its help.
   virtual void Declare(CLI::App& app) = 0;
-  // What its exit statuses mean, beside those that all commands share.
-  virtual StatusMeanings Statuses() const = 0;
   // Does it, with as many operands as it takes. Gives the exit status.
   virtual Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) = 0;
 };

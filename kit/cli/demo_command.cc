@@ -17,10 +17,7 @@ class DemoCommand : public Subcommand {
         "to\n"
         "the page and back.");
     AddDisplayOptions(app, Viewer::kPerson, options_.application);
-  }
-
-  StatusMeanings Statuses() const override {
-    return {{kExitOk, "every answer was the expected one"}, {kExitFailed, "one was not"}};
+    DescribeStatuses(app, {{kExitOk, "every answer was the expected one"}, {kExitFailed, "one was not"}});
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& /*operands*/) override {

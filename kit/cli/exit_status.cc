@@ -33,8 +33,8 @@ void PrintError(const Error& error) {
   std::fprintf(stderr, "corvis: %s\n", error.message.c_str());
 }
 
-std::string DescribeStatuses(const StatusMeanings& own) {
-  StatusMeanings meanings = {
+void DescribeStatuses(CLI::App& app, const std::map<int, std::string>& own) {
+  std::map<int, std::string> meanings = {
       {kExitUsage, "wrong usage; nothing was started"},
       {kExitNoApp, "the application can't be loaded, or never listened"},
       {kExitCrashing, "its page keeps crashing"},
@@ -44,7 +44,7 @@ std::string DescribeStatuses(const StatusMeanings& own) {
   for (const auto& [status, meaning] : own) meanings[status] = meaning;
   std::string text = "\nExit status\n";
   for (const auto& [status, meaning] : meanings) text += HelpLine(std::to_string(status), meaning);
-  return text;
+  app.footer(text);
 }
 
 }  // namespace corvis::kit

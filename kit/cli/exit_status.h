@@ -2,6 +2,7 @@
 #ifndef CORVIS_KIT_CLI_EXIT_STATUS_H_
 #define CORVIS_KIT_CLI_EXIT_STATUS_H_
 
+#include <CLI/CLI.hpp>
 #include <map>
 #include <string>
 
@@ -28,11 +29,8 @@ ExitStatus StatusOf(ErrorKind kind);
 // error without a message.
 void PrintError(const Error& error);
 
-// What the statuses of a command mean.
-using StatusMeanings = std::map<int, std::string>;
-
-// The lines of the help: a command's own meanings, and those that all commands for applications share.
-std::string DescribeStatuses(const StatusMeanings& own);
+// Ends the help of a command with what its exit statuses mean: `own`, and those that all commands share.
+void DescribeStatuses(CLI::App& app, const std::map<int, std::string>& own);
 
 }  // namespace corvis::kit
 

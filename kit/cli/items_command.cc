@@ -18,17 +18,13 @@ class ItemsCommand : public Subcommand {
         "Loads the page and prints what can be selected on it by voice: the numbers, titles and places of "
         "its\n"
         "items.");
+    app.option_defaults()->group("Output");
     AddText(app, "--png", "FILE", "save a picture of the page with each item's box and number on it",
-            png_file_)
-        ->group("Output");
-    AddFlag(app, "--json", "the page's answer as it is; nothing else on standard output", is_json_)
-        ->group("Output");
+            png_file_);
+    AddFlag(app, "--json", "the page's answer as it is; nothing else on standard output", is_json_);
     AddApplicationOptions(app, Viewer::kProgram, options_);
-  }
-
-  StatusMeanings Statuses() const override {
-    return {{kExitOk, "printed"},
-            {kExitFailed, "the page answered with no items, or no picture could be made"}};
+    DescribeStatuses(app, {{kExitOk, "printed"},
+                           {kExitFailed, "the page answered with no items, or no picture could be made"}});
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
@@ -44,16 +40,14 @@ class ItemsCommand : public Subcommand {
     const Result<ItemList> items = conversation.AskItems();
     if (!items) return Fail(items.error());
     const Answer& answer = *conversation.items_turn().answer;
-    OutputFile output = OutputFile::Standard();
-    output.Write(is_json_ ? answer.data : ItemTable(*items) + DescribeItemsAnswer(*items, answer));
-    output.Write("\n");
+    const std::string text = is_json_ ? answer.data : ItemTable(*items) + DescribeItemsAnswer(*items, answer);
+    const Status printed = WriteStandardOutput(text + "\n");
+    if (!printed) return Fail(printed.error());
     if (!png_file_.empty()) {
       const Result<std::string> picture = conversation.PictureOf(*items);
       const Status saved = picture ? WriteOutputFile(png_file_, *picture) : Status(Fail(picture.error()));
       if (!saved) return Fail(saved.error());
     }
-    const Status printed = output.Finish();
-    if (!printed) return Fail(printed.error());
     return kExitOk;
   }
 

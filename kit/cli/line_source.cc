@@ -5,11 +5,12 @@
 #include <histedit.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <cwchar>
 #include <utility>
 
-#include "cli/completion.h"
 #include "service/main_loop.h"
 
 namespace corvis::kit {
@@ -47,10 +48,6 @@ class PlainLines : public LineSource {
       if (count <= 0) return buffer_.empty() ? std::nullopt : std::optional(std::exchange(buffer_, {}));
       buffer_.append(bytes, static_cast<size_t>(count));
     }
-  }
-
-  void Show(const std::string& lines, std::FILE* stream) override {
-    std::fprintf(stream, "%s\n", lines.c_str());
   }
 
  private:
@@ -102,16 +99,27 @@ class EditedLines : public LineSource {
     return line;
   }
 
-  void Show(const std::string& lines, std::FILE* stream) override {
-    // The line that is being typed is wiped out, and drawn again below.
-    if (is_reading_) std::printf("\r\033[K");
-    std::fflush(stdout);
-    std::fprintf(stream, "%s\n", lines.c_str());
-    std::fflush(stream);
-    if (is_reading_) el_set(editor_.get(), EL_REFRESH);
+  void Show(const std::string& lines) override {
+    MakeRoom();
+    LineSource::Show(lines);
+    DrawAgain();
+  }
+  void ShowError(const std::string& lines) override {
+    MakeRoom();
+    LineSource::ShowError(lines);
+    DrawAgain();
   }
 
  private:
+  // The line that is being typed is wiped out, and drawn again below.
+  void MakeRoom() const {
+    if (is_reading_) std::printf("\r\033[K");
+    std::fflush(stdout);
+  }
+  void DrawAgain() {
+    if (is_reading_) el_set(editor_.get(), EL_REFRESH);
+  }
+
   static int ReadCharacter(EditLine* /*editor*/, wchar_t* character) {
     std::mbstate_t state{};
     for (;;) {
@@ -146,6 +154,29 @@ class EditedLines : public LineSource {
 };
 
 }  // namespace
+
+Completion Complete(const std::string& typed, const std::vector<std::string>& words) {
+  Completion completion;
+  for (const std::string& word : words) {
+    if (word.compare(0, typed.size(), typed) == 0) completion.words.push_back(word);
+  }
+  if (completion.words.empty()) return completion;
+  std::string common = completion.words[0];
+  for (const std::string& word : completion.words) {
+    common.resize(static_cast<size_t>(
+        std::mismatch(common.begin(), common.end(), word.begin(), word.end()).first - common.begin()));
+  }
+  completion.insertion = common.substr(typed.size()) + (completion.words.size() == 1 ? " " : "");
+  return completion;
+}
+
+void LineSource::Show(const std::string& lines) {
+  output_.Write(lines + "\n");
+}
+
+void LineSource::ShowError(const std::string& lines) {
+  std::fprintf(stderr, "%s\n", lines.c_str());
+}
 
 std::unique_ptr<LineSource> OpenStandardInput(std::vector<std::string> words) {
   if (isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1)

@@ -29,19 +29,15 @@ class LintCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
     app.description("Loads the page and reports what would make voice fail on it.");
+    app.option_defaults()->group("Output");
     AddFlag(app, "--call",
             "call each of the page's callbacks, too (they act on the page), and report those that fail",
-            is_calling_)
-        ->group("What is looked at");
-    AddFlag(app, "--json", "one JSON object a line; nothing else on standard output", is_json_)
-        ->group("Output");
+            is_calling_);
+    AddFlag(app, "--json", "one JSON object a line; nothing else on standard output", is_json_);
     AddApplicationOptions(app, Viewer::kProgram, options_);
-  }
-
-  StatusMeanings Statuses() const override {
-    return {{kExitOk, "nothing found"},
-            {kExitFailed, "something found"},
-            {kExitNoApp, "the application can't be loaded"}};
+    DescribeStatuses(app, {{kExitOk, "nothing found"},
+                           {kExitFailed, "something found"},
+                           {kExitNoApp, "the application can't be loaded"}});
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
@@ -56,12 +52,10 @@ class LintCommand : public Subcommand {
 
  private:
   Result<int> Print(const std::vector<Finding>& findings) const {
-    OutputFile output = OutputFile::Standard();
-    for (const Finding& finding : findings) output.Write(LineOf(finding, is_json_));
-    if (findings.empty() && !is_json_) {
-      output.Write("Nothing was found that would make voice fail on this page.\n");
-    }
-    const Status printed = output.Finish();
+    std::string text;
+    for (const Finding& finding : findings) text += LineOf(finding, is_json_);
+    if (text.empty() && !is_json_) text = "Nothing was found that would make voice fail on this page.\n";
+    const Status printed = WriteStandardOutput(text);
     if (!printed) return Fail(printed.error());
     return findings.empty() ? kExitOk : kExitFailed;
   }

@@ -5,7 +5,6 @@
 
 #include "app/supervisor.h"
 #include "cli/commands.h"
-#include "output/output_file.h"
 
 namespace corvis::kit {
 
@@ -23,11 +22,7 @@ Result<int> RunGuarded(Supervisor& supervisor, const std::vector<std::string>& a
 int Report(const Result<int>& result, const Supervisor& supervisor) {
   if (!result) PrintError(result.error());
   if (supervisor.signal_status() != 0) return supervisor.signal_status();
-  const int status = result ? *result : StatusOf(result.error().kind);
-  const Status printed = status == kExitOk ? OutputFile::Standard().Finish() : Status();
-  if (printed) return status;
-  PrintError(printed.error());
-  return kExitFailed;
+  return result ? *result : StatusOf(result.error().kind);
 }
 
 }  // namespace

@@ -17,16 +17,15 @@ class TestAppCommand : public Subcommand {
         "the\n"
         "language of scripts. Without another option the results are printed as TAP 14.");
     DeclareReports(app);
-    AddTime(app, "--total-timeout", "S", "for the whole run", options_.total_timeout)->group("Limits");
+    app.option_defaults()->group("Limits");
+    AddTime(app, "--total-timeout", "S", "for the whole run", options_.total_timeout);
     AddApplicationOptions(app, Viewer::kProgram, options_.application);
-  }
-
-  StatusMeanings Statuses() const override {
-    return {{kExitOk, "every expectation held"},
-            {kExitFailed, "one failed"},
-            {kExitUsage, "wrong usage, or a script has mistakes or can't be read; nothing was started"},
-            {kExitLowCoverage, "less coverage than --coverage-min"},
-            {kExitTimeOver, "the time for the whole run was over"}};
+    DescribeStatuses(
+        app, {{kExitOk, "every expectation held"},
+              {kExitFailed, "one failed"},
+              {kExitUsage, "wrong usage, or a script has mistakes or can't be read; nothing was started"},
+              {kExitLowCoverage, "less coverage than --coverage-min"},
+              {kExitTimeOver, "the time for the whole run was over"}});
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
@@ -35,24 +34,22 @@ class TestAppCommand : public Subcommand {
 
  private:
   void DeclareReports(CLI::App& app) {
-    constexpr const char* kGroup = "Output";
+    app.option_defaults()->group("Output");
     for (const ReportFormat& format : ReportFormats()) {
       const std::string option = std::string("--") + format.name;
       if (format.target == ReportFormat::Target::kFile) {
-        AddText(app, option, "FILE", format.help, options_.report_files[format.name])->group(kGroup);
+        AddText(app, option, "FILE", format.help, options_.report_files[format.name]);
       } else {
-        AddFlag(app, option, format.help, [this, &format] { options_.report = format.name; })->group(kGroup);
+        AddFlag(app, option, format.help, [this, &format] { options_.report = format.name; });
       }
     }
     AddText(app, "--screenshots", "DIR",
-            "pictures of the page at failures (default: beside the JUnit report)", options_.screenshot_folder)
-        ->group(kGroup);
+            "pictures of the page at failures (default: beside the JUnit report)",
+            options_.screenshot_folder);
     AddFlag(app, "--coverage", "which of the actions that the page registered were spoken",
-            options_.is_coverage_reported)
-        ->group(kGroup);
+            options_.is_coverage_reported);
     AddNumber(app, "--coverage-min", "N", "fail when less than N percent of them were", 100,
-              options_.least_coverage)
-        ->group(kGroup);
+              options_.least_coverage);
   }
 
   ScriptRunOptions options_;

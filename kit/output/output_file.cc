@@ -50,9 +50,6 @@ void OutputFile::Write(std::string_view text) {
 Status OutputFile::Finish() {
   if (stream_.get() == stdout) {
     Note(std::fflush(stdout) == 0);
-    // Somebody else's write, of which nothing more is known.
-    errno = EIO;
-    Note(std::ferror(stdout) == 0);
   } else if (stream_ != nullptr) {
     Note(std::fclose(stream_.release()) == 0);
   }
@@ -63,10 +60,21 @@ bool OutputFile::IsTerminal() const {
   return stream_ != nullptr && isatty(fileno(stream_.get())) == 1;
 }
 
-Status WriteOutputFile(const std::string& file, std::string_view bytes) {
-  OutputFile output(file);
+namespace {
+
+Status WriteAll(OutputFile output, std::string_view bytes) {
   output.Write(bytes);
   return output.Finish();
+}
+
+}  // namespace
+
+Status WriteOutputFile(const std::string& file, std::string_view bytes) {
+  return WriteAll(OutputFile(file), bytes);
+}
+
+Status WriteStandardOutput(std::string_view text) {
+  return WriteAll(OutputFile::Standard(), text);
 }
 
 }  // namespace corvis::kit

@@ -51,6 +51,9 @@ class OutputFile {
 // Writes a whole file, making its folder where that is missing.
 Status WriteOutputFile(const std::string& file, std::string_view bytes);
 
+// Writes a whole text to standard output.
+Status WriteStandardOutput(std::string_view text);
+
 }  // namespace corvis::kit
 
 #endif  // CORVIS_KIT_OUTPUT_OUTPUT_FILE_H_

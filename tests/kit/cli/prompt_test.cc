@@ -32,7 +32,7 @@ class TypedLines : public LineSource {
     lines_.pop_front();
     return line;
   }
-  void Show(const std::string& lines, std::FILE* /*stream*/) override { shown_ += lines + "\n"; }
+  void Show(const std::string& lines) override { shown_ += lines + "\n"; }
 
   const std::string& shown() const { return shown_; }
   size_t left() const { return lines_.size(); }
@@ -84,6 +84,28 @@ TEST_F(PromptTest, EveryLineGetsItsSentence) {
 TEST_F(PromptTest, HelpListsCommandsAndPhrases) {
   EXPECT_THAT(Type({"help"}), AllOf(HasSubstr("items [--diff]"), HasSubstr("record FILE"),
                                     HasSubstr("ACTION_PLAY"), HasSubstr("select {title}")));
+}
+
+TEST(Completion, InsertsWhatIsCertain) {
+  const std::vector<std::string> words = {"play", "pause", "play from {time}", "quit"};
+  const struct {
+    const char* typed;
+    const char* insertion;
+    std::vector<std::string> words;
+  } rows[] = {
+      {"q", "uit ", {"quit"}},
+      {"quit", " ", {"quit"}},
+      {"pl", "ay", {"play", "play from {time}"}},
+      {"play", "", {"play", "play from {time}"}},
+      {"p", "", {"play", "pause", "play from {time}"}},
+      {"x", "", {}},
+      {"quits", "", {}},
+  };
+  for (const auto& row : rows) {
+    const Completion completion = Complete(row.typed, words);
+    EXPECT_EQ(completion.insertion, row.insertion) << row.typed;
+    EXPECT_EQ(completion.words, row.words) << row.typed;
+  }
 }
 
 TEST_F(PromptTest, QuitLeavesTheRest) {
