@@ -8,7 +8,8 @@
 
 namespace corvis::kit {
 
-// What kind of failure it is, for whoever ends a run because of it. The process's exit status follows from it.
+// What kind of failure it is, for whoever ends a run because of it. The process's exit status follows from
+// it.
 enum class ErrorKind {
   kFailed,         // anything else
   kUsage,          // wrong usage, or input with mistakes: nothing was started

@@ -5,10 +5,10 @@
 #include <iterator>
 #include <utility>
 
-#include "language/suggestions.h"
 #include "language/phrase_pattern.h"
 #include "language/search_terms.h"
 #include "language/spoken_number.h"
+#include "language/suggestions.h"
 
 namespace corvis::kit {
 

@@ -38,9 +38,9 @@ constexpr ControlMethod kGetStatusMethod{"GetStatus", "", "sbuu"};
 // Ends the runtime.
 constexpr ControlMethod kQuitMethod{"Quit", "", ""};
 
-constexpr ControlMethod kControlMethods[] = {kLoadMethod,       kReloadMethod,        kEvaluateMethod,
-                                             kScreenshotMethod, kSyncMethod, kSetPrivilegesMethod, kGetStatusMethod,
-                                             kQuitMethod};
+constexpr ControlMethod kControlMethods[] = {kLoadMethod,       kReloadMethod, kEvaluateMethod,
+                                             kScreenshotMethod, kSyncMethod,   kSetPrivilegesMethod,
+                                             kGetStatusMethod,  kQuitMethod};
 
 struct ControlSignal {
   const char* name;
