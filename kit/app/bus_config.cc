@@ -1,4 +1,4 @@
-// As dbus-daemon(1) has it.
+// The configuration follows dbus-daemon(1).
 #include "app/bus_config.h"
 
 namespace corvis::kit {
@@ -22,7 +22,7 @@ const char* const kBusConfig =
 )";
 
 std::string BusAddress(const std::string& path) {
-  // Every byte in hexadecimal, which is right for all of them.
+  // Escaping every byte is always valid, so no list of safe characters is needed.
   constexpr const char* kDigits = "0123456789abcdef";
   std::string address = "unix:path=";
   for (const char c : path) {

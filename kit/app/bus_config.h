@@ -6,11 +6,11 @@
 
 namespace corvis::kit {
 
-// What dbus-daemon reads: a bus that starts no services, for this user alone, on a socket that it is handed
-// (as by systemd's socket activation).
+// A dbus-daemon configuration: a bus for this user only, which activates no services and listens on an
+// inherited socket (systemd socket activation).
 extern const char* const kBusConfig;
 
-// The address of the bus whose socket is the file `path`, which may hold any bytes.
+// The D-Bus address of the socket at `path`, which may contain any bytes.
 std::string BusAddress(const std::string& path);
 
 }  // namespace corvis::kit

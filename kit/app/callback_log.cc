@@ -1,4 +1,4 @@
-// Following "_callback {"action":"…", …" and "_callback exception : …".
+// Parses the log lines "_callback {"action":"…", …" and "_callback exception : …" of the script API.
 #include "app/callback_log.h"
 
 #include <string_view>
@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view kCall = "_callback {\"action\":\"";
 constexpr std::string_view kException = "_callback exception : ";
-// What is kept of an exception's text.
+// Longer exception texts are truncated to this many bytes.
 constexpr size_t kLongestException = 4096;
 
 bool StartsWith(std::string_view line, std::string_view start) {

@@ -1,5 +1,5 @@
-// What a page's callbacks threw, learnt from the lines that the script API writes while it calls them: the
-// voice service only gets "not_support".
+// Tracks the exceptions that a page's callbacks throw. The voice service receives only "not_support", so they
+// are read from the script API's log lines.
 #ifndef CORVIS_KIT_APP_CALLBACK_LOG_H_
 #define CORVIS_KIT_APP_CALLBACK_LOG_H_
 
@@ -9,11 +9,10 @@ namespace corvis::kit {
 
 class CallbackLog {
  public:
-  // Takes the next line of the script API's console.
+  // Call for each line that the script API logs, in order.
   void TakeLine(const std::string& line);
 
-  // What the last callback that was called threw, if it was called for `action`; empty otherwise, and when it
-  // threw nothing.
+  // The exception that the most recent callback threw, if that callback was for `action`; otherwise empty.
   std::string ExceptionOf(const std::string& action) const;
 
  private:

@@ -1,4 +1,4 @@
-// Turns of the conversation.
+// Sends commands, collects the answers, and explains why an answer is missing.
 #include "app/conversation.h"
 
 #include <algorithm>
@@ -78,7 +78,7 @@ void Conversation::TakeConsole(const std::string& level, const std::string& text
 
 std::string Conversation::ExceptionOf(const Turn& turn) {
   if (!turn.answer || turn.answer->data != "not_support") return "";
-  // What the page wrote comes by another connection than its answer.
+  // Console lines arrive over a different connection than the answer; wait until they are here.
   const Status heard = runtime_.Sync();
   return heard ? callbacks_.ExceptionOf(turn.command.action) : "";
 }
@@ -87,7 +87,8 @@ Status Conversation::WaitForApp(std::chrono::milliseconds timeout) {
   const auto is_there = [this] { return service_.HasApp(app_id_); };
   if (WaitUntil(is_there, timeout)) {
     WaitForLoad(timeout);
-    // A page that has heard of two starts registers anew meanwhile; what is said to it then would be lost.
+    // A page that saw the service start twice re-registers in the meantime; a command sent then would be
+    // lost.
     if (WaitUntil(is_there, timeout)) return {};
   }
   return Fail(WhyAbsent(timeout));
@@ -139,10 +140,10 @@ Result<uint64_t> Conversation::Inject(const Entries& entries) {
 Result<Answer> Conversation::Await(uint64_t command_id, std::chrono::milliseconds timeout) {
   Result<Answer> answer = service_.Await(app_id_, command_id, timeout);
   if (answer) return answer;
-  // The runtime reports a crash by another connection than the one that the page has left.
+  // The page's departure and its crash arrive over different connections; wait for the crash report.
   if (!service_.HasApp(app_id_)) static_cast<void>(runtime_.Sync());
   if (crashes_ > crashes_before_)
-    return Fail("The page's process crashed before it answered; the runtime loads the page again.");
+    return Fail("The page's process crashed before it answered; the runtime reloads the page.");
   return answer;
 }
 
@@ -176,14 +177,14 @@ Result<ItemList> Conversation::AskItems() {
   const Result<Answer>& answer = items_turn_.answer;
   if (!answer) return Fail(answer.error());
   if (auto list = ReadItems(answer->data)) return std::move(*list);
-  return Fail("The page answered with no list of items: " + answer->data.substr(0, 200));
+  return Fail("Expected a list of items; the page answered: " + answer->data.substr(0, 200));
 }
 
 Result<std::string> Conversation::PictureOf(const ItemList& list) {
   const Result<std::string> looked_up = runtime_.Evaluate(PlacesExpression(list));
-  if (!looked_up) return Fail("The page doesn't report where its items are. " + looked_up.error().message);
+  if (!looked_up) return Fail("Can't locate the items on the page. " + looked_up.error().message);
   const std::optional<ItemPlaces> places = ReadItemPlaces(list, *looked_up);
-  if (!places) return Fail("The page doesn't report where its items are.");
+  if (!places) return Fail("Can't locate the items: the page returned no positions.");
   const Result<std::string> picture = runtime_.Screenshot();
   if (!picture) return picture;
   return DrawItems(*picture, *places);
@@ -195,7 +196,7 @@ Status Conversation::WaitForArrival(const Arrival& arrival, int registered_befor
   };
   if (!arrival.is_listening) {
     if (!WaitUntil(has_registered, arrival.quiet)) return {};
-    return Fail("The application listens all the same.");
+    return Fail("Expected the application not to listen, but it has registered.");
   }
   const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
   if (WaitUntil(has_registered, left)) return {};
@@ -239,17 +240,17 @@ Status Conversation::NoteBeginning(std::vector<std::string> privileges) {
 }
 
 Status Conversation::Recover() {
-  // What takes longer is not busy but hangs.
+  // A page that takes longer than this counts as hung, not as busy.
   constexpr auto kResponseTime = std::chrono::seconds(1);
   const int crashes_before = crashes_;
   const Result<bool> is_ended = runtime_.EndHangingPage(kResponseTime);
   if (!is_ended || !*is_ended) return {};
   WaitUntil([&] { return crashes_ > crashes_before; }, timeout_);
-  return Fail("The page hung; its process was ended, and the runtime loads the page again.");
+  return Fail("The page hung; its process was killed, and the runtime reloads the page.");
 }
 
 Status Conversation::BeginAnew() {
-  // Whether it hung is the last script's affair.
+  // A hang belongs to the previous script's result, so the error is dropped here.
   if (!Recover()) static_cast<void>(WaitForApp(timeout_));
   if (const Status granted = runtime_.SetPrivileges(privileges_); !granted) return granted;
   if (home_.find('#') == std::string::npos) return Open(home_);

@@ -1,5 +1,5 @@
-// The conversation with one application: phrases and raw commands out, answers in; the items on its screen.
-// What the prompt and the scripts have in common.
+// The conversation with one application: sends phrases and raw commands, receives answers, and reads the
+// items on its screen. The prompt and the script runner share it.
 #ifndef CORVIS_KIT_APP_CONVERSATION_H_
 #define CORVIS_KIT_APP_CONVERSATION_H_
 
@@ -19,10 +19,10 @@
 
 namespace corvis::kit {
 
-// The URI of "microphone" or "voicecontrol"; a URI stays as it is.
+// The URI of a privilege's short name, such as "microphone". A URI is returned unchanged.
 std::string PrivilegeUri(const std::string& name);
 
-// What was said, what it became, and what came back.
+// One turn of the conversation: the phrase, the command made from it, and the answer.
 struct Turn {
   std::string said;
   Command command;
@@ -30,55 +30,54 @@ struct Turn {
   Result<Answer> answer = Fail("Nothing was said yet.");
 };
 
-// What is expected of the application after its page was loaded or the service restarted.
+// What to expect of the application after its page is loaded or the service restarts.
 struct Arrival {
-  // It registers again; or, when false, it does not for as long as `quiet`.
+  // True: it registers again. False: it does not register within `quiet`.
   bool is_listening = true;
   std::chrono::milliseconds quiet{0};
 };
 
-// "12 items; 1234 bytes, 3.4 ms", with the split of the time for an answer in pieces.
+// "12 items; 1234 bytes, 3.4 ms"; for an answer in pieces, also the time to the first and to the last piece.
 std::string DescribeItemsAnswer(const ItemList& list, const Answer& answer);
 
 class Conversation {
  public:
   Conversation(VoiceService& service, std::string app_id, std::chrono::milliseconds timeout);
 
-  // Waits until the application has registered. Fails with kNoApplication.
+  // Waits until the application has registered and its page is loaded. Fails with kNoApplication.
   Status WaitForApp(std::chrono::milliseconds timeout);
 
-  // Says a phrase: one of the phrase table, or "select TITLE" for an item of the screen.
+  // Says a phrase: one from the phrase table, or "select TITLE" for an item on the screen.
   Turn Say(const std::string& phrase);
   Turn Send(const Command& command, const std::string& said);
-  // Sends a bundle as it is and does not wait: see VoiceService::Inject.
+  // Sends a bundle unchanged, without waiting for an answer: see VoiceService::Inject.
   Result<uint64_t> Inject(const Entries& entries);
   Result<Answer> Await(uint64_t command_id, std::chrono::milliseconds timeout);
-  // What the callback threw when the turn's answer, the last to come, is "not_support" because of that; empty
-  // otherwise.
+  // The exception behind the answer "not_support"; empty if there is none. `turn` must be the most recent
+  // one.
   std::string ExceptionOf(const Turn& turn);
 
-  // Asks for the items on the screen.
+  // Asks the application for the items on its screen.
   Result<ItemList> AskItems();
   // The turn of the last AskItems.
   const Turn& items_turn() const { return items_turn_; }
 
-  // A picture of the page with the items' boxes and numbers on it, as a PNG file's bytes.
+  // A screenshot of the page with the items' boxes and numbers drawn on it, as PNG.
   Result<std::string> PictureOf(const ItemList& list);
 
-  // Plays the service's restart, and waits for what is expected of the application then.
+  // Simulates a restart of the voice service, then waits for `arrival`.
   Status Restart(const Arrival& arrival = {});
-  // Lets the page load again, or another page, and waits likewise.
+  // Reloads the page, or loads another one, then waits for `arrival`.
   Status Reload(const Arrival& arrival = {});
   Status Open(const std::string& url, const Arrival& arrival = {});
 
-  // Makes a page respond that hangs: ends its process, so that the runtime loads the page again. An error
-  // then says so.
+  // Kills the page's process if the page hangs, so that the runtime reloads it. Returns an error in that
+  // case.
   Status Recover();
 
-  // Remembers the page that is shown, and the privileges that the application was given (URIs), as its
-  // beginning.
+  // Saves the current page and the application's privileges (URIs) as the initial state.
   Status NoteBeginning(std::vector<std::string> privileges);
-  // Goes back there: the privileges, and a fresh page that listens.
+  // Restores the initial state: grants the privileges, loads the page and waits until it listens.
   Status BeginAnew();
 
   VoiceService& service() { return service_; }
@@ -88,27 +87,27 @@ class Conversation {
   std::chrono::milliseconds timeout() const { return timeout_; }
 
   const RegisteredActions& registered() const { return registered_; }
-  // The page's last console lines, oldest first, at most a few dozen.
+  // The page's most recent console lines, oldest first.
   const std::deque<std::string>& console() const { return console_; }
   void ForgetConsole() { console_.clear(); }
-  // A sentence: the first error on the page's console, or else a question.
+  // A sentence with the first error on the page's console, or, if there is none, a hint.
   std::string WhyItMayNotListen() const;
-  // Take what the page does by itself, as it happens.
+  // Callbacks for console lines and crashes, as they happen.
   void set_on_console(RuntimeControl::ConsoleSink take) { on_console_ = std::move(take); }
   void set_on_crash(std::function<void()> take) { on_crash_ = std::move(take); }
-  // How often the page's process has crashed.
+  // The number of crashes of the page's process so far.
   int crashes() const { return crashes_; }
 
  private:
-  // A page may listen before its images and frames are there. Waits for them where the runtime tells.
+  // Waits for the page's images and frames, which may load after listen(). Returns at once without a runtime.
   void WaitForLoad(std::chrono::milliseconds timeout);
   void TakeConsole(const std::string& level, const std::string& text, const std::string& source);
-  // Does what `change` does to the application, and waits for what is expected then.
+  // Runs `change`, then waits for `arrival`.
   template <typename Change>
   Status Arrive(const Arrival& arrival, Change change);
   Status WaitForArrival(const Arrival& arrival, int registered_before, Clock::time_point end);
   Error WhyAbsent(std::chrono::milliseconds timeout) const;
-  // The selection of the one item with this title; a turn that says why not otherwise.
+  // Selects the only item with this title. Without exactly one, returns a turn that is not sent and says why.
   Turn SelectByTitle(const std::string& phrase, const std::string& title);
 
   VoiceService& service_;
@@ -121,7 +120,7 @@ class Conversation {
   std::function<void()> on_crash_;
   CallbackLog callbacks_;
   int crashes_ = 0;
-  // As of the last thing sent.
+  // The value of crashes_ at the last send.
   int crashes_before_ = 0;
   std::string home_;
   std::vector<std::string> privileges_;

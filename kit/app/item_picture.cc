@@ -1,4 +1,4 @@
-// Boxes and labels, by cairo.
+// Draws the items' boxes and number labels with cairo.
 #include "app/item_picture.h"
 
 #include <cairo.h>
@@ -81,7 +81,7 @@ const Color& ColorOf(const Item& item) {
   return item.is_focused ? kFocused : item.is_visible ? kPlain : kHidden;
 }
 
-// A white line below the colored one keeps the box readable on any page.
+// A white line under the colored one keeps the box readable on any page.
 void DrawBox(cairo_t* context, const ItemPlace& place) {
   const double thickness = place.item.is_focused ? 5 : 3;
   const double dashes[] = {8, 6};
@@ -94,15 +94,15 @@ void DrawBox(cairo_t* context, const ItemPlace& place) {
   }
 }
 
-// Whether anything of the item is in the picture. What an application describes itself has a place and no
-// box.
+// Whether any part of the item is in the picture. Items from an application's own list have a position but no
+// size.
 bool IsInPicture(const ItemPlace& place, bool is_own, double width, double height) {
   const Item& item = place.item;
   const bool has_area = is_own || item.HasBox();
   return has_area && place.x < width && place.y < height && place.x + item.w >= 0 && place.y + item.h >= 0;
 }
 
-// The number, astride the box's upper left corner or as near to it as the picture allows.
+// Draws the number centered on the box's upper left corner, or as close to it as fits in the picture.
 void DrawLabel(cairo_t* context, const ItemPlace& place, double width, double height) {
   const std::string text = std::to_string(place.item.number);
   cairo_text_extents_t extents;
@@ -133,7 +133,7 @@ void Draw(cairo_surface_t* surface, const ItemPlaces& places, double scale) {
   std::copy_if(places.places.begin(), places.places.end(), std::back_inserter(shown),
                [&](const auto& place) { return IsInPicture(place, places.is_own, width, height); });
   for (const ItemPlace& place : shown) DrawBox(context.get(), place);
-  // After the boxes, so that none crosses a number.
+  // Labels come after all boxes, so that no box crosses a number.
   for (const ItemPlace& place : shown) DrawLabel(context.get(), place, width, height);
 }
 
@@ -142,16 +142,16 @@ void Draw(cairo_surface_t* surface, const ItemPlaces& places, double scale) {
 Result<std::string> DrawItems(const std::string& png, const ItemPlaces& places) {
   const SurfacePtr surface = ReadPng(png);
   if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS)
-    return Fail("The picture of the page can't be read.");
+    return Fail("Expected a PNG screenshot of the page; what the runtime returned can't be decoded.");
   const int width = cairo_image_surface_get_width(surface.get());
   if (width == 0 || IsOneColor(surface.get()))
     return Fail(
-        "The picture of the page has one single color: the page shows nothing yet, or its engine can't "
+        "The screenshot of the page is one single color: the page is still empty, or the engine can't "
         "paint.");
   const double scale = places.window_width > 0 ? width / places.window_width : 1;
   Draw(surface.get(), places, scale);
   std::string drawn = WritePng(surface.get());
-  if (drawn.empty()) return Fail("The picture can't be written.");
+  if (drawn.empty()) return Fail("The picture can't be encoded as PNG.");
   return drawn;
 }
 

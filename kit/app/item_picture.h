@@ -1,4 +1,4 @@
-// Draws the items of a page and their numbers onto a picture of it.
+// Draws the items of a page and their numbers onto a screenshot of it.
 #ifndef CORVIS_KIT_APP_ITEM_PICTURE_H_
 #define CORVIS_KIT_APP_ITEM_PICTURE_H_
 
@@ -9,9 +9,8 @@
 
 namespace corvis::kit {
 
-// Takes a PNG file's bytes and gives those of another, of the same size in pixels. A picture in one single
-// color is a failure, because then the engine did not paint. Items that lie outside of the picture are left
-// out.
+// Takes a PNG and returns a PNG of the same size. Fails if the input is a single color, because the engine
+// has not painted then. Skips items outside the picture.
 Result<std::string> DrawItems(const std::string& png, const ItemPlaces& places);
 
 }  // namespace corvis::kit

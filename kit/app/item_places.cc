@@ -1,4 +1,4 @@
-// The look-up runs in the page.
+// Locates items on the screen: item_places.js finds the frames in the page, this file reads its result.
 #include "app/item_places.h"
 
 #include <nlohmann/json.hpp>
@@ -34,7 +34,7 @@ std::optional<ItemPlaces> ReadItemPlaces(const ItemList& list, const std::string
   places.is_own = list.is_own;
   const Json& frames = parsed["frames"];
   for (size_t i = 0; i < list.items.size(); ++i) {
-    // What the page no longer has stays where the item says.
+    // An item that the page no longer contains keeps its own coordinates.
     const bool is_found = i < frames.size() && IsPair(frames[i]);
     const double left = is_found ? frames[i][0].get<double>() : 0;
     const double top = is_found ? frames[i][1].get<double>() : 0;

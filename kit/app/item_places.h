@@ -1,5 +1,5 @@
-// Where the items of a page are on the whole screen. An item's own position counts in its document, so that
-// of an item inside a frame says nothing of where the frame is.
+// Converts the items' positions to window coordinates. An item's own position is relative to its document, so
+// for an item in a frame the frame's position is added.
 #ifndef CORVIS_KIT_APP_ITEM_PLACES_H_
 #define CORVIS_KIT_APP_ITEM_PLACES_H_
 
@@ -11,7 +11,7 @@
 
 namespace corvis::kit {
 
-// An item's box, in CSS pixels of the window.
+// An item and its upper left corner in the window, in CSS pixels.
 struct ItemPlace {
   Item item;
   double x = 0;
@@ -21,15 +21,15 @@ struct ItemPlace {
 struct ItemPlaces {
   // The window's width in CSS pixels.
   double window_width = 0;
-  // Whether the application described the items itself: they have no size then.
+  // Whether the items come from the application's own list; such items have no size.
   bool is_own = false;
   std::vector<ItemPlace> places;
 };
 
-// An expression for the page that looks up the frames' places; its value goes to ReadItemPlaces.
+// A JavaScript expression that finds the frames' positions; pass its value to ReadItemPlaces.
 std::string PlacesExpression(const ItemList& list);
 
-// Nothing when `value` is not what the expression gives.
+// Returns nothing if `value` is not a result of PlacesExpression.
 std::optional<ItemPlaces> ReadItemPlaces(const ItemList& list, const std::string& value);
 
 }  // namespace corvis::kit

@@ -1,5 +1,5 @@
-// Where the frames are in which a page's items are. Items come in document order, a frame's in the frame's place, so
-// each item is the next element that is one and has its box. `boxes` are the items', [x, y, w, h] each.
+// Finds the position of each item's frame. Items are listed in document order, those of a frame at the frame's
+// position, so each item is the next element that qualifies and has the same box. `boxes` holds [x, y, w, h] per item.
 function itemPlaces(boxes) {
   var places = [];
   function walk(root, left, top) {

@@ -1,4 +1,4 @@
-// Reading, showing, finding and comparing items.
+// Parses, prints, searches and compares lists of items.
 #include "app/items.h"
 
 #include <algorithm>
@@ -31,7 +31,7 @@ double Number(const Json& object, const char* name) {
   return member != object.end() && member->is_number() ? member->get<double>() : 0;
 }
 
-// 0 for what is no number of an item.
+// Converts to an item number; 0 if out of range.
 long ItemNumber(double number) {
   constexpr double kLargest = 1e9;
   return number >= 0 && number <= kLargest ? static_cast<long>(number) : 0;

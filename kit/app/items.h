@@ -1,4 +1,4 @@
-// The items on an application's screen, as it answers a content-context request.
+// The items on an application's screen, as reported in its answer to a content-context request.
 #ifndef CORVIS_KIT_APP_ITEMS_H_
 #define CORVIS_KIT_APP_ITEMS_H_
 
@@ -9,11 +9,10 @@
 namespace corvis::kit {
 
 struct Item {
-  // By which an item selection names it. Items that an application describes itself have none and count from
-  // 0.
+  // The number that selects the item. Items from an application's own list have none and are counted from 0.
   long number = 0;
   std::string title;
-  // In CSS pixels, of the viewport of the item's own document.
+  // In CSS pixels, relative to the viewport of the item's own document.
   double x = 0;
   double y = 0;
   double w = 0;
@@ -22,36 +21,37 @@ struct Item {
   bool is_visible = true;
   bool is_in_frame = false;
 
-  // Something without a box is not on the screen, though it may be in the list.
+  // An item without a box is not on the screen, though it may be in the list.
   bool HasBox() const { return w > 0 && h > 0; }
 };
 
 struct ItemList {
   std::vector<Item> items;
-  // Whether the application described them itself: then they can't be selected by number.
+  // Whether the list is the application's own; its items can't be selected by number.
   bool is_own = false;
 };
 
-// Reads the answer, of the built-in map or of an application's own. Nothing when it is neither.
+// Parses an answer, whether from the built-in element map or the application. Returns nothing if it is no
+// list.
 std::optional<ItemList> ReadItems(const std::string& answer);
 
-// The items as a table, a line each, with a heading.
+// The items as a table with a header line.
 std::string ItemTable(const ItemList& list);
 
-// The items whose title is `title` but for case; if there are none, those whose title contains it. No title
-// contains an empty one.
+// The items whose title equals `title`, ignoring case; if there are none, those whose title contains it. An
+// empty `title` is contained in none.
 std::vector<Item> ItemsTitled(const ItemList& list, const std::string& title);
 
-// What changed between two lists, by title (the first of a title stands against the first, and so on).
+// A change between two lists. Items are matched by title; of equal titles the first matches the first, etc.
 struct ItemChange {
-  // The item as it is now, or was when it vanished; `old_number` differs when it moved.
+  // `item` is the current state, or the last one if it vanished; `old_number` differs if it moved.
   enum class Kind { kMoved, kAppeared, kVanished } kind;
   Item item;
   long old_number = 0;
 };
 std::vector<ItemChange> CompareItems(const ItemList& before, const ItemList& now);
 
-// "12 → 14 moved: Play", one line for each change.
+// One line per change, such as "12 -> 14  moved     Play".
 std::string Describe(const std::vector<ItemChange>& changes);
 
 }  // namespace corvis::kit

@@ -1,4 +1,4 @@
-// By nlohmann's JSON.
+// Parses with nlohmann-json, after a check of the nesting depth.
 #include "app/json_text.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace {
 using Json = nlohmann::json;
 constexpr int kDeepestJson = 200;
 
-// How many brackets are open at once at most. Of a text that is not JSON it may be any number.
+// The deepest nesting of brackets. Meaningless, but harmless, for text that is not JSON.
 int Depth(const std::string& text) {
   int depth = 0;
   int deepest = 0;
@@ -28,7 +28,7 @@ int Depth(const std::string& text) {
 }  // namespace
 
 std::string PlainValue(const std::string& json) {
-  // Other values need not be read at all.
+  // Only strings need parsing.
   if (json.find_first_not_of(" \t\r\n") != json.find('"')) return json;
   const auto parsed = Json::parse(json, nullptr, /*allow_exceptions=*/false);
   return parsed.is_string() ? parsed.get<std::string>() : json;

@@ -1,4 +1,4 @@
-// Reading the JSON that the page's values travel in. output/text_forms.h writes it.
+// Parses the JSON in which the page's values arrive. output/text_forms.h is the writing side.
 #ifndef CORVIS_KIT_APP_JSON_TEXT_H_
 #define CORVIS_KIT_APP_JSON_TEXT_H_
 
@@ -9,11 +9,11 @@
 
 namespace corvis::kit {
 
-// A text value without its quotation marks; any other value as it stands.
+// The contents of a JSON string; any other value unchanged.
 std::string PlainValue(const std::string& json);
 
-// The value of a JSON text, nested at most 200 levels deep so that it can be walked by recursion. An error's
-// message is about "this".
+// Parses JSON nested at most 200 levels deep, so that recursion over the value is safe. Error messages call
+// the text "this".
 Result<nlohmann::json> ParseJson(const std::string& text);
 
 }  // namespace corvis::kit

@@ -1,4 +1,5 @@
-// Only system calls and the standard library: other libraries may have had threads in the parent.
+// Starts, supervises and ends the processes of a run. It runs in a forked child whose parent may have had
+// threads, so it uses only system calls and the standard library.
 #include "app/keeper.h"
 
 #include <fcntl.h>
@@ -25,7 +26,7 @@ namespace corvis::kit {
 
 namespace {
 
-// How long the runtime has to end when it is told, and then all others.
+// How long the runtime may take to end after SIGTERM, and then all other processes.
 constexpr auto kRuntimeGrace = std::chrono::seconds(2);
 constexpr auto kOthersGrace = std::chrono::milliseconds(300);
 
@@ -53,7 +54,7 @@ class Keeper {
     send(channel_, packet.data(), packet.size(), MSG_NOSIGNAL);
   }
 
-  // A sentence on failure.
+  // Returns an error message, empty on success.
   std::string Start() {
     sigset_t child;
     sigemptyset(&child);
@@ -67,13 +68,13 @@ class Keeper {
     close(socket);
     runtime_ = StartRuntime();
     close(task_.runtime_output);
-    return bus_ > 0 && runtime_ > 0 ? "" : "No process can be started; has this user too many of them?";
+    return bus_ > 0 && runtime_ > 0 ? "" : "Can't start a process; has this user reached a process limit?";
   }
 
   std::string MakeFolder() {
     std::string name = task_.parent_folder + "/corvis.XXXXXX";
     if (mkdtemp(name.data()) == nullptr) {
-      return "No folder for the run can be made in " + task_.parent_folder + " (" + std::strerror(errno) +
+      return "Can't create a folder for the run in " + task_.parent_folder + " (" + std::strerror(errno) +
              "); set TMPDIR to a folder that this user may write to.";
     }
     folder_ = name;
@@ -81,20 +82,19 @@ class Keeper {
     config << kBusConfig;
     config.close();
     if (!config || mkdir(TemporaryFolder().c_str(), S_IRWXU) != 0)
-      return "The run's folder " + folder_ + " can't be written; is the disk full?";
+      return "Can't write to the run's folder " + folder_ + "; is the disk full?";
     return "";
   }
 
-  // The socket exists before the bus does, so that nobody has to wait for the bus to come.
+  // Creates the socket before the bus starts, so that clients can connect without waiting for the bus.
   int ListenForBus(std::string& problem) const {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     const std::string path = folder_ + kBusSocket;
-    problem =
-        "The folder " + task_.parent_folder + " has too long a name for a socket; set TMPDIR to another.";
+    problem = "The path " + task_.parent_folder + " is too long for a socket; set TMPDIR to a shorter one.";
     if (path.size() >= sizeof(address.sun_path)) return -1;
     std::memcpy(address.sun_path, path.c_str(), path.size());
-    problem = "The bus can't be started in " + folder_ + "; set TMPDIR to a folder that can hold sockets.";
+    problem = "Can't start the bus in " + folder_ + "; set TMPDIR to a folder that can hold sockets.";
     const int listening = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (bind(listening, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 ||
         listen(listening, SOMAXCONN) != 0) {
@@ -107,7 +107,7 @@ class Keeper {
   pid_t StartBus(int listening) const {
     const pid_t process = StartChild();
     if (process != 0) return process;
-    // The first descriptor after standard error is the one to listen on.
+    // The protocol of socket activation passes sockets from descriptor 3 on.
     constexpr int kFirstPassed = STDERR_FILENO + 1;
     if (listening == kFirstPassed) listening = fcntl(listening, F_DUPFD, kFirstPassed + 1);
     dup2(listening, kFirstPassed);
@@ -123,13 +123,13 @@ class Keeper {
     SetOutput(task_.runtime_output);
     setenv("DBUS_SESSION_BUS_ADDRESS", BusAddress(folder_ + kBusSocket).c_str(), 1);
     setenv("TMPDIR", TemporaryFolder().c_str(), 1);
-    // A desktop's services are not looked for.
+    // Don't look for the desktop's accessibility services: this bus has none.
     setenv("NO_AT_BRIDGE", "1", 1);
     setenv("GTK_A11Y", "none", 1);
     Execute(task_.runtime);
   }
 
-  // A child that ends when the keeper does; 0 within it.
+  // Forks a child that gets SIGTERM when the keeper dies. Returns 0 in the child.
   static pid_t StartChild() {
     const pid_t keeper = getpid();
     const pid_t process = fork();
@@ -181,7 +181,7 @@ class Keeper {
     }
   }
 
-  // What the bus printed last.
+  // The last line that the bus printed.
   std::string BusLog() const {
     std::ifstream log(LogFile());
     std::string last = "it printed nothing";
@@ -189,7 +189,7 @@ class Keeper {
     return last;
   }
 
-  // The runtime first, which takes leave of its page over the bus.
+  // Ends the runtime before the bus, because its page unregisters over the bus.
   void End() {
     if (runtime_ > 0) {
       TellToEnd(runtime_);
@@ -202,7 +202,7 @@ class Keeper {
 
   std::string ConfigFile() const { return folder_ + "/bus.conf"; }
   std::string LogFile() const { return folder_ + "/bus.log"; }
-  // Short, as programs make sockets in it.
+  // Kept short, because programs create sockets in it and socket paths are limited.
   std::string TemporaryFolder() const { return folder_ + "/tmp"; }
 
   const KeeperTask& task_;
@@ -213,11 +213,11 @@ class Keeper {
   pid_t runtime_ = 0;
 };
 
-// Moves `descriptor` to the place `to` and closes everything beyond both.
+// Moves both descriptors to the numbers after standard error and closes all others above.
 void KeepOnly(int& channel, int& output) {
   constexpr int kChannel = STDERR_FILENO + 1;
   constexpr int kOutput = kChannel + 1;
-  // Out of each other's way first.
+  // Duplicate both to higher numbers first, so that neither dup3 overwrites the other.
   const int high_channel = fcntl(channel, F_DUPFD, kOutput + 1);
   const int high_output = fcntl(output, F_DUPFD, kOutput + 1);
   channel = dup3(high_channel, kChannel, O_CLOEXEC);
@@ -229,7 +229,7 @@ void KeepOnly(int& channel, int& output) {
 
 void Keep(const KeeperTask& task, int channel) {
   prctl(PR_SET_NAME, "corvis-keeper");
-  // Out of the reach of what is meant for the terminal's processes; what is meant for this one is blocked.
+  // A session of its own keeps the terminal's signals away; all other signals are blocked.
   setsid();
   sigset_t all;
   sigfillset(&all);

@@ -1,5 +1,5 @@
-// The keeper: a small process that owns the other processes of a run and its folder, and outlives whoever
-// started the run by as long as it takes to end them.
+// The keeper: a small process that owns the other processes of a run and the run's folder. If the program
+// that started the run dies, the keeper ends them and removes the folder.
 #ifndef CORVIS_KIT_APP_KEEPER_H_
 #define CORVIS_KIT_APP_KEEPER_H_
 
@@ -8,37 +8,38 @@
 
 namespace corvis::kit {
 
-// What a keeper is to start.
+// The keeper's parameters.
 struct KeeperTask {
-  // Where the run's folder is made.
+  // The folder in which the run's folder is created.
   std::string parent_folder;
   // The runtime and its arguments.
   std::vector<std::string> runtime;
-  // Takes what the runtime prints.
+  // Descriptor for the runtime's standard output and error.
   int runtime_output = -1;
 };
 
-// What a keeper reports, each in a packet of its own: this byte, then a text.
+// The keeper's reports. Each is one packet: this byte, then a text.
 enum KeeperReport : char {
-  // Everything is started. The text is the run's folder.
+  // All processes are started. The text is the run's folder.
   kReportStarted = 'S',
-  // Nothing was started, and the keeper has ended. The text is a sentence.
+  // Starting failed, and the keeper ends. The text is an error message.
   kReportProblem = 'P',
-  // The runtime has ended, or the bus. The text is its wait status in decimal; after a space, what the bus
-  // said.
+  // The runtime or the bus has ended. The text is its wait status in decimal; for the bus, a space and its
+  // last
+  // line of output follow.
   kReportRuntimeEnded = 'R',
   kReportBusEnded = 'B',
 };
 
-// The longest report, the byte included.
+// The largest packet, in bytes.
 constexpr size_t kReportSize = 8192;
 
 // The name of the bus's socket in the run's folder.
 constexpr const char* kBusSocket = "/bus";
 
-// Becomes the keeper: starts the bus and the runtime, reports through `channel` (a sequenced-packet socket),
-// and when the other end is shut down or gone ends every process below itself (after a grace) and removes the
-// folder. For a fresh child of a fork.
+// Runs the keeper in a newly forked child: starts the bus and the runtime and reports through `channel`, a
+// sequenced-packet socket. When the other end shuts down or closes, ends all descendants (with a grace
+// period) and removes the folder.
 [[noreturn]] void Keep(const KeeperTask& task, int channel);
 
 }  // namespace corvis::kit

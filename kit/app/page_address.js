@@ -1,7 +1,7 @@
-// The address of the page, and going to another place on it.
+// Reads and changes the address of the page.
 
-// Goes to the place on the present page that the URL names, and gives null. Gives the whole URL when that is another
-// page or no place on one: then it is to be loaded.
+// Navigates to the fragment if the URL has one and names the current page, and returns null. Otherwise returns the
+// absolute URL, which the caller loads.
 function goToPlace(text) {
   var url = new URL(text, document.baseURI);
   if (!url.hash || url.href.split('#')[0] !== location.href.split('#')[0]) return url.href;
@@ -9,7 +9,7 @@ function goToPlace(text) {
   return null;
 }
 
-// Makes this the page's address, without loading anything.
+// Replaces the page's address without loading anything.
 function setAddress(url) {
   history.replaceState(null, '', url);
 }

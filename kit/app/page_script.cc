@@ -1,4 +1,4 @@
-// Calls as text.
+// Builds the expressions as immediately invoked functions, which keeps their names out of the page.
 #include "app/page_script.h"
 
 #include "element-tests_script.h"
@@ -16,7 +16,7 @@ std::string Call(const std::string& script, const std::string& function, const s
 
 std::string CallInPage(const std::string& script, const std::string& function,
                        const nlohmann::json& arguments) {
-  // ASCII only: U+2028 would end a line in old engines.
+  // ASCII only, because old engines treat U+2028 as the end of a line.
   const std::string list = arguments.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
   return Call(script, function, list.substr(1, list.size() - 2));
 }
@@ -28,7 +28,7 @@ std::string CallAboutItems(const std::string& script, const std::string& functio
 
 std::string CallWithExpression(const std::string& script, const std::string& function,
                                const std::string& expression) {
-  // The line end ends a comment.
+  // The newline ends a trailing // comment of the user.
   return Call(script, function, "function () { return (" + expression + "\n); }");
 }
 

@@ -1,4 +1,4 @@
-// What the kit evaluates in a page: functions of embedded script files, called with arguments that are JSON.
+// Builds the JavaScript that the kit evaluates in a page: calls of functions from embedded script files.
 #ifndef CORVIS_KIT_APP_PAGE_SCRIPT_H_
 #define CORVIS_KIT_APP_PAGE_SCRIPT_H_
 
@@ -7,18 +7,17 @@
 
 namespace corvis::kit {
 
-// An expression that calls a function of `script`, the text of a file that only defines functions. Nothing of
-// it becomes visible to the page.
+// An expression that calls `function` of `script`, a source text that only defines functions, with the
+// elements of the JSON array `arguments`. The page does not see its names.
 std::string CallInPage(const std::string& script, const std::string& function,
                        const nlohmann::json& arguments = nlohmann::json::array());
 
-// The same for functions that ask what an item is: isItem of item_rules.js, and the script API's own
-// element-tests.js, which decide that for the element map, are there for them.
+// Like CallInPage, for scripts that need isItem of item_rules.js, which uses the rules of the script API's
+// element map (element-tests.js).
 std::string CallAboutItems(const std::string& script, const std::string& function,
                            const nlohmann::json& arguments = nlohmann::json::array());
 
-// The same as CallInPage with one argument: a function that gives the value of the user's JavaScript
-// expression.
+// Like CallInPage, with one argument: a function that returns the value of the user's JavaScript expression.
 std::string CallWithExpression(const std::string& script, const std::string& function,
                                const std::string& expression);
 

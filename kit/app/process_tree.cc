@@ -1,4 +1,4 @@
-// By /proc, since the kernel has no call that gives a process's children.
+// Reads /proc to find descendants: no system call lists a process's children.
 #include "app/process_tree.h"
 
 #include <sys/prctl.h>
@@ -20,17 +20,17 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Between two looks at processes that are ending.
+// The polling interval while processes end.
 constexpr auto kInterval = std::chrono::milliseconds(5);
-// Killed processes are gone at once, unless they wait for a device.
+// The time that killed processes may take to disappear; longer only in an uninterruptible wait for a device.
 constexpr auto kKillTime = std::chrono::seconds(1);
 
-// 0 when it has gone.
+// 0 if the process has ended.
 pid_t ParentOf(const std::string& process) {
   std::ifstream stream("/proc/" + process + "/stat");
   std::string line;
   std::getline(stream, line);
-  // The name in parentheses may hold any characters; the state and the parent follow it.
+  // The name in parentheses may contain any character; the state and the parent's id follow it.
   const size_t name_end = line.rfind(") ");
   pid_t parent = 0;
   constexpr size_t kParent = 4;
@@ -51,7 +51,7 @@ std::multimap<pid_t, pid_t> ChildrenByParent() {
   return children;
 }
 
-// Whether there are none any more by then. Reaps those that have ended.
+// Reaps descendants until none is left or `end` is reached. Returns whether none is left.
 bool AreGoneBy(Clock::time_point end) {
   for (;;) {
     const std::vector<pid_t> left = Descendants();
@@ -96,7 +96,7 @@ bool WaitForChild(pid_t process, std::chrono::milliseconds time, int* wait_statu
 void EndDescendants(std::chrono::milliseconds grace) {
   for (const pid_t process : Descendants()) TellToEnd(process);
   if (AreGoneBy(Clock::now() + grace)) return;
-  // What one of them starts meanwhile is found in the next round.
+  // Repeat, because a descendant may start another one before it is killed.
   const auto end = Clock::now() + kKillTime;
   do {
     for (const pid_t process : Descendants()) kill(process, SIGKILL);

@@ -1,4 +1,4 @@
-// The processes below this one: finding them, telling them to end, ending them.
+// Finds and ends the descendants of this process.
 #ifndef CORVIS_KIT_APP_PROCESS_TREE_H_
 #define CORVIS_KIT_APP_PROCESS_TREE_H_
 
@@ -10,20 +10,20 @@
 
 namespace corvis::kit {
 
-// From now on a process whose parent ends comes to this process, instead of leaving the tree below it.
+// Makes this process the reaper of its orphaned descendants, so that none leaves the tree below it.
 void AdoptOrphans();
 
-// All processes below this one.
+// The ids of all descendants.
 std::vector<pid_t> Descendants();
 
-// Tells a process to end, also one that is stopped.
+// Sends SIGTERM, and SIGCONT so that a stopped process handles it.
 void TellToEnd(pid_t process);
 
-// Waits until `process`, a child, has ended. False when it has not within the time.
+// Waits until the child `process` has ended and reaps it. Returns false after `time`.
 bool WaitForChild(pid_t process, std::chrono::milliseconds time, int* wait_status = nullptr);
 
-// Tells all descendants to end, and kills those that have not within the grace. None is left afterwards,
-// unless the kernel holds on to one for a second longer.
+// Asks all descendants to end and kills those that are left after `grace`. None is left afterwards, unless
+// the kernel keeps one for more than another second.
 void EndDescendants(std::chrono::milliseconds grace);
 
 // "ended with status 3", "was ended by signal 9 (Killed)".

@@ -1,4 +1,5 @@
-// Following "Clear Callbacks", "Register Callback for …" and "Register User function".
+// Parses the script API's log lines "Clear Callbacks", "Register Callback for …" and "Register User
+// function".
 #include "app/registered_actions.h"
 
 #include <algorithm>

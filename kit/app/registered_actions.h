@@ -1,5 +1,5 @@
-// Which actions a page has registered, learnt from the lines that the script API writes while it registers:
-// the page tells the voice service nothing of it.
+// Tracks the actions that a page registers. The page does not report them to the voice service, so they are
+// read from the script API's log lines.
 #ifndef CORVIS_KIT_APP_REGISTERED_ACTIONS_H_
 #define CORVIS_KIT_APP_REGISTERED_ACTIONS_H_
 
@@ -10,10 +10,10 @@ namespace corvis::kit {
 
 class RegisteredActions {
  public:
-  // Takes the next line of the script API's console.
+  // Call for each line that the script API logs, in order.
   void TakeLine(const std::string& line);
 
-  // Whether a registration has been seen from its beginning.
+  // Whether a registration has been observed from its start.
   bool is_known() const { return is_known_; }
   // The actions that the application handles itself, in the order of registration.
   const std::vector<std::string>& own() const { return own_; }

@@ -1,4 +1,4 @@
-// Putting a run together, and what its end means.
+// Assembles a run and translates the way in which it ends into an error.
 #include "app/run.h"
 
 #include <sys/wait.h>
@@ -18,7 +18,7 @@ namespace corvis::kit {
 
 namespace {
 
-// What the runtime puts in front of its own sentences.
+// The prefix of the runtime's own messages.
 constexpr std::string_view kRuntimeMark = "corvis-tv: ";
 
 std::vector<std::string> RuntimeCommand(const RunOptions& options) {
@@ -36,13 +36,13 @@ std::vector<std::string> RuntimeCommand(const RunOptions& options) {
   }
   if (options.is_headless) command.emplace_back("--headless");
   command.insert(command.end(), options.runtime_arguments.begin(), options.runtime_arguments.end());
-  // The page's name may begin as an option does.
+  // The page's name may start with "-".
   command.insert(command.end(), {"--", options.page});
   return command;
 }
 
 ErrorKind KindOfStatus(int status) {
-  // The exit statuses of corvis-tv.
+  // The exit statuses are documented by corvis-tv --help.
   switch (status) {
     case 0:
       return ErrorKind::kClosed;
@@ -86,7 +86,7 @@ struct Run::Parts {
     if (!is_ending && sinks.notice) sinks.notice(sentence);
   }
 
-  // What the runtime says itself is why it ends, or known by the control interface, too.
+  // Keeps the runtime's own messages back: the last one says why it ends, others also come as signals.
   void TakeLine(const std::string& line) {
     if (line.compare(0, kRuntimeMark.size(), kRuntimeMark) == 0) {
       last_sentence = line.substr(kRuntimeMark.size());
@@ -107,7 +107,7 @@ struct Run::Parts {
   std::unique_ptr<Error> ending;
   VoiceService service;
   std::unique_ptr<Conversation> conversation;
-  // Ends before the others go, so that none of them waits for it.
+  // Declared last so that it is destroyed first; the other members then don't wait for its processes.
   std::unique_ptr<Stage> stage;
 };
 
@@ -136,7 +136,7 @@ Result<std::unique_ptr<Run>> Run::Start(Supervisor& supervisor, const RunOptions
       std::make_unique<Conversation>(parts->service, options.app_id, options.answer_timeout);
   parts->conversation->set_on_console(parts->sinks.console);
   parts->conversation->set_on_crash(
-      [&to = *parts] { to.Notice("The page's process crashed; the runtime loads the page again."); });
+      [&to = *parts] { to.Notice("The page's process crashed; the runtime reloads the page."); });
   return std::unique_ptr<Run>(new Run(std::move(parts)));
 }
 

@@ -1,5 +1,5 @@
-// One run of an application: a bus and a folder of its own, the runtime with its page, the voice service, and
-// the conversation between them.
+// One run of an application: a private bus and folder, the runtime with the page, the voice service, and the
+// conversation with the application.
 #ifndef CORVIS_KIT_APP_RUN_H_
 #define CORVIS_KIT_APP_RUN_H_
 
@@ -15,7 +15,7 @@
 
 namespace corvis::kit {
 
-// Where the other programs of the kit and the library are.
+// Paths of the kit's other programs and of the library.
 struct Places {
   // corvis-tv.
   std::string runtime;
@@ -25,54 +25,54 @@ struct Places {
   std::string examples;
 };
 
-// In the build's folder or the installation that this program belongs to.
+// The paths in the build folder or installation that this program belongs to.
 Places FindPlaces();
 
 struct RunOptions {
-  // A URL, an HTML file or a folder with an index.html.
+  // A URL, an HTML file, or a folder with an index.html.
   std::string page;
   std::string app_id = "com.example.app";
   // "microphone", "voicecontrol" or URIs.
   std::vector<std::string> privileges = {"microphone", "voicecontrol"};
-  // Of the page, in pixels.
+  // The page's size in pixels.
   int width = 1920;
   int height = 1080;
-  // Otherwise in a window on the user's display.
+  // False: the page is shown in a window on the user's display.
   bool is_headless = true;
-  // How long an answer of the page may take.
+  // How long the page may take to answer a command.
   std::chrono::milliseconds answer_timeout{5000};
-  // More options of corvis-tv, as they are.
+  // Further options, passed to corvis-tv unchanged.
   std::vector<std::string> runtime_arguments;
   Places places = FindPlaces();
 };
 
-// Take what is said beside the answers, from the main loop, and may be null.
+// Callbacks for output other than answers. They run on the main loop and may be null.
 struct RunSinks {
-  // A sentence: a late answer, a departure, a crash of the page's process.
+  // An event in one sentence: a late answer, a departure, a crash of the page's process.
   std::function<void(const std::string& sentence)> notice;
   // A line of the page's console.
   RuntimeControl::ConsoleSink console;
-  // A line, without its end, of the runtime's standard error; its libraries write there.
+  // A line, without its newline, that the runtime or one of its libraries printed.
   std::function<void(const std::string& line)> runtime_line;
 };
 
 class Run {
  public:
-  // Starts the processes and the voice service. Doesn't wait for the page: conversation().WaitForApp does.
-  // Fails with kNoEnvironment when a program is missing or the folder can't be made.
+  // Starts the processes and the voice service. Does not wait for the page; conversation().WaitForApp does.
+  // Fails with kNoEnvironment if a program is missing or the folder can't be created.
   static Result<std::unique_ptr<Run>> Start(Supervisor& supervisor, const RunOptions& options,
                                             RunSinks sinks);
-  // Ends every process of the run and removes its folder; within little more than two seconds, also when they
-  // don't react.
+  // Ends every process of the run and removes its folder. Takes little more than two seconds if they don't
+  // react to SIGTERM.
   ~Run();
   Run(const Run&) = delete;
   Run& operator=(const Run&) = delete;
 
   Conversation& conversation();
 
-  // Why the application ended, null while it runs: what the runtime said at its end, with the kind that its
-  // exit status means. kClosed when its page called window.close() or its window was closed. Ends every wait
-  // of the main loop (service/main_loop.h), with this error.
+  // Why the application ended: the runtime's last message, with the kind of its exit status. kClosed after
+  // window.close() or when the window was closed. Null while the application runs. The end of the application
+  // also ends every wait on the main loop (service/main_loop.h) with this error.
   const Error* ending() const;
 
  private:

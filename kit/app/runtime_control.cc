@@ -1,4 +1,4 @@
-// Calls of the control interface over the platform's bus connection.
+// Calls the control interface over the platform's bus connection.
 #include "app/runtime_control.h"
 
 #include <csignal>
@@ -20,7 +20,7 @@ namespace {
 using nurvo::MessagePtr;
 using nurvo::SlotPtr;
 
-// A text, or bytes.
+// Reads a reply that is a string or a byte array; empty for any other reply.
 std::string ReadValue(sd_bus_message* reply) {
   const char* text = nullptr;
   const void* bytes = nullptr;
@@ -57,16 +57,15 @@ int AppendArguments(sd_bus_message* call, std::string_view signature, const std:
 
 Error ErrorOf(const sd_bus_error* error) {
   if (IsAbsence(error))
-    return {"The application's runtime is not on the bus; has it ended?", ErrorKind::kNoEnvironment};
+    return {"The application's runtime is not on the bus; has it exited?", ErrorKind::kNoEnvironment};
   return {error->message};
 }
 
 }  // namespace
 
-// A call that is under way, until this goes.
+// A pending call; destroying it cancels the call.
 class RuntimeControl::Call {
  public:
-  // Sends it.
   Status Begin(const std::string& name, const tv::ControlMethod& method,
                const std::vector<std::string>& arguments) {
     const auto no_bus = Fail("The run's bus can't be reached.", ErrorKind::kNoEnvironment);
@@ -78,19 +77,19 @@ class RuntimeControl::Call {
     }
     const MessagePtr owner(message);
     if (AppendArguments(message, method.arguments, arguments) < 0)
-      return Fail(std::string("The bus does not take the arguments of ") + method.name + ". Are they UTF-8?");
+      return Fail(std::string("The bus rejects the arguments of ") + method.name + "; are they valid UTF-8?");
     sd_bus_slot* slot = nullptr;
     if (sd_bus_call_async(bus, &slot, message, OnReply, this, UINT64_MAX) < 0) return no_bus;
     slot_.reset(slot);
     return {};
   }
 
-  // Whether the reply comes within the time.
+  // Waits for the reply. Returns false after `time`.
   bool IsAnsweredWithin(std::chrono::milliseconds time) const {
     return WaitUntil([this] { return reply_ != nullptr; }, time);
   }
 
-  // The reply, or its error.
+  // The reply or the error that it carries. Only valid once answered; the message stays owned by the call.
   Result<sd_bus_message*> Reply() const {
     const sd_bus_error* error = sd_bus_message_get_error(reply_.get());
     if (error != nullptr) return Fail(ErrorOf(error));
@@ -107,7 +106,7 @@ class RuntimeControl::Call {
   MessagePtr reply_;
 };
 
-// A signal that somebody listens to.
+// A subscription to a signal; destroying it unsubscribes.
 class RuntimeControl::Watch {
  public:
   explicit Watch(std::function<void(sd_bus_message* signal)> sink) : sink_(std::move(sink)) {}

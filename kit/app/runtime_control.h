@@ -1,4 +1,4 @@
-// The runtime's control interface, as a client: what is asked of a running page.
+// A client of the runtime's control interface.
 #ifndef CORVIS_KIT_APP_RUNTIME_CONTROL_H_
 #define CORVIS_KIT_APP_RUNTIME_CONTROL_H_
 
@@ -20,11 +20,11 @@ struct sd_bus_message;
 
 namespace corvis::kit {
 
-// Speaks with the runtime of one application. Every call waits on the main loop, so that what comes meanwhile
-// is handled: the signals that the runtime sent before its reply have reached the sinks when a call returns.
+// Controls the runtime of one application. Every call runs the main loop until the reply arrives, so signals
+// that the runtime sent before its reply have reached the sinks when the call returns.
 class RuntimeControl {
  public:
-  // Takes the page's console lines: level, text, and "page" or "api".
+  // Receives the page's console lines: level, text, and source ("page" or "api").
   using ConsoleSink =
       std::function<void(const std::string& level, const std::string& text, const std::string& source)>;
 
@@ -34,31 +34,31 @@ class RuntimeControl {
   RuntimeControl& operator=(const RuntimeControl&) = delete;
 
   void WatchConsole(ConsoleSink sink);
-  // Is told when the page's process has crashed; the runtime loads the page again.
+  // Calls `sink` when the page's process has crashed; the runtime reloads the page by itself.
   void WatchCrashes(std::function<void()> sink);
-  // How long each call may take.
+  // The time limit of each call.
   void set_timeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
 
-  // Both return when the page is loaded.
+  // Load and Reload return when the page is loaded.
   Status Load(const std::string& url);
   Status Reload();
-  // The value of an expression as JSON text.
+  // Evaluates a JavaScript expression and returns its value as JSON.
   Result<std::string> Evaluate(const std::string& expression);
-  // The page's address.
+  // The URL of the page.
   Result<std::string> Address();
-  // Makes this the page's address, without loading anything.
+  // Replaces the page's URL without loading anything.
   Status SetAddress(const std::string& url);
-  // Goes to the place on the present page that the URL (absolute or relative) names, and gives nothing. When
-  // it is another page or no place on one, gives the absolute URL, which is to be loaded.
+  // Navigates to the URL's fragment if the URL (absolute or relative) names the current page, and returns
+  // nothing. Otherwise returns the absolute URL, which the caller loads.
   Result<std::optional<std::string>> GoToPlace(const std::string& url);
-  // Whether the page is loaded, with its images and frames.
+  // Whether the page is loaded, including its images and frames.
   Result<bool> IsLoaded();
-  // What the window shows, as the bytes of a PNG picture.
+  // The visible page as PNG.
   Result<std::string> Screenshot();
-  // Returns when everything that the page wrote so far has reached the sink.
+  // Returns when all console lines written so far have reached the sink.
   Status Sync();
-  // Ends the page's process when that takes longer than `limit` to respond; the runtime then loads the page
-  // again. Whether it did.
+  // Kills the page's process if it takes longer than `limit` to respond; the runtime then reloads the page.
+  // Returns whether it was killed.
   Result<bool> EndHangingPage(std::chrono::milliseconds limit);
   Status SetPrivileges(const std::vector<std::string>& uris);
   Status Quit();
@@ -69,10 +69,10 @@ class RuntimeControl {
 
   std::unique_ptr<Watch> NewWatch(const tv::ControlSignal& signal,
                                   std::function<void(sd_bus_message* signal)> sink) const;
-  // Makes a call and waits for its value; it is empty for a method without one.
+  // Calls a method and returns its value; empty for a method that returns none.
   Result<std::string> Ask(const tv::ControlMethod& method,
                           const std::vector<std::string>& arguments = {}) const;
-  // Calls a function of page_address.js; gives its value as JSON text.
+  // Calls a function of page_address.js and returns its value as JSON.
   Result<std::string> CallPage(const std::string& function, const std::vector<std::string>& arguments = {});
   Status Tell(const tv::ControlMethod& method, const std::vector<std::string>& arguments = {}) const;
 

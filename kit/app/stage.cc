@@ -1,4 +1,4 @@
-// Forking the keeper, listening to it, and ending it.
+// Forks the keeper, reads its reports, and ends it.
 #include "app/stage.h"
 
 #include <fcntl.h>
@@ -25,11 +25,11 @@ namespace corvis::kit {
 namespace {
 
 constexpr auto kStartTime = std::chrono::seconds(20);
-// Somewhat more than what a keeper takes to end everything.
+// Slightly longer than the keeper's own grace periods.
 constexpr auto kEndTime = std::chrono::milliseconds(2700);
-// From the keeper's last report to its end.
+// The time from the keeper's last report to its exit.
 constexpr auto kExitTime = std::chrono::milliseconds(100);
-// A longer line is handed over in parts.
+// A longer line is passed on in parts.
 constexpr size_t kLongestLine = 1U << 20U;
 
 constexpr auto kReadable = GIOCondition(G_IO_IN | G_IO_HUP | G_IO_ERR);
@@ -91,13 +91,13 @@ Result<std::unique_ptr<Stage>> Stage::Start(Supervisor& supervisor, const std::v
   WaitUntil([&] { return !stage->folder_.empty() || !stage->problem_.empty(); }, kStartTime);
   if (!stage->folder_.empty()) return stage;
   if (IsInterrupted()) return Fail(*WhyWaitsEnd());
-  if (stage->problem_.empty()) stage->problem_ = "The run's processes can't be started in time.";
+  if (stage->problem_.empty()) stage->problem_ = "The run's processes did not start within 20 s.";
   return Fail(stage->problem_, ErrorKind::kNoEnvironment);
 }
 
 Status Stage::Fork(const std::vector<std::string>& runtime) {
   const auto failure =
-      Fail("No process can be started for the run; are there too many of them, or of open files?",
+      Fail("Can't start the run's processes; has this user reached a limit of processes or open files?",
            ErrorKind::kNoEnvironment);
   int reports[2];
   int output[2];
@@ -136,7 +136,7 @@ bool Stage::ReadReport() {
   if (size > 0 || (size < 0 && errno == EAGAIN)) return true;
   reports_source_ = 0;
   if (is_ending_ || !problem_.empty()) return false;
-  problem_ = "The process that keeps the run together (corvis-keeper) was ended.";
+  problem_ = "The process that supervises the run (corvis-keeper) was terminated.";
   if (!folder_.empty()) events_.on_broken(problem_);
   return false;
 }
@@ -151,13 +151,13 @@ void Stage::TakeReport(const std::string& report) {
   if (report[0] == kReportBusEnded)
     events_.on_broken("The run's bus (dbus-daemon) " + HowItEnded(status) + ":" + words);
   if (report[0] != kReportRuntimeEnded) return;
-  // All that it printed is in the pipe.
+  // Everything that the runtime printed is in the pipe by now; read it before reporting the end.
   while (ReadOutput()) {
   }
   events_.on_runtime_ended(status);
 }
 
-// False when there is no more at present.
+// Returns false when nothing more can be read at the moment.
 bool Stage::ReadOutput() {
   char text[65536];
   const ssize_t size = read(output_, text, sizeof(text));
@@ -181,7 +181,7 @@ void Stage::TellToEnd() const {
   if (reports_ >= 0) shutdown(reports_, SHUT_WR);
 }
 
-// The runtime may still print, and waits while nobody reads it.
+// Keeps reading the runtime's output, because a full pipe would block the runtime.
 void Stage::WaitForKeeper() {
   const auto end = Clock::now() + kEndTime;
   pollfd watched[] = {{reports_, POLLIN, 0}, {output_, POLLIN, 0}};
@@ -204,7 +204,7 @@ void Stage::EndNow() {
   }
   keeper_ = 0;
   if (WIFEXITED(status)) return;
-  // It could not end its processes itself, so they are this process's now.
+  // A killed keeper leaves its children behind; this process has adopted them and ends them.
   EndDescendants(std::chrono::milliseconds(0));
   std::error_code ignored;
   if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);

@@ -1,4 +1,4 @@
-// The processes and the folder of one run, seen from the program that started it.
+// Starts and ends the processes of one run, through its keeper.
 #ifndef CORVIS_KIT_APP_STAGE_H_
 #define CORVIS_KIT_APP_STAGE_H_
 
@@ -15,23 +15,24 @@
 
 namespace corvis::kit {
 
-// Take what happens on a stage, from the main loop.
+// Callbacks for a stage's events. They run on the main loop.
 struct StageEvents {
-  // A line that the runtime printed, without its end.
+  // A line that the runtime printed, without its newline.
   std::function<void(const std::string& line)> on_line;
-  // The runtime has ended, with this wait status. All its lines have been handed over before.
+  // The runtime has ended. All of its output has been passed to on_line.
   std::function<void(int wait_status)> on_runtime_ended;
-  // Nothing can go on: the bus has ended, or who keeps the processes.
+  // The bus or the keeper has ended, so the run can't continue.
   std::function<void(const std::string& sentence)> on_broken;
 };
 
 class Stage {
  public:
-  // Starts a bus, and the runtime (the program and its arguments) on it. Fails with kNoEnvironment, or with
-  // why waits end. `supervisor` ends the stage in time, and must outlive it.
+  // Starts a bus and, on it, `runtime` (the program and its arguments). Fails with kNoEnvironment, or with
+  // the error that ends waits. `supervisor` ends the stage when the process must exit, and must outlive the
+  // stage.
   static Result<std::unique_ptr<Stage>> Start(Supervisor& supervisor, const std::vector<std::string>& runtime,
                                               StageEvents events);
-  // Ends all, within three seconds.
+  // Ends all processes within three seconds.
   ~Stage();
   Stage(const Stage&) = delete;
   Stage& operator=(const Stage&) = delete;
@@ -39,9 +40,9 @@ class Stage {
   // The run's folder.
   const std::string& folder() const { return folder_; }
 
-  // From any thread: tells the processes to end, and does not wait.
+  // Asks the processes to end and does not wait. Thread-safe.
   void TellToEnd() const;
-  // From any thread: makes sure that nothing is left; what is there still is ended at once.
+  // Kills the processes that are left and removes the folder. Thread-safe.
   void EndNow();
 
  private:
@@ -49,7 +50,7 @@ class Stage {
 
   Status Fork(const std::vector<std::string>& runtime);
   void Watch();
-  // False when there will be no more.
+  // Returns false when no more reports will come.
   bool ReadReport();
   void TakeReport(const std::string& report);
   bool ReadOutput();
@@ -58,16 +59,16 @@ class Stage {
 
   Supervisor& supervisor_;
   StageEvents events_;
-  // The main loop's sources for the keeper's reports and the runtime's output; 0 for none.
+  // Main-loop sources for the keeper's reports and the runtime's output; 0 if absent.
   unsigned reports_source_ = 0;
   unsigned output_source_ = 0;
   int output_ = -1;
-  // What the runtime has printed of its present line.
+  // The runtime's current line, still incomplete.
   std::string line_;
   std::string folder_;
   std::string problem_;
   bool is_ending_ = false;
-  // Guards what the supervisor's thread uses as well.
+  // Guards the members that the supervisor's thread also uses.
   mutable std::mutex mutex_;
   pid_t keeper_ = 0;
   int reports_ = -1;

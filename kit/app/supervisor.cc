@@ -1,4 +1,4 @@
-// A thread that waits for signals and deadlines, since the main thread may be stuck in anything.
+// Waits for signals and deadlines on a separate thread, because the main thread may be stuck.
 #include "app/supervisor.h"
 
 #include <fcntl.h>
@@ -28,12 +28,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// How long the program has to report and to exit once it must.
+// How long the program may take to report and exit after a signal or deadline.
 constexpr auto kGrace = std::chrono::seconds(3);
 
 constexpr int kSignalStatus = 128;
 
-// For reading only: what is written there fails, as it would on a closed descriptor.
+// Opens them read-only, so that writing fails just as it does on a closed descriptor.
 void OpenStandardDescriptors() {
   int opened = 0;
   do {
@@ -42,7 +42,7 @@ void OpenStandardDescriptors() {
   close(opened);
 }
 
-// A program that was started with nohup goes on when its terminal goes.
+// A program started with nohup keeps running when its terminal closes.
 bool IsHangupIgnored() {
   struct sigaction action {};
   return sigaction(SIGHUP, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
@@ -131,10 +131,11 @@ class Supervisor::Watch {
 
   void TakeDeadline() {
     if (is_ending_) EndNow();
-    BeginEnd({"The time for the whole run is over.", ErrorKind::kTimeOver}, time_over_status_);
+    BeginEnd({"The time limit for the whole run (--total-timeout) is over.", ErrorKind::kTimeOver},
+             time_over_status_);
   }
 
-  // The processes are ended at once: the main thread may wait for one of them.
+  // Ends the run's processes right away, because the main thread may be waiting for one of them.
   void BeginEnd(Error reason, int status) {
     is_ending_ = true;
     end_status_ = status;
@@ -151,7 +152,7 @@ class Supervisor::Watch {
 
   void RestoreTerminal() const {
     if (!terminal_) return;
-    // Else it would stop a process in the background.
+    // Blocked, because tcsetattr would otherwise stop a background process.
     sigset_t output;
     sigemptyset(&output);
     sigaddset(&output, SIGTTOU);
@@ -161,7 +162,7 @@ class Supervisor::Watch {
 
   const int signals_;
   const int wake_;
-  // A prompt may have changed it.
+  // Saved, because a prompt may change it.
   const std::optional<termios> terminal_ = TerminalState();
   std::atomic<bool> is_over_{false};
   std::atomic<int> signal_status_{0};
@@ -170,7 +171,7 @@ class Supervisor::Watch {
   bool is_ending_ = false;
   int end_status_ = 0;
   int time_over_status_ = 0;
-  // When the next thing happens by itself: the end of the time, or that of the grace.
+  // The next deadline: the end of the time limit or of the grace period.
   Clock::time_point deadline_ = Clock::time_point::max();
   std::thread thread_;
 };
@@ -184,7 +185,7 @@ Supervisor::Supervisor() {
   watch_ = std::make_unique<Watch>(signals);
 }
 
-// What is printed still may wait for a reader, and must not wait for ever.
+// Flushes while the watch still runs: output may block on its reader, and must not block forever.
 Supervisor::~Supervisor() {
   std::fflush(nullptr);
 }

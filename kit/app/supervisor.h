@@ -1,4 +1,4 @@
-// Ends this process in time, whatever it is doing, when a signal comes or the time of the whole run is over.
+// Makes this process exit in time after a signal or at the end of the time limit, even if it is stuck.
 #ifndef CORVIS_KIT_APP_SUPERVISOR_H_
 #define CORVIS_KIT_APP_SUPERVISOR_H_
 
@@ -9,31 +9,31 @@ namespace corvis::kit {
 
 class Stage;
 
-// One in a process. SIGINT, SIGTERM, SIGHUP and SIGQUIT end every wait of the main loop (service/main_loop.h)
-// with an error of kInterrupted, and the runs' processes. The caller then reports, cleans up and exits with
-// signal_status(). When it has not within the grace (it is stuck in a loop, or in output that nobody takes),
-// the process exits by itself, with nothing of its runs left. SIGPIPE is ignored from now on: writes fail
-// instead.
+// Create one per process. SIGINT, SIGTERM, SIGHUP and SIGQUIT end the run's processes and every wait on the
+// main loop (service/main_loop.h), the latter with the error kInterrupted. The caller then reports, cleans up
+// and exits with signal_status(). If it does not within a grace period (it is stuck in a loop, or in output
+// that nobody reads), the supervisor ends the run's processes and exits. SIGPIPE is ignored, so writes fail
+// with an error instead.
 class Supervisor {
  public:
-  // The first statement of main, before any thread. Descriptors 0 to 2 that are closed are opened on
+  // Must be the first statement of main, before any thread starts. Opens closed descriptors among 0 to 2 on
   // /dev/null.
   Supervisor();
   ~Supervisor();
   Supervisor(const Supervisor&) = delete;
   Supervisor& operator=(const Supervisor&) = delete;
 
-  // When this time is over, every wait ends with an error of kTimeOver. A process that is still there after
-  // the grace exits with `status`.
+  // After `time`, every wait ends with the error kTimeOver. If the process is still there after the grace
+  // period, it exits with `status`.
   void EndAfter(std::chrono::milliseconds time, int status);
 
-  // The exit status of a process that a signal ends, 128 + its number; 0 while none came.
+  // 128 + the number of the signal received, the customary exit status; 0 if none was received.
   int signal_status() const;
 
  private:
   friend class Stage;
   class Watch;
-  // The stage that is ended with the process; null for none.
+  // Sets the stage to end with the process; null for none.
   void Attend(Stage* stage);
   std::unique_ptr<Watch> watch_;
 };

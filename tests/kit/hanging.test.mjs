@@ -43,6 +43,6 @@ test('later tests and scripts run on a page that responds', async (t) => {
     failed.map(({ line }) => line),
     [3, 10, 3, 10]
   );
-  for (const { message } of failed) assert.match(message, /The page hung; its process was ended/);
+  for (const { message } of failed) assert.match(message, /The page hung; its process was killed/);
   assert.equal(steps.filter(({ status }) => status === 'skipped').length, 2);
 });

@@ -98,7 +98,7 @@ test('every way for a run to end has its status', async (t) => {
     ['say pause\n', ['--coverage-min', '101'], 2, 'Expected a whole number from 1 to 100'],
     ['say pause\n', ['--no-privileges', '--timeout', '750'], 3, 'Its console says: uncaught: '],
     ['say pause\n', ['--coverage-min', '90'], 7, 'less than the 90 %'],
-    ['say stop\n', ['--total-timeout', '2'], 8, 'The time for the whole run is over'],
+    ['say stop\n', ['--total-timeout', '2'], 8, 'The time limit for the whole run (--total-timeout) is over'],
     ['say exit\nexpect closed\n', [], 0, 'ok 2'],
     ['say exit\nexpect closed\nsay pause\n', [], 1, 'Bail out! The application ended'],
     ['say exit\n', [], 1, 'Bail out! The application ended'],
