@@ -87,6 +87,8 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
           CheckPrivilege);
   AddValue(app, "--size", "WIDTHxHEIGHT", "the page's size in pixels", "1920x1080", CheckSize,
            [&run](const std::string& size) { ReadSize(size, run.width, run.height); });
+  AddFlag(app, "--single-page", "a path that names no file and has no ending gives the page, for routers",
+          [&run] { run.runtime_arguments.emplace_back("--single-page"); });
   AddDisplayOptions(app, viewer, options);
   AddText(app, "--console", "KIND", "the page's console on standard error: page, all, none", options.console,
           CheckConsole);

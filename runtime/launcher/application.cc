@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-Application FileApplication(const fs::path& path, const std::string& app_id, std::string& error) {
+Application FileApplication(const fs::path& path, std::string& error) {
   std::error_code code;
   const fs::path real = fs::canonical(path, code);
   if (code) {
@@ -28,11 +28,7 @@ Application FileApplication(const fs::path& path, const std::string& app_id, std
         is_folder ? "The folder " + path.string() + " has no index.html." : path.string() + " is no file.";
     return {};
   }
-  // An origin is in lower case.
-  const nurvo::GText host(g_ascii_strdown(app_id.c_str(), -1));
-  const std::string origin = std::string(kFileScheme) + "://" + host.get();
-  const nurvo::GText name(g_uri_escape_string(file.filename().c_str(), nullptr, TRUE));
-  return {origin + "/" + name.get(), origin, file.parent_path().string()};
+  return {"", "", file.string(), file.parent_path().string()};
 }
 
 struct SecurityOriginDeleter {
@@ -50,16 +46,27 @@ bool IsWeb(WebKitSecurityOrigin* origin) {
 
 }  // namespace
 
-Application FindApplication(const std::string& page, const std::string& app_id, std::string& error) {
+Application FindApplication(const std::string& page, std::string& error) {
   const nurvo::GText scheme(g_uri_parse_scheme(page.c_str()));
-  if (!scheme) return FileApplication(page, app_id, error);
+  if (!scheme) return FileApplication(page, error);
   const nurvo::GText file(g_filename_from_uri(page.c_str(), nullptr, nullptr));
-  if (file) return FileApplication(file.get(), app_id, error);
+  if (file) return FileApplication(file.get(), error);
   const SecurityOrigin origin(webkit_security_origin_new_for_uri(page.c_str()));
   if (IsWeb(origin.get()))
-    return {page, nurvo::GText(webkit_security_origin_to_string(origin.get())).get(), ""};
+    return {page, nurvo::GText(webkit_security_origin_to_string(origin.get())).get(), "", ""};
   error = page + " is no URL that can be loaded; there are http, https and file.";
   return {};
+}
+
+std::unique_ptr<ApplicationServer> ServeApplication(Application& application, bool is_single_page,
+                                                    std::string& error) {
+  if (application.folder.empty()) return nullptr;
+  auto server = ApplicationServer::Start({application.folder, is_single_page ? application.file : ""}, error);
+  if (!server) return nullptr;
+  const nurvo::GText name(g_uri_escape_string(fs::path(application.file).filename().c_str(), nullptr, TRUE));
+  application.origin = server->origin();
+  application.uri = application.origin + "/" + name.get();
+  return server;
 }
 
 }  // namespace corvis::tv

@@ -2,23 +2,30 @@
 #ifndef CORVIS_RUNTIME_LAUNCHER_APPLICATION_H_
 #define CORVIS_RUNTIME_LAUNCHER_APPLICATION_H_
 
+#include <memory>
 #include <string>
+
+#include "launcher/application_server.h"
 
 namespace corvis::tv {
 
-// The scheme under which files are served, each application as an origin of its own.
-constexpr const char* kFileScheme = "app";
-
 struct Application {
+  // Of files, known when they are served.
   std::string uri;
   std::string origin;
-  // The folder that is served, with its links resolved; empty for a URL.
+  // The page and the folder to serve, with their links resolved; empty for a URL.
+  std::string file;
   std::string folder;
 };
 
-// Finds out what `page` (a URL, a file URL, an HTML file or a folder) means. On failure the result's uri is
-// empty and `error` a sentence.
-Application FindApplication(const std::string& page, const std::string& app_id, std::string& error);
+// Finds out what `page` (a URL, a file URL, an HTML file or a folder) means. On failure the result has
+// neither uri nor file, and `error` is a sentence.
+Application FindApplication(const std::string& page, std::string& error);
+
+// Serves an application of files; a URL needs no server. With `is_single_page`, paths that name no file give
+// the page. Null and a sentence on failure, null and no sentence for a URL.
+std::unique_ptr<ApplicationServer> ServeApplication(Application& application, bool is_single_page,
+                                                    std::string& error);
 
 }  // namespace corvis::tv
 

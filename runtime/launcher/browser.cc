@@ -5,7 +5,6 @@
 #include <memory>
 #include <utility>
 
-#include "launcher/folder_scheme.h"
 #include "support/messages.h"
 
 namespace corvis::tv {
@@ -58,7 +57,6 @@ Browser::~Browser() {
 void Browser::SetUpContext(const Options& options, const Application& application) {
   context_.reset(webkit_web_context_new_ephemeral());
   webkit_web_context_set_cache_model(context_.get(), WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
-  if (!application.folder.empty()) ServeFolder(context_.get(), kFileScheme, application.folder);
   extension_data_ = ExtensionData(options, application);
   g_signal_connect(
       context_.get(), "initialize-web-extensions", G_CALLBACK(+[](WebKitWebContext* context, GVariant* data) {

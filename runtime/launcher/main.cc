@@ -57,9 +57,15 @@ class MainLoop {
 // The run from the first load to the end of the main loop.
 class Run {
  public:
-  Run(const Options& options, const Application& application, const RunFolder& folder,
-      ControlService& control, MainLoop& loop)
-      : loop_(loop), browser_(options, application, Events(options.console, control)) {
+  // `server` is null for an application that is served elsewhere.
+  Run(const Options& options, const Application& application, ApplicationServer* server,
+      const RunFolder& folder, ControlService& control, MainLoop& loop)
+      : loop_(loop), events_(Events(options.console, control)), browser_(options, application, events_) {
+    if (server != nullptr) {
+      server->set_on_missing([this](const std::string& path, const std::string& reason) {
+        events_.on_console("error", path + " is missing. " + reason, "page");
+      });
+    }
     control.Serve(
         &browser_, [&folder, id = options.app_id](const auto& uris) { return folder.WritePolicy(id, uris); },
         [this] { End(kExitOk, ""); });
@@ -102,14 +108,15 @@ class Run {
   bool is_ending_ = false;
   ExitStatus status_ = kExitOk;
   std::string sentence_;
+  BrowserEvents events_;
   Browser browser_;
 };
 
 int RunApplication(const Options& options) {
   std::string error;
   ExitStatus status = kExitOk;
-  const Application application = FindApplication(options.page, options.app_id, error);
-  if (application.uri.empty()) return Fail(kExitLoadFailed, error);
+  Application application = FindApplication(options.page, error);
+  if (!error.empty()) return Fail(kExitLoadFailed, error);
   MainLoop loop;
   const RunFolder folder;
   if (folder.path().empty() || !folder.WritePolicy(options.app_id, options.privileges)) {
@@ -127,7 +134,10 @@ int RunApplication(const Options& options) {
   if (!gtk_init_check(nullptr, nullptr)) {
     return Fail(kExitNoEnvironment, "There is no display to open a window on; run it with --headless.");
   }
-  return Run(options, application, folder, *control, loop).UntilTheEnd();
+  const std::unique_ptr<ApplicationServer> server =
+      ServeApplication(application, options.is_single_page, error);
+  if (!error.empty()) return Fail(kExitNoEnvironment, error);
+  return Run(options, application, server.get(), folder, *control, loop).UntilTheEnd();
 }
 
 }  // namespace

@@ -20,12 +20,13 @@ Runs a web application as a TV would, with the extension libraries that are give
   --extension LIBRARY  an extension library to load; repeatable
   --privilege URI      a privilege that the application holds; repeatable
   --size WIDTHxHEIGHT  size of the page in pixels (default 1920x1080)
+  --single-page        a path that names no file and has no ending gives the page, as routers want it
   --headless           without a window; needs no display (starts an Xvfb of its own)
   --console KIND       what of the console goes to the terminal: page (default), all (script APIs too), none
   --help, --version
 
-FILE and FOLDER (with an index.html) are served as an origin of their own. Only pages of the origin that is
-started with get the extensions' APIs.
+The folder of FILE, or FOLDER (with an index.html), is served over HTTP to this run only, as an origin of its own. Only
+pages of the origin that is started with get the extensions' APIs.
 
 Needs a D-Bus session bus, on which it serves its control interface as ID.runtime.
 
@@ -33,15 +34,12 @@ Exit status: 0 ended as asked, 2 wrong usage, 3 the page can't be loaded, 4 the 
 5 the application is running already, 6 no bus or no display.
 )";
 
-constexpr option kOptions[] = {{"app-id", required_argument, nullptr, 'a'},
-                               {"extension", required_argument, nullptr, 'e'},
-                               {"privilege", required_argument, nullptr, 'p'},
-                               {"size", required_argument, nullptr, 's'},
-                               {"headless", no_argument, nullptr, 'l'},
-                               {"console", required_argument, nullptr, 'c'},
-                               {"help", no_argument, nullptr, 'h'},
-                               {"version", no_argument, nullptr, 'v'},
-                               {nullptr, 0, nullptr, 0}};
+constexpr option kOptions[] = {
+    {"app-id", required_argument, nullptr, 'a'},    {"extension", required_argument, nullptr, 'e'},
+    {"privilege", required_argument, nullptr, 'p'}, {"size", required_argument, nullptr, 's'},
+    {"headless", no_argument, nullptr, 'l'},        {"single-page", no_argument, nullptr, 'i'},
+    {"console", required_argument, nullptr, 'c'},   {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, 'v'},         {nullptr, 0, nullptr, 0}};
 
 constexpr int kLargestSide = 16384;
 
@@ -77,6 +75,9 @@ std::string Apply(int letter, const std::string& value, Options& options) {
     }
     case 'l':
       options.is_headless = true;
+      return "";
+    case 'i':
+      options.is_single_page = true;
       return "";
     case 'c':
       options.console = value == "all"    ? ConsoleKind::kAll

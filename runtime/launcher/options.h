@@ -27,6 +27,7 @@ struct Options {
   int width = 1920;
   int height = 1080;
   bool is_headless = false;
+  bool is_single_page = false;
   ConsoleKind console = ConsoleKind::kPage;
   // A URL, an HTML file or a folder.
   std::string page;

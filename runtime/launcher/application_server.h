@@ -1,0 +1,52 @@
+// Serves the files of one application over HTTP, to its own pages on this machine.
+#ifndef CORVIS_RUNTIME_LAUNCHER_APPLICATION_SERVER_H_
+#define CORVIS_RUNTIME_LAUNCHER_APPLICATION_SERVER_H_
+
+#include <libsoup/soup.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "launcher/served_folder.h"
+#include "nurvo_desktop/glib_ptr.h"
+
+namespace corvis::tv {
+
+// Answers on 127.0.0.1, at a port and under a host name of its own. The name can't be guessed, and a request
+// that doesn't name it is refused: neither pages of other origins nor other users of the machine read the
+// files. Lives on the main loop.
+class ApplicationServer {
+ public:
+  // Takes the path of a request whose file is missing, and a sentence about the cause.
+  using MissingSink = std::function<void(const std::string& path, const std::string& reason)>;
+
+  // Null and a sentence on failure.
+  static std::unique_ptr<ApplicationServer> Start(ServedFolder folder, std::string& error);
+  ~ApplicationServer();
+  ApplicationServer(const ApplicationServer&) = delete;
+  ApplicationServer& operator=(const ApplicationServer&) = delete;
+
+  // "http://HOST:PORT"
+  std::string origin() const { return "http://" + authority_; }
+  void set_on_missing(MissingSink sink) { on_missing_ = std::move(sink); }
+
+ private:
+  explicit ApplicationServer(ServedFolder folder);
+  // False when the port that the kernel chose can't be held for IPv6, too.
+  bool Listen(std::string& error);
+  static void OnRequest(SoupServer* server, SoupServerMessage* message, const char* path, GHashTable* query,
+                        gpointer self);
+  bool IsAddressed(SoupServerMessage* message) const;
+  void Answer(SoupServerMessage* message);
+
+  ServedFolder folder_;
+  nurvo::GObjectPtr<SoupServer> server_;
+  nurvo::GObjectPtr<GSocket> reserved_;
+  std::string authority_;
+  MissingSink on_missing_;
+};
+
+}  // namespace corvis::tv
+
+#endif  // CORVIS_RUNTIME_LAUNCHER_APPLICATION_SERVER_H_
