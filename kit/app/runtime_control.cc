@@ -229,6 +229,12 @@ Result<bool> RuntimeControl::IsLoaded() {
 Result<std::string> RuntimeControl::Screenshot() {
   return Ask(tv::kScreenshotMethod);
 }
+Status RuntimeControl::PressKey(const std::string& name) {
+  return Tell(tv::kPressKeyMethod, {name});
+}
+Status RuntimeControl::TypeText(const std::string& text) {
+  return Tell(tv::kTypeTextMethod, {text});
+}
 Status RuntimeControl::Sync() {
   return Tell(tv::kSyncMethod);
 }

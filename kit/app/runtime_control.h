@@ -55,6 +55,10 @@ class RuntimeControl {
   Result<bool> IsLoaded();
   // The visible page as PNG.
   Result<std::string> Screenshot();
+  // Press a key of a remote control, by its name in corvis_tv/remote_keys.h, or the keys of a text. Return when
+  // the page has handled the events.
+  Status PressKey(const std::string& name);
+  Status TypeText(const std::string& text);
   // Returns when all console lines written so far have reached the sink.
   Status Sync();
   // Kills the page's process if it takes longer than `limit` to respond; the runtime then reloads the page.

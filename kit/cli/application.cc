@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "cli/command_line.h"
+#include "corvis_tv/remote_keys.h"
 #include "output/text_forms.h"
 #include "service/wire.h"
 
@@ -51,6 +52,14 @@ std::string CheckConsole(const std::string& value) {
   return value == "page" || value == "all" || value == "none" ? "" : "page, all or none";
 }
 
+// "Back=27".
+std::string CheckKey(const std::string& value) {
+  const size_t equals = value.find('=');
+  const bool is_key = equals != std::string::npos && tv::FindRemoteKey(value.substr(0, equals)) != nullptr &&
+                      WholeNumber(tv::kMostKeyCode)(value.substr(equals + 1)).empty();
+  return is_key ? "" : "a key of the remote control and its keyCode, such as Back=27";
+}
+
 bool IsSet(const char* variable) {
   const char* value = std::getenv(variable);
   return value != nullptr && *value != '\0';
@@ -89,6 +98,8 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
            [&run](const std::string& size) { ReadSize(size, run.width, run.height); });
   AddFlag(app, "--single-page", "a path that names no file and has no ending gives the page, for routers",
           [&run] { run.runtime_arguments.emplace_back("--single-page"); });
+  AddList(app, "--key", "NAME=CODE", "the keyCode that the page gets of a key, such as Back=27; repeatable",
+          options.key_codes, CheckKey);
   AddDisplayOptions(app, viewer, options);
   AddText(app, "--console", "KIND", "the page's console on standard error: page, all, none", options.console,
           CheckConsole);
@@ -107,6 +118,8 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
   if (!page) return Fail(page.error());
   RunOptions run = options.run;
   run.page = std::move(*page);
+  for (const std::string& key : options.key_codes)
+    run.runtime_arguments.insert(run.runtime_arguments.end(), {"--key", key});
   const auto write = [kind = options.console, console](const auto& level, const auto& text,
                                                        const auto& source) {
     if (kind == "all" || kind == source) console("[" + source + "] " + level + ": " + ForTerminal(text));

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "app/run.h"
 #include "app/supervisor.h"
@@ -15,6 +16,8 @@ namespace corvis::kit {
 
 struct ApplicationOptions {
   RunOptions run;
+  // "NAME=CODE" of keys whose code differs from the table's.
+  std::vector<std::string> key_codes;
   // What of the page's console is printed: what the page writes ("page"), the script APIs' lines, too
   // ("all"), or "none".
   std::string console = "none";

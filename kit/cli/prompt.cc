@@ -10,6 +10,8 @@
 #include "language/phrases.h"
 #include "language/raw_command.h"
 #include "output/output_file.h"
+#include "script/script_reader.h"
+#include "script/session.h"
 
 namespace corvis::kit {
 
@@ -63,6 +65,9 @@ const std::vector<Prompt::CommandRow>& Prompt::Commands() {
        &Prompt::Items},
       {"commands", "commands", "the actions that the page registered, with a phrase for each",
        &Prompt::ListActions},
+      {"press", "press KEY [N times]", "presses a key of the remote control: Left, OK, Back, Play, \"5\", …",
+       &Prompt::Press},
+      {"type", "type \"TEXT\"", "types into the focused field", &Prompt::Type},
       {"say", "say PHRASE", "the same as the phrase alone", &Prompt::SayPhrase},
       {"apps", "apps", "the registered applications", &Prompt::Apps},
       {"record", "record FILE, record stop", "writes what follows as a voice script, to replay it",
@@ -178,6 +183,22 @@ void Prompt::Items(const std::string& argument) {
   Note(recorder_.Take(*items));
   if (!arguments->png_file.empty()) SavePicture(*items, arguments->png_file);
   items_ = std::move(*items);
+}
+
+void Prompt::RunStatement(const std::string& statement) {
+  const VoiceScript script = ParseVoiceScript(statement, "");
+  if (!script.errors.empty()) return lines_.Show(script.errors[0].message);
+  Session session(conversation_, std::chrono::milliseconds(0));
+  const Verdict verdict = script.tests[0].steps[0].run(session);
+  NoteStatement(statement, verdict ? Status() : Fail(verdict.error().message), "The page has taken it.");
+}
+
+void Prompt::Press(const std::string& argument) {
+  RunStatement("press " + argument);
+}
+
+void Prompt::Type(const std::string& argument) {
+  RunStatement("type " + argument);
 }
 
 void Prompt::SavePicture(const ItemList& items, const std::string& file) {

@@ -37,6 +37,8 @@ class Prompt {
   void Handle(const std::string& line);
   void SendRaw(const std::string& text);
   void ShowTurn(const Turn& turn);
+  // Does and records a statement of voice scripts.
+  void RunStatement(const std::string& statement);
   void SavePicture(const ItemList& items, const std::string& file);
   // Shows an error; success shows nothing.
   void Note(const Status& status);
@@ -46,6 +48,8 @@ class Prompt {
   void Help(const std::string& argument);
   void Apps(const std::string& argument);
   void ListActions(const std::string& argument);
+  void Press(const std::string& argument);
+  void Type(const std::string& argument);
   void Items(const std::string& argument);
   void SayPhrase(const std::string& argument);
   void Record(const std::string& argument);

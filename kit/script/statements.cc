@@ -9,12 +9,25 @@ namespace corvis::kit {
 namespace {
 
 constexpr Statement kStatements[] = {
-    {"test", ReadTest},       {"note", ReadNote},       {"say", ReadSay},
-    {"send", ReadSend},       {"inject", ReadInject},   {"expect", ReadExpect},
-    {"within", ReadWithin},   {"show", ReadShow},       {"value", ReadValue},
-    {"items", ReadItems},     {"item", ReadItem},       {"reload", ReadReload},
-    {"open", ReadOpen},       {"restart", ReadRestart}, {"privileges", ReadPrivileges},
-    {"timeout", ReadTimeout}, {"wait", ReadWait},
+    {"test", ReadTest},
+    {"note", ReadNote},
+    {"say", ReadSay},
+    {"send", ReadSend},
+    {"inject", ReadInject},
+    {"expect", ReadExpect},
+    {"within", ReadWithin},
+    {"show", ReadShow},
+    {"value", ReadValue},
+    {"press", ReadPress},
+    {"type", ReadType},
+    {"items", ReadItems},
+    {"item", ReadItem},
+    {"reload", ReadReload},
+    {"open", ReadOpen},
+    {"restart", ReadRestart},
+    {"privileges", ReadPrivileges},
+    {"timeout", ReadTimeout},
+    {"wait", ReadWait},
 };
 
 }  // namespace

@@ -33,6 +33,10 @@ void ReadWithin(LineReader& line, Step& step);
 void ReadShow(LineReader& line, Step& step);
 void ReadValue(LineReader& line, Step& step);
 
+// key_statements.cc
+void ReadPress(LineReader& line, Step& step);
+void ReadType(LineReader& line, Step& step);
+
 // item_statements.cc
 void ReadItems(LineReader& line, Step& step);
 void ReadItem(LineReader& line, Step& step);

@@ -75,6 +75,7 @@ void Browser::SetUpView(const Options& options) {
   view_ = WEBKIT_WEB_VIEW(
       g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context_.get(), "settings", settings.get(), nullptr));
   calls_ = std::make_unique<PageCalls>(view_);
+  keys_ = std::make_unique<KeyInput>(view_, *calls_, options.key_codes);
   window_ = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   gtk_window_set_default_size(GTK_WINDOW(window_), options.width, options.height);
   gtk_container_add(GTK_CONTAINER(window_), GTK_WIDGET(view_));

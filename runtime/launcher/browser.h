@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "launcher/application.h"
+#include "launcher/key_input.h"
 #include "launcher/options.h"
 #include "launcher/page_calls.h"
 #include "nurvo_desktop/glib_ptr.h"
@@ -45,6 +46,7 @@ class Browser {
   void TakeLeave();
 
   PageCalls& calls() { return *calls_; }
+  KeyInput& keys() { return *keys_; }
   std::string uri() const;
   bool is_loading() const { return load_done_ || webkit_web_view_is_loading(view_); }
   // The process id of the page's web process, 0 when there is none.
@@ -76,6 +78,7 @@ class Browser {
   GtkWidget* window_ = nullptr;
   WebKitWebView* view_ = nullptr;
   std::unique_ptr<PageCalls> calls_;
+  std::unique_ptr<KeyInput> keys_;
   nurvo::GVariantPtr extension_data_;
   ResultCallback load_done_;
   // Whether a load has started since the last one was asked for.

@@ -108,6 +108,8 @@ void ControlService::OnCall(GDBusConnection* /*bus*/, const char* /*sender*/, co
                   {kReloadMethod.name, &ControlService::Reload},
                   {kEvaluateMethod.name, &ControlService::Evaluate},
                   {kScreenshotMethod.name, &ControlService::Screenshot},
+                  {kPressKeyMethod.name, &ControlService::PressKey},
+                  {kTypeTextMethod.name, &ControlService::TypeText},
                   {kSyncMethod.name, &ControlService::Sync},
                   {kSetPrivilegesMethod.name, &ControlService::SetPrivileges},
                   {kGetStatusMethod.name, &ControlService::GetStatus},
@@ -150,6 +152,18 @@ void ControlService::Screenshot(GVariant* /*arguments*/, GDBusMethodInvocation* 
       g_dbus_method_invocation_return_dbus_error(call, kErrorFailed, error.c_str());
     }
   });
+}
+
+void ControlService::PressKey(GVariant* arguments, GDBusMethodInvocation* call) {
+  const char* name = nullptr;
+  g_variant_get(arguments, "(&s)", &name);
+  browser_->keys().Press(name, Finish(call, kErrorFailed));
+}
+
+void ControlService::TypeText(GVariant* arguments, GDBusMethodInvocation* call) {
+  const char* text = nullptr;
+  g_variant_get(arguments, "(&s)", &text);
+  browser_->keys().Type(text, Finish(call, kErrorFailed));
 }
 
 void ControlService::Sync(GVariant* /*arguments*/, GDBusMethodInvocation* call) {

@@ -46,6 +46,8 @@ class ControlService {
   void Reload(GVariant* arguments, GDBusMethodInvocation* call);
   void Evaluate(GVariant* arguments, GDBusMethodInvocation* call);
   void Screenshot(GVariant* arguments, GDBusMethodInvocation* call);
+  void PressKey(GVariant* arguments, GDBusMethodInvocation* call);
+  void TypeText(GVariant* arguments, GDBusMethodInvocation* call);
   void Sync(GVariant* arguments, GDBusMethodInvocation* call);
   void SetPrivileges(GVariant* arguments, GDBusMethodInvocation* call);
   void GetStatus(GVariant* arguments, GDBusMethodInvocation* call);

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "corvis_tv/control.h"
+#include "corvis_tv/remote_keys.h"
 
 namespace corvis::tv {
 
@@ -19,6 +20,7 @@ Runs a web application as a TV would, with the extension libraries that are give
   --app-id ID          the application's id, a dotted name (default com.example.app)
   --extension LIBRARY  an extension library to load; repeatable
   --privilege URI      a privilege that the application holds; repeatable
+  --key NAME=CODE      the keyCode that pages get of a key, such as Back=27; repeatable
   --size WIDTHxHEIGHT  size of the page in pixels (default 1920x1080)
   --single-page        a path that names no file and has no ending gives the page, as routers want it
   --headless           without a window; needs no display (starts an Xvfb of its own)
@@ -34,17 +36,34 @@ Exit status: 0 ended as asked, 2 wrong usage, 3 the page can't be loaded, 4 the 
 5 the application is running already, 6 no bus or no display.
 )";
 
-constexpr option kOptions[] = {
-    {"app-id", required_argument, nullptr, 'a'},    {"extension", required_argument, nullptr, 'e'},
-    {"privilege", required_argument, nullptr, 'p'}, {"size", required_argument, nullptr, 's'},
-    {"headless", no_argument, nullptr, 'l'},        {"single-page", no_argument, nullptr, 'i'},
-    {"console", required_argument, nullptr, 'c'},   {"help", no_argument, nullptr, 'h'},
-    {"version", no_argument, nullptr, 'v'},         {nullptr, 0, nullptr, 0}};
+constexpr option kOptions[] = {{"app-id", required_argument, nullptr, 'a'},
+                               {"extension", required_argument, nullptr, 'e'},
+                               {"privilege", required_argument, nullptr, 'p'},
+                               {"size", required_argument, nullptr, 's'},
+                               {"headless", no_argument, nullptr, 'l'},
+                               {"single-page", no_argument, nullptr, 'i'},
+                               {"key", required_argument, nullptr, 'k'},
+                               {"console", required_argument, nullptr, 'c'},
+                               {"help", no_argument, nullptr, 'h'},
+                               {"version", no_argument, nullptr, 'v'},
+                               {nullptr, 0, nullptr, 0}};
 
 constexpr int kLargestSide = 16384;
 
 Exit WrongUsage(const std::string& what) {
   return {kExitUsage, "corvis-tv: " + what + " See corvis-tv --help.\n"};
+}
+
+// Takes "NAME=CODE".
+bool TakeKey(const std::string& value, KeyCodes& codes) {
+  const size_t equals = value.find('=');
+  char rest = 0;
+  unsigned code = 0;
+  if (equals == std::string::npos || FindRemoteKey(value.substr(0, equals)) == nullptr ||
+      std::sscanf(value.c_str() + equals + 1, "%u%c", &code, &rest) != 1 || code > kMostKeyCode)
+    return false;
+  codes[value.substr(0, equals)] = code;
+  return true;
 }
 
 // Applies one option. Returns what is wrong with it, empty when nothing is.
@@ -65,6 +84,8 @@ std::string Apply(int letter, const std::string& value, Options& options) {
     case 'p':
       options.privileges.push_back(value);
       return value.find_first_of(" \n") == std::string::npos ? "" : "A privilege URI has no blanks.";
+    case 'k':
+      return TakeKey(value, options.key_codes) ? "" : "\"" + value + "\" is no key and code such as Back=27.";
     case 's': {
       char rest = 0;
       const bool is_size =

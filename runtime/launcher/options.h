@@ -6,6 +6,8 @@
 #include <variant>
 #include <vector>
 
+#include "launcher/key_input.h"
+
 namespace corvis::tv {
 
 // The exit statuses of corvis-tv.
@@ -28,6 +30,7 @@ struct Options {
   int height = 1080;
   bool is_headless = false;
   bool is_single_page = false;
+  KeyCodes key_codes;
   ConsoleKind console = ConsoleKind::kPage;
   // A URL, an HTML file or a folder.
   std::string page;

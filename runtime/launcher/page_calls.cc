@@ -143,6 +143,12 @@ void PageCalls::Screenshot(ResultCallback done) {
                                Call::OnSnapshot, Call::Hold(Begin(std::move(done))));
 }
 
+void PageCalls::AnnounceKey(const std::string& json) {
+  webkit_web_view_send_message_to_page(
+      view_, webkit_user_message_new(kKeyMessage, g_variant_new_string(json.c_str())), nullptr, nullptr,
+      nullptr);
+}
+
 void PageCalls::Sync(ResultCallback done) {
   Send(Begin(std::move(done)), kSyncMessage, nullptr);
 }

@@ -34,6 +34,9 @@ class PageCalls {
   // Waits for what the page wrote to the console so far.
   void Sync(ResultCallback done);
 
+  // Has the page's keyboard events from now on have these values (JSON text; empty for the engine's own).
+  void AnnounceKey(const std::string& json);
+
   // Answers every call that is under way with an error sentence.
   void FailAll(const std::string& sentence);
 

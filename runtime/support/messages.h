@@ -19,6 +19,9 @@ constexpr const char* kBrokenExtensionType = "s";
 constexpr const char* kEvaluateMessage = "evaluate";
 constexpr const char* kEvaluateType = "s";
 constexpr const char* kValueType = "(ss)";
+// To a page: what its keyboard events have from now on, as JSON text; empty for what the engine gives.
+constexpr const char* kKeyMessage = "key";
+constexpr const char* kKeyType = "s";
 // To a page: answered after everything that it wrote so far.
 constexpr const char* kSyncMessage = "sync";
 // To a page, before the run ends: answered when the extensions have been shut down.

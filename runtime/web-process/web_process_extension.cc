@@ -11,6 +11,7 @@
 #include "support/messages.h"
 #include "web-process/console_post.h"
 #include "web-process/extension_host.h"
+#include "web-process/key_values.h"
 #include "web-process/page_bridge.h"
 
 namespace corvis::tv {
@@ -22,6 +23,8 @@ struct WebProcess {
   // The bridges of the pages' main frames.
   std::map<WebKitWebPage*, std::unique_ptr<PageBridge>> pages;
   std::map<WebKitWebPage*, ConsolePost> posts;
+  // What keyboard events have while a key of a remote control is pressed; JSON text.
+  std::string key;
   bool is_ending = false;
 };
 
@@ -85,6 +88,8 @@ gboolean OnMessage(WebKitWebPage* page, WebKitUserMessage* message, gpointer /*d
     End();
   } else if (name == kEvaluateMessage && g_variant_is_of_type(content, G_VARIANT_TYPE(kEvaluateType))) {
     reply = Evaluate(page, g_variant_get_string(content, nullptr));
+  } else if (name == kKeyMessage && g_variant_is_of_type(content, G_VARIANT_TYPE(kKeyType))) {
+    TheWebProcess().key = g_variant_get_string(content, nullptr);
   } else if (name != kSyncMessage) {
     return FALSE;
   }
@@ -102,6 +107,7 @@ void OnPageCreated(WebKitWebExtension* /*process*/, WebKitWebPage* page, gpointe
 void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame* frame, gpointer /*data*/) {
   if (TheWebProcess().is_ending) return;
   const nurvo::GObjectPtr<JSCContext> context(webkit_frame_get_js_context_for_script_world(frame, world));
+  WatchKeys(context.get(), &TheWebProcess().key);
   if (!webkit_frame_is_main_frame(frame)) {
     // What watches its console belongs to the frame's script: nothing is kept here, so that it can go.
     const PageBridge watching(context.get(), ConsoleOf(page));

@@ -29,6 +29,10 @@ constexpr ControlMethod kReloadMethod{"Reload", "", ""};
 constexpr ControlMethod kEvaluateMethod{"Evaluate", "s", "s"};
 // The visible page as the bytes of a PNG picture.
 constexpr ControlMethod kScreenshotMethod{"Screenshot", "", "ay"};
+// Press and release a key of a remote control, by its name in remote_keys.h, or the keys of a text. Both
+// answer when the page has handled the events.
+constexpr ControlMethod kPressKeyMethod{"PressKey", "s", ""};
+constexpr ControlMethod kTypeTextMethod{"TypeText", "s", ""};
 // Answers when the Console signals of everything that the page wrote so far have been sent.
 constexpr ControlMethod kSyncMethod{"Sync", "", ""};
 // The URIs of the privileges that the application holds from now on.
@@ -38,9 +42,9 @@ constexpr ControlMethod kGetStatusMethod{"GetStatus", "", "sbuu"};
 // Ends the runtime.
 constexpr ControlMethod kQuitMethod{"Quit", "", ""};
 
-constexpr ControlMethod kControlMethods[] = {kLoadMethod,       kReloadMethod, kEvaluateMethod,
-                                             kScreenshotMethod, kSyncMethod,   kSetPrivilegesMethod,
-                                             kGetStatusMethod,  kQuitMethod};
+constexpr ControlMethod kControlMethods[] = {
+    kLoadMethod,     kReloadMethod, kEvaluateMethod,      kScreenshotMethod, kPressKeyMethod,
+    kTypeTextMethod, kSyncMethod,   kSetPrivilegesMethod, kGetStatusMethod,  kQuitMethod};
 
 struct ControlSignal {
   const char* name;

@@ -72,6 +72,8 @@ TEST_F(PromptTest, EveryLineGetsItsSentence) {
       {"ACTION_NONSENSE", "ACTION_NONSENSE"},
       {"apps", "No application is registered"},
       {"commands", "has not registered since the prompt began"},
+      {"press Bakc", "Unknown key \"Bakc\". Did you mean \"Back\"?"},
+      {"type x", "Expected a text in quotation marks."},
       {"record", "Expected the name of the file to write after record, or stop."},
       {"record stop", "Nothing is being recorded."},
       {"record /dev/null/a.voice", "can't be written"},

@@ -1,0 +1,97 @@
+// Events of the window system, made here. The page's process handles what it gets in order, so that a message
+// that is answered after an event says that the event was handled.
+#include "launcher/key_input.h"
+
+#include <memory>
+#include <utility>
+
+#include "corvis_tv/remote_keys.h"
+#include "nurvo_desktop/glib_ptr.h"
+
+namespace corvis::tv {
+
+namespace {
+
+unsigned SymbolOf(gunichar character) {
+  if (character == '\n' || character == '\r') return GDK_KEY_Return;
+  return character == '\t' ? GDK_KEY_Tab : gdk_unicode_to_keyval(character);
+}
+
+}  // namespace
+
+// One key down and up.
+struct KeyInput::Stroke {
+  unsigned symbol;
+  // What the page is to get of it as JSON text; empty for what the engine makes of it.
+  std::string key;
+};
+
+// What is left to do of a call.
+struct KeyInput::Strokes {
+  std::vector<Stroke> all;
+  size_t at;
+  ResultCallback done;
+};
+
+KeyInput::KeyInput(WebKitWebView* view, PageCalls& calls, KeyCodes codes)
+    : view_(view), calls_(calls), codes_(std::move(codes)) {}
+
+void KeyInput::Press(const std::string& name, ResultCallback done) {
+  const RemoteKey* key = FindRemoteKey(name);
+  if (key == nullptr) return done("", "There is no key " + name + " on the remote control.");
+  const auto code = codes_.find(name);
+  const unsigned key_code = code == codes_.end() ? key->key_code : code->second;
+  const std::string json = std::string(R"({"key":")") + key->key + R"(","code":")" + key->code +
+                           R"(","keyCode":)" + std::to_string(key_code) + "}";
+  Begin({{key->symbol, json}}, std::move(done));
+}
+
+void KeyInput::Type(const std::string& text, ResultCallback done) {
+  std::vector<Stroke> strokes;
+  for (const char* at = text.c_str(); *at != '\0'; at = g_utf8_next_char(at)) {
+    strokes.push_back({SymbolOf(g_utf8_get_char(at)), ""});
+  }
+  Begin(std::move(strokes), std::move(done));
+}
+
+void KeyInput::Begin(std::vector<Stroke> strokes, ResultCallback done) {
+  gtk_widget_grab_focus(GTK_WIDGET(view_));
+  Next({std::move(strokes), 0, std::move(done)});
+}
+
+void KeyInput::Next(Strokes strokes) {
+  if (strokes.at == strokes.all.size()) return strokes.done("", "");
+  const Stroke& stroke = strokes.all[strokes.at++];
+  calls_.AnnounceKey(stroke.key);
+  Dispatch(GDK_KEY_PRESS, stroke.symbol);
+  // The engine keeps the second event until the first was handled, and what is asked meanwhile would overtake
+  // it.
+  calls_.Sync([this, symbol = stroke.symbol, left = std::move(strokes)](const auto&, const auto& error) {
+    if (!error.empty()) return left.done("", error);
+    Dispatch(GDK_KEY_RELEASE, symbol);
+    calls_.Sync([this, left](const auto&, const auto& later_error) {
+      if (!later_error.empty()) return left.done("", later_error);
+      calls_.AnnounceKey("");
+      Next(left);
+    });
+  });
+}
+
+void KeyInput::Dispatch(GdkEventType type, unsigned symbol) {
+  // No keys of a remote control are an input method's, which might keep them.
+  const nurvo::GObjectPtr<WebKitInputMethodContext> method(
+      nurvo::NewReference(webkit_web_view_get_input_method_context(view_)));
+  webkit_web_view_set_input_method_context(view_, nullptr);
+  GtkWidget* widget = GTK_WIDGET(view_);
+  const std::unique_ptr<GdkEvent, void (*)(GdkEvent*)> event(gdk_event_new(type), gdk_event_free);
+  event->key.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(widget)));
+  event->key.time = GDK_CURRENT_TIME;
+  event->key.keyval = symbol;
+  event->key.string = g_strdup("");
+  GdkSeat* seat = gdk_display_get_default_seat(gtk_widget_get_display(widget));
+  gdk_event_set_device(event.get(), gdk_seat_get_keyboard(seat));
+  gtk_main_do_event(event.get());
+  webkit_web_view_set_input_method_context(view_, method.get());
+}
+
+}  // namespace corvis::tv
