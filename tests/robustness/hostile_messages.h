@@ -14,8 +14,8 @@ namespace robustness {
 // An application of its own on the bus. The same seed sends the same messages.
 class HostilePeer {
  public:
-  // `words` are those that the application `target` understands as commands. Throws Failure when the bus
-  // can't be reached.
+  // `words` are those that the application `target` understands as commands. Throws when the bus can't be
+  // reached.
   HostilePeer(std::string target, std::vector<std::string> words, unsigned seed);
 
   // Sends one message of a random kind.
@@ -28,27 +28,17 @@ class HostilePeer {
   struct Kind;
   static const Kind kKinds[];
 
-  void SendStrangeSignature();
-  void SendStrangeCall();
-  void SendRandomBytes();
-  void SendDamagedBundle();
-  void SendSignedNonsense();
-  void SendIncomplete();
-  void SendUnknownAction();
-  void SendStrangeData();
-  void SendHugeMessage();
-  void SendEvent();
-
-  // A call of the target's port, with a sender's claim already in it when there is a payload.
+  // A delivery to the target's port, as from anybody.
   void Deliver(const std::string& payload);
-  void Call(const char* path, const char* interface, const char* member, const char* signature,
-            const std::string& text);
+  // Any call of the target: each type of the signature gets `text`, or a number.
+  void Call(const std::string& path, const std::string& interface, const std::string& member,
+            const std::string& signature, const std::string& text);
+  void PublishStart();
+  void Send(sd_bus_message* message);
+  std::string Damaged(std::string text);
   std::string RandomBytes(size_t most);
   size_t Below(size_t limit) { return random_() % limit; }
-  template <typename T, size_t N>
-  const T& OneOf(const T (&choices)[N]) {
-    return choices[Below(N)];
-  }
+  std::string OneOf(const std::vector<std::string>& choices) { return choices[Below(choices.size())]; }
 
   std::string target_;
   std::vector<std::string> words_;

@@ -1,6 +1,5 @@
 // A stranger on the bus sends very many messages that are wrong in every way; a good command between them is
 // answered as ever, and the page is the same at the end.
-#include <cstdio>
 #include <functional>
 #include <set>
 
@@ -8,12 +7,9 @@
 #include "robustness/hostile_messages.h"
 #include "robustness/stage.h"
 #include "service/bundles.h"
-#include "service/main_loop.h"
 #include "service/wire.h"
 
 namespace robustness {
-
-using namespace corvis::kit;
 
 namespace {
 
@@ -38,12 +34,11 @@ class Listener {
     }
   }
 
-  bool is_registered() const { return registrations_ > 0; }
-  int registrations() const { return registrations_; }
   // Whether no good command was answered twice.
   bool is_each_answered_once() const {
     return std::set<std::string>(answers_.begin(), answers_.end()).size() == answers_.size();
   }
+  int registrations() const { return registrations_; }
   size_t answers() const { return total_; }
 
  private:
@@ -90,35 +85,29 @@ void Attack(HostilePeer& peer, int count, const std::function<void(int)>& check)
   }
 }
 
-void PrintKinds(const HostilePeer& peer) {
-  for (const auto& [kind, times] : peer.sent()) std::printf("  %6d %s\n", times, kind.c_str());
-}
-
 void AttackPage(int count) {
   Listener listener;
   Tv tv;
-  Require(WaitUntil([&] { return listener.is_registered(); }, kDeadline), "The page did not register.");
+  Require(WaitUntil([&] { return listener.registrations() > 0; }, kDeadline), "The page did not register.");
   const pid_t process = Tv::WebProcess();
   const std::string token = tv.Evaluate("state.token");
   std::vector<std::string> actions;
   for (const ActionInfo& action : Actions()) actions.emplace_back(action.name);
   HostilePeer peer(kAppId, actions, kSeed);
-  Usage before{};
+  Usage before(process);
   int repeats = 0;
   Attack(peer, count, [&](int i) {
     repeats += listener.Ask("good " + std::to_string(i));
-    if (i == kBetweenGoodOnes) before = UsageOf(process);
+    if (i == kBetweenGoodOnes) before = Usage(process);
   });
-  const Usage after = UsageOf(process);
+  const Usage after(process);
   Require(Tv::WebProcess() == process && tv.Evaluate("state.token") == token, "The page is another one.");
   Require(listener.is_each_answered_once(), "A good command was answered twice.");
-  constexpr long kFew = 10;
-  Require(after.descriptors <= before.descriptors + kFew, "Descriptors stay open.");
+  after.RequireFewMoreDescriptors(before);
   std::printf(
       "%d hostile messages to the page (seed %u), %d good commands between them answered rightly (%d of them "
       "asked again, the page registered anew), page untouched, %zu answers in all, %d registrations, memory "
-      "of "
-      "the page %+ld KiB",
+      "of the page %+ld KiB",
       count, kSeed, count / kBetweenGoodOnes, repeats, listener.answers(), listener.registrations(),
       after.memory - before.memory);
   std::fflush(stdout);
@@ -131,16 +120,10 @@ void AttackService(int count) {
   const std::vector<std::string> words = {wire::kRegister, wire::kUnregister, wire::kResult,
                                           wire::kAppContext, wire::kPartialResult};
   HostilePeer peer(wire::kServiceId, words, kSeed);
-  Attack(peer, count, [&](int i) {
-    const Command command = Custom({{"n", std::to_string(i)}});
-    const std::string expected = R"({"n":")" + std::to_string(i) + R"("})";
-    const Result<Answer> answer = service.voice.Say(kAppId, command, kDeadline);
-    Require(AnswerText(answer) == expected,
-            "The good command " + std::to_string(i) + ": " + AnswerText(answer));
-  });
+  Attack(peer, count, [&](int i) { service.Converse("n", std::to_string(i)); });
   std::printf("; %d to the service, %d good commands between them answered rightly\n", count,
               count / kBetweenGoodOnes);
-  PrintKinds(peer);
+  for (const auto& [kind, times] : peer.sent()) std::printf("  %6d %s\n", times, kind.c_str());
 }
 
 }  // namespace

@@ -1,8 +1,5 @@
 // robustness_programs PROGRAM [--short]: runs one of the programs on the bus of the environment. Prints a
 // line of figures; status 1 and one sentence when something did not hold.
-#include <cstdio>
-#include <cstring>
-
 #include "robustness/stage.h"
 
 int main(int argc, char** argv) {
@@ -13,9 +10,10 @@ int main(int argc, char** argv) {
                    {"hostile-peers", robustness::RunHostilePeers},
                    {"web-process-crashes", robustness::RunWebProcessCrashes},
                    {"departures", robustness::RunDepartures}};
-  const bool is_short = argc > 2 && std::strcmp(argv[2], "--short") == 0;
+  const std::string name = argc > 1 ? argv[1] : "";
+  const bool is_short = argc > 2 && std::string(argv[2]) == "--short";
   for (const auto& program : kPrograms) {
-    if (argc < 2 || std::strcmp(argv[1], program.name) != 0) continue;
+    if (name != program.name) continue;
     try {
       std::printf("%s: ", program.name);
       std::fflush(stdout);
