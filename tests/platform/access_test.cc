@@ -47,10 +47,7 @@ class AccessTest : public ::testing::Test {
 
 TEST_F(AccessTest, AllowsExactlyWhatTheFileGrantsNow) {
   const std::string grant = std::string("com.example.page ") + kPrivilege;
-  const struct {
-    std::string policy;
-    bool allowed;
-  } rows[] = {
+  const std::pair<std::string, bool> rows[] = {
       {grant, true},
       {"# comment\n\n\t com.example.page\t" + std::string(kPrivilege) + " # why\r\n", true},
       {"com.example.other x\n" + grant + "\n", true},
@@ -63,9 +60,9 @@ TEST_F(AccessTest, AllowsExactlyWhatTheFileGrantsNow) {
       {std::string(kPrivilege) + " com.example.page", false},
   };
   EXPECT_EQ(Check(), 1) << "no file yet";
-  for (const auto& row : rows) {
-    WritePolicy(row.policy);
-    EXPECT_EQ(Check(), row.allowed ? VESTRA_API_ACCESS_ALLOWED : 1) << row.policy;
+  for (const auto& [policy, allowed] : rows) {
+    WritePolicy(policy);
+    EXPECT_EQ(Check(), allowed ? VESTRA_API_ACCESS_ALLOWED : 1) << policy;
   }
   WritePolicy(grant + "\n User::App:: " + kPrivilege);
   for (const char* label : {"", "User::App::", "com.example.page", "User::App::com.example.pag"}) {

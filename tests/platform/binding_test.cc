@@ -3,13 +3,14 @@
 
 #include <map>
 #include <stdexcept>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "nurvo/extension.h"
+#include "testing/split.h"
 
 namespace {
+
+using Texts = std::vector<std::string>;
 
 // What was registered with the runtime, and what the library did, in order.
 struct Runtime {
@@ -18,21 +19,10 @@ struct Runtime {
     std::string script;
     NurvoExtensionCallbacks callbacks = {};
     void* user_data = nullptr;
-
-    void Created(InstanceHandle page) const { callbacks.created(page, user_data); }
-    void Destroyed(InstanceHandle page) const { callbacks.destroyed(page, user_data); }
-    void Message(InstanceHandle page, const char* text) const { callbacks.message(page, text, user_data); }
-    void SyncMessage(InstanceHandle page, const char* text) const {
-      callbacks.sync_message(page, text, user_data);
-    }
-    void Shutdown() {
-      const auto shutdown = std::exchange(callbacks.shutdown, nullptr);
-      if (shutdown != nullptr) shutdown(user_data);
-    }
   };
   std::map<ExtensionHandle, Loaded> extensions;
-  std::vector<std::string> journal;
-  std::vector<std::string> replies;
+  Texts journal;
+  Texts replies;
   std::string missing_interface;
   int initialize_result = 0;
 };
@@ -59,6 +49,11 @@ const void* GetInterface(const char* name) {
   return is_messaging ? static_cast<const void*>(&kMessagingTable) : &kExtensionTable;
 }
 
+void Destroy(ExtensionHandle extension, InstanceHandle page) {
+  const Runtime::Loaded& loaded = g_runtime->extensions[extension];
+  loaded.callbacks.destroyed(page, loaded.user_data);
+}
+
 class Page : public common::ParsedInstance {
  public:
   explicit Page(InstanceHandle handle) : handle_(handle) {
@@ -77,7 +72,7 @@ class Page : public common::ParsedInstance {
       throw std::runtime_error("standard");
     });
     add("go", [&](const picojson::value&, picojson::object& out) {
-      g_runtime->extensions[1].Destroyed(handle_);
+      Destroy(1, handle_);
       PostMessage("too late");
       ReportSuccess(out);
     });
@@ -105,7 +100,7 @@ class BindingTest : public ::testing::Test {
  protected:
   BindingTest() { g_runtime = &runtime_; }
   ~BindingTest() override {
-    for (auto& item : runtime_.extensions) item.second.Shutdown();
+    for (const auto& item : runtime_.extensions) Shutdown(item.first);
     g_runtime = nullptr;
   }
 
@@ -125,96 +120,78 @@ class BindingTest : public ::testing::Test {
           g_runtime->journal.push_back("shutdown " + std::to_string(extension));
         });
   }
-  // The one reply to a call of page 7.
-  std::string Call(const char* text) {
+  void Shutdown(ExtensionHandle extension) {
+    Runtime::Loaded& loaded = runtime_.extensions[extension];
+    if (const auto shutdown = std::exchange(loaded.callbacks.shutdown, nullptr)) shutdown(loaded.user_data);
+  }
+  void Create(ExtensionHandle extension, InstanceHandle page) {
+    const Runtime::Loaded& loaded = runtime_.extensions[extension];
+    loaded.callbacks.created(page, loaded.user_data);
+  }
+  // The one reply to a page's call; empty without one.
+  std::string Call(const char* text, InstanceHandle page = 7) {
     runtime_.replies.clear();
-    runtime_.extensions[1].SyncMessage(7, text);
-    EXPECT_EQ(runtime_.replies.size(), 1U);
+    runtime_.extensions[1].callbacks.sync_message(page, text, runtime_.extensions[1].user_data);
+    EXPECT_LE(runtime_.replies.size(), 1U);
     return runtime_.replies.empty() ? "" : runtime_.replies[0];
+  }
+  void Post(const char* text, InstanceHandle page) {
+    runtime_.extensions[1].callbacks.message(page, text, runtime_.extensions[1].user_data);
+  }
+  void LoadWithPage() {
+    ASSERT_EQ(Load(1), 0);
+    Create(1, 7);
   }
 
   Runtime runtime_;
 };
 
-std::string Nested(size_t depth, const std::string& open, const std::string& close) {
-  std::string text;
-  for (size_t i = 0; i < depth; ++i) text += open;
-  for (size_t i = 0; i < depth; ++i) text += close;
-  return text;
-}
-
 TEST_F(BindingTest, AnswersGoodCalls) {
-  ASSERT_EQ(Load(1), 0);
-  runtime_.extensions[1].Created(7);
-  const std::string deep = Nested(255, "[", "]");
-  const struct {
-    std::string call;
-    std::string reply;
-  } rows[] = {
+  LoadWithPage();
+  const std::string deep = Repeated("[", 255) + Repeated("]", 255);
+  const std::string big = '"' + std::string(size_t{16} << 20, 'x') + '"';
+  const std::pair<std::string, std::string> echoes[] = {
+      {R"([1,-2.5e1,"é",{"a":null},true])", R"([1,-25,"é",{"a":null},true])"},
+      {R"("\"\\\/\b\f\n\r\t\u0041\u00e9\u20AC\ud83d\ude00")", R"("\"\\\/\b\f\n\r\tAé€😀")"},
+      {R"(["\ud83d","\ude00","\ud83dx","\ud83d\n","\ud83d\u0041"])",
+       "[\"\uFFFD\",\"\uFFFD\",\"\uFFFDx\",\"\uFFFD\\n\",\"\uFFFDA\"]"},
+      {deep, deep},
+      {big, big},
+  };
+  for (const auto& [sent, received] : echoes) {
+    EXPECT_EQ(Call((R"( { "args" : )" + sent + R"( , "cmd" : "echo" } )").c_str()),
+              R"({"result":)" + received + R"(,"status":"success"})");
+  }
+  const std::pair<const char*, const char*> calls[] = {
       {R"({"cmd":"done","args":{}})", R"({"status":"success"})"},
-      {R"( { "args" : [1,-2.5e1,"é",{"a":null},true] , "cmd" : "echo" } )",
-       R"({"result":[1,-25,"é",{"a":null},true],"status":"success"})"},
       {R"({"cmd":"echo"})", R"({"result":null,"status":"success"})"},
-      {R"({"cmd":"echo","args":"\"\\\/\b\f\n\r\t\u0041\u00e9\u20AC\ud83d\ude00"})",
-       R"({"result":"\"\\\/\b\f\n\r\tAé€😀","status":"success"})"},
-      {R"({"cmd":"echo","args":["\ud83d","\ude00","\ud83dx","\ud83d\n","\ud83d\u0041"]})",
-       "{\"result\":[\"\uFFFD\",\"\uFFFD\",\"\uFFFDx\",\"\uFFFD\\n\",\"\uFFFDA\"],\"status\":\"success\"}"},
-      {R"({"cmd":"echo","args":)" + deep + "}", R"({"result":)" + deep + R"(,"status":"success"})"},
       {R"({"cmd":"refuse"})",
        R"({"error":{"message":"no \"entry\"","name":"SecurityError"},"status":"error"})"},
       {R"({"cmd":"throw","args":"why"})",
        R"({"error":{"message":"why","name":"OwnError"},"status":"error"})"},
       {R"({"cmd":"throw"})", R"({"error":{"message":"standard","name":"UnknownError"},"status":"error"})"},
   };
-  for (const auto& row : rows) EXPECT_EQ(Call(row.call.c_str()), row.reply) << row.call;
-  const std::string big(size_t{16} << 20, 'x');
-  EXPECT_EQ(Call((R"({"cmd":"echo","args":")" + big + "\"}").c_str()),
-            R"({"result":")" + big + R"(","status":"success"})");
+  for (const auto& [call, reply] : calls) EXPECT_EQ(Call(call), reply) << call;
 }
 
 TEST_F(BindingTest, AnswersBadCallsWithAnError) {
-  ASSERT_EQ(Load(1), 0);
-  runtime_.extensions[1].Created(7);
-  const std::string echo = R"({"cmd":"echo","args":)";
-  const std::string rows[] = {"",
-                              " ",
-                              "{",
-                              "[]",
-                              "5",
-                              "null",
-                              "{}",
-                              R"({"args":1})",
-                              R"({"cmd":5})",
-                              R"({"cmd":"nobody"})",
-                              R"({"cmd":"done"} x)",
-                              R"({"cmd":"done"}})",
-                              R"({"cmd":"done",})",
-                              R"({"cmd":"silent"})",
-                              R"({"cmd":"throw","args":5})",
-                              echo + "1e999}",
-                              echo + "-1e999}",
-                              echo + "1.2.3}",
-                              echo + "\"open",
-                              echo + R"("\)",
-                              echo + R"("\u12")" + "}",
-                              echo + R"("\x")" + "}",
-                              echo + "\"\n\"}",
-                              echo + R"("\ud83d\u00")" + "}",
-                              echo + Nested(256, "[", "]") + "}",
-                              echo + Nested(1000000, "[", "]") + "}",
-                              Nested(1000000, "[", ""),
-                              Nested(1000000, "{\"a\":", ""),
-                              Nested(1000000, "{\"a\":[", "")};
+  LoadWithPage();
+  constexpr size_t kMany = 1'000'000;
+  Texts rows = Split(R"(| |{|[]|5|null|{}|{"args":1}|{"cmd":5}|{"cmd":"nobody"}|{"cmd":"done"} x|)"
+                     R"({"cmd":"done"}}|{"cmd":"done",}|{"cmd":"silent"}|{"cmd":"throw","args":5})");
+  Texts arguments = Split(R"(1e999|-1e999|1.2.3|"open|"\|"\u12"|"\x"|"\ud83d\u00")");
+  arguments.insert(arguments.end(), {"\"\n\"", Repeated("[", 256) + Repeated("]", 256),
+                                     Repeated("[", kMany) + Repeated("]", kMany)});
+  for (const std::string& argument : arguments) rows.push_back(R"({"cmd":"echo","args":)" + argument + "}");
+  for (const char* open : {"[", "{\"a\":", "{\"a\":["}) rows.push_back(Repeated(open, kMany));
   for (const std::string& row : rows) {
     const std::string reply = Call(row.c_str());
     EXPECT_EQ(reply.find(R"({"error":{"message":")"), 0U) << row.substr(0, 100);
     EXPECT_NE(reply.find(R"("status":"error")"), std::string::npos);
-    runtime_.extensions[1].Message(7, row.c_str());
+    Post(row.c_str(), 7);
   }
   EXPECT_NE(Call(nullptr).find("error"), std::string::npos);
-  runtime_.replies.clear();
-  runtime_.extensions[1].SyncMessage(8, R"({"cmd":"done"})");
-  EXPECT_EQ(runtime_.replies.size(), 1U) << "a page that is not there";
+  EXPECT_NE(Call(R"({"cmd":"done"})", 8), "") << "a page that is not there";
 }
 
 TEST_F(BindingTest, OwnsTheInstancesUntilTheirPageOrTheExtensionGoes) {
@@ -223,28 +200,21 @@ TEST_F(BindingTest, OwnsTheInstancesUntilTheirPageOrTheExtensionGoes) {
   EXPECT_EQ(Load(2), -1) << "is loaded already";
   EXPECT_EQ(runtime_.extensions[1].name, "dotted.name");
   EXPECT_EQ(runtime_.extensions[2].script, "the script");
-  Runtime::Loaded& first = runtime_.extensions[1];
-  Runtime::Loaded& second = runtime_.extensions[2];
-  first.Created(1);
-  first.Created(2);
-  second.Created(3);
-  first.Created(-1);
-  first.Destroyed(1);
-  first.Destroyed(1);
-  first.Message(1, R"({"cmd":"done"})");
-  first.Shutdown();
-  second.Shutdown();
+  for (const auto& [extension, page] : {std::pair(1, 1), {1, 2}, {2, 3}, {1, -1}}) Create(extension, page);
+  Destroy(1, 1);
+  Destroy(1, 1);
+  Post(R"({"cmd":"done"})", 1);
+  Shutdown(1);
+  Shutdown(2);
   EXPECT_EQ(runtime_.journal,
-            (std::vector<std::string>{"post 1 hello", "post 2 hello", "post 3 hello", "gone 1", "gone 2",
-                                      "shutdown 1", "gone 3", "shutdown 2"}));
+            Split("post 1 hello|post 2 hello|post 3 hello|gone 1|gone 2|shutdown 1|gone 3|shutdown 2"));
 }
 
 TEST_F(BindingTest, AnInstanceThatGoesDuringItsOwnCallLivesToTheCallsEnd) {
-  ASSERT_EQ(Load(1), 0);
-  runtime_.extensions[1].Created(7);
+  LoadWithPage();
   runtime_.journal.clear();
-  runtime_.extensions[1].SyncMessage(7, R"({"cmd":"go"})");
-  EXPECT_EQ(runtime_.journal, (std::vector<std::string>{"gone 7"}));
+  EXPECT_EQ(Call(R"({"cmd":"go"})"), "");
+  EXPECT_EQ(runtime_.journal, Texts{"gone 7"});
 }
 
 TEST_F(BindingTest, AnExtensionThatCannotBeUsedIsReportedAndForgotten) {

@@ -3,15 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "nurvo_desktop/bundle_extras.h"
 #include "testing/bundles.h"
 #include "testing/signed_bundle.h"
+#include "testing/split.h"
 
 namespace {
 
@@ -125,30 +120,11 @@ TEST(BundleTest, EveryTruncationAndEveryChangedByteIsFound) {
 TEST(BundleTest, RefusesIntactNonsense) {
   ASSERT_TRUE(Decode(SignedBundle("s1:a1:b")));
   ASSERT_TRUE(Decode(SignedBundle("a1:a0:")));
-  const std::string rows[] = {"s",
-                              "s1",
-                              "s1:",
-                              "s1:a",
-                              "s1:a1:",
-                              "s1:a2:b",
-                              "s0:1:b",
-                              "x1:a1:b",
-                              "s01:a1:b",
-                              "s1:a01:b",
-                              "s+1:a1:b",
-                              "s-1:a1:b",
-                              "s1:a18446744073709551615:b",
-                              "s1:a99999999999999999999:b",
-                              "s1:a1:bs1:a1:c",
-                              "s1:a1:b ",
-                              "b1:a1:f",
-                              "b1:a2:FF",
-                              "b1:a2:0g",
-                              "a1:a1:",
-                              "a1:a4000000000:1:x",
-                              "a1:a2:1:x",
-                              "a1:a1:1:x1:y",
-                              std::string("s1:a1:\0", 7)};
+  auto rows = Split(
+      "s|s1|s1:|s1:a|s1:a1:|s1:a2:b|s0:1:b|x1:a1:b|s01:a1:b|s1:a01:b|s+1:a1:b|s-1:a1:b|"
+      "s1:a18446744073709551615:b|s1:a99999999999999999999:b|s1:a1:bs1:a1:c|s1:a1:b |b1:a1:f|"
+      "b1:a2:FF|b1:a2:0g|a1:a1:|a1:a4000000000:1:x|a1:a2:1:x|a1:a1:1:x1:y");
+  rows.emplace_back("s1:a1:\0", 7);
   for (const std::string& row : rows) EXPECT_FALSE(Decode(SignedBundle(row))) << row;
   std::string too_many;
   for (int i = 0; i <= BUNDLE_MAX_ENTRIES; ++i)

@@ -20,12 +20,10 @@ std::string LogOf(const char* threshold) {
 }
 
 TEST(LogTest, TheThresholdDecidesWhatIsWritten) {
-  const struct {
-    const char* threshold;
-    const char* letters;
-  } rows[] = {{"V", "VDIWEF"}, {"D", "DIWEF"}, {"I", "IWEF"}, {"W", "WEF"}, {"E", "EF"}, {"F", "F"},
-              {"S", ""},       {"", ""},       {"X", "t"},    {"VV", "t"},  {"e", "t"}};
-  for (const auto& row : rows) EXPECT_EQ(LogOf(row.threshold), row.letters) << row.threshold;
+  const std::pair<const char*, const char*> rows[] = {
+      {"V", "VDIWEF"}, {"D", "DIWEF"}, {"I", "IWEF"}, {"W", "WEF"}, {"E", "EF"}, {"F", "F"},
+      {"S", ""},       {"", ""},       {"X", "t"},    {"VV", "t"},  {"e", "t"}};
+  for (const auto& [threshold, letters] : rows) EXPECT_EQ(LogOf(threshold), letters) << threshold;
 }
 
 TEST(LogTest, ALineIsWholeAndOnOneLine) {
