@@ -49,10 +49,7 @@ std::string Parsed(const std::vector<std::string>& arguments) {
 
 TEST(CommandLine, ArgumentsSetWhatTheyMean) {
   const std::string defaults = "none one two 7 600";
-  const struct {
-    std::vector<std::string> arguments;
-    std::string expected;
-  } rows[] = {
+  const std::pair<std::vector<std::string>, std::string> rows[] = {
       {{}, defaults},
       {{"a", "--json", "b"}, "json " + defaults + " [a] [b]"},
       {{"--file", "x", "--file=y"}, "y one two 7 600"},
@@ -67,15 +64,12 @@ TEST(CommandLine, ArgumentsSetWhatTheyMean) {
       {{"a", "--", "--", "b"}, defaults + " [a] [--] [b]"},
       {{"x", "--help"}, "help"},
   };
-  for (const auto& row : rows)
-    EXPECT_EQ(Parsed(row.arguments), row.expected) << testing::PrintToString(row.arguments);
+  for (const auto& [arguments, expected] : rows)
+    EXPECT_EQ(Parsed(arguments), expected) << testing::PrintToString(arguments);
 }
 
 TEST(CommandLine, WrongUsageIsOneSentence) {
-  const struct {
-    std::vector<std::string> arguments;
-    std::string expected;
-  } rows[] = {
+  const std::pair<std::vector<std::string>, std::string> rows[] = {
       {{"--jsno"}, "Unknown option --jsno. Did you mean \"--json\"?"},
       {{"a", "--colour=red", "b"}, "Unknown option --colour."},
       {{"-x", "--", "-y"}, "Unknown option -x."},
@@ -87,8 +81,8 @@ TEST(CommandLine, WrongUsageIsOneSentence) {
       {{"--count="}, "--count: Expected a whole number from 1 to 100, not \"\"."},
       {{"--time", "1e3"}, "--time: Expected a whole number from 1 to 86400, not \"1e3\"."},
   };
-  for (const auto& row : rows)
-    EXPECT_EQ(Parsed(row.arguments), row.expected) << testing::PrintToString(row.arguments);
+  for (const auto& [arguments, expected] : rows)
+    EXPECT_EQ(Parsed(arguments), expected) << testing::PrintToString(arguments);
 }
 
 TEST(CommandLine, TheHelpHasEveryOptionWithItsDefault) {

@@ -25,11 +25,7 @@ TEST_F(DeliveryTest, PostsTheDataThatTheActionAsksFor) {
   const std::string search = R"({\"utterance\":\"comedies, please\",\"contentType\":\"movie\",\"id\":\"3\"})";
   const std::string plain =
       R"({\"utterance\":\"comedies, please\",\"content_type\":\"movie\",\"raw\":\"r\",\"id\":\"3\"})";
-  const struct {
-    const char* action;
-    std::string data;
-    std::string param;
-  } kRows[] = {
+  const std::tuple<const char*, std::string, std::string> kRows[] = {
       {"ACTION_PLAY", "", ""},
       {"ACTION_NAVIGATION", "MoveUpCommand", "MoveUpCommand"},
       {"ACTION_TITLE_SELECTION", "a\"b\\c/d\n\x01\x7f€\xff", "a\\\"b\\\\c/d\\n\\u0001\\u007f€\xff"},
@@ -46,11 +42,10 @@ TEST_F(DeliveryTest, PostsTheDataThatTheActionAsksFor) {
       {"ACTION_CUSTOM", fake::Encode({{"a", "say \"hi\""}}), R"({\"a\":\"say \"hi\"\"})"},
       {"ACTION_SELECTION", bundle, bundle},
   };
-  for (const auto& row : kRows) {
+  for (const auto& [action, data, param] : kRows) {
     std::string expected = R"({"action":"NAME","listenerId":"NAME","param":")";
-    for (size_t at = 0; (at = expected.find("NAME")) != std::string::npos;)
-      expected.replace(at, 4, row.action);
-    EXPECT_EQ(Delivered(row.action, row.data), expected.append(row.param).append("\"}"));
+    for (size_t at = 0; (at = expected.find("NAME")) != std::string::npos;) expected.replace(at, 4, action);
+    EXPECT_EQ(Delivered(action, data), expected.append(param).append("\"}"));
   }
 }
 
@@ -64,40 +59,34 @@ TEST_F(DeliveryTest, RefusesWhatThePageDidNotRegister) {
   const InstanceHandle page = runtime->NewPage();
   runtime->Call(page, kListen);
   platform().TakeSent();
-  const struct {
-    const char* actions;
-    const char* command;
-    bool posted;
-  } kRows[] = {{nullptr, "ACTION_PLAY", false},
-               {R"("ACTION_PLAY","ACTION_PLAY")", "ACTION_PLAY", true},
-               {R"("ACTION_PLAY")", "action_play", false},
-               {R"("ACTION_PAUSE")", "ACTION_PLAY", false},
-               {R"("ACTION_PAUSE")", "ACTION_PAUSE", true},
-               {R"("ACTION_PAUSE")", "", false}};
-  for (const auto& row : kRows) {
-    if (row.actions != nullptr) {
-      runtime->Call(page, kSetCallback, R"({"actions":[)" + std::string(row.actions) + "]}");
+  const std::tuple<const char*, const char*, bool> kRows[] = {
+      {nullptr, "ACTION_PLAY", false},
+      {R"("ACTION_PLAY","ACTION_PLAY")", "ACTION_PLAY", true},
+      {R"("ACTION_PLAY")", "action_play", false},
+      {R"("ACTION_PAUSE")", "ACTION_PLAY", false},
+      {R"("ACTION_PAUSE")", "ACTION_PAUSE", true},
+      {R"("ACTION_PAUSE")", "", false}};
+  for (const auto& [actions, command, posted] : kRows) {
+    if (actions != nullptr) {
+      runtime->Call(page, kSetCallback, R"({"actions":[)" + std::string(actions) + "]}");
     }
-    platform().Deliver(row.command, "1");
-    EXPECT_EQ(runtime->TakePosted(page).size(), row.posted ? 1U : 0U) << row.command;
-    EXPECT_EQ(platform().TakeSent(), row.posted ? Texts{} : Texts{"result|not_support"}) << row.command;
+    platform().Deliver(command, "1");
+    EXPECT_EQ(runtime->TakePosted(page).size(), posted ? 1U : 0U) << command;
+    EXPECT_EQ(platform().TakeSent(), posted ? Texts{} : Texts{"result|not_support"}) << command;
   }
 }
 
 TEST_F(DeliveryTest, AnswersUnderTheWordOfTheAction) {
   const InstanceHandle page = runtime->NewPage();
-  const struct {
-    const char* action;
-    const char* response;
-    const char* sent;
-  } kRows[] = {{"ACTION_REQUEST_APP_CONTEXT", "List", "appContext|List"},
-               {"ACTION_PLAY", "success", "result|success"},
-               {"ACTION_REQUEST_CONTENT_CONTEXT", "[]", "result|[]"},
-               {"ACTION_UNKNOWN", "", "result|"},
-               {"", "x", "result|x"}};
-  for (const auto& row : kRows) {
-    EXPECT_EQ(Respond(page, row.action, row.response), kSuccess);
-    EXPECT_THAT(platform().TakeSent(), ElementsAre(row.sent));
+  const std::tuple<const char*, const char*, const char*> kRows[] = {
+      {"ACTION_REQUEST_APP_CONTEXT", "List", "appContext|List"},
+      {"ACTION_PLAY", "success", "result|success"},
+      {"ACTION_REQUEST_CONTENT_CONTEXT", "[]", "result|[]"},
+      {"ACTION_UNKNOWN", "", "result|"},
+      {"", "x", "result|x"}};
+  for (const auto& [action, response, sent] : kRows) {
+    EXPECT_EQ(Respond(page, action, response), kSuccess);
+    EXPECT_THAT(platform().TakeSent(), ElementsAre(sent));
   }
   EXPECT_EQ(platform().LogWith(": map::at").size(), 2U);
 }
@@ -105,17 +94,15 @@ TEST_F(DeliveryTest, AnswersUnderTheWordOfTheAction) {
 TEST_F(DeliveryTest, AMessageWithoutCommandOrDataIsDroppedAfterItsLine) {
   const InstanceHandle page = runtime->NewListeningPage(R"("ACTION_PLAY")");
   platform().TakeSent();
-  const struct {
-    fake::Entries entries;
-    const char* line;
-  } kRows[] = {{{}, "Fail to get command from Message"},
-               {{{"strData", "x"}}, "Fail to get command from Message"},
-               {{{"command", "ACTION_PLAY"}}, "Fail to get data from Message"}};
-  for (const auto& row : kRows) {
+  const std::pair<fake::Entries, const char*> kRows[] = {
+      {{}, "Fail to get command from Message"},
+      {{{"strData", "x"}}, "Fail to get command from Message"},
+      {{{"command", "ACTION_PLAY"}}, "Fail to get data from Message"}};
+  for (const auto& [entries, line] : kRows) {
     platform().log.clear();
-    platform().Deliver(row.entries);
+    platform().Deliver(entries);
     EXPECT_EQ(platform().log.size(), 1U);
-    EXPECT_THAT(platform().LogWith("Fail to get"), ElementsAre(EndsWith(row.line)));
+    EXPECT_THAT(platform().LogWith("Fail to get"), ElementsAre(EndsWith(line)));
   }
   EXPECT_THAT(platform().TakeSent(), ElementsAre());
   platform().Deliver({{"strData", "1"}, {"extra", "x"}, {"command", "ACTION_PLAY"}});

@@ -31,11 +31,7 @@ TEST_F(PrivilegeTest, IdentityAndClientAreFetchedOnce) {
 }
 
 TEST_F(PrivilegeTest, TheMicrophoneIsAskedForFirst) {
-  const struct {
-    std::set<std::string> granted;
-    std::string reply;
-    int questions;
-  } kRows[] = {
+  const std::tuple<std::set<std::string>, std::string, int> kRows[] = {
       {{}, ErrorReply("SecurityError", "Microphone PrivilegeException"), 1},
       {{"/privilege/voicecontrol"}, ErrorReply("SecurityError", "Microphone PrivilegeException"), 1},
       {{"/privilege/microphone"}, ErrorReply("SecurityError", "Voice Control PrivilegeException"), 2},
@@ -43,12 +39,12 @@ TEST_F(PrivilegeTest, TheMicrophoneIsAskedForFirst) {
   const std::string kUris = "http://" CORVIS_PRIVILEGE_HOST
                             "/privilege/microphone, "
                             "http://" CORVIS_PRIVILEGE_HOST "/privilege/voicecontrol";
-  for (const auto& row : kRows) {
-    platform().granted_paths = row.granted;
+  for (const auto& [granted, reply, questions] : kRows) {
+    platform().granted_paths = granted;
     platform().log.clear();
     const int before = platform().counts[check];
-    EXPECT_EQ(Check(), row.reply);
-    EXPECT_EQ(platform().counts[check] - before, row.questions);
+    EXPECT_EQ(Check(), reply);
+    EXPECT_EQ(platform().counts[check] - before, questions);
     EXPECT_EQ(platform().LogWith("CheckPrivileges(").size(), 2U);
     EXPECT_EQ(platform().LogWith(kUris).size(), 1U);
     EXPECT_EQ(platform().LogWith("> Reporting error.").size(), 1U);
