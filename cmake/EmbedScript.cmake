@@ -1,4 +1,5 @@
-# Scripts that programs contain as C++ texts, unchanged. Run by itself (cmake -P), this file writes one such header.
+# Text files, scripts above all, that programs contain as C++ texts, unchanged. Run by itself (cmake -P), this file
+# writes one such header.
 if(CMAKE_SCRIPT_MODE_FILE)
   file(READ ${SCRIPT} text)
   file(WRITE ${HEADER} "// Made from a script file; change that.

@@ -19,8 +19,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "app/bus_config.h"
+#include "app/bus_address.h"
 #include "app/process_tree.h"
+#include "bus_script.h"
 
 namespace corvis::kit {
 

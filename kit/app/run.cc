@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "app/bus_config.h"
+#include "app/bus_address.h"
 #include "app/keeper.h"
 #include "app/process_tree.h"
 #include "app/stage.h"

@@ -13,7 +13,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "app/bus_config.h"
+#include "app/bus_address.h"
 #include "app/process_tree.h"
 #include "service/main_loop.h"
 
