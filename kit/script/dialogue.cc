@@ -1,4 +1,4 @@
-// Messages now, and messages later.
+// Sends messages at once or after a delay, and collects the answer to the latest one.
 #include "script/dialogue.h"
 
 #include <glib.h>
@@ -13,7 +13,7 @@ namespace corvis::kit {
 
 namespace {
 
-// The conversation's time limit is another for as long as this lives.
+// Changes the conversation's time limit for the lifetime of this object.
 class TimeLimit {
  public:
   TimeLimit(Conversation& conversation, std::chrono::milliseconds timeout)
@@ -31,7 +31,7 @@ class TimeLimit {
 
 }  // namespace
 
-// A call on the main loop after a time, unless this ends before.
+// Calls a function on the main loop after a delay; destroying this cancels the call.
 class Dialogue::Later {
  public:
   Later(std::chrono::milliseconds delay, std::function<void()> call) : call_(std::move(call)) {
@@ -88,7 +88,7 @@ Status Dialogue::Inject(const Entries& entries) {
   const Result<uint64_t> id = conversation_.Inject(entries);
   if (!id) return Fail(id.error());
   injected_ = *id;
-  turn_.answer = Fail("The injected message is not a whole command, so no answer is expected.");
+  turn_.answer = Fail("The injected message is not a complete command, so no answer is expected.");
   return {};
 }
 

@@ -1,4 +1,4 @@
-// What a test has said to the application last, and what came back.
+// The latest exchange of a test with the application: what the test sent, and the answer.
 #ifndef CORVIS_KIT_SCRIPT_DIALOGUE_H_
 #define CORVIS_KIT_SCRIPT_DIALOGUE_H_
 
@@ -22,40 +22,41 @@ class Dialogue {
   Dialogue(const Dialogue&) = delete;
   Dialogue& operator=(const Dialogue&) = delete;
 
-  // A test begins: nothing was said.
+  // Resets the state at the start of a test.
   void Begin();
 
-  // Says a phrase, or sends a command, and waits for the answer.
+  // Says a phrase or sends a command, and waits for the answer. The reference stays valid until the next
+  // call.
   const Turn& Say(const std::string& phrase, std::chrono::milliseconds timeout);
   const Turn& Send(const Command& command, const std::string& said, std::chrono::milliseconds timeout);
 
-  // Sends a message with exactly these entries. Its answer comes by Answered.
+  // Sends a message with exactly these entries. Answered waits for its answer.
   Status Inject(const Entries& entries);
-  // The same after a time; nobody waits for the answer.
+  // Sends the message after `delay` and ignores its answer. `place` locates a failure.
   void InjectLater(const ScriptPlace& place, const Entries& entries, std::chrono::milliseconds delay);
-  // Waits until every such message was sent.
+  // Waits until all delayed messages have been sent.
   void WaitForLater();
-  // The first of them that could not be sent since this was asked for last.
+  // The first delayed message that failed since the last call.
   Status LaterFailure();
-  // Drops those that are not sent yet.
+  // Cancels the delayed messages that are still pending.
   void DropLater();
 
-  // What was said last, with its answer: that to an injected message is waited for.
+  // The latest turn. Waits for its answer if it is an injected message.
   const Turn& Answered(std::chrono::milliseconds timeout);
   const Turn& turn() const { return turn_; }
 
-  // What the callback threw that answered last; empty when it did not.
+  // The exception of the callback that answered last; empty if it threw none.
   std::string Exception();
 
  private:
   class Later;
 
-  // What was injected last will not be asked for any more.
+  // Stops expecting an answer to the last injected message.
   void DropInjected();
 
   Conversation& conversation_;
   Turn turn_;
-  // The injected command whose answer has not been asked for; 0 for none.
+  // The id of the injected command whose answer is outstanding; 0 for none.
   uint64_t injected_ = 0;
   std::list<Later> later_;
   Status later_failure_;

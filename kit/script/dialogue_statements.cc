@@ -1,4 +1,4 @@
-// What is said, and what is expected of the answer.
+// The statements that send something to the application and those that check its answer.
 #include <fmt/format.h>
 
 #include <string>
@@ -36,7 +36,7 @@ bool IsSilenceExpected(const Session& session) {
   return session.next != nullptr && session.next->silence;
 }
 
-// How long an answer may take: when the next step expects silence, as long as that says.
+// The time limit for an answer. If the next step is "expect no answer within TIME", that time applies.
 milliseconds AnswerLimit(const Session& session) {
   const milliseconds silence = IsSilenceExpected(session) ? *session.next->silence : milliseconds(0);
   return silence.count() > 0 ? silence : session.conversation.timeout();
@@ -48,7 +48,7 @@ Verdict Report(Session& session, const Turn& turn) {
   return Failed(turn.answer.error().message);
 }
 
-// Fails unless there is such an action.
+// Reports an error at `at` if `action` does not exist.
 void CheckAction(LineReader& line, const LineReader& at, const std::string& action) {
   if (line.has_failed() || FindAction(action) != nullptr) return;
   line = at;
@@ -56,7 +56,7 @@ void CheckAction(LineReader& line, const LineReader& at, const std::string& acti
                            : "Unknown action " + action + "." + DidYouMeanAction(action));
 }
 
-// What looks at the answer of what was said last.
+// Makes a step that checks the latest answer.
 template <typename Check>
 void CheckAnswer(Step& step, Check check) {
   step.role = StepRole::kChecksAnswer;
@@ -111,7 +111,7 @@ void ReadExpectAction(LineReader& line, Step& step) {
 
 }  // namespace
 
-// say PHRASE, in quotation marks or bare to the end of the line.
+// say PHRASE: quoted, or unquoted up to the end of the line.
 void ReadSay(LineReader& line, Step& step) {
   const LineReader before = line;
   const std::string phrase = line.Peek() == '"' ? line.Text() : line.Rest("a phrase");

@@ -1,4 +1,4 @@
-// The items on the screen.
+// The statements that check the items on the screen.
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -18,7 +18,8 @@ namespace {
 using ListCheck = std::function<Verdict(const ItemList& list)>;
 using ItemCheck = std::function<Verdict(const Item& item)>;
 
-// Checks the list that there is, and then new ones: the page may still be on its way to what is expected.
+// Checks the current list first and then new ones until the time limit, because the page may still be
+// changing.
 Verdict PollItems(Session& session, const ListCheck& check) {
   constexpr auto kInterval = std::chrono::milliseconds(100);
   bool is_first = true;
@@ -33,14 +34,14 @@ void Look(Step& step, ListCheck check) {
   step.run = [check = std::move(check)](Session& session) { return PollItems(session, check); };
 }
 
-// A step that looks at the item with this number.
+// Makes a step that checks the item with this number.
 void LookAtItem(Step& step, long number, ItemCheck check) {
   Look(step, [number, check = std::move(check)](const ItemList& list) {
     for (const Item& item : list.items) {
       if (item.number == number) return check(item);
     }
     return Failed(list.items.empty()
-                      ? fmt::format("There is no item {}; the screen has none.", number)
+                      ? fmt::format("There is no item {}; the screen has no items.", number)
                       : fmt::format("There is no item {}; the last is {}.", number, list.items.size() - 1));
   });
 }
@@ -58,7 +59,7 @@ void ReadCount(LineReader& line, Step& step) {
   });
 }
 
-// How many changes are of the kind that the word names; with "none" all are.
+// Counts the changes of the kind that `word` names; "none" counts all changes.
 long CountChanges(const std::vector<ItemChange>& changes, const std::string& word) {
   constexpr std::pair<const char*, ItemChange::Kind> kKinds[] = {{"moved", ItemChange::Kind::kMoved},
                                                                  {"appeared", ItemChange::Kind::kAppeared},
@@ -80,7 +81,7 @@ void ReadChanged(LineReader& line, Step& step) {
   step.run = [word, number, expected](Session& session) {
     session.items.Compare();
     if (session.items.before() == nullptr) {
-      return Failed("There is nothing to compare with. Put an items or item statement before this one.");
+      return Failed("There is nothing to compare with. Add an items or item statement before this one.");
     }
     return PollItems(session, [&](const ItemList& list) {
       const auto changes = CompareItems(*session.items.before(), list);

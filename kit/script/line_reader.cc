@@ -1,4 +1,4 @@
-// One line, from its front to its end.
+// A cursor over one line of a script.
 #include "script/line_reader.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Reads the words, texts, numbers and times of one line of a voice script.
+// Reads the tokens of one line of a voice script: words, texts, numbers and durations.
 #ifndef CORVIS_KIT_SCRIPT_LINE_READER_H_
 #define CORVIS_KIT_SCRIPT_LINE_READER_H_
 
@@ -12,7 +12,7 @@
 
 namespace corvis::kit {
 
-// The first thing that is wrong is kept, with the column where; what is read after that is empty.
+// Keeps the first error and its column. After an error every read returns an empty value.
 class LineReader {
  public:
   explicit LineReader(std::string_view line) : line_(line) { SkipSpaces(); }
@@ -22,37 +22,38 @@ class LineReader {
   const std::string& problem() const { return problem_; }
   int problem_column() const { return static_cast<int>(problem_at_) + 1; }
 
-  // The next word, up to a space or tab; empty at the end.
+  // The next word, up to a space or tab; empty at the end of the line.
   std::string Word();
-  // Takes `word` if it is next.
+  // Consumes `word` if it is next, and returns whether it was.
   bool TakeWord(std::string_view word);
-  // The next word, which must be one of these.
+  // The next word; an error if it is none of `words`.
   std::string OneOf(std::initializer_list<const char*> words);
-  // "quoted" with \" \\ \n \t \r \x1b, or `raw`; a bare word where `may_be_bare`.
+  // A text: "quoted" with the escapes \" \\ \n \t \r \x1b, or `raw`. With `may_be_bare` also an unquoted
+  // word.
   std::string Text(bool may_be_bare = false);
-  // The text between two marks; `\` in front of a mark makes it part of the text.
+  // The text between two `mark` characters; `\` escapes the mark.
   std::string Between(char mark);
   long Number();
   // "50 ms", "2 s", "2s".
   std::chrono::milliseconds Duration();
-  // key="value" or key=value, up to the end.
+  // key="value" or key=value pairs up to the end of the line.
   Entries Pairs();
-  // What is left of the line, which must not be empty; `what` is its name for the error, such as "a phrase".
+  // The rest of the line; an error if empty. `what` names it in the error message, for example "a phrase".
   std::string Rest(const char* what);
 
-  // Whether a text in quotation marks follows the next word.
+  // Whether a quoted text follows the next word.
   bool HasTextAfterWord() const;
 
   char Peek() const { return is_at_end() ? '\0' : line_[at_]; }
   void Fail(const std::string& problem) { FailAt(at_, problem); }
-  // Fails unless the line ends here.
+  // Reports an error unless the line ends here.
   void End();
 
  private:
   void SkipSpaces();
-  // The text between quotation marks, of which the first is next.
+  // The quoted text whose opening quotation mark is next.
   std::string QuotedText();
-  // What the escape means whose letter is next.
+  // The character of an escape sequence; its letter is next.
   char Escaped();
   void FailAt(size_t at, const std::string& problem);
 

@@ -1,4 +1,4 @@
-// Each comparison of the language is a function here and a line in the table.
+// The comparisons of the script language: one function and one table entry each.
 #include "script/matcher.h"
 
 #include <algorithm>
@@ -20,7 +20,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-// is "text", and a text without a word in front of it.
+// is "text", or just "text".
 Matcher ReadExact(LineReader& line) {
   const std::string expected = line.Text(/*may_be_bare=*/true);
   return {Quoted(expected), [expected](const std::string& actual) { return actual == expected; }};
@@ -36,7 +36,7 @@ Matcher ReadOneOf(LineReader& line) {
   line.OneOf({"of"});
   std::vector<std::string> allowed;
   while (!line.is_at_end()) allowed.push_back(line.Text(/*may_be_bare=*/true));
-  if (allowed.empty()) line.Fail("Expected the texts that are allowed.");
+  if (allowed.empty()) line.Fail("Expected one or more texts, for example: one of \"a\" \"b\".");
   std::string list;
   for (const std::string& text : allowed) list += (list.empty() ? "" : ", ") + Quoted(text);
   return {"one of " + list, [allowed](const std::string& actual) {
@@ -44,8 +44,8 @@ Matcher ReadOneOf(LineReader& line) {
           }};
 }
 
-// Every member that the expected object has is in the actual one, at any depth; arrays have the same length;
-// all else is equal.
+// Whether `actual` has every member of `expected`, at any depth. Arrays must have the same length; all other
+// values must be equal.
 bool IsSubset(const Json& expected, const Json& actual) {
   if (expected.is_object() && actual.is_object()) {
     const auto members = expected.items();
@@ -77,10 +77,10 @@ Matcher ReadJson(LineReader& line) {
           }};
 }
 
-// Raw: answers are bytes, which need not be UTF-8.
+// Compiles with G_REGEX_RAW, because an answer need not be valid UTF-8.
 Result<std::shared_ptr<GRegex>> NewRegex(const std::string& pattern) {
   if (pattern.find('\0') != std::string::npos) {
-    return Fail("A regular expression can't hold a NUL byte. Write \\0 instead.");
+    return Fail("A regular expression can't contain a NUL byte. Write \\0 instead.");
   }
   GError* error = nullptr;
   std::shared_ptr<GRegex> regex =
@@ -90,7 +90,7 @@ Result<std::shared_ptr<GRegex>> NewRegex(const std::string& pattern) {
   return regex;
 }
 
-// Tries one place of the text after the other, so that the time can be watched in between.
+// Tries one position of the text at a time, so that the time limit is checked in between.
 Result<bool> HasMatch(GRegex* regex, const std::string& actual) {
   constexpr auto kMatchTime = std::chrono::seconds(2);
   const auto end = std::chrono::steady_clock::now() + kMatchTime;
@@ -123,7 +123,7 @@ Matcher ReadRegex(LineReader& line) {
     line.Fail(plain.error().message);
     return {};
   }
-  // A pattern such as (a+)+$ would try for years. This many steps at one place take a fraction of a second.
+  // A pattern such as (a+)+$ would backtrack for years. This many steps take a fraction of a second.
   const auto limited = NewRegex("(*LIMIT_MATCH=5000000)" + pattern);
   return {"matches /" + pattern + "/",
           [regex = *limited](const std::string& actual) { return HasMatch(regex.get(), actual); }};
@@ -140,7 +140,7 @@ constexpr Comparison kComparisons[] = {{"is", ReadExact},
                                        {"json", ReadJson},
                                        {"one", ReadOneOf}};
 
-// In front of a text in quotation marks a word can only be meant as a comparison.
+// A word before a quoted text can only be meant as a comparison.
 bool IsMeantAsComparison(const LineReader& line, const std::string& word) {
   return !word.empty() && std::isalpha(static_cast<unsigned char>(word[0])) != 0 && line.HasTextAfterWord();
 }

@@ -1,4 +1,4 @@
-// What a text is expected to be.
+// Matchers: the comparisons with which a script checks a text.
 #ifndef CORVIS_KIT_SCRIPT_MATCHER_H_
 #define CORVIS_KIT_SCRIPT_MATCHER_H_
 
@@ -11,14 +11,14 @@
 namespace corvis::kit {
 
 struct Matcher {
-  // As it is written in a script: `contains "x"`.
+  // The matcher as written in a script: `contains "x"`.
   std::string description;
-  // Whether the text is as expected. An error when the two can't be compared: the text is not JSON, or a
-  // regular expression takes too long.
+  // Whether the text matches. An error if it can't be compared: it is not JSON, or a regular expression takes
+  // too long.
   std::function<Result<bool>(const std::string& actual)> matches;
 };
 
-// Reads a matcher. After a failure, which the line keeps, it can't be used.
+// Reads a matcher. On failure `line` keeps the error and the matcher must not be used.
 Matcher ReadMatcher(LineReader& line);
 
 }  // namespace corvis::kit

@@ -1,4 +1,4 @@
-// What the page shows and holds.
+// The statements that check what the page shows and the values of JavaScript expressions.
 #include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
@@ -14,19 +14,19 @@ namespace corvis::kit {
 
 namespace {
 
-// The value that the page's functions give, as a plain text.
+// Converts a result of page_values.js to plain text.
 Result<std::string> TakeValue(const std::string& json) {
   const auto outcome = nlohmann::json::parse(json, nullptr, /*allow_exceptions=*/false);
   if (outcome.is_object() && outcome.contains("error")) return Fail(outcome["error"].get<std::string>());
-  if (!outcome.is_object()) return Fail("The value has no JSON text.");
+  if (!outcome.is_object()) return Fail("The value can't be converted to JSON.");
   if (!outcome.contains("value")) return "null";
   return PlainValue(outcome["value"].dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 
-// Asks the page until it gives what the step expects.
+// Evaluates the expression in the page repeatedly until the value matches.
 Verdict PollPage(Session& session, const std::string& expression, const Matcher& matcher) {
   constexpr auto kInterval = std::chrono::milliseconds(20);
-  // What can't even be read will not get better.
+  // A failed evaluation ends the polling: retrying would not help.
   Status readable;
   const Verdict verdict = session.Poll(kInterval, [&]() -> Verdict {
     const Result<std::string> seen = session.conversation.runtime().Evaluate(expression);

@@ -1,7 +1,7 @@
-// What `show` and `value` read in a page: {value: …}, or {error: a sentence}. So an expression that throws is not an
-// uncaught error of the page each time it is looked at.
+// Reads the values of `show` and `value` in a page and returns {value: …} or {error: message}. Catching exceptions here
+// keeps them from appearing as uncaught errors of the page on every poll.
 
-// The value of an expression, which comes as a function.
+// The value of an expression that is wrapped in a function.
 function valueOf(expression) {
   try {
     return { value: expression() };
@@ -10,7 +10,7 @@ function valueOf(expression) {
   }
 }
 
-// The text that the first element shows which the selector finds.
+// The text of the first element that the selector matches.
 function shownText(selector) {
   var element;
   try {

@@ -1,4 +1,4 @@
-// Tests and notes, and what the run does to the application.
+// Tests, notes, and the statements that act on the application: reload, open, restart, privileges, and so on.
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,7 +12,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// What is expected of the application afterwards: nothing given, it listens again.
+// [without listening [for TIME]]. By default the application must listen again.
 Arrival ReadArrival(LineReader& line) {
   constexpr auto kQuiet = milliseconds(500);
   if (line.is_at_end()) return {};
@@ -96,7 +96,7 @@ void ReadWait(LineReader& line, Step& step) {
   };
   if (line.has_failed() || time <= kLongest) return;
   line = before;
-  line.Fail("The longest pause is one minute.");
+  line.Fail("Expected a pause of at most one minute.");
 }
 
 }  // namespace corvis::kit

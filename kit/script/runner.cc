@@ -1,4 +1,4 @@
-// Step by step.
+// Runs tests step by step and emits an event for each.
 #include "script/runner.h"
 
 #include <algorithm>
@@ -63,7 +63,7 @@ void ScriptRunner::Run(const VoiceScript& script) {
     RunTest(test, &test == &script.tests.back());
   }
   session_.dialogue.DropLater();
-  // An application that ends with its last answer has ended before the script is over.
+  // If the application exits right after its last answer, wait for that, so that this script reports it.
   constexpr auto kDeparture = std::chrono::seconds(2);
   if (!conversation_.runtime().Sync()) WaitUntil([] { return IsInterrupted(); }, kDeparture);
   ReportPage();
@@ -106,7 +106,7 @@ StepDone ScriptRunner::RunStep(const Step& step, bool is_last) {
   Verdict verdict = ready ? Do(step, is_last) : Verdict(ready);
   done.duration = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
   if (HasEndedAsExpected(step)) {
-    // The step in front of the one that expects it is cut short.
+    // `expect closed` may be the next step; the end of the application must not fail the current one.
     verdict = {};
     has_ended_as_expected_ = step.expects_closed;
   } else if (IsInterrupted()) {
@@ -136,14 +136,14 @@ Verdict ScriptRunner::Do(const Step& step, bool is_last) {
   if (const Status later = session_.dialogue.LaterFailure(); !later) return later;
   Verdict verdict = step.run(session_);
   if (!verdict || !is_last) return verdict;
-  // What a script asked to be sent is sent before its end, or else its last step fails.
+  // Delayed messages are sent before the script ends; if that fails, its last step fails.
   session_.dialogue.WaitForLater();
   return session_.dialogue.LaterFailure();
 }
 
 void ScriptRunner::Document(StepDone& done) {
   Failure& failure = *done.failure;
-  // Its lines come by another connection than its answers. When it hangs, later tests need another.
+  // Waits for pending console lines. If the page hangs, this replaces it for the tests that follow.
   const Status recovered = conversation_.Recover();
   if (!recovered) AddSentence(failure.message, recovered.error().message);
   const std::string exception = session_.dialogue.Exception();
@@ -154,7 +154,7 @@ void ScriptRunner::Document(StepDone& done) {
   if (picture) {
     failure.screenshot = *picture;
   } else {
-    AddSentence(failure.message, "There is no picture of this: " + picture.error().message);
+    AddSentence(failure.message, "No screenshot was saved: " + picture.error().message);
   }
 }
 

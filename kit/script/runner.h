@@ -1,4 +1,4 @@
-// Runs voice scripts against an application, and makes the events of what happens.
+// Runs voice scripts against an application and emits an event for everything that happens.
 #ifndef CORVIS_KIT_SCRIPT_RUNNER_H_
 #define CORVIS_KIT_SCRIPT_RUNNER_H_
 
@@ -14,45 +14,45 @@
 
 namespace corvis::kit {
 
-// The event with which a run of these scripts begins.
+// The event that starts a run of these scripts.
 RunStarted BeginningOf(const std::vector<VoiceScript>& scripts);
 
 struct RunnerOptions {
-  // How long to wait before each thing said, for people who watch.
+  // The delay before each phrase or command, so that a person can follow the run.
   std::chrono::milliseconds pace{0};
-  // Where pictures of the page at failed steps go; empty for none.
+  // The folder for screenshots of failed steps; empty for none.
   std::string screenshot_folder;
 };
 
-// Makes the events of the scripts and of the page. Those of the whole run, coverage and the console are its
-// caller's.
+// Emits the events of the scripts and of the page. The caller emits those of the whole run, of coverage and
+// of the console.
 class ScriptRunner {
  public:
-  // The conversation's page is loaded, and its beginning is noted.
+  // Requires that the page is loaded and Conversation::NoteBeginning was called. Keeps the references.
   ScriptRunner(Conversation& conversation, EventSink& events, RunnerOptions options = {});
 
-  // Runs the tests of a script; all but the first script begin with a fresh page. A failed step ends its
-  // test. When waits end for good (service/main_loop.h), the present step fails and everything after it is
-  // skipped; unless the application has ended as a step expects.
+  // Runs the tests of a script. Every script but the first starts with a new page. A failed step skips the
+  // rest of its test. When all waits are ended (service/main_loop.h), the current step fails and everything
+  // after it is skipped, unless a step expects the application to end.
   void Run(const VoiceScript& script);
 
-  // Why not everything could be run; null when nothing is in the way.
+  // Why the run could not complete; null if it did.
   const Error* Obstacle() const;
 
   const Totals& totals() const { return totals_; }
 
  private:
-  // Makes the page ready for a script or a test, as far as that is necessary.
+  // Restore the page for a script or a test, if necessary.
   Status PrepareScript();
   Status PrepareTest();
   void RunTest(const ScriptTest& test, bool is_last);
   StepDone RunStep(const Step& step, bool is_last);
-  // Whether the application has ended as this step or the next expects.
+  // Whether the application has ended and this step or the next one expects that.
   bool HasEndedAsExpected(const Step& step) const;
   Verdict Do(const Step& step, bool is_last);
-  // What the reports show of a failure beside its message.
+  // Adds the callback's exception, the console lines and a screenshot to a failure.
   void Document(StepDone& done);
-  // Reports what the page did by itself.
+  // Emits events for the page's registrations, crashes and end.
   void ReportPage();
   void Count(StepStatus status);
 
@@ -61,18 +61,17 @@ class ScriptRunner {
   RunnerOptions options_;
   Session session_;
   Totals totals_;
-  // The time limit with which each script begins.
+  // The initial time limit of each script.
   std::chrono::milliseconds timeout_;
   bool is_first_script_ = true;
-  // Waits end, and a step has failed because of that.
+  // A step has failed because all waits are ended.
   bool is_over_ = false;
-  // The application has ended, as a step expected.
+  // The application has ended, and a step expected it.
   bool has_ended_as_expected_ = false;
   bool is_closing_reported_ = false;
-  // Why the next step can't run.
+  // An error makes the next step fail.
   Status ready_;
-  // Crashes and registered actions that are in the events already; crashes after which the page was waited
-  // for.
+  // Crashes and registered actions that have been reported, and crashes after which the page listens again.
   int reported_crashes_ = 0;
   int settled_crashes_ = 0;
   std::vector<std::string> reported_actions_;

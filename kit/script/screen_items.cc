@@ -1,4 +1,4 @@
-// Asking the page no more often than needed.
+// Caches the list of items, so that the page is asked only when it may have changed.
 #include "script/screen_items.h"
 
 #include <utility>

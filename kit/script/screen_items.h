@@ -1,4 +1,4 @@
-// The items on the screen, as the statements of a script look at them.
+// The list of items that a script's statements check.
 #ifndef CORVIS_KIT_SCRIPT_SCREEN_ITEMS_H_
 #define CORVIS_KIT_SCRIPT_SCREEN_ITEMS_H_
 
@@ -10,26 +10,26 @@
 
 namespace corvis::kit {
 
-// Statements that follow each other look at one list.
+// Consecutive statements share one list, until something is done that may change the page.
 class ScreenItems {
  public:
   explicit ScreenItems(Conversation& conversation) : conversation_(conversation) {}
 
-  // A script begins.
+  // Drops all lists, at the start of a script.
   void Forget();
-  // Something was done that may have changed the page.
+  // Marks the list as outdated.
   void Expire() { is_fresh_ = false; }
 
-  // The list of before, unless something was done since.
+  // Updates the list if it is missing or outdated.
   Status Look();
-  // Asks the page.
+  // Updates the list in any case.
   Status LookAgain();
-  // The list becomes the one to compare with, and the page will be asked for another.
+  // Makes the current list the previous one; the next Look requests a new one.
   void Compare();
 
-  // What the last look gave that succeeded.
+  // The current list. Requires a successful Look.
   const ItemList& now() const { return *now_; }
-  // What Compare has set aside; null when there was no list.
+  // The previous list; null if there is none.
   const ItemList* before() const { return before_ ? &*before_ : nullptr; }
 
  private:

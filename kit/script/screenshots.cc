@@ -1,4 +1,4 @@
-// From the runtime to a file.
+// Takes a screenshot, with numbers on the items if possible, and writes it to a file.
 #include "script/screenshots.h"
 
 #include <filesystem>
@@ -9,7 +9,7 @@ namespace corvis::kit {
 
 namespace {
 
-// With the items' numbers where the page still says what they are, plain otherwise.
+// A screenshot with the items' numbers, or a plain one if the page does not report its items.
 Result<std::string> Picture(Conversation& conversation) {
   const Result<ItemList> items = conversation.AskItems();
   Result<std::string> numbered = items ? conversation.PictureOf(*items) : Fail(items.error());

@@ -1,4 +1,4 @@
-// Pictures of the page at failed steps.
+// Screenshots of the page at failed steps.
 #ifndef CORVIS_KIT_SCRIPT_SCREENSHOTS_H_
 #define CORVIS_KIT_SCRIPT_SCREENSHOTS_H_
 
@@ -10,8 +10,8 @@
 
 namespace corvis::kit {
 
-// Draws what the page shows into `folder`, which is made when it isn't there, named after the step's place.
-// Gives the file's name.
+// Saves a screenshot, named after the step's place, in `folder`, which is created if necessary. Returns the
+// file's path.
 Result<std::string> SaveScreenshot(Conversation& conversation, const std::string& folder,
                                    const ScriptPlace& place);
 

@@ -1,4 +1,4 @@
-// A voice script that was read: tests, each a list of steps.
+// A parsed voice script: a list of tests, each a list of steps.
 #ifndef CORVIS_KIT_SCRIPT_SCRIPT_H_
 #define CORVIS_KIT_SCRIPT_SCRIPT_H_
 
@@ -15,13 +15,13 @@ namespace corvis::kit {
 
 class Session;
 
-// What kind of statement a step is.
+// The kind of a step's statement.
 enum class StepRole {
-  kTest,          // begins a test; nothing is done
-  kNote,          // a line for the reports; nothing is done
-  kSpeaks,        // sends the application something that may be answered
-  kChecksAnswer,  // looks at what was sent last in the same test, and its answer
-  kLooks,         // leaves the page as it is
+  kTest,          // starts a test; has no effect
+  kNote,          // a line for the reports; has no effect
+  kSpeaks,        // sends the application something that it may answer
+  kChecksAnswer,  // checks the answer to the last command of the same test
+  kLooks,         // does not change the page
   kActs,          // may change the page
 };
 
@@ -29,24 +29,24 @@ struct Step {
   ScriptPlace place;
   // The statement's first word.
   std::string statement;
-  // The line as it is in the script.
+  // The line as written in the script.
   std::string source;
   StepRole role = StepRole::kActs;
   // The name of a test, the text of a note.
   std::string text;
-  // What any other step does.
+  // The action of any other step.
   std::function<Verdict(Session& session)> run;
-  // The step expects that what was sent is not answered within this time; zero for the time limit.
+  // Set if the step expects no answer within this time; zero stands for the time limit.
   std::optional<std::chrono::milliseconds> silence;
-  // The step expects that the application ends, be it during the step in front of it.
+  // The step expects the application to end, during this step or the previous one.
   bool expects_closed = false;
 };
 
 struct ScriptTest {
   ScriptPlace place;
-  // Nothing for what is in front of the script's first test statement.
+  // Empty for the steps before the script's first test statement.
   std::optional<std::string> name;
-  // Notes and what is done.
+  // All steps, including notes.
   std::vector<Step> steps;
 };
 

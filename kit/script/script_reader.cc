@@ -1,4 +1,4 @@
-// Line by line; what a line means is its statement's matter.
+// Splits a script into lines and has the statement of each line parse the rest of it.
 #include "script/script_reader.h"
 
 #include <utility>
@@ -40,7 +40,7 @@ class ScriptReader {
     if (step.role == StepRole::kSpeaks) has_spoken_ = true;
     if (step.role == StepRole::kChecksAnswer && !has_spoken_) {
       return AddError(step.place,
-                      "Nothing was said before this in its test. Put a say, send or inject in front.");
+                      "There is no answer to check yet. Add a say, send or inject before this in its test.");
     }
     script_.tests.back().steps.push_back(std::move(step));
   }

@@ -1,4 +1,4 @@
-// From a script's text to its tests and steps. docs/voice-scripts.md is the reference of the language.
+// Parses the text of a voice script. docs/voice-scripts.md is the language reference.
 #ifndef CORVIS_KIT_SCRIPT_SCRIPT_READER_H_
 #define CORVIS_KIT_SCRIPT_SCRIPT_READER_H_
 
@@ -9,7 +9,7 @@
 
 namespace corvis::kit {
 
-// Lines that are wrong end up in the script's errors, all others in its tests. Takes any bytes; never throws.
+// Parses every line; invalid lines add to the script's errors. Accepts any bytes and never throws.
 VoiceScript ParseVoiceScript(std::string_view text, const std::string& file);
 
 }  // namespace corvis::kit

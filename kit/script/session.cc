@@ -1,4 +1,4 @@
-// Waiting, in every statement's way.
+// The ways in which statements wait.
 #include "script/session.h"
 
 #include "service/main_loop.h"

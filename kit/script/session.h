@@ -1,4 +1,4 @@
-// What the statements of a script act on.
+// The state of a script run that the statements act on.
 #ifndef CORVIS_KIT_SCRIPT_SESSION_H_
 #define CORVIS_KIT_SCRIPT_SESSION_H_
 
@@ -16,31 +16,30 @@
 
 namespace corvis::kit {
 
-// Whether the application has ended by itself. Nothing can be asked of it any more.
+// Whether the application has ended by itself, so that it can't be queried.
 bool HasApplicationClosed();
 
 class Session {
  public:
-  // Waits for `pace` before each thing said, for people who watch.
+  // KeepPace waits for `pace`, so that a person can follow the run.
   Session(Conversation& with, std::chrono::milliseconds pace)
       : conversation(with), dialogue(with), items(with), pace_(pace) {}
 
-  // Does nothing for a while.
+  // Runs the main loop for `time`.
   static void Pause(std::chrono::milliseconds time);
   void KeepPace() const { Pause(pace_); }
 
-  // Looks again and again, `interval` after each time, until the look passes or the time limit is over. Gives
-  // the last verdict.
+  // Calls `look` every `interval` until it passes or the time limit is over. Returns the last verdict.
   Verdict Poll(std::chrono::milliseconds interval, const std::function<Verdict()>& look) const;
 
   Conversation& conversation;
   Dialogue dialogue;
   ScreenItems items;
 
-  // Of the step that runs, for the reports: what it said, and what the page showed.
+  // For the reports: what the current step sent and what the page showed.
   std::optional<Exchange> exchange;
   std::string shown;
-  // What follows the step that runs in its test; null at the end.
+  // The next step of the current test; null at the end.
   const Step* next = nullptr;
 
  private:

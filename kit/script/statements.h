@@ -1,4 +1,4 @@
-// The statements of voice scripts. A new one is a function that reads it, and a line in the table of
+// The statements of voice scripts. To add one, write a function that reads it and add it to the table in
 // statements.cc.
 #ifndef CORVIS_KIT_SCRIPT_STATEMENTS_H_
 #define CORVIS_KIT_SCRIPT_STATEMENTS_H_
@@ -14,11 +14,11 @@ namespace corvis::kit {
 
 struct Statement {
   const char* word;
-  // Reads what follows the word, and gives the step its role and what it does.
+  // Parses the rest of the line and sets the step's role and action.
   void (*read)(LineReader& line, Step& step);
 };
 
-// Null when there is none.
+// Returns null for an unknown word.
 const Statement* FindStatement(std::string_view word);
 std::vector<std::string> StatementWords();
 

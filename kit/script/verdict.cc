@@ -1,4 +1,4 @@
-// Comparisons, and what is shown of them.
+// Builds verdicts from comparisons.
 #include "script/verdict.h"
 
 #include <utility>
@@ -10,13 +10,13 @@ namespace corvis::kit {
 
 namespace {
 
-// What is longer would hide the rest of a report. Never cuts a character in two.
+// Truncates a text that would hide the rest of a report, without splitting a UTF-8 character.
 std::string Abridged(const std::string& text) {
   constexpr size_t kMostBytes = 600;
   if (text.size() <= kMostBytes) return text;
   size_t end = kMostBytes;
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
-  return text.substr(0, end) + "… (" + std::to_string(text.size()) + " bytes in all)";
+  return text.substr(0, end) + "… (" + std::to_string(text.size()) + " bytes in total)";
 }
 
 Verdict Failed(Failure failure) {

@@ -1,4 +1,4 @@
-// What became of a step.
+// The result of a step.
 #ifndef CORVIS_KIT_SCRIPT_VERDICT_H_
 #define CORVIS_KIT_SCRIPT_VERDICT_H_
 
@@ -12,17 +12,17 @@ namespace corvis::kit {
 
 struct Matcher;
 
-// Nothing when the step passed; otherwise why it failed.
+// Success, or the reason why the step failed.
 class [[nodiscard]] Verdict : public tl::expected<void, Failure> {
  public:
   using tl::expected<void, Failure>::expected;
-  // NOLINTNEXTLINE(google-explicit-constructor): an operation that failed is a step that failed.
+  // NOLINTNEXTLINE(google-explicit-constructor): the failure of an operation is the failure of its step.
   Verdict(const Status& status);
 };
 
 Verdict Failed(std::string message);
 
-// Of a comparison; `expected` and `actual` are shown when it doesn't hold.
+// The verdict on a comparison; `expected` and `actual` are shown if it does not hold.
 Verdict Compared(bool holds, std::string expected, const std::string& actual);
 Verdict Compared(const Matcher& matcher, const std::string& actual);
 

@@ -82,12 +82,12 @@ TEST(Matcher, SaysWhatCannotBeRead) {
       {"matches a", "9: Expected a regular expression between slashes."},
       {"matches /a", "9: The closing / is missing."},
       {std::string("matches /a\0b/", 13),
-       "9: A regular expression can't hold a NUL byte. Write \\0 instead."},
+       "9: A regular expression can't contain a NUL byte. Write \\0 instead."},
       {"json", "5: Expected a JSON text."},
       {"json {a:1}", "6: This is not JSON."},
       {"json " + Nested(50'000), "6: This JSON is nested more than 200 levels deep."},
       {"one a", "5: Expected of, not \"a\"."},
-      {"one of", "7: Expected the texts that are allowed."},
+      {"one of", "7: Expected one or more texts, for example: one of \"a\" \"b\"."},
   };
   for (const auto& [text, problem] : rows) {
     LineReader line(text);
