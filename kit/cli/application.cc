@@ -1,4 +1,4 @@
-// What an application is run with, and the checks of that.
+// Declares and checks the options with which an application is run.
 #include "cli/application.h"
 
 #include <systemd/sd-bus.h>
@@ -19,7 +19,7 @@ namespace corvis::kit {
 namespace {
 
 bool ReadSize(const std::string& text, int& width, int& height) {
-  // Screens have up to 8K; a larger picture takes gigabytes.
+  // Screens go up to 8K; a screenshot of a larger page would take gigabytes.
   constexpr int kLeast = 16;
   constexpr int kMost = 8192;
   char rest = 0;
@@ -34,10 +34,10 @@ std::string CheckSize(const std::string& value) {
 }
 
 std::string CheckAppId(const std::string& value) {
-  // The runtime takes this name and one below it on the bus.
+  // The runtime owns both this name and NAME.runtime on the bus.
   const bool is_id = sd_bus_service_name_is_valid((value + ".runtime").c_str()) > 0 && value[0] != ':' &&
                      value.find('.') != std::string::npos;
-  if (value == wire::kServiceId) return "another name than the voice service's";
+  if (value == wire::kServiceId) return "a name other than the voice service's";
   return is_id ? "" : "a dotted name such as com.example.app";
 }
 
@@ -65,12 +65,12 @@ bool IsSet(const char* variable) {
   return value != nullptr && *value != '\0';
 }
 
-// What the runtime takes: a URL as it is, the absolute path of what is there.
+// The page as the runtime expects it: a URL unchanged, an existing file or folder as an absolute path.
 Result<std::string> PageOf(const std::string& operand) {
   std::error_code ignored;
   if (std::filesystem::exists(operand, ignored)) return std::filesystem::absolute(operand, ignored).string();
   if (operand.find(':') != std::string::npos) return operand;
-  return Fail("There is no " + operand + "; give a URL, an HTML file or a folder.",
+  return Fail(operand + " does not exist; expected a URL, an HTML file or a folder.",
               ErrorKind::kNoApplication);
 }
 
@@ -81,18 +81,19 @@ void AddDisplayOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options
   bool& is_headless = options.run.is_headless;
   const bool is_for_person = viewer == Viewer::kPerson;
   is_headless = !is_for_person || !(IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY"));
-  AddFlag(app, "--headless", is_for_person ? "needs no display" : "needs no display (default)", is_headless);
-  AddFlag(app, "--window", is_for_person ? "in a window (default where there is a display)" : "in a window",
+  AddFlag(app, "--headless", is_for_person ? "run without a display" : "run without a display (default)",
+          is_headless);
+  AddFlag(app, "--window", is_for_person ? "open a window (default if there is a display)" : "open a window",
           [&is_headless] { is_headless = false; });
 }
 
 void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options) {
   app.option_defaults()->group("The application");
   RunOptions& run = options.run;
-  AddText(app, "--app-id", "ID", "its id", run.app_id, CheckAppId);
-  AddFlag(app, "--no-privileges", "grant none", [&run] { run.privileges.clear(); });
+  AddText(app, "--app-id", "ID", "the application id", run.app_id, CheckAppId);
+  AddFlag(app, "--no-privileges", "grant no privileges", [&run] { run.privileges.clear(); });
   AddList(app, "--privilege", "NAME",
-          "grant this one only: microphone, voicecontrol or a URI; repeatable (default both)", run.privileges,
+          "grant only this: microphone, voicecontrol or a URI; repeatable (default both)", run.privileges,
           CheckPrivilege);
   AddValue(app, "--size", "WIDTHxHEIGHT", "the page's size in pixels", "1920x1080", CheckSize,
            [&run](const std::string& size) { ReadSize(size, run.width, run.height); });
@@ -101,9 +102,9 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
   AddList(app, "--key", "NAME=CODE", "the keyCode that the page gets of a key, such as Back=27; repeatable",
           options.key_codes, CheckKey);
   AddDisplayOptions(app, viewer, options);
-  AddText(app, "--console", "KIND", "the page's console on standard error: page, all, none", options.console,
-          CheckConsole);
-  AddTime(app, "--timeout", "MS", "how long an answer may take; loading and listen() four times as long",
+  AddText(app, "--console", "KIND", "console lines to print on standard error: page, all, none",
+          options.console, CheckConsole);
+  AddTime(app, "--timeout", "MS", "time limit of an answer; four times as long for loading and listen()",
           run.answer_timeout);
 }
 

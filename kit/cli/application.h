@@ -1,4 +1,4 @@
-// The application that a command is about: its options, and starting it.
+// Options of the application that a command runs, and starting it.
 #ifndef CORVIS_KIT_CLI_APPLICATION_H_
 #define CORVIS_KIT_CLI_APPLICATION_H_
 
@@ -18,32 +18,32 @@ struct ApplicationOptions {
   RunOptions run;
   // "NAME=CODE" of keys whose code differs from the table's.
   std::vector<std::string> key_codes;
-  // What of the page's console is printed: what the page writes ("page"), the script APIs' lines, too
-  // ("all"), or "none".
+  // The console lines to print: "page" for the page's own, "all" to include those of the script API, or
+  // "none".
   std::string console = "none";
 };
 
-// For whom an application is shown: people like to see it, where that is possible; programs don't.
+// Who watches the application. For a person it opens a window by default if there is a display.
 enum class Viewer { kPerson, kProgram };
 
 // Declares --headless and --window.
 void AddDisplayOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options);
 
-// Declares what the application is and holds, how it is shown, and how long its answers may take. The
-// defaults are what `options` holds now.
+// Declares the options for the application's id, privileges, display and time limit. The current values of
+// `options`, which must outlive `app`, are the defaults.
 void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options);
 
-// Takes a line that is printed.
+// Prints one line, given without its newline.
 using Printer = std::function<void(const std::string& line)>;
 void PrintLine(const std::string& line);
 
-// Starts the application that the operand names: a URL, or a file or folder, whatever its name looks like.
-// What is said beside the answers is printed: the service's notices, and what is written to the console.
+// Starts the application that the operand names. An existing file or folder takes precedence over a URL.
+// `notice` receives the service's notices, `console` the lines of the page's console and of the runtime.
 Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std::string& operand,
                                               const ApplicationOptions& options, Printer notice = PrintLine,
                                               const Printer& console = PrintLine);
 
-// Waits until the application listens: loading a page and its engine takes longer than an answer.
+// Waits until the application listens, for a multiple of the answer timeout, because loading takes longer.
 Status WaitUntilListening(Run& run, const ApplicationOptions& options);
 
 }  // namespace corvis::kit

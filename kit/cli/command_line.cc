@@ -1,5 +1,5 @@
-// Options by CLI11, which knows neither operands nor subcommands here: this version hands what follows "--"
-// on to the parent of a subcommand, and takes an operand in brackets for a list.
+// Parses options with CLI11. Operands and subcommands are handled here instead, because this version of CLI11
+// passes the arguments after "--" to a subcommand's parent and treats an operand in brackets as a list.
 #include "cli/command_line.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr size_t kLeftColumn = 21;
 
-// What is said of a value that the check refuses.
+// Wraps a check so that it returns a whole error message.
 Check Refusal(const Check& check) {
   return [check](const std::string& value) {
     const std::string expected = check ? check(value) : "";
@@ -22,7 +22,7 @@ Check Refusal(const Check& check) {
   };
 }
 
-// "--name=" has an empty value; to CLI11 it has none.
+// Splits "--name=" into the name and an empty value. CLI11 would report a missing value.
 void SplitEmptyValues(std::vector<std::string>& arguments) {
   for (auto it = arguments.begin(); it != arguments.end() && *it != "--"; ++it) {
     const bool is_empty_value =
@@ -33,7 +33,7 @@ void SplitEmptyValues(std::vector<std::string>& arguments) {
   }
 }
 
-// CLI11 begins with the option's name, and has no sentence for a value that is missing, or too much.
+// The error message without CLI11's "--name: " prefix, and in our words for a missing or unexpected value.
 std::string SentenceOf(const CLI::ParseError& error) {
   std::string text = error.what();
   const size_t colon = text.find(':');
@@ -50,7 +50,7 @@ std::vector<std::string> OptionNames(const CLI::App& app) {
   return names;
 }
 
-// What CLI11 knew nothing to do with: operands, and options that aren't declared.
+// The operands among the arguments that CLI11 did not consume. Fails on an undeclared option.
 Result<std::vector<std::string>> OperandsIn(const CLI::App& app) {
   std::vector<std::string> operands;
   bool are_options_over = false;

@@ -1,5 +1,5 @@
-// Declaring the options of a command, and reading its arguments. An option is declared once, with what it is
-// for, its check and its default; the parsing, the help and the sentences about wrong usage follow from that.
+// Declares a command's options and parses its arguments. Each option is declared once, with its help, check
+// and default; parsing, help text and error messages are derived from that.
 #ifndef CORVIS_KIT_CLI_COMMAND_LINE_H_
 #define CORVIS_KIT_CLI_COMMAND_LINE_H_
 
@@ -13,36 +13,36 @@
 
 namespace corvis::kit {
 
-// Gives what was expected, as "a size such as 1920x1080"; empty when the value is that.
+// Returns what was expected, such as "a size such as 1920x1080"; empty if the value is valid.
 using Check = std::function<std::string(const std::string& value)>;
 
 // A whole number from 1 to `most`.
 Check WholeNumber(long most);
 
-// An option without a value. Like every option, it belongs to the group of app.option_defaults(). Where
-// several flags set the same thing, the last one given counts.
+// Adds an option without a value. Like every option, it belongs to the group of app.option_defaults(). If
+// several flags set the same variable, the last one on the command line counts.
 void AddFlag(CLI::App& app, const std::string& name, const std::string& help, std::function<void()> set);
 void AddFlag(CLI::App& app, const std::string& name, const std::string& help, bool& flag);
 
-// An option with a value, which the help calls `value_name` and `take` gets. The last one given counts.
-// `fallback` is the default as the help shows it.
+// Adds an option with a value: `value_name` in the help, passed to `take`. The last one on the command line
+// counts. `fallback` is the default that the help shows.
 void AddValue(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
               const std::string& fallback, const Check& check,
               const std::function<void(const std::string&)>& take);
 
-// The same for a text; what it holds now is the default.
+// Adds an option that sets a text, whose current value is the default.
 void AddText(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
              std::string& text, const Check& check = {});
 
-// An option that may be repeated. Given at all, it replaces what `values` holds now.
+// Adds a repeatable option. Its values replace the current ones in `values`.
 void AddList(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
              std::vector<std::string>& values, const Check& check = {});
 
-// An option with a whole number from 1 to `most`. There is no default in the help when `number` is 0.
+// Adds an option with a whole number from 1 to `most`. The help shows no default if `number` is 0.
 void AddNumber(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
                long most, long& number);
 
-// An option with a time from 1 to a day, in the unit of `time`.
+// Adds an option with a time from 1 unit to one day, in the unit of `time`.
 template <typename Duration>
 void AddTime(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
              Duration& time) {
@@ -52,19 +52,19 @@ void AddTime(CLI::App& app, const std::string& name, const std::string& value_na
 }
 
 struct Arguments {
-  // Help was asked for; nothing else was looked at.
+  // Help was requested; the other arguments were not checked.
   bool is_help = false;
-  // What is no option, and everything after "--".
+  // All arguments that are not options, and everything after "--".
   std::vector<std::string> operands;
 };
 
-// Sets what the options declare. Fails with kUsage.
+// Parses the arguments and sets the variables of the declared options. Fails with kUsage.
 Result<Arguments> ParseArguments(CLI::App& app, std::vector<std::string> arguments);
 
-// The options as the help lists them, with the headings of their groups.
+// The help text for the options, with a heading for each group.
 std::string DescribeOptions(const CLI::App& app);
 
-// Two columns as the help has them.
+// One line of help in two columns.
 std::string HelpLine(const std::string& left, const std::string& right);
 
 }  // namespace corvis::kit

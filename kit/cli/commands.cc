@@ -1,4 +1,4 @@
-// The table of commands, and what they have in common: the help, and the way from arguments to a status.
+// The table of commands, their help, and the dispatch from arguments to a command.
 #include "cli/commands.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace corvis::kit {
 
 namespace {
 
-// How many operands a command takes, and what is said when one is missing.
+// The number of operands that a command accepts, and their description for the error message.
 struct Operands {
   const char* usage;
   size_t least;
@@ -25,7 +25,7 @@ constexpr Operands kPageAndScripts = {"URL|FILE|FOLDER SCRIPT...", 2, static_cas
                                       "an application and a voice script"};
 
 struct CommandRow {
-  // The heading of the list in which it stands.
+  // The heading under which the help lists the command.
   const char* heading;
   const char* name;
   const Operands& operands;
@@ -37,12 +37,12 @@ constexpr const char* kTry = "Try an application";
 constexpr const char* kTest = "Test an application";
 
 const CommandRow kCommands[] = {
-    {kTry, "demo", kNone, "run the example application and speak a short conversation with it",
+    {kTry, "demo", kNone, "run the example application and hold a short conversation with it",
      MakeDemoCommand},
-    {kTry, "run", kPage, "run your own page, with a prompt for what is said to it", MakeRunCommand},
+    {kTry, "run", kPage, "run your own page, with a prompt for phrases", MakeRunCommand},
     {kTest, "test-app", kPageAndScripts, "run voice scripts against an application", MakeTestAppCommand},
-    {kTest, "items", kPage, "what can be selected on a page; --png FILE: a picture of it", MakeItemsCommand},
-    {kTest, "lint", kPage, "what would make voice fail on a page", MakeLintCommand},
+    {kTest, "items", kPage, "list what can be selected on a page; --png FILE: draw it", MakeItemsCommand},
+    {kTest, "lint", kPage, "report what would make voice fail on a page", MakeLintCommand},
 };
 
 std::string Usage() {
@@ -53,8 +53,8 @@ std::string Usage() {
     text += HelpLine(row.name, row.summary);
   }
   return text +
-         "\ncorvis COMMAND --help lists the options of a command. A window opens where there is a display;\n"
-         "otherwise, and with --headless, nothing needs one.\n";
+         "\ncorvis COMMAND --help lists the options of a command. demo and run open a window if there is a\n"
+         "display; --headless prevents that.\n";
 }
 
 std::string HelpOf(const CommandRow& row, const CLI::App& app) {
@@ -81,7 +81,7 @@ Result<int> RunCommand(const CommandRow& row, Supervisor& supervisor, std::vecto
   app.set_help_flag();
   const std::unique_ptr<Subcommand> command = row.make();
   command->Declare(app);
-  app.set_help_flag("-h,--help", "this text")->group("Other");
+  app.set_help_flag("-h,--help", "print this help")->group("Other");
   const auto parsed = ParseArguments(app, std::move(arguments));
   if (parsed && parsed->is_help) {
     return Print(HelpOf(row, app), kExitOk);

@@ -1,5 +1,5 @@
-// The commands of the tool. A new one is a file that implements Subcommand, and a line in the table of
-// commands.cc.
+// The commands of the tool. To add one, implement Subcommand in a file of its own and add a line to the table
+// in commands.cc.
 #ifndef CORVIS_KIT_CLI_COMMANDS_H_
 #define CORVIS_KIT_CLI_COMMANDS_H_
 
@@ -21,9 +21,9 @@ class Subcommand {
   Subcommand(const Subcommand&) = delete;
   Subcommand& operator=(const Subcommand&) = delete;
 
-  // Declares its options, and describes it for its help.
+  // Declares the options and the description for the help.
   virtual void Declare(CLI::App& app) = 0;
-  // Does it, with as many operands as it takes. Gives the exit status.
+  // Runs the command and returns the exit status. The number of operands has been checked.
   virtual Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) = 0;
 };
 
@@ -33,7 +33,7 @@ std::unique_ptr<Subcommand> MakeTestAppCommand();
 std::unique_ptr<Subcommand> MakeItemsCommand();
 std::unique_ptr<Subcommand> MakeLintCommand();
 
-// Does what the arguments, without the program's name, ask for. Gives the exit status.
+// Runs the command that the arguments (without the program's name) name. Returns the exit status.
 Result<int> RunTool(Supervisor& supervisor, const std::vector<std::string>& arguments);
 
 }  // namespace corvis::kit

@@ -1,4 +1,4 @@
-// corvis demo: the example application, and a short conversation with it.
+// corvis demo: runs the example application and a short conversation with it.
 #include "cli/application.h"
 #include "cli/commands.h"
 #include "cli/script_run.h"
@@ -11,17 +11,15 @@ class DemoCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
     app.description(
-        "Runs the example application, speaks a short conversation with it, and prints for each line what "
-        "was\n"
-        "said, which action it became, what the page did, the answer, and the milliseconds from the service "
-        "to\n"
-        "the page and back.");
+        "Runs the example application and holds a short conversation with it. For each command it prints\n"
+        "the phrase, the action, what the page shows, the answer, and the time from the service to the page\n"
+        "and back.");
     AddDisplayOptions(app, Viewer::kPerson, options_.application);
-    DescribeStatuses(app, {{kExitOk, "every answer was the expected one"}, {kExitFailed, "one was not"}});
+    DescribeStatuses(app, {{kExitOk, "all answers were as expected"}, {kExitFailed, "one was not"}});
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& /*operands*/) override {
-    // Whoever has a window wants to see what happens in it.
+    // In a window, slow down so that a person can follow.
     constexpr auto kPace = std::chrono::milliseconds(600);
     const std::string example = options_.application.run.places.examples + "/cinema";
     options_.report = "narrate";

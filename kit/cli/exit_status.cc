@@ -1,4 +1,4 @@
-// Statuses and their meanings.
+// Maps errors to exit statuses and describes the statuses for the help.
 #include "cli/exit_status.h"
 
 #include <cstdio>
@@ -39,7 +39,7 @@ void DescribeStatuses(CLI::App& app, const std::map<int, std::string>& own) {
       {kExitNoApp, "the application can't be loaded, or never listened"},
       {kExitCrashing, "its page keeps crashing"},
       {kExitNoEnvironment, "no bus, no display, or a program is missing"},
-      {kExitInterrupted, "interrupted; 128 and the number of another signal"},
+      {kExitInterrupted, "interrupted by Ctrl-C; 128 + its number for another signal"},
   };
   for (const auto& [status, meaning] : own) meanings[status] = meaning;
   std::string text = "\nExit status\n";

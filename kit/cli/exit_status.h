@@ -1,4 +1,4 @@
-// How commands end: their exit statuses, which docs/voice-scripts.md lists, and what is printed of errors.
+// The exit statuses of commands, which docs/voice-scripts.md lists, and the printing of errors.
 #ifndef CORVIS_KIT_CLI_EXIT_STATUS_H_
 #define CORVIS_KIT_CLI_EXIT_STATUS_H_
 
@@ -22,14 +22,13 @@ enum ExitStatus {
   kExitInterrupted = 130,
 };
 
-// The status of a process that ends with this kind of error; of an interrupted one, that of SIGINT.
+// The exit status for this kind of error. For kInterrupted that of SIGINT.
 ExitStatus StatusOf(ErrorKind kind);
 
-// Prints an error on standard error. Not that somebody interrupted the run, who knows, and nothing for an
-// error without a message.
+// Prints an error on standard error, unless its message is empty or it is the user's own interrupt.
 void PrintError(const Error& error);
 
-// Ends the help of a command with what its exit statuses mean: `own`, and those that all commands share.
+// Appends the exit statuses to a command's help: `own`, and those that all commands share.
 void DescribeStatuses(CLI::App& app, const std::map<int, std::string>& own);
 
 }  // namespace corvis::kit

@@ -1,4 +1,4 @@
-// corvis items: what can be selected on a page by voice.
+// corvis items: lists what can be selected on a page by voice.
 #include "app/items.h"
 
 #include "app/conversation.h"
@@ -15,16 +15,15 @@ class ItemsCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
     app.description(
-        "Loads the page and prints what can be selected on it by voice: the numbers, titles and places of "
-        "its\n"
-        "items.");
+        "Loads the page and prints what can be selected on it by voice: the numbers, positions and titles\n"
+        "of its items.");
     app.option_defaults()->group("Output");
-    AddText(app, "--png", "FILE", "save a picture of the page with each item's box and number on it",
-            png_file_);
-    AddFlag(app, "--json", "the page's answer as it is; nothing else on standard output", is_json_);
+    AddText(app, "--png", "FILE", "save a screenshot of the page with each item's box and number", png_file_);
+    AddFlag(app, "--json", "print the page's answer unchanged and nothing else", is_json_);
     AddApplicationOptions(app, Viewer::kProgram, options_);
-    DescribeStatuses(app, {{kExitOk, "printed"},
-                           {kExitFailed, "the page answered with no items, or no picture could be made"}});
+    DescribeStatuses(app,
+                     {{kExitOk, "printed"},
+                      {kExitFailed, "the page did not answer with items, or no screenshot could be saved"}});
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {

@@ -1,4 +1,4 @@
-// A prompt by libedit, and plain lines.
+// Reads lines with libedit on a terminal, and plain lines otherwise.
 #include "cli/line_source.h"
 
 #include <glib-unix.h>
@@ -17,7 +17,7 @@ namespace corvis::kit {
 
 namespace {
 
-// Lets the main loop run until standard input has something, or has ended. False when waits end before.
+// Runs the main loop until standard input is readable or closed. Returns false if waits are ended first.
 bool WaitForInput() {
   constexpr auto kForGood = std::chrono::hours(24 * 20);
   bool has_input = false;
@@ -111,7 +111,7 @@ class EditedLines : public LineSource {
   }
 
  private:
-  // The line that is being typed is wiped out, and drawn again below.
+  // Clears the line being typed; DrawAgain restores it below the output.
   void MakeRoom() const {
     if (is_reading_) std::printf("\r\033[K");
     std::fflush(stdout);

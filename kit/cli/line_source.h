@@ -1,5 +1,5 @@
-// Lines from the user: at a prompt with editing, history and completion, or from standard input. The main
-// loop runs on while a line is awaited.
+// Reads the user's lines: from a prompt with editing, history and completion, or from plain standard input.
+// The main loop keeps running while it waits for a line.
 #ifndef CORVIS_KIT_CLI_LINE_SOURCE_H_
 #define CORVIS_KIT_CLI_LINE_SOURCE_H_
 
@@ -20,30 +20,32 @@ class LineSource {
   LineSource(const LineSource&) = delete;
   LineSource& operator=(const LineSource&) = delete;
 
-  // The next line without its end; nothing at the end of input, and when waits end (service/main_loop.h).
+  // The next line without its newline. Returns nothing at the end of input or when waits are ended
+  // (service/main_loop.h).
   virtual std::optional<std::string> Next() = 0;
-  // Prints lines on standard output or standard error, without disturbing what is being typed.
+  // Print lines on standard output or standard error without disturbing the line being typed.
   virtual void Show(const std::string& lines);
   virtual void ShowError(const std::string& lines);
-  // Whether everything shown reached standard output.
+  // An error if writing to standard output has failed.
   const Status& status() const { return output_.status(); }
 
  private:
   OutputFile output_ = OutputFile::Standard();
 };
 
-// What Tab does to a typed text.
+// The effect of Tab on a typed text.
 struct Completion {
-  // What follows the typed text in each word that begins with it; with a space where that is one word only.
+  // The common continuation of all words that start with the typed text; ends in a space if there is only
+  // one.
   std::string insertion;
-  // Those words. Worth a list when nothing is inserted.
+  // Those words, to be listed if `insertion` is empty.
   std::vector<std::string> words;
 };
 
 Completion Complete(const std::string& typed, const std::vector<std::string>& words);
 
-// Lines from standard input: at a prompt where that and standard output are a terminal, where `words`
-// complete what is typed; as they come otherwise.
+// Opens a prompt with `words` for completion if standard input and output are terminals, and plain standard
+// input otherwise.
 std::unique_ptr<LineSource> OpenStandardInput(std::vector<std::string> words);
 
 }  // namespace corvis::kit

@@ -1,4 +1,4 @@
-// corvis lint: what would make voice fail on a page.
+// corvis lint: reports what would make voice fail on a page.
 #include "lint/lint.h"
 
 #include <fmt/format.h>
@@ -31,9 +31,9 @@ class LintCommand : public Subcommand {
     app.description("Loads the page and reports what would make voice fail on it.");
     app.option_defaults()->group("Output");
     AddFlag(app, "--call",
-            "call each of the page's callbacks, too (they act on the page), and report those that fail",
+            "also call each of the page's callbacks (they act on the page) and report those that fail",
             is_calling_);
-    AddFlag(app, "--json", "one JSON object a line; nothing else on standard output", is_json_);
+    AddFlag(app, "--json", "print one JSON object per line and nothing else", is_json_);
     AddApplicationOptions(app, Viewer::kProgram, options_);
     DescribeStatuses(app, {{kExitOk, "nothing found"},
                            {kExitFailed, "something found"},
@@ -43,7 +43,7 @@ class LintCommand : public Subcommand {
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
     const auto run = StartApplication(supervisor, operands[0], options_);
     if (!run) return Fail(run.error());
-    // A page that never listens is a finding.
+    // A page that never listens is a finding, not an error.
     static_cast<void>(WaitUntilListening(**run, options_));
     const Result<std::vector<Finding>> findings = Lint((*run)->conversation(), is_calling_);
     if (!findings) return Fail(WhyWaitsEnd() == nullptr ? findings.error() : *WhyWaitsEnd());
@@ -54,7 +54,7 @@ class LintCommand : public Subcommand {
   Result<int> Print(const std::vector<Finding>& findings) const {
     std::string text;
     for (const Finding& finding : findings) text += LineOf(finding, is_json_);
-    if (text.empty() && !is_json_) text = "Nothing was found that would make voice fail on this page.\n";
+    if (text.empty() && !is_json_) text = "Found nothing that would make voice fail on this page.\n";
     const Status printed = WriteStandardOutput(text);
     if (!printed) return Fail(printed.error());
     return findings.empty() ? kExitOk : kExitFailed;

@@ -1,4 +1,4 @@
-// corvis: voice control for TV web applications on a desktop.
+// The entry point of corvis, voice control for TV web applications on a desktop.
 #include <clocale>
 #include <cstdio>
 #include <exception>
@@ -18,7 +18,7 @@ Result<int> RunGuarded(Supervisor& supervisor, const std::vector<std::string>& a
   }
 }
 
-// The status of the process, after what is wrong was printed.
+// Prints the error, if any, and returns the exit status.
 int Report(const Result<int>& result, const Supervisor& supervisor) {
   if (!result) PrintError(result.error());
   if (supervisor.signal_status() != 0) return supervisor.signal_status();
@@ -32,7 +32,7 @@ int Report(const Result<int>& result, const Supervisor& supervisor) {
 int main(int argc, char** argv) {
   using namespace corvis::kit;
   Supervisor supervisor;
-  // Not LC_NUMERIC: numbers have a point everywhere.
+  // LC_NUMERIC stays "C", because numbers use a decimal point in every locale.
   std::setlocale(LC_CTYPE, "");
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
   return Report(RunGuarded(supervisor, {argv + 1, argv + argc}), supervisor);

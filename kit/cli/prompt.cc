@@ -1,4 +1,4 @@
-// The prompt's commands, by a table.
+// The commands of the prompt, dispatched by a table.
 #include "cli/prompt.h"
 
 #include <algorithm>
@@ -17,7 +17,7 @@ namespace corvis::kit {
 
 namespace {
 
-// Two columns, as the prompt's lists have them.
+// One line of the prompt's two-column lists.
 std::string Row(const std::string& left, const std::string& right) {
   constexpr size_t kWidth = 40;
   return "  " + left + std::string(left.size() < kWidth ? kWidth - left.size() : 1, ' ') + "  " + right +
@@ -59,21 +59,21 @@ Result<ItemsArguments> ReadItemsArguments(const std::string& argument) {
 
 const std::vector<Prompt::CommandRow>& Prompt::Commands() {
   static const std::vector<CommandRow> kCommands = {
-      {"help", "help", "this list", &Prompt::Help},
+      {"help", "help", "prints this list", &Prompt::Help},
       {"items", "items [--diff] [--png FILE]",
-       "what can be selected on the screen; --diff: what changed since the last time; --png: a picture",
+       "lists what can be selected; --diff: changes since the last time; --png: saves a screenshot",
        &Prompt::Items},
-      {"commands", "commands", "the actions that the page registered, with a phrase for each",
+      {"commands", "commands", "lists the actions that the page registered, with a phrase for each",
        &Prompt::ListActions},
       {"press", "press KEY [N times]", "presses a key of the remote control: Left, OK, Back, Play, \"5\", …",
        &Prompt::Press},
       {"type", "type \"TEXT\"", "types into the focused field", &Prompt::Type},
-      {"say", "say PHRASE", "the same as the phrase alone", &Prompt::SayPhrase},
-      {"apps", "apps", "the registered applications", &Prompt::Apps},
-      {"record", "record FILE, record stop", "writes what follows as a voice script, to replay it",
+      {"say", "say PHRASE", "says the phrase, as does PHRASE alone", &Prompt::SayPhrase},
+      {"apps", "apps", "lists the registered applications", &Prompt::Apps},
+      {"record", "record FILE, record stop", "records the conversation as a voice script for replay",
        &Prompt::Record},
-      {"restart", "restart", "plays the voice service's restart", &Prompt::Restart},
-      {"reload", "reload", "loads the page again", &Prompt::Reload},
+      {"restart", "restart", "simulates a restart of the voice service", &Prompt::Restart},
+      {"reload", "reload", "reloads the page", &Prompt::Reload},
       {"quit", "quit", "ends the run (so does Ctrl-D)", &Prompt::Quit},
   };
   return kCommands;
@@ -143,12 +143,11 @@ void Prompt::NoteStatement(const std::string& statement, const Status& status, c
 void Prompt::Help(const std::string& /*argument*/) {
   std::string text = "Commands\n";
   for (const CommandRow& command : Commands()) text += Row(command.usage, command.help);
-  text += "\nPhrases: (a|b) one of these, [a] may be left out, {…} is yours to fill in\n";
+  text += "\nPhrases: (a|b) is one of the two, [a] is optional, {…} is a placeholder\n";
   for (const PhraseRow& phrase : PhraseTable()) text += Row(phrase.pattern, phrase.action);
-  text += Row("select {title}", "the item of the screen with this title");
-  lines_.Show(
-      text +
-      "\nRaw: ACTION_NAME data, or ACTION_NAME key=value key=\"two words\" where the data is a bundle");
+  text += Row("select {title}", "the item on the screen with this title");
+  lines_.Show(text +
+              "\nRaw: ACTION_NAME data, or ACTION_NAME key=value key=\"two words\" if the data is a bundle");
 }
 
 void Prompt::Apps(const std::string& /*argument*/) {
@@ -160,7 +159,8 @@ void Prompt::Apps(const std::string& /*argument*/) {
 void Prompt::ListActions(const std::string& /*argument*/) {
   const RegisteredActions& registered = conversation_.registered();
   if (!registered.is_known()) {
-    return lines_.Show("The page has not registered since the prompt began; reload lets it do so again.");
+    return lines_.Show(
+        "The page has not registered since the prompt began; enter reload to make it register.");
   }
   constexpr size_t kWidth = 34;
   std::string text;
@@ -204,18 +204,18 @@ void Prompt::Type(const std::string& argument) {
 void Prompt::SavePicture(const ItemList& items, const std::string& file) {
   const Result<std::string> picture = conversation_.PictureOf(items);
   const Status saved = picture ? WriteOutputFile(file, *picture) : Status(Fail(picture.error()));
-  lines_.Show(saved ? "The picture is in " + file + "." : saved.error().message);
+  lines_.Show(saved ? "Saved the screenshot as " + file + "." : saved.error().message);
 }
 
 void Prompt::Record(const std::string& argument) {
-  if (argument.empty()) return lines_.Show("Expected the name of the file to write after record, or stop.");
+  if (argument.empty()) return lines_.Show("Expected a file name or stop after record.");
   if (argument == "stop") {
-    lines_.Show(recorder_.is_recording() ? "The recording is over." : "Nothing is being recorded.");
+    lines_.Show(recorder_.is_recording() ? "The recording has stopped." : "No recording is in progress.");
     return Note(recorder_.End());
   }
   const Status begun = recorder_.Begin(argument);
   lines_.Show(begun ? "Recording to " + argument +
-                          ". A replay begins with a fresh page; so does this after reload."
+                          ". A replay starts with a newly loaded page; enter reload to start from one, too."
                     : begun.error().message);
 }
 
@@ -225,7 +225,7 @@ void Prompt::Restart(const std::string& /*argument*/) {
 }
 
 void Prompt::Reload(const std::string& /*argument*/) {
-  NoteStatement("reload", conversation_.Reload(), "The page is loaded again and listens.");
+  NoteStatement("reload", conversation_.Reload(), "The page has been reloaded and listens.");
 }
 
 void Prompt::Quit(const std::string& /*argument*/) {

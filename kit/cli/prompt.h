@@ -1,4 +1,4 @@
-// The prompt of a run: its commands, and phrases.
+// The interactive prompt of a run: commands and phrases.
 #ifndef CORVIS_KIT_CLI_PROMPT_H_
 #define CORVIS_KIT_CLI_PROMPT_H_
 
@@ -16,13 +16,14 @@ namespace corvis::kit {
 
 class Prompt {
  public:
-  // Speaks with the application as the lines ask for, and shows there what comes of it.
+  // Reads commands and phrases from `lines`, executes them in `conversation`, and prints the results to
+  // `lines`.
   Prompt(Conversation& conversation, LineSource& lines) : conversation_(conversation), lines_(lines) {}
 
-  // Takes lines until there are no more, or "quit".
+  // Reads lines until the end of input or "quit".
   void Run();
 
-  // What completes a line: commands, phrases, actions.
+  // The words for completion: commands, phrases and actions.
   static std::vector<std::string> CompletionWords();
 
  private:
@@ -40,9 +41,9 @@ class Prompt {
   // Does and records a statement of voice scripts.
   void RunStatement(const std::string& statement);
   void SavePicture(const ItemList& items, const std::string& file);
-  // Shows an error; success shows nothing.
+  // Prints an error; prints nothing on success.
   void Note(const Status& status);
-  // Shows that the statement was done, and records it.
+  // On success records the statement and prints `done`; otherwise prints the error.
   void NoteStatement(const std::string& statement, const Status& status, const std::string& done);
 
   void Help(const std::string& argument);
@@ -60,7 +61,7 @@ class Prompt {
   Conversation& conversation_;
   LineSource& lines_;
   bool is_over_ = false;
-  // The last items, for comparing.
+  // The previous list, for items --diff.
   std::optional<ItemList> items_;
   Recorder recorder_;
 };

@@ -1,4 +1,4 @@
-// Statements of the recording.
+// Turns what happens at the prompt into statements of a voice script.
 #include "cli/recorder.h"
 
 #include "language/raw_command.h"
@@ -7,7 +7,7 @@
 namespace corvis::kit {
 
 Status Recorder::Begin(const std::string& file) {
-  // What is there already is somebody's work.
+  // An existing file may be somebody's work, so it is not overwritten.
   output_.emplace(file, OutputFile::Existing::kRefused);
   return Write("# Recorded at the prompt of corvis run. Replay it with corvis test-app APPLICATION " + file +
                "\n");

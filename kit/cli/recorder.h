@@ -1,4 +1,4 @@
-// Writes down what is said at the prompt, and answered, as a voice script that passes when it is replayed.
+// Records the phrases and answers at the prompt as a voice script that passes on replay.
 #ifndef CORVIS_KIT_CLI_RECORDER_H_
 #define CORVIS_KIT_CLI_RECORDER_H_
 
@@ -12,19 +12,19 @@
 
 namespace corvis::kit {
 
-// While nothing is recorded, it takes what it gets and drops it. After a write that failed, which is reported
-// once, nothing is recorded any more.
+// Ignores its input while no recording is in progress. A failed write is reported once and ends the
+// recording.
 class Recorder {
  public:
-  // Begins the file, which must not be there yet.
+  // Starts recording to a new file. Fails if the file exists.
   Status Begin(const std::string& file);
-  // What was recorded is in the file after each statement already.
+  // Closes the file. Every statement has been flushed before.
   Status End();
   bool is_recording() const { return output_.has_value(); }
 
   Status Take(const Turn& turn);
   Status Take(const ItemList& items);
-  // "restart" or "reload".
+  // Records "restart" or "reload".
   Status TakeStatement(const std::string& statement);
 
  private:

@@ -1,4 +1,4 @@
-// corvis run: an application, and a prompt for what is said to it.
+// corvis run: runs an application with a prompt for phrases.
 #include <unistd.h>
 
 #include "cli/application.h"
@@ -15,14 +15,13 @@ class RunCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
     app.description(
-        "Runs the page and gives a prompt for what is said to it, where help lists the phrases. When "
-        "standard\n"
-        "input is no terminal, each of its lines is said.");
+        "Runs the page with a prompt for phrases; help lists them. If standard input is not a terminal,\n"
+        "each of its lines is said to the page.");
     options_.console = "page";
     AddApplicationOptions(app, Viewer::kPerson, options_);
-    DescribeStatuses(
-        app, {{kExitOk, "ended by quit, the end of input, or the window's end while somebody was typing"},
-              {kExitFailed, "the application ended by itself"}});
+    DescribeStatuses(app,
+                     {{kExitOk, "ended by quit, by the end of input, or by closing the window at the prompt"},
+                      {kExitFailed, "the application ended by itself"}});
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {

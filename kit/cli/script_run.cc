@@ -1,4 +1,4 @@
-// The run, and its reports.
+// Runs scripts, passes the events to the reports, and determines the exit status.
 #include "cli/script_run.h"
 
 #include <filesystem>
@@ -22,27 +22,27 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// What some editors put in front of a file's text.
+// Removes the byte order mark that some editors add.
 std::string_view WithoutByteOrderMark(std::string_view text) {
   constexpr std::string_view kMark = "\xef\xbb\xbf";
   return text.substr(0, kMark.size()) == kMark ? text.substr(kMark.size()) : text;
 }
 
-// Whether the script can be run; prints why not.
+// Reads a script. Returns false, after printing the errors, if it can't be run.
 bool ReadScript(const std::string& file, VoiceScript& script) {
   std::ifstream opened;
-  // Where standard input is a socket, it can't be opened by this name.
+  // Read through std::cin: /dev/stdin can't be opened if it is a socket.
   const bool is_standard_input = file == "/dev/stdin";
   if (!is_standard_input) opened.open(file, std::ios::binary);
   std::ostringstream text;
   if (!opened || !(text << (is_standard_input ? std::cin : opened).rdbuf())) {
-    PrintError({"The script " + file + " can't be read, or is empty."});
+    PrintError({"The script " + file + " can't be read or is empty."});
     return false;
   }
   script = ParseVoiceScript(WithoutByteOrderMark(text.str()), file);
   for (const ScriptError& error : script.errors) PrintLine(Located(error.place, error.message));
   if (script.errors.empty() && script.tests.empty())
-    PrintError({"The script " + file + " has no statement."});
+    PrintError({"The script " + file + " has no statement; expected at least one."});
   return script.errors.empty() && !script.tests.empty();
 }
 
@@ -73,7 +73,7 @@ class ScriptRun {
     events_.Add(*reports_.back());
   }
 
-  // Fails when the run can't begin, or can't go on.
+  // Fails if the run can't start or can't continue.
   Status RunAll(const std::string& application) {
     const auto run = StartApplication(supervisor_, application, options_.application);
     if (!run) return Fail(run.error());
@@ -95,19 +95,19 @@ class ScriptRun {
     return uris;
   }
 
-  // Of a run that reached its end.
+  // The exit status of a completed run.
   int StatusOfTotals() {
     if (totals_.failed > 0) return kExitFailed;
     const int percent = coverage_.Measure().percent;
     if (percent >= options_.least_coverage) return kExitOk;
     const std::string sentence = "The voice coverage is " + std::to_string(percent) + " %, less than the " +
-                                 std::to_string(options_.least_coverage) + " % asked for.";
+                                 std::to_string(options_.least_coverage) + " % of --coverage-min.";
     PrintError({sentence});
     events_.Take(RunAborted{sentence});
     return kExitLowCoverage;
   }
 
-  // Gives the status, or another when a report can't be written.
+  // Finishes the reports. Returns `status`, or an error status if a report can't be written.
   int End(int status) {
     events_.Take(RunEnded{status, totals_,
                           std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin_)});

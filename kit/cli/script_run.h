@@ -1,5 +1,5 @@
-// Voice scripts run against an application, from their files to the exit status: what test-app and demo
-// share.
+// Runs voice scripts against an application, from the script files to the exit status. Shared by test-app and
+// demo.
 #ifndef CORVIS_KIT_CLI_SCRIPT_RUN_H_
 #define CORVIS_KIT_CLI_SCRIPT_RUN_H_
 
@@ -16,22 +16,21 @@ namespace corvis::kit {
 
 struct ScriptRunOptions {
   ApplicationOptions application;
-  // Names of report formats (report/reports.h): the one on standard output, and files for others; an empty
-  // file for none.
+  // Report formats by name (report/reports.h): the one on standard output, and those that have a file.
   std::string report = "tap";
   std::map<std::string, std::string> report_files;
-  // Where pictures of failures go. Empty: beside the JUnit report, or nowhere without one.
+  // The folder for screenshots of failures. If empty, they go next to the JUnit report, if there is one.
   std::string screenshot_folder;
   bool is_coverage_reported = false;
-  // In percent; less fails the run.
+  // The minimum coverage in percent; less fails the run.
   long least_coverage = 0;
   std::chrono::seconds total_timeout{600};
-  // How long to wait before each thing said, for people who watch.
+  // The delay before each phrase or command, so that a person can follow the run.
   std::chrono::milliseconds pace{0};
 };
 
-// Reads the scripts, each once, and runs them unless one has mistakes; these are printed on standard error.
-// Gives the exit status.
+// Reads the scripts and runs them. If one has mistakes, prints them on standard error and runs none. Returns
+// the exit status.
 Result<int> RunScripts(Supervisor& supervisor, const std::string& application,
                        const std::vector<std::string>& files, const ScriptRunOptions& options);
 

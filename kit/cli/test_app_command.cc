@@ -1,4 +1,4 @@
-// corvis test-app: voice scripts against an application.
+// corvis test-app: runs voice scripts against an application.
 #include "cli/application.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
@@ -13,19 +13,18 @@ class TestAppCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
     app.description(
-        "Runs the application without a window and the voice scripts against it. docs/voice-scripts.md has "
-        "the\n"
-        "language of scripts. Without another option the results are printed as TAP 14.");
+        "Runs voice scripts against the application, without a window. docs/voice-scripts.md describes the\n"
+        "script language. By default the results are printed as TAP 14.");
     DeclareReports(app);
     app.option_defaults()->group("Limits");
-    AddTime(app, "--total-timeout", "S", "for the whole run", options_.total_timeout);
+    AddTime(app, "--total-timeout", "S", "time limit of the whole run in seconds", options_.total_timeout);
     AddApplicationOptions(app, Viewer::kProgram, options_.application);
     DescribeStatuses(
         app, {{kExitOk, "every expectation held"},
               {kExitFailed, "one failed"},
               {kExitUsage, "wrong usage, or a script has mistakes or can't be read; nothing was started"},
               {kExitLowCoverage, "less coverage than --coverage-min"},
-              {kExitTimeOver, "the time for the whole run was over"}});
+              {kExitTimeOver, "the time limit for the whole run was over"}});
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
@@ -44,11 +43,11 @@ class TestAppCommand : public Subcommand {
       }
     }
     AddText(app, "--screenshots", "DIR",
-            "pictures of the page at failures (default: beside the JUnit report)",
+            "save screenshots of failures there (default: next to the JUnit report)",
             options_.screenshot_folder);
-    AddFlag(app, "--coverage", "which of the actions that the page registered were spoken",
+    AddFlag(app, "--coverage", "report which of the registered actions were spoken",
             options_.is_coverage_reported);
-    AddNumber(app, "--coverage-min", "N", "fail when less than N percent of them were", 100,
+    AddNumber(app, "--coverage-min", "N", "fail if fewer than N percent of them were spoken", 100,
               options_.least_coverage);
   }
 

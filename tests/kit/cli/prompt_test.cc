@@ -74,8 +74,8 @@ TEST_F(PromptTest, EveryLineGetsItsSentence) {
       {"commands", "has not registered since the prompt began"},
       {"press Bakc", "Unknown key \"Bakc\". Did you mean \"Back\"?"},
       {"type x", "Expected a text in quotation marks."},
-      {"record", "Expected the name of the file to write after record, or stop."},
-      {"record stop", "Nothing is being recorded."},
+      {"record", "Expected a file name or stop after record."},
+      {"record stop", "No recording is in progress."},
       {"record /dev/null/a.voice", "can't be written"},
       {"restart", "bus"},
   };
@@ -139,8 +139,8 @@ TEST_F(PromptTest, ARecordingThatCanNotGoOnIsReportedOnce) {
   const std::string shown =
       Type({"record " + file.string(), "say " + std::string(200, 'x'), "pley", "record stop"});
   setrlimit(RLIMIT_FSIZE, &before);
-  EXPECT_THAT(shown,
-              AllOf(HasSubstr("can't be written: File too large."), HasSubstr("Nothing is being recorded.")));
+  EXPECT_THAT(shown, AllOf(HasSubstr("can't be written: File too large."),
+                           HasSubstr("No recording is in progress.")));
 }
 
 }  // namespace
