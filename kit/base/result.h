@@ -1,4 +1,4 @@
-// The one way in which the kit says that something failed.
+// The kit's error type, and results that carry either a value or an error.
 #ifndef CORVIS_KIT_BASE_RESULT_H_
 #define CORVIS_KIT_BASE_RESULT_H_
 
@@ -8,26 +8,25 @@
 
 namespace corvis::kit {
 
-// What kind of failure it is, for whoever ends a run because of it. The process's exit status follows from
-// it.
+// The kind of a failure, which determines the exit status if the failure ends the run.
 enum class ErrorKind {
   kFailed,         // anything else
-  kUsage,          // wrong usage, or input with mistakes: nothing was started
+  kUsage,          // wrong usage or invalid input; nothing was started
   kNoApplication,  // the page can't be loaded, or never listened
   kCrashing,       // the page's process keeps crashing
   kNoEnvironment,  // no bus, no display, a missing program, no folder for the run
   kClosed,         // the application ended by itself: its page or its window was closed
-  kTimeOver,       // the time for the whole run is over
-  kInterrupted,    // a signal came
+  kTimeOver,       // the time limit of the whole run is over
+  kInterrupted,    // a signal was received
 };
 
-// A sentence for people: what was expected and what came, then what to do next.
+// An error message for users: what was expected, what was found, and what to do next.
 struct Error {
   std::string message;
   ErrorKind kind = ErrorKind::kFailed;
 };
 
-// A value, or the error that kept it from being made. A result that nobody looks at doesn't compile.
+// A value, or an error. Ignoring a result is a compile error.
 template <typename T>
 class [[nodiscard]] Result : public tl::expected<T, Error> {
  public:
@@ -37,7 +36,7 @@ class [[nodiscard]] Result : public tl::expected<T, Error> {
 // Success, or an error.
 using Status = Result<void>;
 
-// return Fail("The file x can't be read.");
+// Makes an error to return: return Fail("The file x can't be read.");
 inline tl::unexpected<Error> Fail(std::string message, ErrorKind kind = ErrorKind::kFailed) {
   return tl::make_unexpected(Error{std::move(message), kind});
 }

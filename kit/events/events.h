@@ -1,6 +1,6 @@
-// The one stream of events of a run. What drives a run makes them, reports are made from them, and neither
-// knows the other. docs/voice-scripts.md has their outer form, "JSON events". Events are plain values: they
-// may be kept and passed on later.
+// The events of a run. The runner emits them and the reports consume them, independently of each other.
+// Events are plain values that may be stored. docs/voice-scripts.md ("JSON events") documents their external
+// form.
 #ifndef CORVIS_KIT_EVENTS_EVENTS_H_
 #define CORVIS_KIT_EVENTS_EVENTS_H_
 
@@ -13,7 +13,7 @@
 
 namespace corvis::kit {
 
-// A place in a script, counted from 1. Columns count bytes.
+// A position in a script. Lines and columns are counted from 1, columns in bytes.
 struct ScriptPlace {
   std::string file;
   int line = 1;
@@ -25,10 +25,10 @@ inline std::string Located(const ScriptPlace& place, const std::string& message)
   return place.file + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ": " + message;
 }
 
-// The first event of every run, also of one that can't begin.
+// The first event of every run, even of one that can't start.
 struct RunStarted {
   std::vector<std::string> scripts;
-  // In all scripts; tests and notes are no steps.
+  // The number of steps in all scripts, without tests and notes.
   size_t steps = 0;
 };
 
@@ -46,32 +46,32 @@ struct NoteReached {
   std::string text;
 };
 
-// What was said or sent, what it became, and what came back.
+// A phrase or command, the action made from it, and the answer.
 struct Exchange {
   // The phrase or the raw command.
   std::string said;
-  // Empty when nothing was sent.
+  // Empty if nothing was sent.
   std::string action;
-  // For people: a bundle's data is the text of its pairs.
+  // The data as readable text: a bundle is written as its pairs.
   std::string data;
   bool is_answered = false;
   std::string answer;
-  // To the answer's last piece.
+  // From sending to the last piece of the answer.
   std::chrono::microseconds answer_time{0};
   int pieces = 1;
 };
 
 // Why a step failed.
 struct Failure {
-  // May be empty when there are the next two.
+  // May be empty if `expected` and `actual` are set.
   std::string message;
-  // Of a step that compares: a matcher as it is written in a script, and a text in quotation marks. Both or
-  // neither.
+  // For a comparison: the matcher as written in the script, and the actual text in quotation marks. Both are
+  // set or neither is.
   std::string expected;
   std::string actual;
-  // The page's last console lines, "level: text", oldest first.
+  // The page's most recent console lines, "level: text", oldest first.
   std::vector<std::string> console;
-  // The picture's file; empty for none.
+  // The screenshot's file; empty if there is none.
   std::string screenshot;
 };
 
@@ -81,24 +81,24 @@ struct StepDone {
   ScriptPlace place;
   // The statement's first word.
   std::string statement;
-  // The line as it is in the script.
+  // The line as written in the script.
   std::string source;
   StepStatus status = StepStatus::kPassed;
   std::chrono::microseconds duration{0};
-  // Of a step that says something.
+  // Set for a step that says or sends something.
   std::optional<Exchange> exchange;
-  // What the page showed, for a step that looked and passed.
+  // What the page showed, if the step checked that and passed.
   std::string shown;
-  // When it failed, and only then.
+  // Set if and only if the step failed.
   std::optional<Failure> failure;
 };
 
-// The page has registered these actions by its callbacks, in place of those that it had before.
+// The page has registered callbacks for these actions, which replace its earlier ones.
 struct ActionsRegistered {
   std::vector<std::string> actions;
 };
 
-// The page, or the script API in it ("api"), wrote a line to the console.
+// The page or the script API wrote a line to the console.
 struct ConsoleWritten {
   std::string level;
   std::string text;
@@ -106,28 +106,28 @@ struct ConsoleWritten {
   std::string source;
 };
 
-// The page's process crashed; the runtime loads the page again.
+// The page's process crashed; the runtime reloads the page.
 struct PageCrashed {};
 
 // The application ended by itself, or its window was closed.
 struct ApplicationClosed {};
 
-// How much of what the page registered was spoken. Actions are in the order of the table of actions.
+// How many of the registered actions were spoken. The lists follow the order of the action table.
 struct CoverageMeasured {
-  // Spoken and answered, or not.
+  // Registered actions that were spoken and answered, and those that were not.
   std::vector<std::string> spoken;
   std::vector<std::string> unspoken;
-  // Spoken ones whose every answer was "not_support".
+  // Spoken actions that were always answered "not_support".
   std::vector<std::string> refused;
-  // The callbacks that the application does not have, by their property names.
+  // The property names of the callbacks that the application does not have.
   std::vector<std::string> missing_callbacks;
-  // Of the registered actions; 100 when there are none.
+  // The share of registered actions that were spoken; 100 if none is registered.
   int percent = 100;
 };
 
-// The run can't begin, or can't go on.
+// The run can't start or can't continue.
 struct RunAborted {
-  // A sentence.
+  // The reason, a sentence.
   std::string message;
 };
 
@@ -139,9 +139,9 @@ struct Totals {
 
 // The last event of every run.
 struct RunEnded {
-  // The exit status of the process.
+  // The exit status of the program.
   int status = 0;
-  // Of steps.
+  // The totals of all steps.
   Totals totals;
   std::chrono::microseconds duration{0};
 };
@@ -150,7 +150,7 @@ using Event =
     std::variant<RunStarted, ScriptStarted, TestStarted, NoteReached, StepDone, ActionsRegistered,
                  ConsoleWritten, PageCrashed, ApplicationClosed, CoverageMeasured, RunAborted, RunEnded>;
 
-// Takes the events of a run, in their order.
+// Receives the events of a run in order.
 class EventSink {
  public:
   EventSink() = default;
@@ -161,10 +161,10 @@ class EventSink {
   virtual void Take(const Event& event) = 0;
 };
 
-// Hands each event on to several sinks, in the order in which they were added.
+// Passes each event to several sinks, in the order in which they were added.
 class EventFanOut : public EventSink {
  public:
-  // The sink must live as long as this takes events.
+  // Keeps a reference: the sink must outlive this object's use.
   void Add(EventSink& sink) { sinks_.push_back(&sink); }
 
   void Take(const Event& event) override {

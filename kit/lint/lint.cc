@@ -1,4 +1,4 @@
-// The checks, those in the page first.
+// Runs the checks: first those inside the page, then those that need the voice service.
 #include "lint/lint.h"
 
 #include <fmt/format.h>
@@ -22,7 +22,7 @@ void Append(Findings& findings, Findings more) {
   findings.insert(findings.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
-// Whether the page's functions gave this, which the page may have replaced.
+// Whether the value has the form of a finding. The page may have replaced functions that the checks use.
 bool IsFinding(const nlohmann::json& value) {
   const char* members[] = {"rule", "sentence", "where"};
   return value.is_object() &&
@@ -37,7 +37,7 @@ Result<Findings> CheckPage(Conversation& conversation) {
   Findings findings;
   const auto parsed = nlohmann::json::parse(*value, nullptr, /*allow_exceptions=*/false);
   if (!parsed.is_array() || !std::all_of(parsed.begin(), parsed.end(), IsFinding))
-    return Fail("Its findings can't be read. Does it replace functions of the browser?");
+    return Fail("It returned no list of findings. Does it replace built-in functions of the browser?");
   for (const auto& finding : parsed)
     findings.push_back({finding["rule"], finding["sentence"], finding["where"]});
   return findings;
@@ -63,14 +63,14 @@ Findings CheckTitles(const ItemList& list) {
 }
 
 Findings CheckSize(const Answer& answer) {
-  // Encoded answers beyond this travel in pieces.
+  // Larger encoded answers are sent in pieces.
   constexpr double kPieceSize = 12288;
   constexpr double kNearSize = 0.9;
   const size_t size = answer.data.size();
   if (answer.pieces > 1) {
     return {{"size",
              fmt::format(
-                 "The list of items has {} bytes and comes in {} pieces; a screen with fewer items answers "
+                 "The list of items has {} bytes and is sent in {} pieces; a screen with fewer items answers "
                  "faster.",
                  size, answer.pieces),
              ""}};
@@ -78,15 +78,15 @@ Findings CheckSize(const Answer& answer) {
   if (static_cast<double>(size) <= kNearSize * kPieceSize) return {};
   return {
       {"size",
-       fmt::format("The list of items has {} bytes, close to the size beyond which answers come in pieces.",
-                   size),
+       fmt::format(
+           "The list of items has {} bytes, close to the size above which answers are sent in pieces.", size),
        ""}};
 }
 
 Result<Findings> CheckItems(Conversation& conversation) {
   const Result<ItemList> list = conversation.AskItems();
   if (!list)
-    return Findings{{"answer", "The page doesn't answer with its items. " + list.error().message, ""}};
+    return Findings{{"answer", "The page does not answer with its items. " + list.error().message, ""}};
   Findings findings = CheckTitles(*list);
   Append(findings, CheckSize(*conversation.items_turn().answer));
   return findings;
@@ -97,18 +97,18 @@ Findings CheckCallback(Conversation& conversation, const ActionInfo& action) {
   const Turn turn = conversation.Say(SamplePhrase(action.name));
   const std::string callback(action.callback);
   if (conversation.crashes() > crashes_before) {
-    return {{"callback", "The page's process crashed in it.", callback}};
+    return {{"callback", "The page's process crashed in this callback.", callback}};
   }
   if (!turn.answer) return {{"callback", turn.answer.error().message, callback}};
   const std::string exception = conversation.ExceptionOf(turn);
   if (exception.empty()) return {};
-  return {{"callback", "It threw for \"" + turn.said + "\": " + exception, callback}};
+  return {{"callback", "The callback threw for \"" + turn.said + "\": " + exception, callback}};
 }
 
 Result<Findings> CheckCallbacks(Conversation& conversation) {
-  // What the page registers reaches the console's listener ahead of the reply.
+  // Registrations are read from the console, whose lines arrive before this call's reply.
   if (const Status synced = conversation.runtime().Sync(); !synced) return Fail(synced.error());
-  // After this one there may be no page to speak with.
+  // Called last, because it may end the page.
   constexpr std::string_view kLast = "ACTION_EXIT";
   std::vector<ActionInfo> actions = Actions();
   std::stable_partition(actions.begin(), actions.end(),
@@ -146,8 +146,7 @@ Result<std::vector<Finding>> Lint(Conversation& conversation, bool is_calling) {
   for (const Check& check : kChecks) {
     if (!IsDue(check.when, is_listening, is_calling)) continue;
     Result<Findings> found = check.run(conversation);
-    if (!found)
-      return Fail(Error{"The page can't be looked at. " + found.error().message, found.error().kind});
+    if (!found) return Fail(Error{"The page can't be checked. " + found.error().message, found.error().kind});
     Append(findings, std::move(*found));
   }
   return findings;

@@ -1,4 +1,4 @@
-// What would make voice fail on a page.
+// Finds what would make voice fail on a page.
 #ifndef CORVIS_KIT_LINT_LINT_H_
 #define CORVIS_KIT_LINT_LINT_H_
 
@@ -11,17 +11,16 @@
 namespace corvis::kit {
 
 struct Finding {
-  // A word to group and filter by: "listen", "title", "label", "id", "item", "frame", "shadow", "same-title",
-  // "answer", "size" or "callback".
+  // The rule's name: "listen", "title", "label", "id", "item", "frame", "shadow", "same-title", "answer",
+  // "size" or "callback".
   std::string rule;
   std::string sentence;
-  // A selector or an item's number; empty for the page as a whole.
+  // A selector, an item's number or a callback's name; empty for the page as a whole.
   std::string where;
 };
 
-// Looks at the page that the runtime shows. With `is_calling`, each callback that it registered is called,
-// too, with data as a phrase for its action gives; they act on the page. Fails when the page can't be looked
-// at.
+// Checks the current page. With `is_calling`, also says a sample phrase for each registered action, so that
+// the callbacks act on the page. Fails if the page can't be checked.
 Result<std::vector<Finding>> Lint(Conversation& conversation, bool is_calling);
 
 }  // namespace corvis::kit

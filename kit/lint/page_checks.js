@@ -1,5 +1,5 @@
-// What `corvis lint` asks of a page: which of its elements voice will not find, or find under another name than the
-// one the viewer reads. A new rule about elements is a function here and a line in the table.
+// The checks that `corvis lint` runs in a page: elements that voice does not find, or finds under a name other than the
+// one that the viewer reads. To add a rule about elements, add a function here and a line to the table.
 var elementRules = {
   title: checkTitle,
   label: checkLabel,
@@ -8,7 +8,7 @@ var elementRules = {
   item: checkClickable,
 };
 
-// All findings, as a list of {rule, sentence, where}.
+// Returns all findings as a list of {rule, sentence, where}.
 function pageChecks() {
   var findings = [];
   var frames = [];
@@ -27,7 +27,7 @@ function pageChecks() {
     if (!inner) {
       return report(
         'frame',
-        'A frame of another origin: while it is there, the page has no items at all.',
+        'A frame of another origin: as long as the page contains it, the page has no items at all.',
         frame
       );
     }
@@ -54,7 +54,7 @@ function elementsOf(root) {
   return Array.prototype.slice.call(root.querySelectorAll('*'));
 }
 
-// Null where its origin forbids to look.
+// The frame's document; null if it is of another origin.
 function documentOf(frame) {
   try {
     return frame.contentWindow.document;
@@ -63,18 +63,18 @@ function documentOf(frame) {
   }
 }
 
-// An item, but for its title.
+// Whether the element would be an item if it had a title.
 function isCandidate(element) {
   return isActivatable(element, element.localName);
 }
 
-// Nothing to see is nothing to say; elements off the screen may still be scrolled to.
+// Invisible elements need no name. Elements outside the screen count, because they can be scrolled into view.
 function isShown(element) {
   var box = element.getBoundingClientRect();
   return box.width > 0 && box.height > 0;
 }
 
-// A selector for people: short, and enough to find the element.
+// A short, readable selector of the element.
 function pathOf(element) {
   if (element.id) return element.localName + '#' + element.id;
   var parent = element.parentElement;
@@ -90,7 +90,7 @@ function plain(text) {
 
 function checkTitle(element, report) {
   if (isCandidate(element) && isShown(element) && !isItem(element)) {
-    report('It has no text, title, aria-label or image with an alt, so voice skips it.');
+    report('The item has no text, title, aria-label or image with an alt, so voice skips it.');
   }
 }
 
@@ -106,14 +106,14 @@ function checkLabel(element, report) {
   }
 }
 
-// A selection finds an item with an id, or below an element with one, by that id.
+// A selection finds an item by its own id or the id of its nearest ancestor.
 function checkId(element, report) {
   var owner = isItem(element) && isShown(element) && element.closest('[id]');
   if (!owner) return;
   if (owner.id.indexOf('"') >= 0) {
     report('A quotation mark in an id keeps its items from being selected.', owner);
   } else if (owner.ownerDocument.querySelectorAll('[id="' + CSS.escape(owner.id) + '"]').length > 1) {
-    report('The id "' + owner.id + '" is not the only one: a selection clicks the first.', owner);
+    report('The id "' + owner.id + '" is not unique: a selection clicks the first element with it.', owner);
   }
 }
 
@@ -123,7 +123,7 @@ function checkShadow(element, report) {
     elementsOf(element.shadowRoot).some(function (inner) {
       return isCandidate(inner) || inner.matches(clickable);
     });
-  if (hasTargets) report('Its items are in a shadow root, where voice does not look.');
+  if (hasTargets) report('Its items are in a shadow root, which voice does not search.');
 }
 
 var clickable = 'input:not([type=hidden]), select, textarea, summary, [role=button], [role=link], [tabindex]';
@@ -152,6 +152,8 @@ function checkClickable(element, report) {
     !hasCandidateAbove(element) &&
     !elementsOf(element).some(isCandidate)
   ) {
-    report('It looks clickable but is not an item. Make it a button, a link or an li with a tabindex.');
+    report(
+      'The element looks clickable but is not an item. Make it a button, a link or an li with a tabindex.'
+    );
   }
 }

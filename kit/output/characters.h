@@ -1,4 +1,4 @@
-// The characters of a text that need not be UTF-8.
+// Iterates over the characters of a text that may contain invalid UTF-8.
 #ifndef CORVIS_KIT_OUTPUT_CHARACTERS_H_
 #define CORVIS_KIT_OUTPUT_CHARACTERS_H_
 
@@ -9,20 +9,20 @@
 namespace corvis::kit {
 
 struct Character {
-  // The code point; of what is not UTF-8, the byte.
+  // The code point, or the byte value of an invalid byte.
   gunichar code = 0;
   bool is_valid = true;
-  // As it is in the text.
+  // The bytes as in the text.
   std::string_view bytes;
 };
 
-// Takes the first character off a text that is not empty.
+// Removes and returns the first character of a non-empty text.
 inline Character TakeCharacter(std::string_view& text) {
   const auto first = static_cast<unsigned char>(text[0]);
   gunichar code = first;
-  // GLib takes a NUL for the end of the text.
+  // GLib treats NUL as the end of the text.
   if (first != 0) code = g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
-  // Only its two errors have this bit.
+  // Only the two error values of GLib have this bit.
   constexpr gunichar kErrorBit = 0x80000000;
   const bool is_valid = (code & kErrorBit) == 0;
   char ignored[6];

@@ -1,4 +1,4 @@
-// By what Unicode says of each character.
+// Computes widths from the Unicode properties of each character.
 #include "output/columns.h"
 
 #include "output/characters.h"
@@ -26,7 +26,7 @@ std::string Cut(std::string_view text, int columns) {
   if (ColumnsOf(line) <= columns) return line;
   std::string_view rest = line;
   std::string cut;
-  // The ellipsis takes one.
+  // One column is reserved for the ellipsis.
   for (int left = columns - 1;;) {
     const Character next = TakeCharacter(rest);
     left -= WidthOf(next.code);

@@ -1,4 +1,4 @@
-// Texts in the columns of a terminal, where a character may take no place, one or two.
+// Fits texts into terminal columns. A character may be zero, one or two columns wide.
 #ifndef CORVIS_KIT_OUTPUT_COLUMNS_H_
 #define CORVIS_KIT_OUTPUT_COLUMNS_H_
 
@@ -7,13 +7,13 @@
 
 namespace corvis::kit {
 
-// How many columns a text takes on one line, without control characters.
+// The width of a single-line text in columns, not counting control characters.
 int ColumnsOf(std::string_view text);
 
-// The text as ForTerminal shows it, cut to at most so many columns, with an ellipsis where it was longer.
+// Converts with ForTerminal and truncates to at most `columns`; a truncated text ends in an ellipsis.
 std::string Cut(std::string_view text, int columns);
 
-// The same with spaces after it, so that it takes exactly so many columns.
+// Like Cut, padded with spaces to exactly `columns`.
 std::string Padded(std::string_view text, int columns);
 
 }  // namespace corvis::kit

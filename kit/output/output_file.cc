@@ -1,4 +1,4 @@
-// By C streams, whose every result is looked at.
+// Writes with C streams and checks every result.
 #include "output/output_file.h"
 
 #include <unistd.h>
@@ -21,7 +21,7 @@ OutputFile OutputFile::Standard() {
 
 void OutputFile::Open() {
   const std::filesystem::path folder = std::filesystem::path(name_).parent_path();
-  // A folder that can't be made is a file that can't be opened.
+  // The error is ignored here, because opening the file reports it.
   std::error_code ignored;
   if (!folder.empty()) std::filesystem::create_directories(folder, ignored);
   stream_.reset(std::fopen(name_.c_str(), existing_ == Existing::kReplaced ? "wbe" : "wbxe"));
@@ -43,7 +43,7 @@ void OutputFile::Write(std::string_view text) {
   if (!status_) return;
   std::FILE* stream = stream_.get();
   std::fwrite(text.data(), 1, text.size(), stream);
-  // A stream that is flushed at the end of each line takes all of a line that can't be written.
+  // A line-buffered stream may accept a line that it then fails to write, so check after flushing.
   Note(std::fflush(stream) == 0 && std::ferror(stream) == 0);
 }
 

@@ -1,5 +1,5 @@
-// Files that a run writes: reports, pictures, recordings; and standard output. A write that fails is never
-// forgotten.
+// Writes the files of a run (reports, screenshots, recordings) and standard output. Failures are kept until
+// they are reported.
 #ifndef CORVIS_KIT_OUTPUT_OUTPUT_FILE_H_
 #define CORVIS_KIT_OUTPUT_OUTPUT_FILE_H_
 
@@ -12,24 +12,22 @@
 
 namespace corvis::kit {
 
-// A text that grows. Whoever reads it sees each write at once.
+// A file to which text is appended. Each write is flushed at once.
 class OutputFile {
  public:
   // Writes to standard output, which stays open.
   static OutputFile Standard();
-  // What becomes of a file that is there already.
+  // How to treat an existing file.
   enum class Existing { kReplaced, kRefused };
-  // Writes to a file of this name. The file, and its folder where that is missing, is made by the first
-  // write.
+  // Writes to a file of this name. The first write creates it, and its folder if necessary.
   explicit OutputFile(std::string file, Existing existing = Existing::kReplaced)
       : name_(std::move(file)), existing_(existing) {}
 
-  // After a failure, which Finish reports, nothing more is written.
+  // Appends a text. Does nothing after a failure.
   void Write(std::string_view text);
-  // Whether everything that was written so far reached the file. The first failure counts; that whoever read
-  // a pipe has gone is one without a message.
+  // The first failure so far. It has an empty message if the reader of a pipe has closed it.
   const Status& status() const { return status_; }
-  // The same once the file is closed.
+  // Closes the file and returns the first failure.
   Status Finish();
 
   bool IsTerminal() const;
@@ -48,7 +46,7 @@ class OutputFile {
   Status status_;
 };
 
-// Writes a whole file, making its folder where that is missing.
+// Writes a whole file and creates its folder if necessary.
 Status WriteOutputFile(const std::string& file, std::string_view bytes);
 
 // Writes a whole text to standard output.

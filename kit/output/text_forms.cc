@@ -1,4 +1,4 @@
-// Each form is a rule for one character.
+// Implements each form as a function that converts one character.
 #include "output/text_forms.h"
 
 #include <fmt/format.h>
@@ -11,7 +11,7 @@ namespace corvis::kit {
 
 namespace {
 
-// Each character as `form` writes it; as it is where that gives nothing.
+// Converts each character with `form`; keeps the characters for which it returns an empty string.
 template <typename Form>
 std::string Written(std::string_view text, Form form) {
   std::string written;
@@ -31,13 +31,13 @@ std::string CodeEscape(gunichar code) {
   return fmt::format("\\u{:04x}", code);
 }
 
-// Those that reorder what is around them: marks, embeddings, overrides and isolates.
+// Whether the character reorders its surroundings: marks, embeddings, overrides and isolates.
 bool IsBidirectionalControl(gunichar code) {
   return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
          (code >= 0x2066 && code <= 0x2069);
 }
 
-// Whether a terminal would do something instead of showing it.
+// Whether a terminal would interpret the character instead of showing it.
 bool IsActive(gunichar code) {
   const GUnicodeType type = g_unichar_type(code);
   return type == G_UNICODE_CONTROL || type == G_UNICODE_LINE_SEPARATOR ||
@@ -60,7 +60,7 @@ std::string VisibleEscape(const Character& character) {
   }
 }
 
-// XML 1.0, production 2. UTF-8 has no surrogates.
+// XML 1.0, production 2. Surrogates need no check, because valid UTF-8 has none.
 bool IsXmlCharacter(gunichar code) {
   return code == '\t' || code == '\n' || (code >= ' ' && code < 0xFFFE) || code > 0xFFFF;
 }

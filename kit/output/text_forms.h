@@ -1,6 +1,5 @@
-// What a page or a user says is data wherever it goes: one function for each form in which texts leave the
-// program. All take any bytes; what a form can't hold, or what would act on the reader instead of being read,
-// is shown as an escape.
+// Escapes untrusted text for output: one function for each output format. All accept any bytes and escape
+// what the format can't represent and what a terminal or parser would interpret.
 #ifndef CORVIS_KIT_OUTPUT_TEXT_FORMS_H_
 #define CORVIS_KIT_OUTPUT_TEXT_FORMS_H_
 
@@ -10,25 +9,25 @@
 
 namespace corvis::kit {
 
-// One line for people: line ends, control characters, bidirectional controls and bytes that are not UTF-8
-// become escapes (\n, \x1b, \u202e, \xff). A backslash stays, so this can't be read back.
+// One line for people: newlines, control characters, bidirectional controls and invalid UTF-8 become escapes
+// (\n, \x1b, \u202e, \xff). Backslashes are kept, so the conversion is not reversible.
 std::string ForTerminal(std::string_view text);
 
-// The description of a TAP test point, or a comment's line: ForTerminal, and nothing begins a directive.
+// The description of a TAP test point, or a comment line: like ForTerminal, with "#" escaped so that it can't
+// start a directive.
 std::string ForTap(std::string_view text);
 
-// The character data of XML 1.0, before its mark-up is escaped: line feeds and tabs stay.
+// XML 1.0 character data, before markup is escaped. Line feeds and tabs are kept.
 std::string ForXml(std::string_view text);
 
-// A JSON string, which is also a YAML scalar and a JavaScript literal: ASCII only. Bytes that are not UTF-8
-// become U+FFFD.
+// An ASCII-only JSON string, which is also a valid YAML scalar and JavaScript literal. Invalid UTF-8 becomes
+// U+FFFD.
 std::string JsonText(std::string_view text);
 
-// A JSON value on one line. Letters stay readable; what ForTerminal would show as an escape is one in its
-// strings.
+// A JSON value on one line. Its strings keep printable characters and escape those that ForTerminal escapes.
 std::string JsonLine(const nlohmann::ordered_json& value);
 
-// A text in quotation marks, as voice scripts have it: reading it gives the same bytes.
+// A quoted text in the syntax of voice scripts. Parsing it returns the same bytes.
 std::string Quoted(std::string_view text);
 
 }  // namespace corvis::kit

@@ -1,4 +1,4 @@
-// What was registered against what was answered.
+// Compares the registered actions with the answered ones.
 #include "report/coverage.h"
 
 #include "language/actions.h"

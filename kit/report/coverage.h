@@ -1,4 +1,4 @@
-// How much of what a page can do by voice a run has spoken.
+// Measures how many of a page's registered actions a run has spoken.
 #ifndef CORVIS_KIT_REPORT_COVERAGE_H_
 #define CORVIS_KIT_REPORT_COVERAGE_H_
 
@@ -9,12 +9,12 @@
 
 namespace corvis::kit {
 
-// Several pages of one application count together.
+// All pages of the application are counted together.
 class Coverage : public EventSink {
  public:
   void Take(const Event& event) override;
 
-  // Of the events so far.
+  // The coverage of the events received so far.
   CoverageMeasured Measure() const;
 
  private:
@@ -22,7 +22,7 @@ class Coverage : public EventSink {
 
   std::set<std::string> registered_;
   std::set<std::string> answered_;
-  // Answered with anything but "not_support".
+  // Actions with at least one answer other than "not_support".
   std::set<std::string> supported_;
 };
 

@@ -1,4 +1,4 @@
-// A run as events, one JSON object a line, for programs. docs/voice-scripts.md describes them.
+// Reports a run as events for programs, one JSON object per line. docs/voice-scripts.md describes them.
 #include <nlohmann/json.hpp>
 #include <utility>
 
@@ -11,7 +11,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// Milliseconds to the microsecond.
+// Converts to milliseconds, with microsecond resolution.
 double Milliseconds(std::chrono::microseconds time) {
   return std::chrono::duration<double, std::milli>(time).count();
 }
@@ -53,7 +53,7 @@ void Add(Json& event, const Failure& failure) {
   if (!failure.screenshot.empty()) event["screenshot"] = failure.screenshot;
 }
 
-// Each event's outer form; null for those that have none.
+// The external form of each event; null for events that are not reported.
 Json FormOf(const RunStarted& run) {
   return {{"event", "start"}, {"format", 1}, {"scripts", run.scripts}, {"steps", run.steps}};
 }

@@ -1,4 +1,4 @@
-// A run as a JUnit report, as build servers read it: a suite for each script, a case for each of its tests.
+// Reports a run as JUnit XML for build servers: a suite for each script, a case for each test.
 #include <fmt/format.h>
 
 #include <pugixml.hpp>
@@ -20,7 +20,7 @@ struct Case {
   std::chrono::microseconds duration{0};
   bool has_run = false;
   bool has_failed = false;
-  // Of the failure.
+  // The failure's message.
   std::string message;
   std::string details;
   std::string output;
@@ -79,7 +79,7 @@ void Append(pugi::xml_node& parent, const Suite& suite) {
   for (const Case& test : suite.cases) Append(node, suite.name, test);
 }
 
-// What ended the run, as a suite of one case.
+// Appends the error that ended the run as a suite with one case.
 void AppendError(pugi::xml_node& parent, const char* name, const std::string& message) {
   pugi::xml_node suite = parent.append_child("testsuite");
   SetAttribute(suite, "name", name);
@@ -98,7 +98,7 @@ class JUnitReport : public Report {
   void Take(const Event& event) override {
     std::visit([this](const auto& kind) { this->Collect(kind); }, event);
   }
-  // The file is written as a whole.
+  // Writes the document, which is complete only now.
   Status Finish() override {
     output_.Write(Xml());
     return output_.Finish();
@@ -124,7 +124,7 @@ class JUnitReport : public Report {
     test.message = Describe(failure);
     test.details = Located(step.place, step.source) + "\n" + test.message;
     for (const std::string& line : failure.console) test.output += line + "\n";
-    // The form in which build servers look for files that belong to a case.
+    // The notation by which build servers find a case's attachments.
     if (!failure.screenshot.empty()) test.output += "[[ATTACHMENT|" + failure.screenshot + "]]\n";
   }
 

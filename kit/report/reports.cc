@@ -1,4 +1,4 @@
-// The table of formats.
+// The table of report formats.
 #include "report/reports.h"
 
 #include <algorithm>
@@ -9,10 +9,10 @@ namespace corvis::kit {
 const std::vector<ReportFormat>& ReportFormats() {
   using Target = ReportFormat::Target;
   static const std::vector<ReportFormat> kFormats = {
-      {"tap", "TAP 14, a line for each step", Target::kStandardOutput, MakeTapReport},
-      {"json", "JSON events, one a line", Target::kStandardOutput, MakeJsonReport},
-      {"narrate", "a table for people", Target::kStandardOutput, MakeTableReport},
-      {"junit", "a JUnit report", Target::kFile, MakeJUnitReport},
+      {"tap", "print TAP 14, one line per step", Target::kStandardOutput, MakeTapReport},
+      {"json", "print JSON events, one per line", Target::kStandardOutput, MakeJsonReport},
+      {"narrate", "print a table for people", Target::kStandardOutput, MakeTableReport},
+      {"junit", "write a JUnit report", Target::kFile, MakeJUnitReport},
   };
   return kFormats;
 }

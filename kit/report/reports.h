@@ -1,5 +1,5 @@
-// The formats in which a run can be reported. A new one is a file in this folder, a function here, and a line
-// in the table of reports.cc.
+// The report formats. To add one, write a file in this folder, declare its function here and add a line to
+// the table in reports.cc.
 #ifndef CORVIS_KIT_REPORT_REPORTS_H_
 #define CORVIS_KIT_REPORT_REPORTS_H_
 
@@ -13,21 +13,20 @@
 
 namespace corvis::kit {
 
-// Made from events alone.
+// A report receives events and depends on nothing else.
 class Report : public EventSink {
  public:
-  // Once, after the last event: whether the whole report was written.
+  // Call once, after the last event. Returns an error unless the whole report was written.
   virtual Status Finish() = 0;
 };
 
 struct ReportFormat {
-  // Where a report of this format goes: the standard output, of which there is one, or a file that is asked
-  // for.
+  // The destination of the report: standard output, which only one report can use, or a file.
   enum class Target { kStandardOutput, kFile };
 
-  // The command line's option, without its hyphens.
+  // The name of the command-line option, without its hyphens.
   const char* name;
-  // For the option's help.
+  // The help text of the option.
   const char* help;
   Target target;
   std::unique_ptr<Report> (*make)(OutputFile output);
@@ -35,10 +34,10 @@ struct ReportFormat {
 
 const std::vector<ReportFormat>& ReportFormats();
 
-// The format with this name, which must be in the table.
+// The format with this name. Requires that it is in the table.
 const ReportFormat& FindReportFormat(std::string_view name);
 
-// Each in the file of its name.
+// Each is defined in the file named like its format.
 std::unique_ptr<Report> MakeTableReport(OutputFile output);
 std::unique_ptr<Report> MakeTapReport(OutputFile output);
 std::unique_ptr<Report> MakeJsonReport(OutputFile output);

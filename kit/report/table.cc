@@ -1,5 +1,4 @@
-// A run as a table for people: what was said, which action it became, what the page showed, the answer, the
-// time.
+// Reports a run as a table for people: phrase, action, data, what the page showed, answer and time.
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -22,7 +21,7 @@ struct Column {
 };
 constexpr Column kColumns[] = {{"said", 36}, {"action", 30}, {"data", 26}, {"page", 18}, {"answer", 12}};
 
-// The cells and the time, without an end of the line.
+// The cells and the time, without a newline.
 std::string Row(const std::vector<std::string>& cells, const std::string& time) {
   std::string row;
   for (size_t i = 0; i < cells.size(); ++i) row += Padded(cells[i], kColumns[i].width) + "  ";
@@ -42,7 +41,7 @@ std::string Row(const Exchange& exchange, const std::string& page) {
              exchange.is_answered ? fmt::format("{:7.1f} ms", time.count()) : "");
 }
 
-// Statements that have a line of their own, since the conversation begins anew with them.
+// Whether the statement gets a separate line, because the conversation starts over with it.
 bool IsTurningPoint(const std::string& statement) {
   return statement == "restart" || statement == "reload";
 }
@@ -81,7 +80,7 @@ class TableReport : public Report {
     output_.Write(line);
   }
 
-  // What was said last, with what the steps after it have found.
+  // Prints the latest exchange together with what the steps after it found.
   void PrintExchange() {
     if (exchange_) output_.Write(Row(*exchange_, page_) + "  " + Mark() + "\n");
     output_.Write(failures_);

@@ -1,4 +1,4 @@
-// A run as TAP 14, the Test Anything Protocol: a line for each step, and what went wrong as YAML.
+// Reports a run in TAP 14, the Test Anything Protocol: one line per step, with failures described in YAML.
 #include <fmt/format.h>
 
 #include <sstream>
@@ -16,7 +16,7 @@ std::string Comment(const std::string& text) {
   return "# " + ForTerminal(text) + "\n";
 }
 
-// Every line of a text of the kit.
+// Makes a TAP comment of each line of a trusted text.
 std::string Comments(const std::string& text) {
   std::istringstream lines(text);
   std::string comments;
@@ -24,7 +24,7 @@ std::string Comments(const std::string& text) {
   return comments;
 }
 
-// A JSON text is a YAML scalar.
+// A key and a value as YAML; a JSON string is a valid YAML scalar.
 std::string Row(const char* key, const std::string& value) {
   return fmt::format("  {}: {}\n", key, JsonText(value));
 }

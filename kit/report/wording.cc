@@ -1,4 +1,4 @@
-// By fmt.
+// Formats failures and coverage as sentences.
 #include "report/wording.h"
 
 #include <fmt/format.h>

@@ -1,4 +1,4 @@
-// Sentences that several reports have in common.
+// Texts that several reports share.
 #ifndef CORVIS_KIT_REPORT_WORDING_H_
 #define CORVIS_KIT_REPORT_WORDING_H_
 
@@ -8,10 +8,10 @@
 
 namespace corvis::kit {
 
-// Why a step failed, with what was expected and what came.
+// Why a step failed: the message, the expected and the actual value.
 std::string Describe(const Failure& failure);
 
-// In several lines.
+// A summary of the coverage, in several lines.
 std::string Describe(const CoverageMeasured& coverage);
 
 }  // namespace corvis::kit

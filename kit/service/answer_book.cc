@@ -1,4 +1,4 @@
-// Commands and their answers, first come first served.
+// Assigns answers to commands in the order in which the commands were sent.
 #include "service/answer_book.h"
 
 #include <algorithm>
@@ -12,8 +12,8 @@ namespace {
 
 constexpr const char* kContextRequest = "ACTION_REQUEST_APP_CONTEXT";
 
-// The command that a message with this word answers. A context request that the page has no callback for is
-// refused with a "result", so that road is the second choice of a "result".
+// The command that a message with this word answers. A page without a callback for context requests refuses
+// them with "result", so a "result" that fits no other command answers a context request.
 template <typename Commands>
 auto FindOwed(Commands& commands, const std::string& word) {
   const auto is_context = [](const auto& command) { return command.action == kContextRequest; };
@@ -59,7 +59,7 @@ Answer AnswerBook::Break(Account& account, std::string problem, Clock::time_poin
   return answer;
 }
 
-// Reports a broken answer, unless one was just before, and forgets its pieces.
+// Reports a broken answer, unless the previous one was broken, too, and drops its pieces.
 void AnswerBook::Refuse(Account& account, std::string problem, Clock::time_point now,
                         std::vector<Answer>& answers) {
   if (!account.is_doubtful) answers.push_back(Break(account, std::move(problem), now));
@@ -76,9 +76,9 @@ PieceJoiner::State AnswerBook::Join(Account& account, const std::string& piece, 
     if (is_first) account.is_doubtful = false;
     return state;
   }
-  Refuse(account, "The pieces of the answer don't fit each other; say it again.", now, answers);
+  Refuse(account, "The pieces of the answer don't fit each other; send the command again.", now, answers);
   if (is_first || account.commands.empty()) return state;
-  // What doesn't fit the answer may begin the next one.
+  // A piece that does not fit this answer may start the next one.
   account.first_piece = now;
   return account.joiner.Add(piece, total);
 }
@@ -89,9 +89,9 @@ void AnswerBook::ReceivePiece(Account& account, const std::string& piece, size_t
   const PieceJoiner::State state = Join(account, piece, total, now, answers);
   if (joiner.is_too_large() && !account.is_doubtful) {
     const std::string sizes = std::to_string(total) + " bytes; at most " +
-                              std::to_string(PieceJoiner::kLargestAnswer) + " are taken.";
+                              std::to_string(PieceJoiner::kLargestAnswer) + " are accepted.";
     Refuse(account, "The answer has " + sizes, now, answers);
-    // Its other pieces are only counted.
+    // The joiner counts its remaining pieces without keeping them.
     joiner.Add(piece, total);
   }
   if (state != PieceJoiner::State::kComplete) return;
@@ -114,7 +114,7 @@ std::vector<Answer> AnswerBook::Receive(const std::string& app_id, const std::st
     return answers;
   }
   if (!account.joiner.is_empty()) {
-    Refuse(account, "The answer broke off: not all of its pieces came; say it again.", now, answers);
+    Refuse(account, "The answer is incomplete: pieces are missing; send the command again.", now, answers);
   }
   account.is_doubtful = false;
   Answer answer = Settle(account, FindOwed(account.commands, word), now);

@@ -1,7 +1,7 @@
-// Which command an answer belongs to. Answers carry no identifier, but every page answers each command once,
-// and in order on each of two roads: application contexts come as "appContext", all else as "result". So an
-// answer belongs to the oldest command of its road that is owed one. Plain C++, for other programs than this
-// service as well.
+// Assigns answers to commands. Answers carry no identifier, but a page answers each command once, and in
+// order within each of two kinds: application contexts are sent as "appContext", everything else as "result".
+// So an answer belongs to the oldest unanswered command of its kind. Plain C++ without GLib, because the npm
+// module uses it, too.
 #ifndef CORVIS_KIT_SERVICE_ANSWER_BOOK_H_
 #define CORVIS_KIT_SERVICE_ANSWER_BOOK_H_
 
@@ -18,19 +18,19 @@ namespace corvis::kit {
 
 using Clock = std::chrono::steady_clock;
 
-// A command's answer, whole; or the news that no whole answer will come.
+// The complete answer to a command, or the reason why there is none.
 struct Answer {
   uint64_t command_id = 0;
   std::string action;
-  // "result" or "appContext"; "partial_result" for an answer that came in pieces.
+  // "result" or "appContext"; "partial_result" for an answer in pieces.
   std::string word;
-  // Empty when the answer is broken.
+  // Empty if the answer is broken.
   std::string data;
   int pieces = 1;
   Clock::duration took{};
-  // When the answer had begun to arrive; a single message begins and ends at once.
+  // The time until the first piece arrived; equal to `took` for a single message.
   Clock::duration first_piece{};
-  // Why the answer's pieces don't make a whole; empty when they do.
+  // Why the pieces don't form an answer; empty if they do.
   std::string problem;
 
   bool is_broken() const { return !problem.empty(); }
@@ -38,27 +38,27 @@ struct Answer {
 
 class AnswerBook {
  public:
-  // What applications can make the book keep. Of more owed answers the oldest are given up; what more
-  // applications send is dropped.
+  // Limits on what applications can make this object store. Beyond them the oldest owed answers are dropped,
+  // and further applications are ignored.
   static constexpr size_t kMostOwed = 1000;
   static constexpr size_t kMostApps = 64;
 
-  // Notes that a command has been sent; returns its id.
+  // Records that a command was sent. Returns its id.
   uint64_t Note(const std::string& app_id, const std::string& action, Clock::time_point now);
-  // A command that could not be sent after all is owed nothing.
+  // Removes a command that could not be sent.
   void Forget(const std::string& app_id, uint64_t command_id);
 
-  // Takes a message of the application ("result", "appContext", "partial_result"). Gives the answers that it
-  // settles: none while pieces are missing, a broken one when pieces don't fit, are too many or broke off,
-  // and what the message itself completes. More broken pieces in a row than one are not reported each. An
-  // answer that no command is owed has the id 0.
+  // Handles a message of the application ("result", "appContext", "partial_result"). Returns the answers that
+  // it completes: none while pieces are missing; a broken one if pieces don't fit, are too large or are
+  // missing. Of consecutive broken pieces only the first is reported. An answer without a command has the id
+  // 0.
   std::vector<Answer> Receive(const std::string& app_id, const std::string& word, const std::string& data,
                               size_t total, Clock::time_point now);
 
-  // The application begins anew: nothing is owed any more.
+  // Forgets all commands of the application, after it registers again.
   void Clear(const std::string& app_id);
 
-  // How many answers the application owes.
+  // The number of answers that the application owes.
   size_t Owed(const std::string& app_id) const;
 
  private:
@@ -71,7 +71,7 @@ class AnswerBook {
     std::deque<Command> commands;
     PieceJoiner joiner;
     Clock::time_point first_piece;
-    // What comes follows broken pieces: the next answer's, or just more that is broken.
+    // The previous pieces were broken, so the next ones may belong to the same broken answer.
     bool is_doubtful = false;
   };
 

@@ -1,4 +1,4 @@
-// Making bundles and reading them.
+// Creates and reads bundles.
 #include "service/bundles.h"
 
 namespace corvis::kit {

@@ -1,4 +1,4 @@
-// Bundles with an owner.
+// Owning pointers to bundles, and conversion between bundles and C++ values.
 #ifndef CORVIS_KIT_SERVICE_BUNDLES_H_
 #define CORVIS_KIT_SERVICE_BUNDLES_H_
 
@@ -11,13 +11,13 @@ namespace corvis::kit {
 
 using nurvo::BundlePtr;
 
-// A bundle of strings; null when it can't be made (an empty or repeated key).
+// A bundle of strings; null if a key is empty or repeated.
 BundlePtr MakeBundle(const Entries& entries);
 
-// Its text form; empty when it can't be made.
+// The encoded bundle; empty if a key is empty or repeated.
 std::string EncodeEntries(const Entries& entries);
 
-// The string under `key`; empty when there is none.
+// The string under `key`; empty if there is none.
 std::string TextOf(bundle* b, const char* key);
 
 }  // namespace corvis::kit

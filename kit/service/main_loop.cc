@@ -1,4 +1,4 @@
-// GLib's default main context, one turn at a time.
+// Waits by iterating GLib's default main context.
 #include "service/main_loop.h"
 
 #include <glib-unix.h>
@@ -13,7 +13,7 @@ namespace corvis::kit {
 
 namespace {
 
-// That waits end is a fact about the process, as its end is. Never freed, since other threads may look.
+// Process-wide state, like the end of the process itself. Never freed, because other threads may read it.
 std::atomic<const Error*>& Reason() {
   static std::atomic<const Error*> reason{nullptr};
   return reason;
@@ -58,7 +58,7 @@ void EndWaitsOnSignals() {
 
 void EndWaitsAfter(std::chrono::milliseconds time) {
   const auto end = [](gpointer /*data*/) -> gboolean {
-    EndWaits({"The time for the whole run is over.", ErrorKind::kTimeOver});
+    EndWaits({"The time limit for the whole run is over.", ErrorKind::kTimeOver});
     return G_SOURCE_REMOVE;
   };
   AddTimer(time, end, nullptr);

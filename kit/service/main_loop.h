@@ -1,4 +1,4 @@
-// Waiting on the main loop, with a deadline.
+// Waits on the main loop with a deadline.
 #ifndef CORVIS_KIT_SERVICE_MAIN_LOOP_H_
 #define CORVIS_KIT_SERVICE_MAIN_LOOP_H_
 
@@ -9,25 +9,25 @@
 
 namespace corvis::kit {
 
-// Runs the main loop until `holds` is true, the time is over, or waits end for good. Returns whether it
-// holds.
+// Runs the main loop until `holds` returns true, the time is over, or EndWaits is called. Returns the last
+// value of `holds`.
 bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds timeout);
 
-// Ends every wait of the process, for good. The first reason counts. May be called from any thread.
+// Ends every current and future wait of the process. Only the first reason is kept. Thread-safe.
 void EndWaits(Error reason);
-// The reason; null while waits don't end.
+// The reason passed to EndWaits; null if it was not called.
 const Error* WhyWaitsEnd();
 inline bool IsInterrupted() {
   return WhyWaitsEnd() != nullptr;
 }
-// Whether the reason is the time of the whole run.
+// Whether waits ended because of the time limit of the whole run.
 inline bool IsTimeOver() {
   return IsInterrupted() && WhyWaitsEnd()->kind == ErrorKind::kTimeOver;
 }
 
-// SIGINT and SIGTERM end every wait from now on, instead of the process.
+// Makes SIGINT and SIGTERM call EndWaits instead of ending the process.
 void EndWaitsOnSignals();
-// The same when this time is over.
+// Calls EndWaits after `time`.
 void EndWaitsAfter(std::chrono::milliseconds time);
 
 }  // namespace corvis::kit

@@ -1,4 +1,4 @@
-// Counting the bytes of pieces.
+// Joins pieces by counting their bytes.
 #include "service/piece_joiner.h"
 
 #include <utility>

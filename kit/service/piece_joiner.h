@@ -1,4 +1,4 @@
-// Puts an answer that came in "partial_result" pieces together again.
+// Reassembles an answer from its "partial_result" pieces.
 #ifndef CORVIS_KIT_SERVICE_PIECE_JOINER_H_
 #define CORVIS_KIT_SERVICE_PIECE_JOINER_H_
 
@@ -7,24 +7,24 @@
 
 namespace corvis::kit {
 
-// The pieces of one answer follow each other, and each says how many bytes the whole answer has.
+// The pieces of an answer arrive in order, and each carries the size of the whole answer in bytes.
 class PieceJoiner {
  public:
   enum class State { kIncomplete, kComplete, kBroken };
 
-  // What an application can make the joiner keep.
+  // A limit on what an application can make the joiner store.
   static constexpr size_t kLargestAnswer = 16U << 20U;
 
-  // Takes the next piece. kBroken when it doesn't fit what came so far (another total, or more bytes than the
-  // total) or its total is 0; nothing changes then.
+  // Adds the next piece. Returns kBroken, and changes nothing, if it does not fit the pieces so far (a
+  // different total, or more bytes than the total) or its total is 0.
   State Add(const std::string& piece, size_t total);
 
   bool is_empty() const { return pieces_ == 0; }
   int pieces() const { return pieces_; }
-  // Whether the answer is too large: its pieces are counted and not kept.
+  // Whether the answer is too large. Its pieces are counted but not kept.
   bool is_too_large() const { return total_ > kLargestAnswer; }
 
-  // The whole answer; the joiner is empty afterwards.
+  // Returns the whole answer and empties the joiner.
   std::string Take();
   void Clear() { Take(); }
 

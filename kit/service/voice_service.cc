@@ -1,4 +1,4 @@
-// The service's port, and the conversation over it.
+// Implements the service on its message port: registrations, commands and answers.
 #include "service/voice_service.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ namespace corvis::kit {
 
 namespace {
 
-// How much of an answer a notice repeats.
+// Notices quote at most this much of an answer.
 constexpr size_t kNoticeBytes = 100;
 
 Status SendStatus(int result, const std::string& app_id) {
@@ -24,7 +24,7 @@ Status SendStatus(int result, const std::string& app_id) {
     case 0:
       return {};
     case MESSAGE_PORT_ERROR_MAX_EXCEEDED:
-      return Fail("The command is larger than a port takes; send less data.");
+      return Fail("The command is larger than a message port accepts; send less data.");
     case MESSAGE_PORT_ERROR_PORT_NOT_FOUND:
       return Fail("The application " + app_id + " is not running, or its page has not called listen().");
     default:
@@ -47,7 +47,7 @@ Status VoiceService::Start() {
   setenv("NURVO_APP_ID", wire::kServiceId, 1);
   if (const Status opened = OpenPort(); !opened) return opened;
   if (event_publish_app_event(wire::kInitEvent, nullptr) == 0) return {};
-  return Fail("The start-up event can't be published; is the bus still there?", ErrorKind::kNoEnvironment);
+  return Fail("The start-up event can't be published; is the bus still running?", ErrorKind::kNoEnvironment);
 }
 
 Status VoiceService::OpenPort() {
@@ -55,7 +55,7 @@ Status VoiceService::OpenPort() {
   if (port_id_ > 0) return {};
   const bool is_taken = port_id_ == NURVO_DESKTOP_ERROR_APP_ID_TAKEN;
   return Fail(
-      is_taken ? "Another voice service runs on this bus already; end it first."
+      is_taken ? "Another voice service is already running on this bus; end it first."
                : "The bus can't be reached; run it through the command corvis, or within dbus-run-session.",
       ErrorKind::kNoEnvironment);
 }
@@ -85,8 +85,7 @@ void VoiceService::OnMessage(int /*port_id*/, const char* remote_app_id, const c
                              bool /*is_trusted*/, bundle* message, void* service) {
   auto& self = *static_cast<VoiceService*>(service);
   const std::string word = TextOf(message, wire::kCommandKey);
-  // Who speaks is what the sender's platform wrote beside the message: on this bus everybody is trusted to
-  // name themselves.
+  // The sender's platform supplies the application id; on this private bus every sender is trusted.
   const std::string app_id = remote_app_id == nullptr ? "" : remote_app_id;
   if (word == wire::kRegister) {
     self.Register(app_id);
@@ -95,20 +94,19 @@ void VoiceService::OnMessage(int /*port_id*/, const char* remote_app_id, const c
   } else if (word == wire::kResult || word == wire::kAppContext || word == wire::kPartialResult) {
     self.TakeAnswer(app_id, word, message);
   } else {
-    self.Report("A message of " + app_id + " with the unknown word \"" + word + "\" is ignored.");
+    self.Report("Ignored a message from " + app_id + " with the unknown word \"" + word + "\".");
   }
 }
 
 void VoiceService::Report(const std::string& sentence) {
   ++notices_;
   if (notices_ <= kMostNotices) notice_(sentence);
-  if (notices_ == kMostNotices)
-    notice_("More such messages follow; they are not reported until the next command.");
+  if (notices_ == kMostNotices) notice_("Further notices are suppressed until the next command.");
 }
 
 void VoiceService::Register(const std::string& app_id) {
   if (registrations_.size() >= kMostApps && registrations_.count(app_id) == 0)
-    return Report("The application " + app_id + " is ignored: there are too many of them.");
+    return Report("The application " + app_id + " is ignored: too many applications are registered.");
   Unregister(app_id);
   apps_.push_back(app_id);
   ++registrations_[app_id];
@@ -126,7 +124,7 @@ void VoiceService::Watch(const std::string& app_id) {
   if (app_watch_add(app_id.c_str(), OnAppChange, this, &watch) == 0) {
     watches_[app_id] = watch;
   } else {
-    Report("The bus won't report when the application " + app_id + " goes.");
+    Report("The bus can't be watched for the departure of the application " + app_id + ".");
   }
 }
 
@@ -149,9 +147,9 @@ void VoiceService::HandOver(const std::string& app_id, Answer answer) {
   if (ignored_.erase(answer.command_id) == 1) return;
   const std::string text = answer.is_broken() ? answer.problem : answer.data.substr(0, kNoticeBytes);
   if (answer.command_id == 0) {
-    Report("An answer of " + app_id + " that nobody waits for is ignored: " + text);
+    Report("Ignored an unexpected answer from " + app_id + ": " + text);
   } else if (awaited_.count(answer.command_id) == 0) {
-    Report("The answer to " + answer.action + " came late, after " +
+    Report("The answer to " + answer.action + " arrived late, after " +
            std::to_string(Milliseconds(answer.took)) + " ms: " + text);
   } else {
     Keep(std::move(answer));
@@ -196,14 +194,14 @@ Result<uint64_t> VoiceService::Inject(const std::string& app_id, const Entries& 
 }
 
 void VoiceService::Ignore(uint64_t command_id) {
-  // An answer that has come already is not to come any more.
+  // If the answer has already arrived, releasing it is enough.
   if (!Release(command_id)) ignored_.insert(command_id);
   if (ignored_.size() > kMostAwaited) ignored_.erase(ignored_.begin());
 }
 
 Status VoiceService::SendEntries(const std::string& app_id, const Entries& entries) {
   const nurvo::BundlePtr message = MakeBundle(entries);
-  if (!message) return Fail("The message can't be made: keys must differ, and none may be empty.");
+  if (!message) return Fail("The message can't be built: keys must be unique and not empty.");
   return SendStatus(message_port_send_message(app_id.c_str(), wire::kPort, message.get()), app_id);
 }
 

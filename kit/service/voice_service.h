@@ -1,4 +1,4 @@
-// The voice service on the bus: its port, the register of applications, commands out and answers in.
+// The voice service on the bus: registers applications, sends commands and receives answers.
 #ifndef CORVIS_KIT_SERVICE_VOICE_SERVICE_H_
 #define CORVIS_KIT_SERVICE_VOICE_SERVICE_H_
 
@@ -19,15 +19,15 @@
 
 namespace corvis::kit {
 
-// Lives on the main loop. One in a process.
+// Runs on the main loop. Create one per process.
 class VoiceService {
  public:
-  // Takes what happens beside the commands: departures, late and broken answers. Of many in a row only the
-  // first are reported.
+  // Receives notices that belong to no command: departures, late and broken answers. Of many in a row only
+  // the first are reported.
   using Notice = std::function<void(const std::string& sentence)>;
 
-  // What applications can make the service keep. What more applications send is ignored; of more answers the
-  // oldest are dropped.
+  // Limits on what applications can make the service store. Beyond them, further applications are ignored and
+  // the oldest answers are dropped.
   static constexpr size_t kMostApps = AnswerBook::kMostApps;
   static constexpr size_t kMostAwaited = 10'000;
   static constexpr size_t kMostAnswerBytes = 4 * PieceJoiner::kLargestAnswer;
@@ -41,29 +41,29 @@ class VoiceService {
   // Opens the port and announces the start.
   Status Start();
 
-  // Plays a restart: forgets every application, closes and opens the port, announces the start.
+  // Simulates a restart: forgets all applications, closes and reopens the port, announces the start.
   Status Restart();
 
-  // The registered applications, the last one to register last.
+  // The registered applications in the order of registration.
   const std::vector<std::string>& apps() const { return apps_; }
   bool HasApp(const std::string& app_id) const;
-  // How often an application registered so far.
+  // The number of times that an application has registered.
   int registrations(const std::string& app_id) const;
 
   // Sends a command and waits for its answer.
   Result<Answer> Say(const std::string& app_id, const Command& command, std::chrono::milliseconds timeout);
 
-  // Sends a command and does not wait. Gives its id.
+  // Sends a command without waiting for the answer. Returns its id.
   Result<uint64_t> Send(const std::string& app_id, const Command& command);
-  // Waits for the answer to a command that was sent. Fails when it is broken, and when the application goes
-  // away.
+  // Waits for the answer to a command. Fails if the answer is broken, if the application leaves the bus, or
+  // after `timeout`.
   Result<Answer> Await(const std::string& app_id, uint64_t command_id, std::chrono::milliseconds timeout);
 
-  // Sends a bundle as it is, whatever it holds. A whole command (it has an action and data) is owed an
-  // answer, which Await gives; for anything else the id is 0.
+  // Sends a bundle unchanged. If it is a complete command (with an action and data), returns an id for Await;
+  // otherwise returns 0.
   Result<uint64_t> Inject(const std::string& app_id, const Entries& entries);
 
-  // Nobody will ask for the answer to this command: it is dropped without a notice when it comes.
+  // Drops the answer to this command silently when it arrives.
   void Ignore(uint64_t command_id);
 
  private:
@@ -77,27 +77,27 @@ class VoiceService {
   void Register(const std::string& app_id);
   void Unregister(const std::string& app_id);
   void TakeAnswer(const std::string& app_id, const std::string& word, bundle* message);
-  // To whoever waits for it, or as a notice.
+  // Delivers an answer to its waiting command, or reports it as a notice.
   void HandOver(const std::string& app_id, Answer answer);
   void Keep(Answer answer);
-  // Awaits a command no longer; gives its answer, if it has come.
+  // Stops awaiting a command. Returns its answer if it has arrived.
   std::optional<Answer> Release(uint64_t command_id);
   void Watch(const std::string& app_id);
   void Report(const std::string& sentence);
 
   Notice notice_;
-  // Since the last command was sent.
+  // The number of notices since the last command.
   int notices_ = 0;
   int port_id_ = 0;
   std::vector<std::string> apps_;
   std::map<std::string, int> registrations_;
   std::map<std::string, app_watch_h> watches_;
   AnswerBook book_;
-  // The commands that Await may be asked for, oldest first, with the answers that have come. Answers to other
-  // commands are late.
+  // The commands that can be awaited, oldest first, with the answers that have arrived. An answer to any
+  // other command is late.
   std::map<uint64_t, std::optional<Answer>> awaited_;
   size_t answer_bytes_ = 0;
-  // The commands whose answers are dropped; of these, too, at most kMostAwaited.
+  // The commands whose answers are dropped; at most kMostAwaited.
   std::set<uint64_t> ignored_;
 };
 

@@ -1,4 +1,4 @@
-// The names on the wire between the voice service and the applications.
+// The names in the protocol between the voice service and the applications.
 #ifndef CORVIS_KIT_SERVICE_WIRE_H_
 #define CORVIS_KIT_SERVICE_WIRE_H_
 

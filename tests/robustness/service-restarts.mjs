@@ -14,7 +14,7 @@ const random = randomNumbers(20261123);
 
 const answerLine =
   /^ACTION_CUSTOM once=(\S+) work=\d+ {2}-> {2}\{"once":"(\S+)","work":"\d+"\} {3}\([\d.]+ ms\)$/;
-const strayLine = /^An answer of \S+ that nobody waits for is ignored: \{"once":"(\S+)","work":"\d+"\}$/;
+const strayLine = /^Ignored an unexpected answer from \S+: \{"once":"(\S+)","work":"\d+"\}$/;
 const goneLine = 'ACTION_CUSTOM: The page went away before it answered.';
 
 // What came of all commands.
