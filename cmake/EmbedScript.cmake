@@ -1,5 +1,5 @@
-# Text files, scripts above all, that programs contain as C++ texts, unchanged. Run by itself (cmake -P), this file
-# writes one such header.
+# Embeds text files, mostly scripts, in programs as C++ string literals. Run with cmake -P, this file writes one such
+# header.
 if(CMAKE_SCRIPT_MODE_FILE)
   file(READ ${SCRIPT} text)
   file(WRITE ${HEADER} "// Made from a script file; change that.
@@ -16,7 +16,7 @@ endif()
 
 set(embed_script_program ${CMAKE_CURRENT_LIST_FILE})
 
-# Gives `target` the header <base name of the script>_script.h, which defines the text `name` in `namespace`.
+# Generates the header <base name of the script>_script.h for `target`. It defines the text `name` in `namespace`.
 function(embed_script target script namespace name)
   get_filename_component(base ${script} NAME_WE)
   set(header ${CMAKE_CURRENT_BINARY_DIR}/scripts/${base}_script.h)

@@ -1,4 +1,4 @@
-# What is installed where, and the two Debian packages: the library for integrators, and the desktop kit.
+# Install rules and the two Debian packages: the library for integrators, and the desktop kit.
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME library)
 set(kit_libdir ${CMAKE_INSTALL_LIBDIR}/corvis)
 set(kit_libexecdir ${CMAKE_INSTALL_LIBEXECDIR}/corvis)
@@ -9,14 +9,14 @@ install(TARGETS corvis_voiceinteraction LIBRARY DESTINATION ${CMAKE_INSTALL_LIBD
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/platform/include/nurvo DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvis
         COMPONENT library)
 install(FILES ${CMAKE_BINARY_DIR}/voiceinteraction_api.js DESTINATION ${kit_datadir} COMPONENT library)
-# Relative to itself, so that it is right wherever the package is put.
+# The prefix is relative to the .pc file, so that the installed package can be moved.
 file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/corvis_voiceinteraction.pc.in corvis_voiceinteraction.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/corvis_voiceinteraction.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT library)
 
 if(NOT CORVIS_PLATFORM)
-  # The stand-in stands in a folder of its own, where no real platform is looked for.
+  # The stand-in is installed in a separate folder, where it is not mistaken for a real platform.
   set_target_properties(nurvo_common nurvo_platform PROPERTIES INSTALL_RPATH "$ORIGIN")
   install(TARGETS nurvo_common nurvo_platform LIBRARY DESTINATION ${kit_libdir} COMPONENT library)
 endif()

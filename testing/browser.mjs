@@ -1,5 +1,5 @@
-// A browser whose pages run the script API on a native side that only records: pages come from two local
-// origins, and each page gets `voice`, with which a test delivers commands and looks at what the script did.
+// A browser whose pages run the script API on a recording fake of the native side. Pages are served from two local
+// origins; in each page the object `voice` delivers commands and exposes what the script did.
 import { readFileSync } from 'node:fs';
 import assert from 'node:assert/strict';
 import { createServer } from 'node:http';
@@ -11,7 +11,7 @@ const browserArguments =
   '--no-sandbox --disable-gpu --disable-quic --no-first-run --disable-background-networking ' +
   '--disable-component-update --disable-sync';
 
-/** The packed script API named by CORVIS_SCRIPT_API, or else its files joined in their order. */
+/** The packed script API named by CORVIS_SCRIPT_API, or its source files joined in order. */
 export function scriptText() {
   const packed = process.env.CORVIS_SCRIPT_API;
   if (packed) return readFileSync(packed, 'utf8');
@@ -21,7 +21,7 @@ export function scriptText() {
 
 const pageScript = (name) => readFileSync(new URL(`page/${name}`, import.meta.url), 'utf8');
 
-/** The text of a function that maps a page in the plainest way; runs inside the page. */
+/** The source of a reference implementation of the element map, to be run inside the page. */
 export const plainElementMap = `(function () { ${pageScript('plain-element-map.js')} })`;
 
 /** Runs in the page: defines `voice`. */
@@ -39,7 +39,7 @@ function serve(documents) {
   });
 }
 
-/** Starts the browser and two servers of different origins; `close` ends all of it. */
+/** Starts the browser and two servers of different origins; `close` stops them all. */
 export async function startBrowser() {
   const documents = new Map();
   const servers = [await serve(documents), await serve(documents)];
@@ -49,9 +49,9 @@ export async function startBrowser() {
 
   return {
     origins,
-    /** Makes `html` available at `path` of both origins. */
+    /** Serves `html` at `path` of both origins. */
     addDocument: (path, html) => documents.set(path, html),
-    /** A page that shows `html` and has `voice`, whose built-in handlers are registered. */
+    /** Opens a page with `html` and `voice`; the script's built-in handlers are registered. */
     async open(html) {
       documents.set('/', `<!doctype html><meta charset="utf-8"><title></title>${html}`);
       const page = await browser.newPage({ viewport: { width: 1280, height: 720 } });
@@ -67,7 +67,7 @@ export async function startBrowser() {
   };
 }
 
-/** The value of `expression` in the page, where `voice` and its members are in scope; an error as its text. */
+/** Evaluates `expression` in the page, with `voice` and its members in scope; returns an error as its text. */
 export function evaluate(page, expression) {
   const scope =
     'const { api, calls, logs, logged, listeners, deliver, contentContext, peek, outcome, mismatch } = voice';
@@ -75,8 +75,8 @@ export function evaluate(page, expression) {
 }
 
 /**
- * Checks a table with a row `expression → expected expression` on each line, both evaluated in the page and in this
- * order; an error counts as its text. A failure shows every row that is off.
+ * Checks a table with a row `expression → expected expression` on each line. Evaluates both in the page, in this order;
+ * an error counts as its text. A failure lists every row that differs.
  */
 export async function checkTable(page, table) {
   const rows = table

@@ -1,4 +1,4 @@
-// Short ways to make and read bundles.
+// Helpers to create and read bundles.
 #ifndef CORVIS_TESTING_BUNDLES_H_
 #define CORVIS_TESTING_BUNDLES_H_
 
@@ -20,7 +20,7 @@ inline BundlePtr MakeBundle(const Entries& entries) {
   return result;
 }
 
-// The string under `key`; empty when there is none.
+// The string under `key`; empty if there is none.
 inline std::string TextOf(bundle* b, const char* key) {
   char* value = nullptr;
   return bundle_get_str(b, key, &value) == 0 ? value : "";

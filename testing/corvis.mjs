@@ -1,4 +1,4 @@
-// Runs the commands of ./corvis as a user would, from another folder, and collects what they print.
+// Runs commands of ./corvis as a user would, from another folder, and collects their output.
 import { spawn } from 'node:child_process';
 import { mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
@@ -8,26 +8,26 @@ import { fileURLToPath } from 'node:url';
 export const root = path.resolve(path.dirname(fileURLToPath(import.meta.url)), '..');
 export const build = process.env.CORVIS_BUILD ?? path.join(root, 'build');
 
-// The URI of a privilege with the host that the build was made for.
+// The URI of a privilege, with the host that the build is configured for.
 export const privilegeUri = (name) =>
   `http://${readFileSync(path.join(build, 'privilege-host'), 'utf8')}/privilege/${name}`;
 
-// A folder for one test, gone after it. Runs put their private folders into it, so that leftovers show.
-// Its name has what paths may have.
+// Creates a folder that is removed after the test. Runs create their private folders in it, so that leftovers are found.
+// Its name contains characters that are valid in paths but often mishandled.
 export function scratchFolder(t) {
   const folder = mkdtempSync(path.join(tmpdir(), 'corvis test & ü '));
   t.after(() => rmSync(folder, { recursive: true, force: true }));
   return folder;
 }
 
-// A page in a folder of its own.
+// Writes a page into a new folder and returns the folder.
 export function writePage(t, html) {
   const folder = scratchFolder(t);
   writeFileSync(path.join(folder, 'index.html'), `<!doctype html><meta charset="utf-8">${html}`);
   return folder;
 }
 
-// Starts a command. `output()` is all that it has printed so far, on both streams.
+// Starts a command. `output()` returns everything that it has printed so far, on both streams.
 export function start(args, { input, env = {}, cwd = tmpdir() } = {}) {
   const child = spawn(path.join(root, 'corvis'), args, { cwd, env: { ...process.env, DISPLAY: '', ...env } });
   let text = '';
@@ -42,7 +42,7 @@ export function start(args, { input, env = {}, cwd = tmpdir() } = {}) {
   return { child, exited, output: () => text };
 }
 
-// Runs a command to its end, at most `seconds`.
+// Runs a command until it exits, at most `seconds`.
 export async function run(args, options = {}) {
   const command = start(args, { input: '', ...options });
   const timer = setTimeout(() => command.child.kill('SIGTERM'), (options.seconds ?? 60) * 1000);
@@ -51,8 +51,8 @@ export async function run(args, options = {}) {
   return result;
 }
 
-// Waits until `holds` gives something true; when it never does, ends the command, for which the test runner would
-// wait, and fails with what was printed.
+// Waits until `holds` returns a truthy value and returns it. After `seconds`, kills the command, for which the test
+// runner would otherwise wait, and fails with its output.
 export async function until(holds, command, seconds = 20) {
   const deadline = Date.now() + seconds * 1000;
   for (;;) {
@@ -60,13 +60,13 @@ export async function until(holds, command, seconds = 20) {
     if (value) return value;
     if (Date.now() > deadline) {
       command.child?.kill();
-      throw new Error(`waited ${seconds} s in vain; printed so far:\n${command.output()}`);
+      throw new Error(`The condition did not hold within ${seconds} s; output so far:\n${command.output()}`);
     }
     await new Promise((resolve) => setTimeout(resolve, 20));
   }
 }
 
-// The environments of the running processes that mention `text`.
+// The environments, among those of all running processes, that contain `text`.
 export function processesWith(text) {
   return readdirSync('/proc')
     .filter((name) => /^\d+$/.test(name))

@@ -1,4 +1,4 @@
-// Starting and ending the bus, and waiting.
+// Starts and stops the bus, and waits on the main loop.
 #include "testing/private_bus.h"
 
 #include <glib.h>
@@ -24,7 +24,7 @@ PrivateBus::~PrivateBus() {
 
 bool WaitFor(const std::function<bool()>& condition) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-  // Wakes the loop up, so that the deadline is looked at when nothing happens.
+  // Wakes the loop up regularly, so that the deadline is checked even if nothing happens.
   const guint ticks = g_timeout_add(
       10, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
   bool is_met = condition();

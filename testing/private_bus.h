@@ -1,4 +1,4 @@
-// A message bus of a test's own.
+// A private message bus for a test.
 #ifndef CORVIS_TESTING_PRIVATE_BUS_H_
 #define CORVIS_TESTING_PRIVATE_BUS_H_
 
@@ -8,7 +8,8 @@
 
 #include "testing/process.h"
 
-// dbus-daemon with a socket in a folder of its own, both gone with the object. For this user alone.
+// Runs a dbus-daemon for this user only, with its socket in a private folder. The destructor ends and removes
+// both.
 class PrivateBus {
  public:
   PrivateBus();
@@ -24,7 +25,7 @@ class PrivateBus {
   std::unique_ptr<Process> daemon_;
 };
 
-// Runs the main loop until `condition` holds; false when it does not within ten seconds.
+// Runs the main loop until `condition` holds. Returns false after ten seconds.
 bool WaitFor(const std::function<bool()>& condition);
 
 #endif  // CORVIS_TESTING_PRIVATE_BUS_H_

@@ -1,4 +1,4 @@
-// Starting and ending programs.
+// Starts and ends child processes.
 #include "testing/process.h"
 
 #include <sys/prctl.h>

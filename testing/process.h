@@ -1,4 +1,4 @@
-// A program that a test runs beside itself.
+// A child process of a test.
 #ifndef CORVIS_TESTING_PROCESS_H_
 #define CORVIS_TESTING_PROCESS_H_
 
@@ -9,10 +9,10 @@
 #include <utility>
 #include <vector>
 
-// Runs from construction on; killed and awaited by the destructor.
+// The constructor starts the process; the destructor kills and reaps it.
 class Process {
  public:
-  // Variables with an empty value are taken out of the environment.
+  // Variables with an empty value are removed from the environment.
   using Environment = std::vector<std::pair<std::string, std::string>>;
 
   explicit Process(const std::vector<std::string>& command, const Environment& environment = {});
@@ -20,7 +20,7 @@ class Process {
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
 
-  // The next line of its standard output and standard error; empty at their end.
+  // The next line of standard output or standard error; empty at the end of both.
   std::string ReadLine();
   void Signal(int number) const;
   pid_t pid() const { return pid_; }

@@ -1,4 +1,4 @@
-// Header and checksum of a bundle's text.
+// Adds the header and checksum of an encoded bundle.
 #include "testing/signed_bundle.h"
 
 #include "bundle/bundle_format.h"

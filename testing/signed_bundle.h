@@ -1,4 +1,5 @@
-// Bundle texts for the fuzz targets: a fuzzer would not guess a checksum, so it writes what stands behind it.
+// Encodes bundles for the fuzz targets. A fuzzer can't guess the checksum, so it generates only the text
+// after it.
 #ifndef CORVIS_TESTING_SIGNED_BUNDLE_H_
 #define CORVIS_TESTING_SIGNED_BUNDLE_H_
 
@@ -6,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-// `body` as the text of a bundle, with the right header in front.
+// Returns `body` as an encoded bundle, preceded by a valid header.
 std::string SignedBundle(const std::string& body);
 
 inline std::string SignedBundle(const uint8_t* data, size_t size) {

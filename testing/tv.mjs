@@ -1,4 +1,4 @@
-// corvis-tv on a bus of its own, with the test's extension, and its control interface.
+// Runs corvis-tv with the test's extension on a private bus, and calls its control interface.
 import { execFile, spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { createServer } from 'node:http';
@@ -9,7 +9,7 @@ import { build, until } from './corvis.mjs';
 
 export const echo = path.join(build, 'lib/libecho_extension.so');
 
-// A private bus that ends with the test; gives its address.
+// Starts a private bus that ends with the test. Returns its address.
 export async function startBus(t) {
   const bus = spawn('dbus-daemon', ['--session', '--print-address', '--nofork', '--nopidfile']);
   t.after(() => bus.kill());
@@ -19,7 +19,7 @@ export async function startBus(t) {
   return address.trim();
 }
 
-// Answers requests at an origin of its own, until the test ends.
+// Serves HTTP requests at a new origin until the test ends.
 export async function serve(t, answer) {
   const server = createServer(answer);
   await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
@@ -27,7 +27,7 @@ export async function serve(t, answer) {
   return `http://127.0.0.1:${server.address().port}`;
 }
 
-// Serves pages, texts by their paths.
+// Serves pages, given as a map of paths to texts.
 export function servePages(t, pages) {
   return serve(t, (request, response) => {
     const page = pages[request.url];
@@ -36,8 +36,8 @@ export function servePages(t, pages) {
   });
 }
 
-// What goes over a bus from now on, in order: `records` holds signals of the control interface as [name, ...values], and
-// replies as [method, ...values], with the sentence of an error as { error }.
+// Records the traffic on a bus in order. `records` holds signals of the control interface as [name, ...values] and
+// replies as [method, ...values], with an error's message as { error }.
 export async function watchBus(t, address) {
   const monitor = spawn('busctl', ['--address', address, '--json=short', 'monitor']);
   t.after(() => monitor.kill());
@@ -73,7 +73,7 @@ export class Tv {
     return this.text;
   }
 
-  // Calls a method of the control interface; gives what `gdbus` prints, a tuple. Rejects with the error's text.
+  // Calls a method of the control interface. Resolves with the tuple that `gdbus` prints; rejects with the error's text.
   async call(method, ...values) {
     const target = ['--dest', 'com.example.app.runtime', '--object-path', '/corvis/tv'];
     const texts = values.map((value) => JSON.stringify(value));
@@ -82,7 +82,7 @@ export class Tv {
     return (await promisify(execFile)('gdbus', args, limits)).stdout.trim();
   }
 
-  // An expression's value. It travels as a URI, which no layer quotes.
+  // Evaluates an expression. Its value is passed URI-encoded, which needs no quoting in any layer.
   async evaluate(expression) {
     const tuple = await this.call('Evaluate', `encodeURIComponent(JSON.stringify(${expression}))`);
     return JSON.parse(decodeURIComponent(tuple.slice(3, -4)));

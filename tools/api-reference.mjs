@@ -1,5 +1,5 @@
-// Makes docs/api.md, the API reference, from the declarations in npm/index.d.ts: `node tools/api-reference.mjs`.
-// The text is what the declarations' comments say; only the order and the headings come from here.
+// Generates docs/api.md, the API reference, from npm/index.d.ts: `node tools/api-reference.mjs`. The text comes from the
+// comments of the declarations; this file adds only the order and the headings.
 import { writeFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
 import ts from 'typescript';
@@ -16,7 +16,7 @@ declarations, \`npm/index.d.ts\`, where an editor shows it beside the code.
 [Voice control in ten minutes](ten-minutes.md) is the way in.
 `;
 
-// The sections in their order: which declarations each takes, by kind, and what opens it.
+// The sections in order: the kind of declarations in each, and its introduction.
 const sections = [
   { title: 'Methods', kind: 'methods', entries: methodEntries },
   { title: 'Callbacks', kind: 'callbacks', entries: callbackEntries },
@@ -26,14 +26,14 @@ const sections = [
   { title: 'Errors', kind: 'errors', entries: objectEntries },
 ];
 
-// The declarations' two main interfaces are sections of their own.
+// Two interfaces have a section each.
 const sectionOf = { VoiceInteraction: 'methods', VoiceCallbacks: 'callbacks' };
 
 function isStringUnion(type) {
   return type.isUnion() && type.types.every((part) => part.isStringLiteral());
 }
 
-// Which section a declaration belongs to.
+// The section of a declaration.
 function kindOf(node, checker) {
   if (node.name.text in sectionOf) return sectionOf[node.name.text];
   if (ts.isInterfaceDeclaration(node)) return node.heritageClauses ? 'errors' : 'objects';
@@ -44,7 +44,7 @@ function kindOf(node, checker) {
 const anchorOf = (title) => title.toLowerCase();
 const linkTo = (name) => `[${name}](#${anchorOf(name)})`;
 
-// A comment's text, with its links to other declarations as links in this document.
+// The text of a comment, with links to other declarations converted to links in this document.
 function textOf(comment) {
   const text = (ts.getTextOfJSDocComment(comment) ?? '').replace(
     /\{@link (?:\w+\.)?(\w+)\}/g,
@@ -59,7 +59,7 @@ function commentOf(node) {
 
 const inCell = (text) => text.replaceAll('\n', ' ').replaceAll('|', '\\|');
 
-// A type for people: all values of a choice; a link where there is one.
+// A readable type: all values of a union, and a link if the type is documented.
 function typeText(type, node, checker, known) {
   const name = type.aliasSymbol?.name ?? type.symbol?.name;
   if (known.has(name)) return linkTo(name);
@@ -91,7 +91,7 @@ function callbackEntries([node], { checker, known }) {
     const [signature] = type.getCallSignatures();
     const [parameter] = signature.parameters;
     const parameterType = checker.getNonNullableType(checker.getTypeOfSymbol(parameter));
-    // A text may be missing, what the script converts never is.
+    // A text may be missing; a converted parameter never is.
     const isOptional = parameter.valueDeclaration.questionToken !== undefined;
     const returned = typeText(signature.getReturnType(), member, checker, known);
     const received = `${typeText(parameterType, member, checker, known)}${isOptional ? ' or nothing' : ''}`;
@@ -132,7 +132,7 @@ function valueEntries(nodes, { checker }) {
   }));
 }
 
-/** The whole of docs/api.md. */
+/** The contents of docs/api.md. */
 export function apiReference() {
   const program = ts.createProgram([declarations], { strict: true, types: [] });
   const [problem] = ts.getPreEmitDiagnostics(program);

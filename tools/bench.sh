@@ -1,4 +1,4 @@
-# The benchmarks: ../bench, built and run on a bus of their own. Sourced by ../corvis.
+# Builds the benchmarks in ../bench and runs them on a private bus. Sourced by ../corvis.
 
 bench_packages=(libbenchmark-dev valgrind)
 
@@ -6,29 +6,29 @@ bench_usage() {
   cat <<'EOT'
 Usage: corvis bench [--short] [--json FILE] [--plots FILE.svg] [NAME...]
 
-Measures how fast things are against what they can't be faster than, and prints one Markdown table: what, measured
-against what, the ratio of the medians, the aim, and whether it is met. Both sides of each ratio are measured in turns
-in the same run. docs/performance.md tells more. Without a name all are measured:
+Compares measurements with lower bounds and prints one Markdown table: what is measured, against what, the ratio of the
+medians, the target, and whether it is met. Both sides of each ratio are measured alternately in the same run.
+docs/performance.md explains the figures. Without a name all are measured:
 
   round-trip     a command from the voice service to the page and its answer back
   command        the native work of a command, in instructions
   answer         answers that don't fit into one message
   bundle-json    a command's bundle to JSON
-  element-map    finding what can be selected on a page
+  element-map    finding the items that can be selected on a page
   script         the script API's start, and a command in it
-  library        loading the library, and its memory for a page
-  size           the library, its script and its memory; without --short for 32-bit and 64-bit ARM, too
-  logging        the log calls while logging is switched off
+  library        loading the library, and its memory per page
+  size           the library, its script and its memory; without --short also for 32-bit and 64-bit ARM
+  logging        the cost of log calls while logging is off
   simulator      the npm package in a browser: size, start, a phrase
 
 Options
-  --short            few samples: whether it runs, in seconds; its figures mean nothing
-  --json FILE        all samples, in microseconds where they are times
-  --plots FILE.svg   a page of plots: distributions, and times over sizes
+  --short            take few samples, to check in seconds that it runs; the figures mean nothing
+  --json FILE        write all samples; times are in microseconds
+  --plots FILE.svg   write a page of plots: distributions, and times over sizes
 EOT
 }
 
-# Whether these arguments ask for the long form of the row "size", which needs builds for other processors.
+# Whether the arguments request the long form of the row "size", which needs builds for other processors.
 wants_cross() {
   local is_named=
   while [ $# -gt 0 ]; do
@@ -51,7 +51,7 @@ corvis_bench() {
   done
   install_missing "${kit_packages[@]}" "${test_packages[@]}" "${bench_packages[@]}"
   prepare_node
-  # In the build folder as it is configured, so that neither tests nor kit are built twice.
+  # Reuses the options of the build folder, so that neither tests nor kit are built twice.
   grep -qs '^CORVIS_BUILD_BENCH:BOOL=ON$' "$build/CMakeCache.txt" ||
     configure "$build" $(cat "$build/corvis-options" 2>/dev/null || echo -DCORVIS_BUILD_TESTS=OFF) -DCORVIS_BUILD_BENCH=ON
   compile "$build" "${kit_targets[@]}" bench_programs

@@ -1,22 +1,23 @@
-# The checks of the whole tree. Sourced by ../corvis.
+# Runs all checks over the whole tree. Sourced by ../corvis.
 
 check_usage() {
   cat <<'EOT'
 Usage: corvis check
 
-Formatters, linters, the layers, and three builds with warnings as errors: GCC, Clang with clang-tidy, and Release
-without assertions. Prints one line a check; what a failed one printed is shown and kept in a file.
+Runs formatters, linters, the check of the layers, and three builds with warnings as errors: GCC, Clang with clang-tidy,
+and Release without assertions. Prints one line per check, and the output of each failed check, which is also kept in a
+file.
 EOT
 }
 
-# The tracked files that end in one of the arguments.
+# Lists the tracked files with one of these extensions.
 tracked() {
   local ending patterns=()
   for ending in "$@"; do patterns+=("*.$ending"); done
   git -C "$home" ls-files -- "${patterns[@]}"
 }
 
-# Runs one check: its name, then the command.
+# Runs one check and prints its result. Arguments: the name, then the command.
 check_step() {
   local name=$1 log=$build/check/${1// /-}.log begin=$SECONDS
   shift
@@ -25,22 +26,22 @@ check_step() {
     echo "✔ $name ($((SECONDS - begin)) s)"
   else
     failed=$((failed + 1))
-    # The findings of a build, without the compiler's command lines and counts.
+    # Show the findings without the build's command lines and counts.
     grep -vE '^(\[[0-9]+/|ninja: |[0-9]+ warnings? |Suppressed |Use -header-filter)|^/usr/bin/(c\+\+|cmake|clang)' "$log" |
       tail -n 100
     echo "✖ $name ($((SECONDS - begin)) s); its output is in $log"
   fi
 }
 
-# Clang's build is made anew when clang-tidy is to look for something else.
+# Starts the Clang build from scratch after a change of clang-tidy's configuration, which ninja does not track.
 build_with_clang() {
   [ -z "$(find $(git ls-files '*.clang-tidy') -newer "$build-clang/corvis-options" 2>&1)" ] || rm -rf "$build-clang"
   build_all "$build-clang" -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_CXX_CLANG_TIDY="clang-tidy;--quiet" \
     -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=
 }
 
-# Builds everything, tests, benchmarks and fuzzers included, in a folder of its own, past the first error. The product's
-# files of a target are compiled as one: the headers are read once, which makes clang-tidy some eight times faster.
+# Builds everything, including tests, benchmarks and fuzzers, in a separate folder, and continues after errors. Unity
+# builds of the product's targets read each header once, which makes clang-tidy about eight times faster.
 build_all() {
   local folder=$1
   shift

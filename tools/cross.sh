@@ -1,10 +1,10 @@
-# Other processors: the library and its tests, built by Debian's cross compilers and run by qemu-user. Sourced by
-# ../corvis.
+# Builds the library and its tests for other processors with Debian's cross compilers and runs them with qemu-user.
+# Sourced by ../corvis.
 
 cross_packages=(g++-arm-linux-gnueabihf g++-aarch64-linux-gnu qemu-user googletest)
 cross_triplets=(arm-linux-gnueabihf aarch64-linux-gnu)
 
-# Builds them, each in a folder of its own: $build-TRIPLET.
+# Builds for each processor in the folder $build-TRIPLET.
 prepare_cross() {
   install_missing "${kit_packages[@]}" "${cross_packages[@]}"
   local triplet

@@ -1,4 +1,4 @@
-# The npm package for JavaScript authors. Sourced by ../corvis.
+# Builds the npm package for JavaScript authors. Sourced by ../corvis.
 
 npm_packages=(emscripten node-acorn)
 
@@ -6,12 +6,12 @@ npm_usage() {
   cat <<'EOT'
 Usage: corvis npm
 
-Makes the npm package corvis-voiceinteraction: the API's declarations, and a TV's voice control for browsers and
-tests. Prints the file, which `npm install` takes as it is. Compiles to WebAssembly, for which it installs Emscripten.
+Builds the npm package corvis-voiceinteraction: the API's declarations, and a TV's voice control for browsers and
+tests. Prints the path of the package file, ready for `npm install`. Installs Emscripten to compile to WebAssembly.
 EOT
 }
 
-# The WebAssembly module, a project of its own with a compiler of its own.
+# Compiles the WebAssembly module, a separate CMake project with its own compiler.
 compile_module() {
   local module=$build/npm/module log=$build/npm/module.log
   mkdir -p "$module"
@@ -23,7 +23,7 @@ compile_module() {
   ninja -C "$module" >"$log" 2>&1 || { cat "$log" >&2; fail "The module's build failed; see the output above."; }
 }
 
-# Makes the package's folder, build/npm/package, from the sources and the WebAssembly module.
+# Creates the package's folder, build/npm/package, from the sources and the WebAssembly module.
 prepare_npm_package() {
   install_missing "${kit_packages[@]}" "${npm_packages[@]}"
   prepare_node

@@ -1,4 +1,4 @@
-# What goes wrong, on purpose, with figures: fuzzing, and the programs of tests/robustness. Sourced by ../corvis.
+# Provokes failures and prints figures: fuzzing, and the programs of tests/robustness. Sourced by ../corvis.
 
 fuzz_packages=(clang libclang-rt-14-dev)
 
@@ -7,8 +7,8 @@ fuzz_usage() {
 Usage: corvis fuzz SECONDS [TARGET...]
 
 Builds the fuzzers with clang, AddressSanitizer and UndefinedBehaviorSanitizer, runs each for SECONDS (or the ones
-named) and prints a table: target, executions, executions a second, edges covered, findings. Ends with status 1 when
-something was found; what brings it about is kept in fuzz/corpus/TARGET, which `corvis test` replays from then on.
+named) and prints a table: target, executions, executions per second, edges covered, findings. Exits with status 1 if
+it finds something; the inputs are saved in fuzz/corpus/TARGET, which `corvis test` replays from then on.
 EOT
 }
 
@@ -34,7 +34,7 @@ corvis_fuzz() {
   return "$status"
 }
 
-# Fuzzes one target and prints its row. What it learns stays in the build folder, what it finds goes to the corpus.
+# Fuzzes one target and prints its row. The working corpus stays in the build folder; findings go to fuzz/corpus.
 fuzz_one() {
   local target=$1 seconds=$2 corpus=$home/fuzz/corpus/$1 learned=$build-fuzz/learned/$1 log=$build-fuzz/fuzz_$1.log
   mkdir -p "$learned"
@@ -59,18 +59,18 @@ reliability_usage() {
   cat <<EOT
 Usage: corvis reliability [--short] [NAME...]
 
-Runs an application and lets go wrong what can, often; prints a line of figures for each. With --short for seconds
-instead of minutes. Without a name all are run:
+Runs an application, provokes failures many times, and prints a line of figures for each program. With --short for
+seconds instead of minutes. Without a name all programs are run:
 
-  service-restarts       the voice service is killed and started again
-  departures             the application is closed, crashes, is killed: how soon the service knows
+  service-restarts       the voice service is killed and restarted
+  departures             the application is closed, crashes or is killed: how soon the service notices
   web-process-crashes    the page's process is killed during commands
-  load                   very many commands, and answers of every special size
-  hostile-peers          messages that are wrong in every way
-  permissions            what is refused without the privileges, to other users, and in other folders
+  load                   very many commands, and answers of critical sizes
+  hostile-peers          messages that are malformed in every way
+  permissions            access without privileges, by other users, and to other folders is refused
   processors             the native tests on 32-bit and 64-bit ARM, emulated; not part of --short unless named
 
-Exit status: 0 everything held; 1 something did not; 2 wrong usage.
+Exit status: 0 all programs passed; 1 one failed; 2 wrong usage.
 EOT
 }
 
@@ -88,7 +88,7 @@ corvis_reliability() {
   done
   if [ ${#names[@]} = 0 ]; then
     names=("${reliability_programs[@]}")
-    # Its compilers are large, and it has no short form.
+    # Its compilers are a large download, and it has no short form.
     [ ${#short[@]} -gt 0 ] || names+=(processors)
   fi
   if [ "${names[*]}" = processors ]; then

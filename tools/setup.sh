@@ -1,4 +1,4 @@
-# Setting up a source tree: installing what is missing, and building. Sourced by ../corvis.
+# Sets up a source tree: installs missing packages, configures and builds. Sourced by ../corvis.
 
 kit_packages=(g++ cmake ninja-build pkg-config picojson-dev nlohmann-json3-dev libexpected-dev libcli11-dev libfmt-dev
   libpugixml-dev libxxhash-dev libsystemd-dev libglib2.0-dev libwebkit2gtk-4.1-dev libsoup-3.0-dev
@@ -7,7 +7,7 @@ test_packages=(libgtest-dev libgmock-dev chromium)
 check_packages=(clang clang-format clang-tidy)
 kit_targets=(corvis_voiceinteraction corvis-tv corvis_tv_web_process corvis)
 
-# Installs the packages among the arguments that are not there, saying which.
+# Installs those of the given packages that are missing, and prints their names.
 install_missing() {
   local package missing=() installed
   installed=$(dpkg-query -W -f='<${Package} ${db:Status-Status}>' "$@" 2>/dev/null || true)
@@ -31,24 +31,24 @@ install_missing() {
   fi
 }
 
-# Whether a build folder was configured for this tree where it is now, not before it was copied or moved.
+# Whether a build folder is configured for this tree at its current path, not for one that was copied or moved.
 is_own() {
   local source
   source=$(grep -s ^CMAKE_HOME_DIRECTORY: "$1/CMakeCache.txt") && [ "${source#*=}" -ef "$home" ]
 }
 
-# Whether the targets given need no work in this build folder.
+# Whether the given targets are up to date in this build folder.
 is_up_to_date() {
   is_own "$1" && [[ $(ninja -C "$1" -n "${@:2}" 2>/dev/null) == *"no work to do"* ]]
 }
 
-# Makes a build folder, empty unless it is this tree's own.
+# Creates a build folder; removes its contents if they belong to another tree.
 make_build_folder() {
   if [ -f "$1/CMakeCache.txt" ] && ! is_own "$1"; then
-    echo "The build folder $1 belongs to another place; it is built anew." >&2
-    rm -rf "$1" || fail "The build folder $1 belongs to another place and can't be removed."
+    echo "The build folder $1 belongs to another source folder; rebuilding it." >&2
+    rm -rf "$1" || fail "The build folder $1 belongs to another source folder and can't be removed; remove it."
   fi
-  { mkdir -p "$1" && [ -w "$1" ]; } 2>/dev/null || fail "The build folder $1 can't be written; may this user write there?"
+  { mkdir -p "$1" && [ -w "$1" ]; } 2>/dev/null || fail "Can't write to the build folder $1; check its permissions."
 }
 
 # Configures a build folder unless it has been configured with these options before.
@@ -62,7 +62,7 @@ configure() {
   echo "$options" >"$folder/corvis-options"
 }
 
-# Builds the targets given. On a terminal what is built is shown, elsewhere only what fails.
+# Builds the given targets. Shows the progress on a terminal; otherwise prints only failures.
 compile() {
   local folder=$1 log=$1/compile.log
   is_up_to_date "$@" && return
@@ -85,7 +85,7 @@ prepare_kit() {
   compile "$build" "${kit_targets[@]}"
 }
 
-# Node.js from wherever it is; Debian's when there is none.
+# Uses the installed Node.js, or installs Debian's.
 prepare_node() {
   command -v node >/dev/null && command -v npm >/dev/null || install_missing nodejs npm
   if [ ! -f "$home/node_modules/.package-lock.json" ] ||

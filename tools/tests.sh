@@ -1,18 +1,18 @@
-# The tests: built, run and counted. Sourced by ../corvis.
+# Builds and runs the tests and counts the results. Sourced by ../corvis.
 
 test_usage() {
   cat <<'EOT'
 Usage: corvis test [--sanitize] [--native|--script|--npm|--kit]
 
-Builds and passes all tests, or one part of them: native (C++), script (the script API in a browser), npm (the npm
+Builds and runs all tests, or one part of them: native (C++), script (the script API in a browser), npm (the npm
 package), kit (from end to end, with real processes). With --sanitize: the native tests under ASan and UBSan. The last
-line has the totals.
+line shows the totals.
 EOT
 }
 
 passed=0 failed=0
 
-# Runs one runner, shows what it prints, and adds up its totals. A runner that counted nothing has failed.
+# Runs one test runner, shows its output, and adds up its totals. A runner without any test counts as a failure.
 count_results() {
   local name=$1 log=$build/tests.log status=0
   shift
@@ -25,7 +25,7 @@ count_results() {
     awk '{ n += $1 } END { print n + 0 }')
   passed=$((passed + good)) failed=$((failed + bad))
   if [ "$status" != 0 ] && [ "$bad" = 0 ] || [ $((good + bad)) = 0 ]; then
-    echo "$name: the runner ended with status $status." >&2
+    echo "$name: the test runner exited with status $status." >&2
     failed=$((failed + 1))
   fi
 }
@@ -44,7 +44,7 @@ node_tests() {
     count_results "$name" node --test --test-reporter=spec "${files[@]}"
 }
 
-# The same tests in an instrumented build of their own.
+# Runs the native tests in a separate build with sanitizers.
 sanitized_tests() {
   configure "$build-sanitize" -DCORVIS_BUILD_TESTS=ON -DCORVIS_SANITIZE=address,undefined -DCMAKE_BUILD_TYPE=Debug
   compile "$build-sanitize" native_tests
@@ -72,7 +72,7 @@ corvis_test() {
       -h | --help) test_usage; return ;;
       --sanitize) sanitize=1 ;;
       --native | --script | --npm | --kit) parts+=("${option#--}") ;;
-      *) fail "test does not know $option; see corvis test --help." 2 ;;
+      *) fail "Unknown option $option; see corvis test --help." 2 ;;
     esac
   done
   [ ${#parts[@]} -gt 0 ] || parts=(native script npm kit)

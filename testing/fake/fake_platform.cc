@@ -1,4 +1,4 @@
-// The C interfaces in memory.
+// Implements the platform's C interfaces in memory.
 #include "testing/fake/fake_platform.h"
 
 #include <algorithm>
@@ -186,7 +186,7 @@ int log_print(int priority, const char* tag, const char* format, ...) {
 int log_print_to(int buffer_id, int priority, const char* tag, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  // Only the main log is ever used; a line for another buffer shows up under a tag that no test expects.
+  // Only the main log is expected; a line for another buffer appears under a tag that no test expects.
   const int result = fake::Log(priority, buffer_id == 0 ? tag : "another buffer", format, arguments);
   va_end(arguments);
   return result;

@@ -1,5 +1,5 @@
-// A recording platform: the C interfaces of platform/include, in memory. Every call is counted and can be
-// made to fail; nothing talks to anything outside the process.
+// A recording fake of the C interfaces in platform/include. Every call is counted and can be made to fail;
+// nothing leaves the process.
 #ifndef CORVIS_TESTING_FAKE_PLATFORM_H_
 #define CORVIS_TESTING_FAKE_PLATFORM_H_
 
@@ -32,14 +32,14 @@ struct Port {
 
 class Platform {
  public:
-  // The one that the C functions act on; made anew by Reset.
+  // The instance that the C functions act on; Reset replaces it.
   static Platform& Get();
   static void Reset();
 
-  // The calls so far, by name (some with their arguments), without those of the log and of bundles, which are
-  // counted only.
+  // The calls so far, by name and some with their arguments. Calls of the log and of bundles are only
+  // counted.
   std::vector<std::string> calls;
-  // Runs within each of those calls.
+  // Called from each of those calls.
   std::function<void()> on_call;
   std::map<std::string, int> counts;
   std::vector<LogLine> log;
@@ -49,36 +49,36 @@ class Platform {
   // Subscriptions to events: handle to callback and user data.
   std::map<event_handler_h, std::pair<event_cb, void*>> events;
 
-  // What the platform answers.
+  // The values that the platform returns.
   std::string app_id = "com.example.cinema";
   std::string label = "User::App::cinema";
   std::set<std::string> granted_paths = {"/privilege/microphone", "/privilege/voicecontrol"};
-  // A port refuses encoded messages above this as too large.
+  // A port refuses encoded messages larger than this many bytes.
   int port_limit = std::numeric_limits<int>::max();
 
-  // From now on the `nth` call of `name`, as `calls` has it, fails (1 is the next); with `for_ever` all later
-  // ones, too.
+  // Makes the `nth` call from now on of `name` (as in `calls`; 1 is the next) fail; with `for_ever` also all
+  // later ones.
   void Fail(const std::string& name, int nth = 1, bool for_ever = false);
-  // The `nth` call from now on fails, whatever it is; with `for_ever` all later ones, too.
+  // Makes the `nth` call of any function from now on fail; with `for_ever` also all later ones.
   void FailCall(int nth, bool for_ever);
   void FailNothing();
   // The name of the first call that was made to fail.
   std::string first_failed;
   int total_calls = 0;
 
-  // Acts as the voice service: delivers a message to the open port. False when none is open.
+  // Acts as the voice service: delivers a message to the open port. Returns false if no port is open.
   bool Deliver(const Entries& entries);
   bool Deliver(const std::string& command, const std::string& data);
   // Publishes the service's start-up event. Returns the number of subscribers.
   int PublishStart() const;
 
-  // The messages since the last call, one text each: "command|strData" and, for a piece, "|total".
+  // Returns the messages since the last call as texts: "command|strData", followed by "|total" for a piece.
   std::vector<std::string> TakeSent();
   std::vector<std::string> TakeCalls();
-  // The texts of the log lines that hold `part`.
+  // The texts of the log lines that contain `part`.
   std::vector<std::string> LogWith(const std::string& part) const;
 
-  // Counts a call; true when it is to fail.
+  // Counts a call. Returns whether it must fail.
   bool Count(const std::string& name, bool record = true);
 
  private:
@@ -89,9 +89,9 @@ class Platform {
   bool fail_for_ever_ = false;
 };
 
-// The text form of a bundle with these entries, as commands carry it.
+// Encodes a bundle with these entries, as in a command's data.
 std::string Encode(const Entries& entries);
-// The same with one entry under `array_key` that has no basic value.
+// Like Encode, with an additional string array, an entry without a basic value, under `array_key`.
 std::string EncodeWithArray(const Entries& entries, const std::string& array_key);
 
 }  // namespace fake

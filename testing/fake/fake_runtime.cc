@@ -1,4 +1,4 @@
-// The interface tables of a runtime that has pages in name only.
+// Implements the interface tables of a runtime without real pages.
 #include "testing/fake/fake_runtime.h"
 
 #include <cstring>
@@ -10,7 +10,7 @@ namespace fake {
 
 namespace {
 
-// What the library registered with the current runtime.
+// The callbacks that the library has registered with the current runtime.
 struct Registration {
   Runtime* runtime = nullptr;
   ExtensionHandle extension = 0;
@@ -44,7 +44,7 @@ const void* GetInterface(const char* name) {
   return nullptr;
 }
 
-// Handles are never used again within a process.
+// Handles are unique within a process.
 InstanceHandle NextHandle() {
   static InstanceHandle last = 0;
   return ++last;

@@ -1,5 +1,5 @@
-// A runtime in memory: serves the interface tables to the library, makes and destroys pages, carries their
-// calls, and keeps what is posted to them.
+// A runtime in memory: serves the interface tables to the library, creates and destroys pages, makes their
+// calls, and records the messages posted to them.
 #ifndef CORVIS_TESTING_FAKE_RUNTIME_H_
 #define CORVIS_TESTING_FAKE_RUNTIME_H_
 
@@ -14,9 +14,9 @@ namespace fake {
 
 class Runtime {
  public:
-  // Initialises the library linked into this process; `status` is what it answered.
+  // Initializes the library that is linked into this process; `status` is its return value.
   Runtime();
-  // Destroys the pages that are left and shuts the library down.
+  // Destroys the remaining pages and shuts the library down.
   ~Runtime();
   Runtime(const Runtime&) = delete;
   Runtime& operator=(const Runtime&) = delete;
@@ -24,22 +24,22 @@ class Runtime {
   int32_t status = 0;
   std::string name;
   std::string script;
-  // What was posted to each page, in order.
+  // The messages posted to each page, in order.
   std::map<InstanceHandle, std::vector<std::string>> posted;
-  // Runs within each posting.
+  // Called for each posted message.
   std::function<void(InstanceHandle page)> on_post;
 
   InstanceHandle NewPage();
   void DestroyPage(InstanceHandle page);
   void Shutdown();
 
-  // A synchronous call of a page's script: the handler's name and its arguments as JSON text. Returns the
-  // reply's JSON text.
+  // Makes a synchronous call as a page's script does, with the handler's name and its arguments as JSON.
+  // Returns the reply as JSON.
   std::string Call(InstanceHandle page, const std::string& handler, const std::string& arguments = "{}");
-  // The same with the whole call's text.
+  // Like Call, with the text of the whole call.
   std::string CallRaw(InstanceHandle page, const std::string& message);
 
-  // A page that has registered `actions` (a JSON array's inside) and listens.
+  // Creates a page that has registered `actions`, the elements of a JSON array, and listens.
   InstanceHandle NewListeningPage(const std::string& actions);
   std::vector<std::string> TakePosted(InstanceHandle page);
 

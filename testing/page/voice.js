@@ -1,5 +1,5 @@
-// Defines `voice` in a page: the script API on a native side that only records, what that recorded, and short ways to
-// deliver commands and to look at what the script did.
+// Defines `voice` in a page: the script API on a recording fake of the native side, the records, and helpers to deliver
+// commands and to inspect what the script did.
 const state = { calls: [], logs: [], listeners: new Map(), failing: {}, throwing: {} };
 
 class NativeManager {
@@ -34,7 +34,7 @@ class CorviException extends Error {
   }
 }
 
-/** Runs the script API; gives what it exports and an eval inside its scope, for the few tests that ask for internals. */
+/** Runs the script API; returns its exports and an eval in its scope, for the few tests that need internals. */
 function run(text) {
   const xwalk = { utils: { type: {}, converter: {}, validator: { Types: {} }, NativeManager } };
   const console = { log: (...args) => state.logs.push(args.join(' ')) };
@@ -44,7 +44,7 @@ function run(text) {
 }
 
 const voiceTools = {
-  /** The answer to a command; delivered to the script's one listener even where the page didn't register. */
+  /** Delivers a command to the script's only listener, even if the page registered nothing, and returns the answer. */
   deliver(action, param, listenerId = 'ACTION_ITEM_SELECTION') {
     state.calls.length = 0;
     const message = { action, listenerId };
@@ -54,7 +54,7 @@ const voiceTools = {
     if (answers.length !== 1 || answers[0][1].action !== action) return { answers };
     return answers[0][1].response;
   },
-  /** "name: message" of what `action` throws, or what it returns. */
+  /** Returns the result of `action`, or "name: message" of the error that it throws. */
   outcome(action) {
     try {
       return action();
@@ -64,7 +64,7 @@ const voiceTools = {
   },
   contentContext: () => JSON.parse(voiceTools.deliver('ACTION_REQUEST_CONTENT_CONTEXT')),
   mismatch: (message) => `TypeMismatchError: ${message}`,
-  /** The lines that `action` writes to the log. */
+  /** Runs `action` and returns the lines that it logs. */
   logged(action) {
     state.logs.length = 0;
     action();

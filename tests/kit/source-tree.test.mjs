@@ -73,7 +73,7 @@ test('a tree that was copied or moved builds its own tool', (t) => {
   assert.doesNotMatch(run(copy, '--help').stdout, /built in/, 'the old tool is not run for its help');
   const { stdout, stderr } = run(copy, 'demo');
   assert.equal(stdout, `built in ${path.join(copy, 'build')}, asked to demo\n`);
-  assert.match(stderr, /belongs to another place/);
+  assert.match(stderr, /belongs to another source folder/);
   assert.ok(!existsSync(path.join(copy, 'build/old')), 'nothing of the old build is left');
 });
 
