@@ -1,6 +1,6 @@
-// The benchmarks: every figure against what it can't be better than, both measured in turns in the same run.
+// Runs the benchmarks. Each figure is compared with a lower bound, both measured alternately in the same run.
 //   node bench/run.mjs [--short] [--json FILE] [--plots FILE.svg] [NAME...]
-// `./corvis bench` builds what is needed and starts it on a private bus.
+// `./corvis bench` builds the programs and runs this file on a private bus.
 import { writeFileSync } from 'node:fs';
 import { parseArgs } from 'node:util';
 import { plotPage } from './report/plots.mjs';
@@ -36,7 +36,7 @@ const { values: options, positionals } = parseArgs({
 const names = positionals.length > 0 ? positionals : [...benchmarks.keys()];
 const unknown = names.find((name) => !benchmarks.has(name));
 if (unknown) {
-  console.error(`corvis: there is no benchmark ${unknown}; there are ${[...benchmarks.keys()].join(', ')}.`);
+  console.error(`corvis: Unknown benchmark ${unknown}; use ${[...benchmarks.keys()].join(', ')}.`);
   process.exit(2);
 }
 
@@ -48,7 +48,7 @@ for (const name of names) {
 
 console.log(tableOf(done.flatMap(({ lines }) => lines)));
 for (const { name, table } of done) {
-  // Beside the one row that stands for all of its workloads.
+  // The full table of a benchmark whose row summarizes all workloads, if it was requested by name.
   if (table && positionals.includes(name)) console.log(`\n${table}`);
 }
 if (options.json) {

@@ -1,5 +1,5 @@
-// The highest memory use while an answer is cut and sent, as a multiple of the answer, which counts once
-// itself:
+// Measures the peak memory use while an answer is split and sent, as a multiple of the answer's size,
+// including the answer itself:
 //   bench_answer_memory BYTES
 #include <cstdio>
 #include <cstdlib>
@@ -9,8 +9,8 @@
 
 namespace {
 
-// The highest resident set of this program. The system's account of the process is no help: it begins with
-// what the caller had before it became this program.
+// The peak resident set of this program. getrusage() can't be used: its peak includes the parent's memory
+// from before exec.
 double PeakBytes() {
   long kibibytes = 0;
   char line[256];
@@ -35,7 +35,7 @@ int main(int count, char** arguments) {
   using extension::voice_interaction::VoiceInteractionChannel;
   VoiceInteractionChannel::Init([](const std::string&, const std::string&, void*) {}, "com.example.bench",
                                 "1.0.8", nullptr);
-  // Once before, with an answer of a few pieces, so that the code is in memory.
+  // Warm-up with an answer of a few pieces, so that the code is in memory.
   constexpr size_t kSmall = 65536;
   VoiceInteractionChannel::Send("result", std::string(kSmall, 'a'));
   const double before = PeakBytes();

@@ -1,5 +1,5 @@
-// Answers that don't fit into one message, without a bus: cut and sent, beside the same pieces made and sent
-// with the cuts known.
+// Measures answers that don't fit into one message, without a bus: splitting and sending them, and sending
+// the same pieces with the split positions known.
 #include <benchmark/benchmark.h>
 
 #include <functional>
@@ -21,7 +21,7 @@ bench::Sent SentBy(const std::function<void()>& send) {
   return bench::TheSent();
 }
 
-// Both must send the same, or the comparison says nothing.
+// Both must send the same pieces, or the comparison is meaningless.
 bool SendTheSame(const std::string& answer, const bench::Pieces& pieces) {
   const bench::Sent ours = SentBy([&] { bench::SendWhole(answer); });
   const bench::Sent against = SentBy([&] { pieces.Send(); });

@@ -1,6 +1,6 @@
-// Long answers over the bus to another process: cut and sent, and in turns with it the same pieces made and
-// sent with the cuts known. Prints JSON: microseconds until the other process has handled all of it, and the
-// sender's processor time of them.
+// Sends long answers over the bus to another process, alternately split by the channel and with the split
+// positions known. Prints JSON: microseconds until the other process has handled all pieces, and the sender's
+// processor time.
 //   bench_answers_over_bus receive            the other process; runs until it is killed
 //   bench_answers_over_bus send BYTES ROUNDS
 #include <glib.h>
@@ -29,13 +29,13 @@ int Receive() {
   setenv("NURVO_APP_ID", bench::kServiceId, 1);
   const auto ignore = [](int, const char*, const char*, bool, bundle*, void*) {};
   if (message_port_register_local_port(bench::kServicePort, ignore, nullptr) <= 0) {
-    Fail("the port can't be opened.");
+    Fail("The port can't be opened.");
   }
   for (;;) g_main_context_iteration(nullptr, TRUE);
 }
 
-// Waits until the other process has handled everything so far: it takes what it gets in order, and answers
-// this.
+// Waits until the other process has handled everything sent so far: it handles messages in order and answers
+// this one.
 bool HasReceived() {
   return sd_bus_call_method(nurvo_bus(), bench::kServiceId, "/", "org.freedesktop.DBus.Peer", "Ping", nullptr,
                             nullptr, "") >= 0;
@@ -56,7 +56,7 @@ struct Times {
     const double start = bench::Microseconds(CLOCK_MONOTONIC);
     const double processor_start = bench::Microseconds(CLOCK_PROCESS_CPUTIME_ID);
     send();
-    if (!HasReceived()) Fail("the receiver is not there; start it first.");
+    if (!HasReceived()) Fail("The receiver does not answer; start it first.");
     elapsed.push_back(bench::Microseconds(CLOCK_MONOTONIC) - start);
     processor.push_back(bench::Microseconds(CLOCK_PROCESS_CPUTIME_ID) - processor_start);
   }

@@ -1,4 +1,5 @@
-// A command's bundle made into JSON, and the same bundle decoded and visited without making a text.
+// Measures converting a command's bundle to JSON, and decoding and visiting the same bundle without writing
+// text.
 #include <benchmark/benchmark.h>
 
 #include <string>
@@ -11,7 +12,7 @@ namespace {
 
 using extension::voice_interaction::BundlePtr;
 
-// Keys and values as a search has them.
+// Keys and values like those of a search command.
 std::string EncodedEntries(benchmark::State& state) {
   const BundlePtr entries(bundle_create());
   for (int i = 0; i < state.range(0); ++i) {
@@ -45,7 +46,7 @@ void Decode(benchmark::State& state) {
   }
 }
 
-// Reads the value as whoever visits a bundle has to: from a duplicate of the entry.
+// Reads the value from a duplicate of the entry, as the interface requires.
 void ReadEntry(const char* key, int /*type*/, const bundle_keyval_t* entry, void* /*user_data*/) {
   const extension::voice_interaction::KeyvalPtr copy(bundle_keyval_dup(entry));
   void* value = nullptr;

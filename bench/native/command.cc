@@ -1,7 +1,7 @@
-// Plays commands to a library and answers them, for a counter of instructions:
+// Sends commands to a library and answers them, to be run under an instruction counter:
 //   bench_command LIBRARY.so ROUNDS
-// What stands on the output tells that another library did the same: messages, bytes sent, bytes posted and
-// replied.
+// Prints the messages, the bytes sent, and the bytes posted and replied, so that two libraries can be checked
+// for doing the same work.
 #include <cstdio>
 #include <cstdlib>
 

@@ -1,5 +1,5 @@
-// A bare echo over the bus: one one-way call there and one back, which is the least that a command and its
-// answer need.
+// A bare echo over the bus: one one-way call in each direction, the minimum that a command and its answer
+// need.
 #ifndef CORVIS_BENCH_ECHO_H_
 #define CORVIS_BENCH_ECHO_H_
 
@@ -10,7 +10,7 @@ constexpr const char* kEchoCaller = "corvis.bench.EchoCaller";
 constexpr const char* kEchoPath = "/corvis/bench/echo";
 constexpr const char* kEchoInterface = "corvis.bench.Echo";
 constexpr const char* kEchoMember = "Deliver";
-// The size of the payload that is wanted back, and a payload.
+// The requested size of the reply's payload, and a payload.
 constexpr const char* kEchoSignature = "uay";
 
 }  // namespace bench

@@ -1,4 +1,4 @@
-// What both ends of the bare echo do with the bus.
+// Bus functions that both ends of the bare echo use.
 #ifndef CORVIS_BENCH_ECHO_BUS_H_
 #define CORVIS_BENCH_ECHO_BUS_H_
 
@@ -12,14 +12,14 @@
 
 namespace bench {
 
-// Ends the program unless `result` is a success. The echo is no use in part.
+// Exits the program unless `result` is a success.
 inline int Checked(int result, const char* doing) {
   if (result >= 0) return result;
   std::fprintf(stderr, "%s failed: %s.\n", doing, std::strerror(-result));
   std::exit(1);
 }
 
-// A connection of its own that is known as `name`, with `on_delivery` at the echo's place.
+// Opens a connection that owns `name` and calls `on_delivery` for the echo's calls.
 inline sd_bus* OpenEchoBus(const char* name, sd_bus_message_handler_t on_delivery, void* data) {
   sd_bus* bus = nullptr;
   Checked(sd_bus_open_user(&bus), "Opening the bus");
@@ -39,7 +39,7 @@ inline void SendEcho(sd_bus* bus, const char* to, unsigned wanted, const std::st
   const nurvo::MessagePtr owner(message);
 }
 
-// Handles what has come, or waits for something to come.
+// Handles one incoming message, or waits for one.
 inline void Turn(sd_bus* bus) {
   const int handled = Checked(sd_bus_process(bus, nullptr), "Receiving");
   if (handled == 0) Checked(sd_bus_wait(bus, UINT64_MAX), "Waiting");

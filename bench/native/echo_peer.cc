@@ -1,4 +1,4 @@
-// The far end of the bare echo: sends back a payload of the size that is asked for. Runs until it is killed.
+// The remote end of the bare echo: replies with a payload of the requested size. Runs until it is killed.
 #include "native/echo_bus.h"
 
 namespace {

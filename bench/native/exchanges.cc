@@ -1,4 +1,4 @@
-// Making and playing the exchanges.
+// Creates and plays the exchanges.
 #include "native/exchanges.h"
 
 #include <cstdio>
@@ -12,10 +12,10 @@ struct Sample {
   const char* action;
   const char* text;  // the command's data, unless it has entries
   Entries entries;
-  std::string answer;  // as it stands within the call's JSON
+  std::string answer;  // escaped for the call's JSON
 };
 
-// What a page with some forty items answers when it is asked for them.
+// The answer of a page with about forty items to a request for them.
 std::string ContentContext() {
   std::string items;
   for (int i = 0; i < 40; ++i) {

@@ -13,21 +13,20 @@ namespace bench {
 using nurvo::BundlePtr;
 using Entries = std::vector<std::pair<std::string, std::string>>;
 
-// Ends the program when the bundle can't be made.
+// Exits the program if the bundle can't be created.
 BundlePtr MakeBundle(const Entries& entries);
 std::string EncodeBundle(bundle* b);
 
-// A command as it arrives, and the page's synchronous call that answers it.
+// A command as received, and the page's synchronous call that answers it.
 struct Exchange {
   BundlePtr command;
   std::string answer_call;
 };
 
-// One of each kind: no data, a word, a search term, entries of the application's own, and an answer of some
-// size.
+// One exchange of each kind: no data, a word, a search term, custom entries, and a large answer.
 std::vector<Exchange> MakeExchanges();
 
-// Plays them all, `rounds` times.
+// Plays all exchanges, `rounds` times.
 void Play(const PageHost& host, InstanceHandle page, const std::vector<Exchange>& exchanges, int rounds);
 
 }  // namespace bench

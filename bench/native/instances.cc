@@ -1,5 +1,5 @@
-// What a page's native object takes of memory: pages that register, ask for the privileges and listen, and
-// the growth of the resident set, in bytes a page:
+// Measures the memory of a page's native object: creates pages that register, check the privileges and
+// listen, and prints the growth of the resident set in bytes per page:
 //   bench_instances LIBRARY.so PAGES
 #include <cstdio>
 #include <cstdlib>

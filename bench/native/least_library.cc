@@ -1,6 +1,6 @@
-// The least that a library can do for a command on the same platform: decode the data once, write one JSON
-// text, make one bundle and send it. No registered actions, no limits, no logs. With BENCH_LIBRARY_JSON it
-// writes the text as the real library does, otherwise by picojson.
+// The minimal library for a command on the same platform: decodes the data once, writes one JSON text,
+// creates one bundle and sends it. No registered actions, limits or logs. With BENCH_LIBRARY_JSON it writes
+// JSON like the real library, otherwise with picojson.
 #include <cstring>
 #include <string>
 #include <utility>

@@ -1,5 +1,5 @@
-// What loading and initializing a library takes in a fresh process: microseconds of this process's time, and
-// the bytes of its resident memory afterwards:
+// Measures loading and initializing a library in a new process: prints the microseconds of processor time,
+// and the bytes of resident memory afterwards:
 //   bench_load LIBRARY.so
 #include <dlfcn.h>
 

@@ -1,5 +1,4 @@
-// Commands through the library with its logging switched off, and through the same library without its log
-// calls:
+// Measures commands through the library with logging off, and through the same library without its log calls:
 //   bench_logging LIBRARY.so UNLOGGED.so [options of Google Benchmark]
 #include <benchmark/benchmark.h>
 
@@ -13,7 +12,7 @@
 
 namespace {
 
-// A library with a page that listens; it stays loaded to the end.
+// A library with a page that listens. It stays loaded until the program exits.
 struct Contender {
   std::unique_ptr<bench::PageHost> host;
   InstanceHandle page = 0;
@@ -38,7 +37,7 @@ void Commands(benchmark::State& state) {
 
 }  // namespace
 
-// By the order on the command line.
+// The argument is the library's position on the command line.
 BENCHMARK(Commands)->Name("commands")->Arg(0)->Arg(1);
 
 int main(int count, char** arguments) {

@@ -1,4 +1,4 @@
-// Measuring this process, and printing the figures.
+// Measures this process and prints figures.
 #ifndef CORVIS_BENCH_NUMBERS_H_
 #define CORVIS_BENCH_NUMBERS_H_
 
@@ -21,7 +21,7 @@ inline double Microseconds(clockid_t clock) {
          static_cast<double>(now.tv_nsec) / kNanosecondsPerMicrosecond;
 }
 
-// The resident memory of this process.
+// The resident memory of this process in bytes.
 inline long ResidentBytes() {
   long size = 0;
   long resident = 0;
@@ -31,7 +31,7 @@ inline long ResidentBytes() {
   return resident * sysconf(_SC_PAGESIZE);
 }
 
-// One object of lists on a line of the standard output.
+// Prints a JSON object of lists as one line.
 inline void PrintJson(const std::vector<std::pair<const char*, std::vector<double>>>& lists) {
   const char* before_list = "{";
   for (const auto& [name, numbers] : lists) {

@@ -1,4 +1,4 @@
-// The interface tables that a library asks for, with as little behind them as there can be.
+// A minimal implementation of the interface tables that a library requests.
 #include "native/page_host.h"
 
 #include <dlfcn.h>
@@ -17,7 +17,7 @@ struct Registration {
   void* user_data = nullptr;
 };
 
-// By extension handle, of which there are few.
+// The registrations, indexed by extension handle.
 std::array<Registration, 16>& Registrations() {
   static std::array<Registration, 16> registrations;
   return registrations;

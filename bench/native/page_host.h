@@ -1,5 +1,5 @@
-// A runtime for one extension library: loads it, makes pages, and carries texts both ways without keeping
-// them.
+// A runtime for one extension library: loads it, creates pages, and passes messages in both directions
+// without storing them.
 #ifndef CORVIS_BENCH_PAGE_HOST_H_
 #define CORVIS_BENCH_PAGE_HOST_H_
 
@@ -12,18 +12,18 @@ namespace bench {
 
 class PageHost {
  public:
-  // Loads the library at `path`. Ends the program with a sentence when it can't be used.
+  // Loads the library at `path`. Exits the program with an error message if it can't be used.
   explicit PageHost(const std::string& path);
 
   InstanceHandle NewPage() const;
-  // A page that handles every action of the exchanges, and listens.
+  // Creates a page that handles every action of the exchanges, and listens.
   InstanceHandle NewListeningPage();
-  // A synchronous call, {"cmd": ..., "args": ...}.
+  // Makes a synchronous call, {"cmd": ..., "args": ...}.
   void Call(InstanceHandle page, const char* message) const;
-  // A command arrives at the library's port.
+  // Delivers a command to the library's port.
   void Deliver(bundle* command) const;
 
-  // Bytes that the library posted or replied, to be looked at so that nothing is optimised away.
+  // The bytes that the library has posted or replied. Read it so that nothing is optimized away.
   static size_t bytes_out();
 
  private:

@@ -1,4 +1,4 @@
-// Sending a long answer in both ways.
+// Sends a long answer through the channel, or as prepared pieces.
 #include "native/pieces.h"
 
 #include "nurvo/message_port.h"

@@ -1,4 +1,4 @@
-// A long answer as the channel sends it, and as its pieces with the cuts known.
+// A long answer as the channel sends it, and as the same pieces with the split positions known.
 #ifndef CORVIS_BENCH_PIECES_H_
 #define CORVIS_BENCH_PIECES_H_
 
@@ -10,17 +10,17 @@ namespace bench {
 constexpr const char* kServiceId = "com.kelvaro.tv.vif";
 constexpr const char* kServicePort = "com.port.vif.voiceinteraction";
 
-// Opens the channel, which then knows the version that every piece carries. Comes first.
+// Opens the channel, which then knows the version for every piece. Call this first.
 void StartChannel();
 
-// Through the channel, which searches for the cuts.
+// Sends an answer through the channel, which searches for the split positions.
 void SendWhole(const std::string& answer);
 
 class Pieces {
  public:
-  // Cuts as the channel does: in halves, at a multiple of twelve bytes, until a piece fits.
+  // Splits like the channel: in halves, at a multiple of twelve bytes, until a piece fits.
   explicit Pieces(const std::string& answer);
-  // Makes and sends a message for each piece.
+  // Creates and sends a message for each piece.
   void Send() const;
 
  private:

@@ -1,4 +1,4 @@
-// Stands before libnurvo_platform in a program's symbols, and so replaces these calls alone.
+// Precedes libnurvo_platform in a program's symbol lookup and thus replaces only these functions.
 #include "native/quiet_platform.h"
 
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// The parts of the platform that would leave the process, within it: ports keep their callback, a send
-// encodes its bundle and drops it, nothing is published.
+// Replaces the platform functions that would leave the process: ports only store their callback, a send
+// encodes its bundle and drops it, and nothing is published.
 #ifndef CORVIS_BENCH_QUIET_PLATFORM_H_
 #define CORVIS_BENCH_QUIET_PLATFORM_H_
 
@@ -19,7 +19,7 @@ struct Sent {
   size_t bytes = 0;
 };
 
-// The port that was opened last, and what was sent so far, by the whole process.
+// The port opened last, and the totals of what this process has sent.
 OpenPort& LastPort();
 Sent& TheSent();
 

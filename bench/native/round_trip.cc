@@ -1,5 +1,5 @@
-// A command's way from the service to the page and its answer's way back, and in turn with it a bare echo of
-// messages of the same sizes. Prints microseconds as JSON:
+// Measures the round trip of a command from the service to the page and of its answer back, alternately with
+// a bare echo of messages of the same sizes. Prints microseconds as JSON:
 //   bench_round_trip APP-ID COMMANDS
 #include <chrono>
 #include <cstdio>
@@ -54,7 +54,7 @@ class EchoCaller {
 void SayCommand(voice::VoiceService& service, const std::string& app_id) {
   const auto answer = service.Say(app_id, {"ACTION_PLAY", "", {}, false}, Seconds(10));
   const std::string text = answer ? answer->data : answer.error().message;
-  if (text != "success") Fail("no success: " + text);
+  if (text != "success") Fail("Expected success, not " + text + ".");
 }
 
 }  // namespace
@@ -66,7 +66,7 @@ int main(int count, char** arguments) {
   voice::VoiceService service([](const std::string& sentence) { Fail(sentence); });
   if (const auto started = service.Start(); !started) Fail(started.error().message);
   if (!voice::WaitUntil([&] { return service.HasApp(app_id); }, Seconds(30)))
-    Fail("the page never listened.");
+    Fail("The page has not called listen().");
 
   EchoCaller echo;
   namespace wire = voice::wire;

@@ -1,5 +1,5 @@
-// A page of plots as SVG: for each panel either the distributions of samples (which share took at most how long) or
-// times over sizes, on logarithmic axes.
+// Draws a page of plots as SVG. Each panel shows either cumulative distributions of samples or times over sizes, on
+// logarithmic axes.
 
 const panel = { width: 380, height: 280, left: 58, right: 14, top: 66, bottom: 40 };
 const columns = 2;
@@ -68,7 +68,7 @@ function curve(points, { x, y }, colour) {
 const dots = (points, { x, y }, colour) =>
   points.map(([px, py]) => element('circle', { cx: x.at(px), cy: y.at(py), r: 2.6, fill: colour })).join('');
 
-/** Between title and plot, two names a line. */
+/** The legend between title and plot, with two names per line. */
 function legend(names) {
   const entry = (name, i) => {
     const x = panel.left + (i % 2) * ((panel.width - panel.left) / 2);
@@ -92,8 +92,8 @@ const yRange = [panel.height - panel.bottom, panel.top];
 const extent = (values) => [Math.min(...values), Math.max(...values)];
 
 /**
- * The sorted samples against the share of them that is no larger, in per cent, without the outermost ones. Samples
- * below the clock's step are 0 and have no place on a logarithmic axis.
+ * The cumulative distribution of the samples in percent, without the outermost ones. Samples below the clock's
+ * resolution are 0 and can't be drawn on a logarithmic axis.
  */
 function sharePoints(samples) {
   const sorted = [...samples].sort((a, b) => a - b);

@@ -1,4 +1,4 @@
-// One line of the report, and the report's table. A line is what was measured, against what, the figure, the aim and
+// The lines and the table of the report. A line shows what was measured, against what, the figure, the target and
 // whether it is met.
 import { percentile, ratioAt, threeDigits, timeText } from './statistics.mjs';
 

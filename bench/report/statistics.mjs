@@ -1,4 +1,4 @@
-// Numbers about samples.
+// Statistics of samples, and their formatting.
 
 /** The value below which `share` (0 to 1) of the samples lie. */
 export function percentile(samples, share) {
@@ -8,13 +8,13 @@ export function percentile(samples, share) {
 
 export const median = (samples) => percentile(samples, 0.5);
 
-/** How often `ours` takes what `against` takes: the ratio of the two at `share`. */
+/** The ratio of `ours` to `against` at the percentile `share` of each. */
 export const ratioAt = (share, { ours, against }) => percentile(ours, share) / percentile(against, share);
 
-/** A number with three digits that count. */
+/** A number with three significant digits. */
 export const threeDigits = (value) => Number(value.toPrecision(3)).toString();
 
-/** A time in microseconds, in the unit that reads best. */
+/** Formats a time in microseconds with a suitable unit. */
 export function timeText(microseconds) {
   if (microseconds >= 1e6) return `${threeDigits(microseconds / 1e6)} s`;
   if (microseconds >= 1e3) return `${threeDigits(microseconds / 1e3)} ms`;

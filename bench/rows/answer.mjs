@@ -1,5 +1,5 @@
-// Answers that don't fit into one message: cut and sent over the bus until the other process has all of it. The plot
-// shows the search for the cuts alone, without the bus, whose share would hide it.
+// Answers that don't fit into one message: split and sent over the bus until the other process has all pieces. The plot
+// shows only the search for split positions, because the time on the bus would hide it.
 import { atMost, ratioAtMost } from '../report/result.mjs';
 import { median } from '../report/statistics.mjs';
 import { googleBenchmark, outputOf, programPath, startProgram } from './programs.mjs';
@@ -7,7 +7,7 @@ import { googleBenchmark, outputOf, programPath, startProgram } from './programs
 const mebibyte = 2 ** 20;
 const sizes = [1 / 16, 1 / 4, 1, 4, 16].map((size) => size * mebibyte);
 const shown = [mebibyte, 16 * mebibyte];
-// The search for the cuts halves the answer until pieces of some 8 KiB are left.
+// The search for split positions halves the answer until its pieces have about 8 KiB.
 const nLogN = (size) => size * Math.log2(size / 8192);
 const peak = (size) => Number(outputOf(programPath('bench_answer_memory'), [String(size)]));
 

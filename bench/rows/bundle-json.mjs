@@ -1,4 +1,4 @@
-// A command's bundle to JSON, by its number of entries.
+// Converting a command's bundle to JSON, by its number of entries.
 import { atMost, ratioAtMost } from '../report/result.mjs';
 import { median } from '../report/statistics.mjs';
 import { googleBenchmark } from './programs.mjs';

@@ -1,6 +1,6 @@
-// The native work of commands and their answers, counted in instructions: twice as many commands less once as many,
-// so that loading and starting cancel out. The platform's binding, which reads the page's calls, is the same on both sides
-// and larger than either; it is counted by itself and taken off.
+// The native work of commands and their answers, in instructions. Runs with N and 2N commands are subtracted, so that
+// loading and starting cancel out. The platform's binding, which parses the page's calls, is the same on both sides and
+// larger than either, so it is counted separately and subtracted.
 import { mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
@@ -8,10 +8,10 @@ import { atMost } from '../report/result.mjs';
 import { threeDigits } from '../report/statistics.mjs';
 import { libraryPath, ourLibrary, outputOf, programPath } from './programs.mjs';
 
-// As many as bench_command plays in a round.
+// The number of exchanges that bench_command plays in a round.
 const exchanges = 5;
 
-/** The instructions of the whole program, and what it printed. */
+/** The instructions and the output of the whole program. */
 function count(library, rounds, folder) {
   const file = path.join(folder, 'callgrind.out');
   const tool = ['--tool=callgrind', `--callgrind-out-file=${file}`, '--quiet'];
@@ -20,7 +20,7 @@ function count(library, rounds, folder) {
   return { instructions: Number(total[1]), output };
 }
 
-/** The instructions that a round of the exchanges takes in a library, and what the program printed. */
+/** The instructions that a library needs for a round of the exchanges, and the output of the program. */
 function countRounds(library, rounds, folder) {
   const [once, twice] = [rounds, 2 * rounds].map((n) => count(library, n, folder));
   return { instructions: (twice.instructions - once.instructions) / rounds, output: once.output };
@@ -38,7 +38,7 @@ export function measure({ short }) {
   }
   const [ours, against, leaner, binding, unlogged] = runs.map(({ instructions }) => instructions / exchanges);
   if (runs[0].output !== runs[1].output)
-    throw new Error(`not the same work: ${runs[0].output}; ${runs[1].output}`);
+    throw new Error(`Expected both libraries to do the same work: ${runs[0].output}; ${runs[1].output}`);
   const figure = (ours - binding) / (against - binding);
   const line = atMost(1.4, {
     what: 'native work of a command and its answer',

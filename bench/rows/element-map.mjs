@@ -1,5 +1,5 @@
-// How long the script takes to map a page, beside the floor (visiting the same elements and reading box, style and
-// text, nothing else), beside two packages that find elements and their names, and beside the plainest implementation.
+// The time that the script takes to map a page, compared with the floor (only visiting the same elements and reading box,
+// style and text), with two packages that find elements and their names, and with the plainest implementation.
 import path from 'node:path';
 import { plainElementMap, startBrowser } from '../../testing/browser.mjs';
 import { atLeast, atMost, ratioAtMost } from '../report/result.mjs';
@@ -7,12 +7,12 @@ import { median, threeDigits, timeText } from '../report/statistics.mjs';
 import { workloads } from '../script/workloads.mjs';
 import { outputOf, root } from './programs.mjs';
 
-// Run first and not counted, so that a page's first round doesn't time the compiler.
+// Rounds that run first and are not counted, so that the first sample does not include compilation.
 const warmUps = 3;
 // The plain implementation takes minutes for one round on the largest pages.
 const plainLimit = 5000;
 
-/** The packages' contender as the text of one script. */
+/** The implementation with packages, bundled as one script. */
 const packagedScript = () =>
   outputOf('esbuild', [
     '--bundle',
@@ -20,7 +20,7 @@ const packagedScript = () =>
     path.join(root, 'bench/script/packaged-element-map.mjs'),
   ]);
 
-/** Runs in the page: milliseconds of one run of each kind, and how many elements were found. */
+/** Runs in the page: measures one run of each kind in milliseconds, and counts the elements found. */
 function measureOnce({ plainMap, withPackages, withPlain }) {
   const activatable = new Set(document.querySelectorAll('li[tabindex], button, a[href]'));
   const wanted = [...document.getElementsByTagName('*')].map((element) => activatable.has(element));
@@ -76,7 +76,7 @@ async function measurePage(browser, name, size, { rounds, packages }) {
 
 const ratioTo = (kind) => (page) => median(page.samples[kind]) / median(page.samples.ours);
 
-/** The page at which `figureOf` is largest. */
+/** The page for which `figureOf` is largest. */
 const largestBy = (figureOf, pages) => pages.reduce((a, b) => (figureOf(b) > figureOf(a) ? b : a));
 const placeOf = ({ name, size }) => `${name}, ${size.toLocaleString('en')} items`;
 

@@ -1,9 +1,9 @@
-// Loading the library, and what a page's native object takes of memory.
+// The time to load the library, and the memory of a page's native object.
 import { atMost } from '../report/result.mjs';
 import { median, timeText } from '../report/statistics.mjs';
 import { libraryPath, ourLibrary, outputOf, programPath } from './programs.mjs';
 
-/** Microseconds that loading takes, and the bytes of memory that the process has then. */
+/** The microseconds that loading takes, and the resident bytes of the process afterwards. */
 export const load = (library) => outputOf(programPath('bench_load'), [library]).split(' ').map(Number);
 
 export function measure({ short }) {

@@ -1,4 +1,4 @@
-// What the log calls cost while logging is switched off.
+// The cost of the log calls while logging is off.
 import { atMost } from '../report/result.mjs';
 import { median, timeText } from '../report/statistics.mjs';
 import { googleBenchmark, libraryPath, ourLibrary } from './programs.mjs';

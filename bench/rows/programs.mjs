@@ -1,4 +1,4 @@
-// Running the native benchmark programs.
+// Runs the native benchmark programs.
 import { spawn, spawnSync } from 'node:child_process';
 import path from 'node:path';
 import { fileURLToPath } from 'node:url';
@@ -10,11 +10,12 @@ export const programPath = (name) => path.join(build, 'bin', name);
 export const libraryPath = (name) => path.join(build, 'lib', `${name}.so`);
 export const ourLibrary = libraryPath('libcorvis_voiceinteraction');
 
-/** What a command printed; fails with what it complained about. */
+/** Runs a command and returns its output. Throws with its standard error if it fails. */
 export function outputOf(command, args) {
   const result = spawnSync(command, args, { encoding: 'utf8', maxBuffer: 1 << 30 });
   if (result.error) throw result.error;
-  if (result.status !== 0) throw new Error(`${command} ended with ${result.status}: ${result.stderr}`);
+  if (result.status !== 0)
+    throw new Error(`${command} exited with status ${result.status}: ${result.stderr}`);
   return result.stdout;
 }
 
@@ -34,8 +35,8 @@ export function startProgram(name, args) {
 }
 
 /**
- * Runs a Google Benchmark program with its repetitions shuffled among each other. Gives the samples by name, in
- * microseconds of processor time for each iteration.
+ * Runs a Google Benchmark program with its repetitions in random order. Returns the samples by name, in microseconds of
+ * processor time per iteration.
  */
 export function googleBenchmark(name, args, { filter = '.', repetitions, minTime }) {
   const output = outputOf(programPath(name), [

@@ -1,11 +1,11 @@
-// The script API in Chromium: what its start costs a page, and what a command costs on its way through it.
+// The script API in Chromium: the time to start it in a page, and the time of a command through it.
 import { scriptText, startBrowser } from '../../testing/browser.mjs';
 import { atMost } from '../report/result.mjs';
 import { median, timeText } from '../report/statistics.mjs';
 
-/** Runs in the page: microseconds of starting scripts that the engine has not seen, several at a time. */
+/** Runs in the page: measures starting scripts that the engine has not seen, several at a time, in microseconds. */
 function startOnce({ text, times, round }) {
-  // The clock's steps are coarser than one start, and a script that was seen before is not compiled again.
+  // Several at a time, because the clock is coarser than one start; all different, because the engine caches scripts.
   function time(body) {
     const texts = Array.from({ length: times }, (_, i) => `${body}//${round} ${i}`.padEnd(text.length + 20));
     class NativeManager {
@@ -30,7 +30,7 @@ function startOnce({ text, times, round }) {
   return { ours, against: time(`/*${'-'.repeat(text.length - 4)}*/\n`) };
 }
 
-/** Runs in the page: microseconds of a command through the script, and of a bare listener that answers it. */
+/** Runs in the page: measures a command through the script, and a bare listener that answers it, in microseconds. */
 function dispatchOnce({ times }) {
   const { voice } = window;
   const listener = voice.listeners.get('ACTION_PLAY');

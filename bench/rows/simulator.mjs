@@ -1,4 +1,4 @@
-// The npm package's simulator in Chromium: its size, how soon a page has it, and what a command takes.
+// The npm package's simulator in Chromium: its size, its start-up time, and the time of a command.
 import { readFileSync } from 'node:fs';
 import path from 'node:path';
 import { gzipSync } from 'node:zlib';
@@ -10,7 +10,7 @@ import { median, timeText } from '../report/statistics.mjs';
 const folder = path.join(build, 'npm/package/simulator');
 const kilobyte = 1000;
 
-/** Runs in a fresh page: microseconds until the API is there, from the script's text on. */
+/** Runs in a new page: measures the microseconds from evaluating the script to the availability of the API. */
 function readyOnce(text) {
   const start = performance.now();
   (0, eval)(text);
@@ -18,7 +18,7 @@ function readyOnce(text) {
   return (performance.now() - start) * 1000;
 }
 
-/** Runs in the page: microseconds of a phrase, from saying it to its answer, and of a bare later turn. */
+/** Runs in the page: measures a phrase until its answer, and a bare turn of the event loop, in microseconds. */
 async function commandOnce(times) {
   const { port1, port2 } = new MessageChannel();
   const bareTurn = () =>
@@ -35,7 +35,7 @@ async function commandOnce(times) {
   return { ours, against: await time(bareTurn) };
 }
 
-/** Runs in the page: its application. */
+/** Runs in the page as its application. */
 function startApplication() {
   const { voiceinteraction } = window.corvis;
   voiceinteraction.setCallback({ onsetplayposition: (seconds) => seconds });
@@ -49,7 +49,7 @@ async function sample(browser, short) {
     const page = await browser.newPage();
     samples.ready.push(await page.evaluate(readyOnce, text));
     await page.evaluate(startApplication);
-    // The first commands are compiled while they run.
+    // Warm-up: the first commands include compilation.
     await page.evaluate(commandOnce, short ? 10 : 1000);
     const { ours, against } = await page.evaluate(commandOnce, short ? 10 : 1000);
     samples.ours.push(ours);

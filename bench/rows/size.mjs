@@ -1,5 +1,5 @@
-// What the library takes of a TV: the files, what the loader has to do, and memory. For other processors, too, where
-// `./corvis` has built them.
+// The footprint of the library on a TV: file sizes, relocations and memory. Includes other processors if `./corvis` has
+// built for them.
 import { existsSync, mkdtempSync, readFileSync, rmSync, statSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
@@ -24,13 +24,13 @@ function strippedSize({ library, tool }, folder) {
   return statSync(file).size;
 }
 
-/** How many places of the library the loader has to fill in. */
+/** The number of relocations that the loader applies to the library. */
 function relocations({ library }) {
   const counts = outputOf('readelf', ['--relocs', '--wide', library]).matchAll(/contains (\d+) entr/g);
   return [...counts].reduce((sum, [, count]) => sum + Number(count), 0);
 }
 
-/** The kibibytes that the median process has more with the library than with an empty one of the same dependencies. */
+/** The additional KiB of the median process, compared with an empty library of the same dependencies. */
 function memory(samples) {
   const libraries = [ourLibrary, libraryPath('bench_empty_library')];
   const [ours, against] = libraries.map((library) =>

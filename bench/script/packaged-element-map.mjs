@@ -1,5 +1,5 @@
-// The element map as one would make it of packages, for comparison with the script's: `tabbable` finds the elements,
-// `dom-accessibility-api` their names. Bundled into a page by the benchmark.
+// An element map built from packages, to compare the script's with: `tabbable` finds the elements and
+// `dom-accessibility-api` their names. The benchmark bundles it into a page.
 import { computeAccessibleName } from 'dom-accessibility-api';
 import { tabbable } from 'tabbable';
 

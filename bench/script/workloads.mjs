@@ -1,4 +1,4 @@
-// Pages with a given number of activatable elements, in the shapes that pages have.
+// Pages with a given number of activatable elements, in layouts that are typical of real pages.
 
 const repeat = (count, make) => Array.from({ length: count }, (_, i) => make(i)).join('');
 const nested = (levels, inner) => '<div>'.repeat(levels) + inner + '</div>'.repeat(levels);
@@ -13,7 +13,7 @@ const deepRow = (i) =>
     repeat(10, (k) => `<button>B ${i} ${k}</button>`)
   );
 
-/** By name, the HTML of a page with `size` elements, a multiple of ten. */
+/** Functions by workload name that return the HTML of a page with `size` elements, a multiple of ten. */
 export const workloads = new Map([
   ['one list', (size) => `<ul>${repeat(size, (i) => `<li tabindex="0">Item ${i}</li>`)}</ul>`],
   ['cards in rows', (size) => repeat(size / 10, row)],

@@ -1,4 +1,4 @@
-// The start, and the remote control's keys.
+// Starts the application and handles the keys of the remote control.
 (function () {
   'use strict';
 

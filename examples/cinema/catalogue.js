@@ -1,8 +1,8 @@
-// What there is to watch: invented titles, and how their posters are coloured.
+// The catalog: invented titles and the colors of their posters.
 var catalogue = (function () {
   'use strict';
 
-  // id, title, genre, cast, year, minutes, two colours of the poster.
+  // id, title, genre, cast, year, minutes, two colors of the poster.
   var rows = [
     ['harbour', 'The Last Harbour', 'drama', 'Mara Lind', 2021, 112, '#0b486b', '#f56217'],
     ['orbit', 'Slow Orbit', 'science fiction', 'Idris Vale', 2024, 138, '#141e30', '#6a82fb'],
@@ -40,7 +40,7 @@ var catalogue = (function () {
     return String(text).toLowerCase().indexOf(String(part).toLowerCase()) >= 0;
   }
 
-  // The titles that fit everything that is asked for; a member that is undefined asks for nothing.
+  // The titles that match all members of `wanted`; undefined members match everything.
   function find(wanted) {
     return titles.filter(function (entry) {
       return (

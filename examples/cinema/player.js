@@ -1,4 +1,4 @@
-// Playback without a film: a position that moves while it plays, and the modes that a player has.
+// A simulated player without video: a position that advances during playback, and the usual player modes.
 var player = (function () {
   'use strict';
 

@@ -1,4 +1,4 @@
-// The screens: what each one shows, which of them is up, and the focus that the remote control moves.
+// The screens: their contents, the current screen, and the focus that the remote control moves.
 var screens = (function () {
   'use strict';
 
@@ -23,7 +23,7 @@ var screens = (function () {
     button.style.backgroundImage = entry.poster;
     button.setAttribute('data-id', entry.id);
     button.appendChild(make('span', 'poster-title', entry.title));
-    // Read by eye only: a title of its own for voice is the button's text.
+    // An attribute shown by CSS, because the button's text is its name for voice.
     button.setAttribute('data-facts', entry.year + ' · ' + entry.genre);
     button.onclick = function () {
       watch(entry);
@@ -108,7 +108,7 @@ var screens = (function () {
     show('Player');
   }
 
-  // What the remote control can reach on the screen that is up.
+  // The elements of the current screen that the remote control can reach.
   function focusables() {
     var nodes = element('screen-' + current.toLowerCase()).querySelectorAll('button, a[href], li[tabindex]');
     return Array.prototype.slice.call(nodes);

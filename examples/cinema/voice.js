@@ -1,4 +1,4 @@
-// Voice control: every action that this application handles, what it does, and what it answers.
+// Voice control: the callbacks for all actions that this application handles, and their answers.
 (function () {
   'use strict';
 
@@ -6,19 +6,19 @@
   var caption = document.getElementById('caption');
   var badge = document.getElementById('voice-badge');
 
-  // Shows on screen what a command did, and passes the answer on.
+  // Shows on screen what a command did, and returns the answer.
   function heard(text, answer) {
     caption.textContent = text;
     return answer === undefined ? true : answer;
   }
 
-  // Playback starts with the hero's title when nothing has been chosen yet.
+  // If nothing has been chosen yet, playback starts with the hero title.
   function inPlayer() {
     if (!player.state.entry) player.load(catalogue.titles[0]);
     if (screens.current() !== 'Player') screens.show('Player');
   }
 
-  // Most player commands: a caption and something to do.
+  // Makes a callback for a player command from a caption and a function.
   function playerCommand(describe, run) {
     return function (param) {
       inPlayer();
@@ -68,7 +68,7 @@
     return heard('Searched for ' + describeTerm(wanted) + ': ' + found.length + ' found');
   }
 
-  // One entry as a deep link into this application, for a list that other applications contribute to as well.
+  // Answers with one entry as a deep link into this application, for a list that combines several applications.
   function collectionAnswer(term) {
     var found = catalogue.find(termFields(term))[0];
     if (!found) return heard('Nothing for the collection', false);
@@ -216,11 +216,10 @@
     onremovalfromlist: function (item) {
       return changeList(item, false);
     },
-    // Two actions are left out: a film can't be rotated, and nothing is half watched after a start.
+    // Two actions are missing on purpose: a film can't be rotated, and after a start there is nothing to continue.
   };
 
-  // The lists describe themselves: their posters answer to shorter names as well. Every other screen leaves it to
-  // the map of the page.
+  // The lists describe their own items, with shorter names as aliases. Every other screen uses the script's element map.
   function describeLists() {
     var items = screens.focusables().map(function (node) {
       var box = node.getBoundingClientRect();

@@ -72,5 +72,5 @@ test('every row is measured and printed, with its samples and plots kept', async
 test('a name that there is not ends in one sentence', async () => {
   const { code, text } = await run(['bench', 'nonsense'], { seconds: 300 });
   assert.equal(code, 2, text);
-  assert.match(text, /there is no benchmark nonsense; there are round-trip, .*simulator\./);
+  assert.match(text, /Unknown benchmark nonsense; use round-trip, .*simulator\./);
 });
