@@ -1,4 +1,4 @@
-// Makes the package from its sources and what the build made: `node npm/build.mjs WASM SCRIPT-API FOLDER`.
+// Assembles the package from its sources and the build's outputs: `node npm/build.mjs WASM SCRIPT-API FOLDER`.
 import { execFileSync } from 'node:child_process';
 import { cpSync, mkdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { basename, join, resolve } from 'node:path';
@@ -10,7 +10,7 @@ const runtimePage = join(source, '../runtime/page/runtime.js');
 const [wasm, scriptApi, folder] = process.argv.slice(2).map((path) => resolve(path));
 const generated = `${folder}-generated`;
 
-/** What the script API and the runtime's script use of a page besides the language. */
+/** The globals of a page that the script API and the runtime's script use. */
 const pageNames = ['document', 'XPathResult', 'MouseEvent'];
 
 function modulePart() {
@@ -54,7 +54,7 @@ mkdirSync(generated, { recursive: true });
 writeFileSync(join(generated, 'module.js'), modulePart());
 writeFileSync(join(generated, 'page.js'), pagePart());
 bundle('simulator/index.js', 'simulator/index.js', '--format=esm');
-// Global also where the file is run inside a function, as test tools do.
+// Defines the global even if a test tool evaluates the file inside a function.
 const global = '--footer:js=globalThis.corvisSimulator = corvisSimulator;';
 bundle('simulator/index.js', 'simulator/script.js', '--format=iife', '--global-name=corvisSimulator', global);
 bundle('component/index.js', 'component/index.js', '--format=esm');

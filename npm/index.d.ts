@@ -1,7 +1,7 @@
-// TypeScript declarations of corvis.voiceinteraction, the API through which a web application on a TV takes part in
-// voice control. The comments are the API's reference.
+// TypeScript declarations of corvis.voiceinteraction, the API through which web applications on a TV support voice
+// control. The comments are the API's reference.
 //
-// A script gets the global object with `/// <reference types="corvis-voiceinteraction" />`, and the types with
+// A script references the global object with `/// <reference types="corvis-voiceinteraction" />`, and imports types with
 // `import type { VoiceCallbacks } from 'corvis-voiceinteraction'`.
 
 /**
@@ -72,7 +72,7 @@ export type VoiceSearchTermField =
   | 'SEARCH_TERM_RELEASE_DATE_TO'
   | 'SEARCH_TERM_RAW';
 
-/** A function that is switched off or on. */
+/** Turns a function off or on. */
 export type MediaFunctionMode = 'MEDIA_FUNCTION_OFF' | 'MEDIA_FUNCTION_ON';
 
 /** Directions of rotation. */
@@ -81,16 +81,15 @@ export type MediaRotateMode = 'MEDIA_ROTATE_LEFT' | 'MEDIA_ROTATE_RIGHT';
 /** Directions of zooming. */
 export type MediaZoomMode = 'MEDIA_ZOOM_IN' | 'MEDIA_ZOOM_OUT';
 
-/** What is repeated: nothing, one title, all titles. */
+/** What to repeat: nothing, one title or all titles. */
 export type MediaRepeatMode = 'MEDIA_REPEAT_OFF' | 'MEDIA_REPEAT_ONE' | 'MEDIA_REPEAT_ALL';
 
-/** The lists that something is added to or removed from; `"LIST_UNKNOWN"` for one that the script doesn't know. */
+/** The lists to add to or remove from; `"LIST_UNKNOWN"` for a list that the script doesn't know. */
 export type ListItem = 'LIST_BOOKMARKS' | 'LIST_WATCH_LATER' | 'LIST_UNKNOWN';
 
 /**
- * What the user searches for. Every member is optional. The object that a callback receives is frozen; read it
- * directly or with {@link VoiceInteraction.getDataFromSearchTerm}. Empty when the voice service's data could not be
- * understood.
+ * The terms of a search. Every member is optional. The object that a callback receives is frozen; read it directly or
+ * with {@link VoiceInteraction.getDataFromSearchTerm}. It is empty if the voice service's data could not be parsed.
  */
 export type SearchTerm = {
   /** The user's words. */
@@ -109,11 +108,11 @@ export type SearchTerm = {
   readonly to?: string;
 };
 
-/** An object or array whose JSON text is the answer. Functions and promises are refused: their text is no answer. */
+/** An object or array whose JSON text is the answer. The type excludes functions and promises. */
 export type AnswerObject = object & { readonly then?: never; readonly call?: never };
 
 /**
- * What a callback may return. The return value, and nothing later, is the command's one answer:
+ * The return value of a callback, which is the only answer to the command:
  *
  * | returned | answer to the voice service |
  * |---|---|
@@ -121,39 +120,39 @@ export type AnswerObject = object & { readonly then?: never; readonly call?: nev
  * | `false` | `not_support` |
  * | a string | that string |
  * | a number, an object, an array | its JSON text |
- * | a function, a symbol, what JSON refuses | `not_support` |
+ * | a function, a symbol, a value that JSON can't represent | `not_support` |
  *
- * A callback that throws is answered `not_support`; the page does not see the error. There is no waiting: a promise
- * would be answered with the text `{}`.
+ * If a callback throws, the answer is `not_support`, and the page does not see the error. Asynchronous answers are not
+ * supported: a promise would be answered with the text `{}`.
  */
 export type Answer = void | undefined | null | boolean | string | number | AnswerObject;
 
-/** A callback whose parameter the script converts; it is always there, with a fixed value for texts it doesn't know. */
+/** A callback with a converted parameter, which is always present and has a fixed value for unknown texts. */
 export type ParameterCallback<P> = (this: unknown, parameter: P) => Answer;
 
 /**
- * A callback that receives the text that came with the command, as the voice service sent it; often the empty text,
- * and no argument at all where the command carries none.
+ * A callback that receives the text of the command unchanged. The text is often empty, and missing if the command has
+ * none.
  */
 export type TextCallback = (this: unknown, text?: string) => Answer;
 
 /**
  * The callbacks of an application, passed to {@link VoiceInteraction.setCallback}. Every property is optional; an
  * action without a callback is answered `not_support`, except `ACTION_REQUEST_CONTENT_CONTEXT`, which the script can
- * answer itself, and `ACTION_ITEM_SELECTION`, which it always handles. Only the object's own properties count; a
- * property that is there must be a function.
+ * answer itself, and `ACTION_ITEM_SELECTION`, which it always handles. Only the object's own properties count, and each
+ * must be a function.
  */
 export interface VoiceCallbacks {
   /**
    * `ACTION_REQUEST_APP_CONTEXT`: the voice service asks for the state of the application. Return a
-   * {@link VoiceApplicationState} such as `"Player"`; the script passes on whatever is returned.
+   * {@link VoiceApplicationState} such as `"Player"`; the script does not check the value.
    */
   onupdatestate?: TextCallback;
-  /** `ACTION_NAVIGATION`: move the focus or the page. A text that isn't known arrives as `"NAV_NEXT"`. */
+  /** `ACTION_NAVIGATION`: move the focus or the page. An unknown text arrives as `"NAV_NEXT"`. */
   onnavigation?: ParameterCallback<Exclude<VoiceNavigation, 'NAV_UNKNOWN'>>;
   /** `ACTION_SEARCH`: search for something. */
   onsearch?: ParameterCallback<SearchTerm>;
-  /** `ACTION_PLAY`: start or go on playing. */
+  /** `ACTION_PLAY`: start or resume playing. */
   onplay?: TextCallback;
   /** `ACTION_STOP`: stop playing. */
   onstop?: TextCallback;
@@ -161,19 +160,19 @@ export interface VoiceCallbacks {
   onpause?: TextCallback;
   /** `ACTION_EXIT`: leave the application. */
   onexit?: TextCallback;
-  /** `ACTION_SELECTION`: select by number; 0 for a text that is no number. */
+  /** `ACTION_SELECTION`: select by number; 0 for a text that is not a number. */
   onselection?: ParameterCallback<number>;
   /** `ACTION_TITLE_SELECTION`: select by title, which is the text. */
   ontitleselection?: TextCallback;
-  /** `ACTION_CUSTOM`: an action of the application's own. The text is JSON: an object whose members are strings. */
+  /** `ACTION_CUSTOM`: a custom action of the application. The text is a JSON object whose members are strings. */
   oncustom?: TextCallback;
   /** `ACTION_FAST_FORWARD`: wind forward. */
   onfastforward?: TextCallback;
   /** `ACTION_REWIND`: wind back. */
   onrewind?: TextCallback;
   /**
-   * `ACTION_DEFAULT_SEARCH`: a search outside any search page. The text is the JSON of a {@link SearchTerm}; unlike
-   * for `onsearch` it arrives unparsed.
+   * `ACTION_DEFAULT_SEARCH`: a search outside any search page. The text is a {@link SearchTerm} as JSON, which, unlike
+   * for `onsearch`, is not parsed.
    */
   ondefaultsearch?: TextCallback;
   /**
@@ -181,7 +180,7 @@ export interface VoiceCallbacks {
    * {@link VoiceInteraction.buildCollectionDeeplinkData} or {@link VoiceInteraction.buildCollectionShowData}.
    */
   onsearchcollection?: ParameterCallback<SearchTerm>;
-  /** `ACTION_CHANGE_APP_STATE`: go to another state, which the text names. */
+  /** `ACTION_CHANGE_APP_STATE`: go to the state that the text names. */
   onchangeappstate?: TextCallback;
   /** `ACTION_MEDIA_TRACK_PREVIOUS`: go to the previous track. */
   onchangeprevioustrack?: TextCallback;
@@ -189,38 +188,38 @@ export interface VoiceCallbacks {
   onchangenexttrack?: TextCallback;
   /** `ACTION_MEDIA_RESTART`: play from the beginning. */
   onrestart?: TextCallback;
-  /** `ACTION_MEDIA_SKIP_BACKWARD`: skip backward by a number; 0 for a text that is no number. */
+  /** `ACTION_MEDIA_SKIP_BACKWARD`: skip backward by a number; 0 for a text that is not a number. */
   onskipbackward?: ParameterCallback<number>;
-  /** `ACTION_MEDIA_SKIP_FORWARD`: skip forward by a number; 0 for a text that is no number. */
+  /** `ACTION_MEDIA_SKIP_FORWARD`: skip forward by a number; 0 for a text that is not a number. */
   onskipforward?: ParameterCallback<number>;
-  /** `ACTION_MEDIA_SET_PLAY_POSITION`: go to a position; 0 for a text that is no number. */
+  /** `ACTION_MEDIA_SET_PLAY_POSITION`: go to a position; 0 for a text that is not a number. */
   onsetplayposition?: ParameterCallback<number>;
-  /** `ACTION_MEDIA_SET_SUBTITLE`: subtitles off or on; off for a text that isn't known. */
+  /** `ACTION_MEDIA_SET_SUBTITLE`: turn subtitles off or on; off for an unknown text. */
   onchangesubtitlemode?: ParameterCallback<MediaFunctionMode>;
-  /** `ACTION_MEDIA_SET_SHUFFLE`: shuffling off or on; off for a text that isn't known. */
+  /** `ACTION_MEDIA_SET_SHUFFLE`: turn shuffle off or on; off for an unknown text. */
   onchangeshufflemode?: ParameterCallback<MediaFunctionMode>;
-  /** `ACTION_MEDIA_SET_SCREEN_FIT`: fitting the screen off or on; off for a text that isn't known. */
+  /** `ACTION_MEDIA_SET_SCREEN_FIT`: turn fitting to the screen off or on; off for an unknown text. */
   onchangescreenfitmode?: ParameterCallback<MediaFunctionMode>;
-  /** `ACTION_MEDIA_SET_ZOOM`: zoom in or out; in for a text that isn't known. */
+  /** `ACTION_MEDIA_SET_ZOOM`: zoom in or out; in for an unknown text. */
   onzoom?: ParameterCallback<MediaZoomMode>;
-  /** `ACTION_MEDIA_SET_ROTATE`: rotate left or right; left for a text that isn't known. */
+  /** `ACTION_MEDIA_SET_ROTATE`: rotate left or right; left for an unknown text. */
   onrotate?: ParameterCallback<MediaRotateMode>;
-  /** `ACTION_MEDIA_SET_360_MODE`: the 360 degree view off or on; off for a text that isn't known. */
+  /** `ACTION_MEDIA_SET_360_MODE`: turn the 360 degree view off or on; off for an unknown text. */
   onchange360mode?: ParameterCallback<MediaFunctionMode>;
-  /** `ACTION_MEDIA_SET_REPEAT`: what to repeat; nothing for a text that isn't known. */
+  /** `ACTION_MEDIA_SET_REPEAT`: what to repeat; nothing for an unknown text. */
   onchangerepeatmode?: ParameterCallback<MediaRepeatMode>;
-  /** `ACTION_MEDIA_CONTINUE_WATCHING`: go on with what was watched before. */
+  /** `ACTION_MEDIA_CONTINUE_WATCHING`: resume what was watched before. */
   oncontinuewatching?: TextCallback;
   /**
    * `ACTION_REQUEST_CONTENT_CONTEXT`: the voice service asks what is on the screen. Answer with
    * {@link VoiceInteraction.buildVoiceInteractionContentContextResponse}. Without this callback the script answers
    * with a map of the page's clickable elements, a JSON array of {@link ElementMapItem}, and item selections click
-   * them; with it there is no such map, and item selections are answered `not_support`.
+   * them. With it there is no such map, and the answer to item selections is `not_support`.
    */
   onrequestcontentcontext?: TextCallback;
-  /** `ACTION_ADDITION_TO_LIST`: add what is shown or played to a list. */
+  /** `ACTION_ADDITION_TO_LIST`: add the current title to a list. */
   onadditiontolist?: ParameterCallback<ListItem>;
-  /** `ACTION_REMOVAL_FROM_LIST`: remove what is shown or played from a list. */
+  /** `ACTION_REMOVAL_FROM_LIST`: remove the current title from a list. */
   onremovalfromlist?: ParameterCallback<ListItem>;
 }
 
@@ -239,11 +238,11 @@ export interface ContentContextItem {
 }
 
 /**
- * One element of the map with which the script answers content-context requests itself: elements that a user could
+ * One element of the map with which the script itself answers content-context requests: elements that a user can
  * activate and that have a readable title, in document order.
  */
 export interface ElementMapItem {
-  /** The number by which an item selection names the element; from 0, anew with every request. */
+  /** The number by which an item selection refers to the element; counts from 0 in every request. */
   id: number;
   /** The element's text, or else its `title` or `aria-label`, or an `aria-label`, `alt` or `title` of its images. */
   title: string;
@@ -264,8 +263,7 @@ export interface ElementMapItem {
 }
 
 /**
- * What the API throws for an argument that it refuses: `name` is `"TypeMismatchError"`, `message` says which argument
- * is wrong.
+ * The error for an invalid argument: `name` is `"TypeMismatchError"`, and `message` says which argument is invalid.
  */
 export interface CorviException extends Error {
   readonly name: string;
@@ -274,38 +272,37 @@ export interface CorviException extends Error {
 }
 
 /**
- * What the methods that need the privileges throw when the application lacks one: `name` is `"SecurityError"`,
- * `message` is `"Microphone PrivilegeException"` or `"Voice Control PrivilegeException"`.
+ * The error of methods that need privileges, if the application lacks one: `name` is `"SecurityError"`, and `message`
+ * is `"Microphone PrivilegeException"` or `"Voice Control PrivilegeException"`.
  */
 export interface SecurityError extends Error {
   readonly name: 'SecurityError';
 }
 
 /**
- * The object `corvis.voiceinteraction`. All methods are synchronous. Those that say so need the microphone and the
- * voice-control privilege and check that first, before they look at any argument.
+ * The object `corvis.voiceinteraction`. All methods are synchronous. Those that say so need the microphone and
+ * voice-control privileges and check them before any argument.
  */
 export interface VoiceInteraction {
   /**
-   * Starts to receive voice commands. Usually called after {@link setCallback}, but in any order and as often as
-   * wanted.
+   * Starts to receive voice commands. Usually called after {@link setCallback}, but the order does not matter, and
+   * repeated calls are allowed.
    *
    * @throws {SecurityError} when the application lacks a privilege.
    */
   listen(): void;
 
   /**
-   * Says which voice actions the application handles, replacing everything said before. The functions are taken from
-   * the object now; what is changed in it later counts from the next call on.
+   * Sets the voice actions that the application handles, replacing those of earlier calls. The functions are read from
+   * the object now; later changes of it have no effect until the next call.
    *
-   * Refused because of its argument, the call changes nothing. Refused because of one property, it leaves the page
-   * without any callback.
+   * A call with an invalid argument changes nothing. A call with an invalid property removes all callbacks.
    *
    * @param callback - the callbacks; at least one enumerable property.
    * @throws {SecurityError} when the application lacks a privilege.
    * @throws {CorviException} `"callback is not passed"`, `"callback is not object"`, `"callback is empty object"`,
-   *   `"callback is not defined"` for a property that is undefined or null, `"callback is not function type"` for a
-   *   property that is anything else but a function.
+   *   `"callback is not defined"` for a property that is undefined or null, `"callback is not function type"` for any
+   *   other property that is not a function.
    */
   setCallback(callback: VoiceCallbacks): void;
 
@@ -321,7 +318,7 @@ export interface VoiceInteraction {
    *
    * @param st - a search term: only members of {@link SearchTerm}, at least one, all strings.
    * @param field - which field.
-   * @returns the field's text; undefined when the search term doesn't have it.
+   * @returns the field's text; undefined if the search term doesn't have the field.
    * @throws {SecurityError} when the application lacks a privilege.
    * @throws {CorviException} `"param is not valid object"`, or else `"field value is invalid"`.
    */
@@ -361,7 +358,7 @@ export interface VoiceInteraction {
    * @param positionX - horizontal position.
    * @param positionY - vertical position.
    * @param title - the name by which a user would call the item.
-   * @param aliasArr - further names; the item holds this very array.
+   * @param aliasArr - further names; the item refers to this array and does not copy it.
    * @param bFocused - whether the item has the focus.
    * @throws {CorviException} `"title is not string"`, `"alias is not array"`, `"positionX is not number"`,
    *   `"positionY is not number"`, `"bFocused is not boolean"`, in this order.
@@ -380,7 +377,7 @@ export interface VoiceInteraction {
    * @param contentContextArr - the items on the screen; they may have further members.
    * @returns the JSON text of the array.
    * @throws {CorviException} `"contentContextArr is not array"`, `"param is not object"`,
-   *   `"param contains invalid object"`, or what {@link buildVoiceInteractionContentContextItem} says of an item.
+   *   `"param contains invalid object"`, or an error of {@link buildVoiceInteractionContentContextItem} for an item.
    */
   buildVoiceInteractionContentContextResponse(contentContextArr: readonly ContentContextItem[]): string;
 }
@@ -388,7 +385,7 @@ export interface VoiceInteraction {
 declare global {
   /** The APIs of the TV's web runtime. */
   namespace corvis {
-    /** Voice control; there only in pages of applications. */
+    /** Voice control; present only in pages of applications. */
     const voiceinteraction: VoiceInteraction;
   }
 }

@@ -2,13 +2,13 @@
 import type { Tv } from '../simulator/index.js';
 
 /**
- * A field in which one says something to the page, its last answers, and the numbers of what can be selected. Importing
- * this file defines the element.
+ * A field for phrases, with the page's last answers and the numbers of its items. Importing this file defines the
+ * element.
  */
 export class CorvisVoice extends HTMLElement {
-  /** The TV that is spoken to; the one installed in the window unless another is set. */
+  /** The TV that the phrases are said to; by default the one installed in the window. */
   tv: Tv | undefined;
-  /** Whether the numbers of what can be selected are drawn on the page. */
+  /** Whether the numbers of the items are drawn on the page. */
   numbers: boolean;
 }
 

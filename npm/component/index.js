@@ -1,19 +1,19 @@
-// <corvis-voice>: a field for development pages in which one says something to the page, with its last answers, and
-// the numbers of what can be selected. It is in a shadow tree, so it is none of the page's items.
+// <corvis-voice>: a field for phrases on development pages, with the page's last answers and the numbers of its items.
+// Its contents are in a shadow tree, so they are not among the page's items.
 import { template } from './template.js';
 
 const installed = Symbol.for('corvis.voiceinteraction.simulator');
 const shownAnswers = 5;
 const settleTime = 150;
 
-/** One line for an event: what was said, what it became, what came back. */
+/** Describes an event in one line: the phrase, the action and the answer. */
 function lineOf({ said, action, data, answer, answer_ms: time, message, exception }) {
   if (message) return `${said}: ${message}`;
   const thrown = exception ? `, the callback threw ${exception}` : '';
   return `${said} → ${action}${data ? ` ${data}` : ''} → ${answer}${thrown} (${time.toFixed(1)} ms)`;
 }
 
-/** The box of an item with its number, as far as the page's answer says where it is. */
+/** Makes the box of an item with its number; items without a size get only a label. */
 function boxOf(item, number) {
   const box = document.createElement('div');
   const [left, top] = [item.x ?? item.positionX, item.y ?? item.positionY];
@@ -27,7 +27,7 @@ function boxOf(item, number) {
   return box;
 }
 
-// Importing it where there are no elements, as in Node, does no harm.
+// Allows importing the file without HTMLElement, for example in Node.
 const Element = globalThis.HTMLElement ?? class {};
 
 export class CorvisVoice extends Element {
@@ -50,7 +50,7 @@ export class CorvisVoice extends Element {
     });
     this.#part('#phrase').addEventListener('focus', () => this.#suggest());
     this.#part('#toggle').addEventListener('click', () => (this.numbers = !this.numbers));
-    // What is typed is not for the page's own keys.
+    // Typing in the field must not trigger the page's key handlers.
     for (const kind of ['keydown', 'keyup', 'keypress']) {
       this.#root.addEventListener(kind, (event) => event.stopPropagation());
     }
@@ -60,7 +60,7 @@ export class CorvisVoice extends Element {
     return this.#root.querySelector(selector);
   }
 
-  /** The TV that is spoken to: the one installed in the window unless another is set. */
+  /** The TV that the phrases are said to; by default the one installed in the window. */
   get tv() {
     return this.#tv ?? window[installed];
   }
@@ -129,7 +129,7 @@ export class CorvisVoice extends Element {
   async #drawNumbers() {
     const drawn = this.#part('#numbers');
     const items = this.numbers && this.tv ? await this.tv.items().catch(() => []) : [];
-    // Where a frame stands, its items' own boxes don't say.
+    // Items in frames are not drawn: their boxes are relative to the frame, whose position is unknown.
     const boxes = items.map((item, number) => (item.iframe ? undefined : boxOf(item, number)));
     drawn.replaceChildren(...boxes.filter(Boolean));
   }

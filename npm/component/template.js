@@ -1,4 +1,4 @@
-// How <corvis-voice> looks.
+// The markup and styles of <corvis-voice>.
 export const template = `
 <style>
   :host { all: initial; position: fixed; right: 16px; bottom: 16px; z-index: 2147483647; color-scheme: light dark; }

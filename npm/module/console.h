@@ -1,4 +1,4 @@
-// The page's console, on its way to whoever watches it.
+// Passes lines of the page's console to the simulator.
 #ifndef CORVIS_NPM_MODULE_CONSOLE_H_
 #define CORVIS_NPM_MODULE_CONSOLE_H_
 
@@ -6,7 +6,7 @@
 
 namespace corvis::simulator {
 
-// A line of the page ("page") or of the script API ("api").
+// Writes a line; `source` is "page" or, for the script API, "api".
 void WriteConsole(const std::string& level, const std::string& text, const std::string& source);
 
 }  // namespace corvis::simulator

@@ -1,4 +1,4 @@
-// One extension, and one instance at a time.
+// Implements the interface tables for one extension with one instance at a time.
 #include "host.h"
 
 #include <cstring>
@@ -23,7 +23,7 @@ struct Host {
   std::string reply;
 };
 
-// Never destroyed: the library may call as long as the module lives.
+// Never destroyed, because the library may call it as long as the module is loaded.
 Host& TheHost() {
   static auto* const host = new Host;
   return *host;
@@ -44,7 +44,7 @@ void TakeCallbacks(ExtensionHandle /*extension*/, const NurvoExtensionCallbacks*
   TheHost().user_data = user_data;
 }
 
-// The page takes the script from the package.
+// The script that the library sets is ignored: the page uses the one in the package.
 constexpr NurvoExtensionInterface kExtensionInterface = {
     [](ExtensionHandle, const char* name) { TheHost().name = name; }, [](ExtensionHandle, const char*) {},
     TakeCallbacks};

@@ -1,5 +1,5 @@
-// The runtime's side of the library in a page: serves its interface tables, makes the page's instance, and
-// carries calls and messages between it and the page's script.
+// The runtime of the library in a page: serves the interface tables, creates the page's instance, and passes
+// calls and messages between it and the page's script.
 #ifndef CORVIS_NPM_MODULE_HOST_H_
 #define CORVIS_NPM_MODULE_HOST_H_
 
@@ -9,16 +9,17 @@
 
 namespace corvis::simulator {
 
-// Initializes the library that is linked into this module. Returns the name under which pages find its API;
-// empty when it refused.
+// Initializes the library that is linked into this module. Returns the name under which pages find its API,
+// or an empty string on failure.
 std::string StartLibrary();
 
-// The page's instance of the library. What it posts is queued on the bus and then handed to the page.
+// Creates the page's instance of the library. Messages that it posts are queued on the bus and then delivered
+// to the page.
 void OpenPage();
-// The page goes: its instance is destroyed, and what still waits for the page is dropped.
+// Destroys the page's instance and drops the messages that are queued for the page.
 void ClosePage();
 
-// A synchronous call of the page's script. Returns the reply, empty without a page.
+// Handles a synchronous call of the page's script. Returns the reply, which is empty without a page.
 std::string CallLibrary(const char* message);
 
 }  // namespace corvis::simulator

@@ -1,5 +1,5 @@
-// The main loop of the voice service in a page: waiting is delivering what waits on the bus. A page answers
-// while a command is delivered to it, so when nothing waits any more, nothing more will come.
+// The main loop of the voice service in a page: waiting means delivering the messages that are queued on the
+// bus. A page answers while a command is delivered to it, so an empty queue means that no answer will arrive.
 #include "service/main_loop.h"
 
 #include "platform/bus.h"

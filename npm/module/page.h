@@ -1,8 +1,8 @@
-// What the module asks of the page around it. The page implements these; texts are UTF-8 and the caller's.
+// Functions that the page around the module implements. Texts are UTF-8 and remain owned by the caller.
 #ifndef CORVIS_NPM_MODULE_PAGE_H_
 #define CORVIS_NPM_MODULE_PAGE_H_
 
-// Imports and exports of the module. Another machine's compiler, which checks the code, has neither.
+// Declare imports and exports of the module. Native compilers, which only check the code, support neither.
 #ifdef __wasm__
 #define CORVIS_PAGE(name) __attribute__((import_module("page"), import_name(name)))
 #define CORVIS_ENTRY(name) extern "C" __attribute__((export_name(name)))
@@ -13,10 +13,10 @@
 
 extern "C" {
 
-// Hands a posted message to the script API's listeners. Returns after they ran, and never throws.
+// Delivers a posted message to the script API's listeners. Returns after they have run, and never throws.
 CORVIS_PAGE("deliver") void page_deliver(const char* message);
 
-// Takes what happened, as the JSON text of an event.
+// Receives an event as JSON.
 CORVIS_PAGE("event") void page_event(const char* json);
 }
 

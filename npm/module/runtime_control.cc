@@ -1,5 +1,4 @@
-// The runtime's control interface in a page, where no runtime is: the console and the privileges, and nothing
-// else.
+// RuntimeControl in a page, which has no web runtime: supports the console and the privileges only.
 #include "app/runtime_control.h"
 
 #include <set>
@@ -43,7 +42,7 @@ void RuntimeControl::WatchConsole(ConsoleSink sink) {
   simulator::Sink() = std::move(sink);
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is the runtime's client's.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the header of the runtime's client sets the signature.
 void RuntimeControl::WatchCrashes(std::function<void()> /*sink*/) {}
 
 Status RuntimeControl::Load(const std::string& /*url*/) {

@@ -1,4 +1,4 @@
-// The script API's text is in the package, as a script: the module has no use for it.
+// An empty script API: the package contains it as a script, so the module does not need its text.
 #include "voice-interaction/script_api_source.h"
 
 const char kScriptApiSource[] = "";

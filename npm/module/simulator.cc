@@ -1,5 +1,5 @@
-// The module's entry points. Texts go in and out as UTF-8 and JSON; what an entry point returns stays valid
-// until it is called again.
+// The module's entry points. Arguments and results are UTF-8 texts, some of them JSON; a result stays valid
+// until the next call of the same entry point.
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -34,7 +34,7 @@ std::vector<std::string> ListOf(const char* json) {
 
 }  // namespace
 
-// Once, before all others. Returns the path under which pages find the API.
+// Call this once, before all other entry points. Returns the path under which pages find the API.
 CORVIS_ENTRY("start") const char* Start(const char* app_id, const char* privileges) {
   TheTv() = std::make_unique<Tv>(app_id, ListOf(privileges));
   const Acting app(app_id);
@@ -51,7 +51,7 @@ CORVIS_ENTRY("close_page") void EndPage() {
   ClosePage();
 }
 
-// A synchronous call of the page's script; it may come while any other entry point runs.
+// Handles a synchronous call of the page's script, possibly while another entry point is running.
 CORVIS_ENTRY("call") const char* Call(const char* message) {
   static auto* const reply = new std::string;
   const Acting app(TheTv()->app_id());
@@ -75,7 +75,7 @@ CORVIS_ENTRY("phrases") const char* Phrases() {
   return Returned(TextOf(TheTv()->Phrases()));
 }
 
-// Steps: each announces its event before it returns.
+// Steps. Each emits its event before it returns.
 
 CORVIS_ENTRY("say") void Say(const char* phrase) {
   TheTv()->Say(phrase);

@@ -1,4 +1,4 @@
-// Steps and their events.
+// Runs steps and emits their events.
 #include "tv.h"
 
 #include <algorithm>
@@ -17,7 +17,7 @@ namespace {
 
 constexpr auto kTimeout = std::chrono::milliseconds(5000);
 
-// Milliseconds to the microsecond.
+// Converts to milliseconds, with microsecond resolution.
 double Milliseconds(std::chrono::nanoseconds time) {
   constexpr double kThousand = 1000;
   return static_cast<double>(std::chrono::duration_cast<std::chrono::microseconds>(time).count()) / kThousand;
@@ -48,7 +48,7 @@ Tv::Tv(const std::string& app_id, const std::vector<std::string>& privileges)
       }),
       conversation_(service_, app_id, kTimeout) {
   const Acting service(kit::wire::kServiceId);
-  // A bus in memory refuses nothing.
+  // Can't fail on a bus in memory.
   static_cast<void>(service_.Start());
   SetPrivileges(privileges);
 }

@@ -1,4 +1,4 @@
-// A TV with one application: the voice service, the conversation with the page, and what happens, as events.
+// A TV with one application: the voice service and the conversation with the page, reported as events.
 #ifndef CORVIS_NPM_MODULE_TV_H_
 #define CORVIS_NPM_MODULE_TV_H_
 
@@ -15,8 +15,8 @@ namespace corvis::simulator {
 
 using Json = nlohmann::json;
 
-// Every operation is a step, announced to the page as the event that docs/voice-scripts.md describes; what
-// stands in a script's file is not in it.
+// Every operation is a step, reported to the page as the event that docs/voice-scripts.md describes, without
+// the position in a script file.
 class Tv {
  public:
   // Starts the voice service. `privileges` are names or URIs.
@@ -25,21 +25,21 @@ class Tv {
   const std::string& app_id() const { return conversation_.app_id(); }
   bool HasApp() const { return service_.HasApp(app_id()); }
 
-  // A phrase, or "select TITLE" for an item of the screen.
+  // Says a phrase, or "select TITLE" for an item on the screen.
   void Say(const std::string& phrase);
-  // An action with its data, as a script's send has it.
+  // Sends an action with its data, in the syntax of the script statement `send`.
   void Send(const std::string& raw);
-  // An action whose data is a bundle of these entries.
+  // Sends an action whose data is a bundle of these entries.
   void SendEntries(const std::string& action, const kit::Entries& entries);
-  // What can be selected on the screen: the page's answer, and the numbers of the items with this title, of
-  // all for an empty one.
+  // Requests the items on the screen. The event has the page's answer and the numbers of the items with this
+  // title, or of all items if the title is empty.
   void Items(const std::string& title);
   void Restart();
-  // A phrase for each action that the page handles itself.
+  // A sample phrase for each action that the page handles itself.
   std::vector<std::string> Phrases() const;
   void SetPrivileges(const std::vector<std::string>& privileges);
 
-  // Delivers what waits on the bus.
+  // Delivers everything that is queued on the bus.
   static void DeliverAll();
 
  private:
@@ -54,7 +54,7 @@ class Tv {
   kit::Conversation conversation_;
 };
 
-// The text of a value, whatever bytes are in its strings.
+// Serializes a value. Invalid UTF-8 in its strings is replaced.
 std::string TextOf(const Json& value);
 
 }  // namespace corvis::simulator

@@ -3,38 +3,38 @@ import type { ContentContextItem, ElementMapItem, VoiceInteractionAppAction } fr
 import type { Privilege, SimulatorEvent, SimulatorOptions, StepEvent } from '../simulator/index.js';
 
 export interface VoiceOptions extends SimulatorOptions {
-  /** How long a page may take until it listens, in milliseconds; 20000 unless given. */
+  /** How long to wait until the page listens, in milliseconds; 20000 by default. */
   timeout?: number;
 }
 
-/** What a viewer says to a page, and what the page answers. Everything waits until the page listens. */
+/** Says phrases to a page and returns its answers. All methods wait until the page listens. */
 export interface Voice {
-  /** Says a phrase. Rejects with a sentence when it is not understood, or there is no answer. */
+  /** Says a phrase. Rejects with an error message if the phrase is unknown or the page does not answer. */
   say(text: string): Promise<StepEvent>;
-  /** Sends an action with its data. Rejects as `say` does. */
+  /** Sends an action with its data. Rejects like `say`. */
   send(
     action: VoiceInteractionAppAction,
     data?: string | number | Record<string, string | number>
   ): Promise<StepEvent>;
-  /** What can be selected on the screen; with a title what `select` and this title means. */
+  /** The items on the screen; with a title only those that `select` with this title matches. */
   items(title?: string): Promise<Array<ElementMapItem | ContentContextItem>>;
-  /** The one item with this title. Rejects when there is none, or more than one. */
+  /** The only item with this title. Rejects if there is none or more than one. */
   item(title: string): Promise<ElementMapItem | ContentContextItem>;
-  /** The voice service restarts. */
+  /** Restarts the voice service. */
   restartService(): Promise<StepEvent>;
-  /** What the application holds from now on. */
+  /** Replaces the privileges of the application. */
   setPrivileges(privileges: Privilege[]): Promise<void>;
-  /** Everything that happened in the present page. */
+  /** All events of the current page. */
   events(): Promise<SimulatorEvent[]>;
   /** Resolves when the page listens. */
   listening(): Promise<void>;
-  /** The last thing said; throws when nothing has been said. */
+  /** The last step that said or sent something; throws if there is none. */
   readonly last: StepEvent;
-  /** Its answer. */
+  /** The answer to that step. */
   readonly answer: string | undefined;
 }
 
-/** What is used of a Playwright page; those of `playwright`, `playwright-core` and `@playwright/test` have it. */
+/** The methods required of a page; pages of `playwright`, `playwright-core` and `@playwright/test` have them. */
 export interface PageLike {
   addInitScript(script: { content: string }): Promise<unknown>;
   evaluate<Argument, Result>(
@@ -43,7 +43,7 @@ export interface PageLike {
   ): Promise<Result>;
 }
 
-/** Gives a page, from its next document on, a TV's voice control. */
+/** Adds a TV's voice control to a page, from its next document on. */
 export function installVoice(page: PageLike, options?: VoiceOptions): Promise<Voice>;
 
 /** For `test.extend<VoiceFixtures>(voiceFixtures)`: the fixture `voice`, and the option `voiceOptions`. */
@@ -69,8 +69,8 @@ interface Verdict {
 
 /** For `expect.extend(voiceMatchers)`. */
 export const voiceMatchers: {
-  /** The answer to what was said last: this text, a match of this expression, or the JSON of this value. */
+  /** The last answer equals this text, matches this regular expression, or is the JSON of this value. */
   toAnswer(this: { isNot: boolean }, voice: Voice, expected: unknown): Verdict;
-  /** The action that what was said last became; with data, as for `toAnswer`. */
+  /** The last phrase became this action; with `data`, its data matches as in `toAnswer`. */
   toSend(this: { isNot: boolean }, voice: Voice, action: VoiceInteractionAppAction, data?: unknown): Verdict;
 };

@@ -1,12 +1,12 @@
-// Voice control in Playwright's pages, of any engine: a fixture and matchers for its test runner, and a function for
-// pages of one's own.
+// Voice control in Playwright's pages, for all engines: a fixture and matchers for its test runner, and a function for
+// pages that a test opens itself.
 import { readFileSync } from 'node:fs';
 import { isDeepStrictEqual } from 'node:util';
 
 const simulator = readFileSync(new URL('../simulator/script.js', import.meta.url), 'utf8');
 const pollInterval = 20;
 
-/** Runs in every page before its scripts; frames have no voice control, as on a TV. */
+/** Runs in every page before its scripts. Frames get no voice control, as on a TV. */
 const installing = (options) => `if (window === window.top) {
   const { install } = (function () { ${simulator}; return corvisSimulator; })();
   delete globalThis.corvisSimulator;
@@ -16,11 +16,11 @@ const installing = (options) => `if (window === window.top) {
 /** Runs in the page: calls a method of its TV. */
 function callTv([method, args]) {
   const tv = window[Symbol.for('corvis.voiceinteraction.simulator')];
-  if (!tv) throw new Error('This page was loaded before voice control was installed; load it afterwards.');
+  if (!tv) throw new Error('This page was loaded before voice control was installed; reload it.');
   return tv[method](...args);
 }
 
-/** What a viewer says to the page, and what the page answers. */
+/** Says phrases to a page and returns its answers. */
 class Voice {
   #page;
   #timeout;
@@ -31,7 +31,7 @@ class Voice {
     this.#timeout = timeout;
   }
 
-  /** The last thing said, as an event. */
+  /** The event of the last phrase or command. */
   get last() {
     if (!this.#last) throw new Error('Nothing has been said yet; say something first.');
     return this.#last;
@@ -49,7 +49,7 @@ class Voice {
     try {
       return await this.#call('isListening');
     } catch (error) {
-      // The page is on its way to another.
+      // The page is navigating.
       if (/context was destroyed|navigat/i.test(error.message)) return false;
       throw error;
     }
@@ -108,8 +108,8 @@ class Voice {
 }
 
 /**
- * Gives the page, from its next document on, a TV's voice control. Returns the voice that speaks with it. `options` are
- * the simulator's, and `timeout`, in milliseconds, for a page that does not listen yet.
+ * Adds a TV's voice control to the page, from its next document on, and returns the object to say phrases with. `options`
+ * are those of the simulator, and `timeout`, the time to wait until the page listens, in milliseconds.
  */
 export async function installVoice(page, { timeout = 20_000, ...options } = {}) {
   await page.addInitScript({ content: installing(options) });
@@ -117,15 +117,15 @@ export async function installVoice(page, { timeout = 20_000, ...options } = {}) 
 }
 
 /**
- * Fixtures for `test.extend`: `voice`, and the option `voiceOptions`. Automatic, so that the page has voice control also
- * when a hook, which asks for the page alone, loads it.
+ * Fixtures for `test.extend`: `voice`, and the option `voiceOptions`. Automatic, so that the page has voice control even
+ * if a hook that uses only `page` loads it.
  */
 export const voiceFixtures = {
   voiceOptions: [{}, { option: true }],
   voice: [async ({ page, voiceOptions }, use) => use(await installVoice(page, voiceOptions)), { auto: true }],
 };
 
-/** Whether a text is another, has a part that a regular expression matches, or is the JSON of a value. */
+/** Whether a text equals another, matches a regular expression, or is the JSON of a value. */
 function matches(text, expected) {
   if (typeof expected === 'string') return text === expected;
   if (expected instanceof RegExp) return expected.test(text);
@@ -147,7 +147,7 @@ function verdict(matcher, pass, what, expected, actual) {
 
 /** Matchers for `expect.extend`. */
 export const voiceMatchers = {
-  /** The answer to what was said last. */
+  /** Checks the last answer. */
   toAnswer(voice, expected) {
     const { answer, exception, said } = voice.last;
     const thrown = exception ? `; the callback threw ${exception}` : '';
@@ -155,7 +155,7 @@ export const voiceMatchers = {
     return verdict(this, matches(answer, expected), what, shown(expected), shown(answer) + thrown);
   },
 
-  /** The action that what was said last became, and its data. */
+  /** Checks the action of the last phrase, and its data. */
   toSend(voice, action, data) {
     const { action: sent, data: sentData, said } = voice.last;
     const pass = sent === action && (data === undefined || matches(sentData, data));

@@ -1,56 +1,56 @@
 // Types of the simulator: a TV's voice control in a page.
 import type { ContentContextItem, ElementMapItem, VoiceInteractionAppAction } from '../index.js';
 
-/** What the application may hold: the two that the API asks for, by name, or a privilege's URI. */
+/** A privilege of the application: the name of one that the API requires, or a URI. */
 export type Privilege = 'microphone' | 'voicecontrol' | (string & {});
 
 export interface SimulatorOptions {
-  /** The application's id; `com.example.app` unless given. */
+  /** The application id; `com.example.app` by default. */
   appId?: string;
-  /** What the application holds; the two that the API asks for unless given. */
+  /** The privileges of the application; by default the two that the API requires. */
   privileges?: Privilege[];
   /**
-   * Which console lines become events: none (unless given otherwise), the page's (`page`), or those of the script API
-   * as well (`all`).
+   * The console lines that become events: `none` (the default), the page's own (`page`), or also those of the script API
+   * (`all`).
    */
   console?: 'none' | 'page' | 'all';
 }
 
-/** Something said or done. Times are in milliseconds. */
+/** A phrase, command or other step. Times are in milliseconds. */
 export interface StepEvent {
   event: 'step';
   /** `say`, `send`, `items` or `restart`. */
   statement: string;
-  /** The statement as a voice script would have it. */
+  /** The statement in the syntax of voice scripts. */
   source: string;
   status: 'passed' | 'failed';
   ms: number;
   /** The phrase or the raw command. */
   said?: string;
-  /** What it became, when it was sent. */
+  /** The action that was sent. */
   action?: VoiceInteractionAppAction;
   /** The action's data as text. */
   data?: string;
-  /** The page's answer, the time to its last piece, and in how many pieces it came. */
+  /** The page's answer, the time to its last piece, and the number of its pieces. */
   answer?: string;
   answer_ms?: number;
   pieces?: number;
-  /** What the page's callback threw, which is why the answer is `not_support`. */
+  /** The exception of the page's callback, which is why the answer is `not_support`. */
   exception?: string;
-  /** Why it failed: a sentence. */
+  /** Why the step failed, a sentence. */
   message?: string;
 }
 
-/** A line of a console. */
+/** A console line. */
 export interface ConsoleEvent {
   event: 'console';
   level: 'log' | 'info' | 'warn' | 'error' | 'debug' | 'uncaught';
   text: string;
-  /** The page's own, or the script API's. */
+  /** Who wrote the line: the page or the script API. */
   source: 'page' | 'api';
 }
 
-/** What the voice service has to say besides answers. */
+/** A notice of the voice service, such as a late answer. */
 export interface NoticeEvent {
   event: 'notice';
   text: string;
@@ -58,42 +58,42 @@ export interface NoticeEvent {
 
 export type SimulatorEvent = StepEvent | ConsoleEvent | NoticeEvent;
 
-/** The TV around a page: what a viewer and the voice service do. What is said arrives in a later turn of the page. */
+/** The TV around a page: the actions of the viewer and the voice service. Commands arrive in a later turn of the page. */
 export interface Tv {
   /** Says a phrase, such as `go to 1:30`, or `select` and the title of an item on the screen. */
   say(text: string): Promise<StepEvent>;
   /**
-   * Sends an action with its data: a text, as a voice script's `send` has it, or the members of a bundle for an action
-   * whose data is one.
+   * Sends an action with its data: a text in the syntax of the script statement `send`, or the members of a bundle if
+   * the action's data is one.
    */
   send(
     action: VoiceInteractionAppAction,
     data?: string | number | Record<string, string | number>
   ): Promise<StepEvent>;
   /**
-   * What can be selected on the screen, as the page answers; with a title only what `select` and this title means.
-   * Rejects when the page gives no list of items.
+   * Requests the items on the screen; with a title only those that `select` with this title matches. Rejects if the
+   * page does not answer with a list of items.
    */
   items(title?: string): Promise<ElementMapItem[] | ContentContextItem[]>;
-  /** The voice service restarts: it forgets the application, which registers again by itself. */
+  /** Restarts the voice service: it forgets the application, which registers again by itself. */
   restartService(): Promise<StepEvent>;
-  /** What the application holds from now on. */
+  /** Replaces the privileges of the application. */
   setPrivileges(privileges: Privilege[]): void;
-  /** What could be said to the page: a phrase for each action that it handles. */
+  /** A sample phrase for each action that the page handles. */
   phrases(): string[];
-  /** Whether the page listens, as far as the voice service knows. */
+  /** Whether the page is registered with the voice service. */
   isListening(): boolean;
-  /** Everything so far, oldest first; of a long life the last 10,000. */
+  /** The events so far, oldest first; at most the last 10,000. */
   events(): SimulatorEvent[];
-  /** Calls `listener` with every further event; returns a function that ends that. */
+  /** Calls `listener` with every further event. Returns a function that removes the listener. */
   onEvent(listener: (event: SimulatorEvent) => void): () => void;
-  /** Takes voice control out of the window again; the application is unregistered. */
+  /** Removes voice control from the window and unregisters the application. */
   uninstall(): void;
 }
 
 /**
- * Publishes `corvis.voiceinteraction` in a window, before the page's own scripts need it. A TV that is there already is
- * replaced.
+ * Publishes `corvis.voiceinteraction` in a window. Call it before the page's own scripts run. Replaces a TV that is
+ * already installed.
  */
 export function install(window?: object, options?: SimulatorOptions): Tv;
 
@@ -101,7 +101,7 @@ export function install(window?: object, options?: SimulatorOptions): Tv;
 export function tvOf(window: object): Tv | undefined;
 
 /**
- * Compiles the module ahead of `install`, for engines that refuse to do so at once (Chrome before version 115). Others
- * need no such call.
+ * Compiles the module before `install`. Only needed in engines that refuse to compile it synchronously (Chrome before
+ * version 115).
  */
 export function prepare(): Promise<void>;

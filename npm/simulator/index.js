@@ -1,5 +1,4 @@
-// A TV's voice control in a page: installs corvis.voiceinteraction, and speaks with the page as the voice service of a
-// TV would.
+// A TV's voice control in a page: installs corvis.voiceinteraction and acts as the TV's voice service.
 import { startMachine } from './machine.js';
 import { attach, detach } from './page.js';
 import { inLaterTurn } from './turns.js';
@@ -12,10 +11,10 @@ const defaults = {
   console: 'none',
 };
 
-// What a page that is open all day makes a TV keep.
+// Limits the memory of a page that stays open all day.
 const mostEvents = 10_000;
 
-// Where a page's TV is found by what else looks at the page; pages don't see it.
+// The key under which other code, such as the component, finds the TV of a window. It does not clash with page names.
 const installed = Symbol.for('corvis.voiceinteraction.simulator');
 
 /** The TV that is installed in a window, or undefined. */
@@ -56,7 +55,7 @@ class Tv {
     });
   }
 
-  /** The page's synchronous calls; what they send to the voice service is delivered in a later turn. */
+  /** Handles the page's synchronous calls. Messages that they send to the voice service are delivered in a later turn. */
   #calls() {
     return {
       text: (...args) => {
@@ -87,7 +86,7 @@ class Tv {
     for (const listener of this.#listeners) listener(event);
   }
 
-  /** Resolves with the step's event, the last that it announces. */
+  /** Resolves with the step's event, which is the last one that the step emits. */
   #step(...args) {
     return inLaterTurn(() => {
       this.#machine(...args);
@@ -146,7 +145,7 @@ class Tv {
   }
 }
 
-/** Installs a TV in a window, in place of one that is there. */
+/** Installs a TV in a window and replaces an installed one. */
 export function install(window = globalThis.window ?? globalThis, options = {}) {
   const checked = checkedOptions(options);
   tvOf(window)?.uninstall();

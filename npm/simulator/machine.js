@@ -1,5 +1,5 @@
-// The WebAssembly module: the library, the phrase language and the voice service. Its entry points take texts and give
-// texts (module/simulator.cc has them).
+// Loads and calls the WebAssembly module: the library, the phrase language and the voice service. Its entry points, in
+// module/simulator.cc, receive and return texts.
 import { order, size, text as packed } from '#module';
 import { bytesOf } from './packing.js';
 
@@ -10,26 +10,29 @@ let compiled;
 
 const wasmBytes = () => bytesOf(packed, order, size);
 
-/** Compiles the module, once for all machines. */
+/** Compiles the module once for all machines. */
 function compile() {
   try {
     compiled ??= new WebAssembly.Module(wasmBytes());
   } catch (cause) {
-    // Not what a content security policy forbids.
+    // A RangeError reports the size limit; others, such as a content security policy's, are passed on.
     if (!(cause instanceof RangeError)) throw cause;
-    throw new Error('This engine does not compile the simulator at once; await prepare() before install().', {
-      cause,
-    });
+    throw new Error(
+      'This engine does not compile the simulator synchronously; await prepare() before install().',
+      {
+        cause,
+      }
+    );
   }
   return compiled;
 }
 
-/** The same without blocking: for engines that refuse to compile a module of this size at once. */
+/** Compiles the module asynchronously, for engines that refuse to compile one of this size synchronously. */
 export async function prepare() {
   compiled ??= await WebAssembly.compile(wasmBytes());
 }
 
-/** What the C++ library asks of a system. There is a clock; there are no files, users or variables. */
+/** The system calls of the C++ library. They provide a clock, but no files, users or environment variables. */
 function systemOf(memory) {
   const view = () => new DataView(memory().buffer);
   const setNumbers = (...pairs) => {
@@ -57,15 +60,15 @@ function systemOf(memory) {
   };
 }
 
-/** The size of the memory through which texts go in; longer ones get memory of their own. */
+/** The size of the buffer for texts passed to the module; longer texts are allocated separately. */
 const arenaSize = 65536;
 
-/** Texts in and out of the module's memory. */
+/** Copies texts into and out of the module's memory. */
 function textsOf(exports) {
   const arena = exports.malloc(arenaSize);
   let top = 0;
   let view = new Uint8Array();
-  // The memory's buffer is another one when the memory has grown.
+  // The memory's buffer is replaced when the memory grows.
   const bytes = () =>
     view.buffer === exports.memory.buffer ? view : (view = new Uint8Array(exports.memory.buffer));
   const writeLong = (text) => {
@@ -87,10 +90,10 @@ function textsOf(exports) {
       const memory = bytes();
       return decoder.decode(memory.subarray(at, memory.indexOf(0, at)));
     },
-    /** Calls `use` with the places of the texts, which are there until it returns. */
+    /** Calls `use` with the addresses of the texts, which are valid until it returns. */
     lend(texts, use) {
       const before = top;
-      // A code unit takes at most three bytes.
+      // A UTF-16 code unit needs at most three bytes of UTF-8.
       const places = texts.map((text) =>
         top + 3 * text.length < arenaSize ? writeShort(text) : writeLong(text)
       );
@@ -103,8 +106,8 @@ function textsOf(exports) {
 }
 
 /**
- * Starts a machine. `page` implements module/page.h: deliver(text), event(text). Gives a function that calls an entry
- * point with texts: call(name, ...texts) returns a number, call.text(name, ...texts) a text.
+ * Starts a machine. `page` implements module/page.h: deliver(text), event(text). Returns a function that calls entry
+ * points with texts: call(name, ...texts) returns a number, call.text(name, ...texts) a text.
  */
 export function startMachine(page) {
   const { exports } = new WebAssembly.Instance(compile(), {

@@ -1,21 +1,21 @@
-// Bytes as text: printable ASCII, one character for each of the most frequent bytes and two for the others. It is small,
-// compresses as well as the bytes themselves, since it keeps their order, and is quickly read. build.mjs writes it.
+// Decodes bytes from printable ASCII: one character for each of the most frequent byte values, two for the others. The
+// text is small, compresses as well as the bytes, since it keeps their order, and decodes fast. build.mjs encodes it.
 
-/** Printable, and nothing that ends or escapes within quotation marks. */
+/** The printable characters that need no escape in a string literal. */
 const characters = Array.from({ length: 95 }, (_, i) => String.fromCharCode(32 + i)).filter(
   (character) => !'"\\'.includes(character)
 );
 const prefixes = 2;
 const singles = characters.length - prefixes;
 
-/** The text for the byte of a rank; the most frequent byte has rank 0. */
+/** The text for the byte value of a rank; the most frequent one has rank 0. */
 export function textOfRank(rank) {
   if (rank < singles) return characters[prefixes + rank];
   const rest = rank - singles;
   return characters[Math.floor(rest / characters.length)] + characters[rest % characters.length];
 }
 
-/** The bytes of a text; `order` has all bytes by their ranks. */
+/** Decodes a text to bytes; `order` lists all byte values by rank. */
 export function bytesOf(text, order, size) {
   const indexes = new Uint8Array(128);
   characters.forEach((character, index) => (indexes[character.charCodeAt(0)] = index));

@@ -1,10 +1,9 @@
-// The window's side: what the web runtime does to a page (runtime/page/runtime.js) and the script API, both as they are
-// on a TV.
+// Attaches the unchanged script API and runtime script (runtime/page/runtime.js) to a window, as the web runtime does.
 import { runtimeIn, scriptApiIn } from '#page';
 
 /**
- * Publishes the script API under `path` in the window. `machine` answers its calls, `print(level, text, source)` takes
- * its console's lines, and with `isWatching` those of the page as well. Gives the function that takes posted messages.
+ * Publishes the script API under `path` in the window. `machine` answers its calls. `print(level, text, source)` receives
+ * its console lines and, with `isWatching`, those of the page. Returns the function that receives posted messages.
  */
 export function attach(window, path, { machine, print, isWatching }) {
   const runtime = runtimeIn(window, window.console ?? console)({ print });
@@ -14,7 +13,7 @@ export function attach(window, path, { machine, print, isWatching }) {
   return runtime.attach(path, build, (text) => machine.text('call', text));
 }
 
-/** Takes the API out of the window again. */
+/** Removes the API from the window. */
 export function detach(window, path) {
   const [owner, ...rest] = path.split('.');
   const names = [owner, ...rest.slice(0, -1)];

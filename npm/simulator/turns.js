@@ -1,8 +1,8 @@
-// Later turns of the main loop, in which a page gets what the voice service sends: one job each, in order. Taken from
-// the engine when this file is loaded, so that a test's false clock doesn't stop them.
+// Runs jobs in later turns of the event loop, one per turn and in order. The voice service's messages are delivered in
+// such turns. The functions are read when this file is loaded, so that a test's fake timers don't affect them.
 const nextTurn = typeof setImmediate === 'function' ? setImmediate : turnsByMessages();
 
-/** Turns in browsers: timers would be delayed by milliseconds. */
+/** Turns in browsers. Uses messages, because timers would delay turns by milliseconds. */
 function turnsByMessages() {
   const { port1, port2 } = new MessageChannel();
   const jobs = [];

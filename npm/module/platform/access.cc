@@ -1,4 +1,4 @@
-// Access control, security labels and application ids in memory: a label is the application's id.
+// Access control, security labels and application ids in memory. An application's label is its id.
 #include "platform/access.h"
 
 #include <cerrno>

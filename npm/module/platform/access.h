@@ -1,4 +1,4 @@
-// What the page's application holds.
+// The privileges of the page's application.
 #ifndef CORVIS_NPM_MODULE_PLATFORM_ACCESS_H_
 #define CORVIS_NPM_MODULE_PLATFORM_ACCESS_H_
 
@@ -7,7 +7,7 @@
 
 namespace corvis::simulator {
 
-// From now on the application holds these privileges (URIs) and no others.
+// Replaces the application's privileges with these (URIs).
 void Grant(std::set<std::string> privileges);
 
 }  // namespace corvis::simulator

@@ -1,4 +1,4 @@
-// Queues of encoded bundles, as they would travel between processes.
+// Queues encoded bundles, so that receivers get copies as they do between processes.
 #include "platform/bus.h"
 
 #include <algorithm>
@@ -10,12 +10,12 @@ namespace corvis::simulator {
 
 namespace {
 
-// What a port of the desktop takes.
+// The limit of the desktop's message ports.
 constexpr int kMaxMessageBytes = 65536;
 
 using BundlePtr = std::unique_ptr<bundle, decltype(&bundle_free)>;
 
-// The bundle's text form; empty when memory is short.
+// The encoded bundle; empty if out of memory.
 std::string Encoded(bundle* b) {
   bundle_raw* text = nullptr;
   int length = 0;
@@ -77,7 +77,7 @@ void Bus::Deliver(const std::string& from, const std::string& to, const std::str
   const BundlePtr message = Decoded(text);
   if (!message) return;
   const Acting receiver(to);
-  // A copy: the receiver may close its port.
+  // A copy, because the receiver may close its port.
   const Port target = open->second;
   target.callback(open->first, from.c_str(), nullptr, false, message.get(), target.user_data);
 }

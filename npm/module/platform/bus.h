@@ -1,5 +1,5 @@
-// The platform's bus in memory: ports, events and departures of the applications of one page, queued until
-// they are delivered. There is one thread; the library and the voice service are two applications on it.
+// The platform's bus in memory. Messages, events and departures of the applications in one page are queued
+// until they are delivered. Single-threaded; the library and the voice service are two applications on it.
 #ifndef CORVIS_NPM_MODULE_PLATFORM_BUS_H_
 #define CORVIS_NPM_MODULE_PLATFORM_BUS_H_
 
@@ -32,14 +32,14 @@ class Bus {
  public:
   static Bus& Get();
 
-  // The application whose code runs now: ports, sends and questions are its own.
+  // The id of the application whose code is running; ports and sends belong to it.
   const std::string& acting() const { return acting_; }
 
-  // As message_port.h has them.
+  // These implement the functions of message_port.h.
   int Open(const std::string& name, message_port_message_cb callback, void* user_data);
   int Close(int port_id);
   int Send(const std::string& app_id, const std::string& port, bundle* message);
-  // An application runs as long as it has a port.
+  // An application counts as running as long as it has a port.
   bool IsRunning(const std::string& app_id) const;
 
   void Subscribe(event_handler* handler) { handlers_.insert(handler); }
@@ -49,9 +49,9 @@ class Bus {
   void Watch(app_watch* watch) { watches_.insert(watch); }
   bool Unwatch(app_watch* watch) { return watches_.erase(watch) == 1; }
 
-  // Adds something to do after all that waits.
+  // Appends a delivery to the queue.
   void Queue(std::function<void()> delivery) { waiting_.push_back(std::move(delivery)); }
-  // Does the first thing that waits. False when nothing does.
+  // Runs the first queued delivery. Returns false if the queue is empty.
   bool DeliverNext();
 
  private:
@@ -76,7 +76,7 @@ class Bus {
   std::deque<std::function<void()>> waiting_;
 };
 
-// Lets an application act for the length of a scope.
+// Makes an application the acting one for the lifetime of this object.
 class Acting {
  public:
   explicit Acting(std::string app_id);

@@ -1,4 +1,4 @@
-// The platform log of a page: silent, as the desktop's is unless it is asked for more.
+// The platform log of a page. It discards all lines.
 #include "nurvo/log.h"
 
 int log_print(int /*priority*/, const char* /*tag*/, const char* /*format*/, ...) {

@@ -1,4 +1,5 @@
-// The C interface of message ports and application events, and who runs, on the bus in memory.
+// Implements the C interfaces of message ports, application events and application watches on the bus in
+// memory.
 #include "nurvo/message_port.h"
 
 #include <cerrno>
