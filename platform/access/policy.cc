@@ -1,4 +1,4 @@
-// Reading the policy file.
+// Reads the policy file.
 #include "access/policy.h"
 
 #include <cstdlib>
@@ -14,7 +14,7 @@ namespace {
 constexpr const char* kTag = "NURVO_ACCESS";
 constexpr std::string_view kWhiteSpace = " \t\r";
 
-// The first word of `line`, which is taken off it; empty at the line's end.
+// Removes the first word from `line` and returns it; empty at the end of the line.
 std::string_view TakeWord(std::string_view& line) {
   line.remove_prefix(std::min(line.find_first_not_of(kWhiteSpace), line.size()));
   const std::string_view word = line.substr(0, line.find_first_of(kWhiteSpace));

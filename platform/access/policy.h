@@ -1,4 +1,4 @@
-// The policy of a desktop: which application holds which privilege.
+// The desktop's policy: which application holds which privilege.
 #ifndef NURVO_PLATFORM_ACCESS_POLICY_H_
 #define NURVO_PLATFORM_ACCESS_POLICY_H_
 
@@ -6,12 +6,12 @@
 
 namespace nurvo {
 
-// What a security label begins with; the application id follows.
+// The prefix of a security label; the application id follows.
 constexpr std::string_view kLabelPrefix = "User::App::";
 
-// Whether the file that NURVO_POLICY names grants `privilege` to `app_id`: a line with the two words. A '#'
-// begins a comment. The file is read at every check, so that grants can change while an application
-// runs. Without a file everything is denied.
+// Whether the file that NURVO_POLICY names grants `privilege` to `app_id`, by a line with the application id
+// and the privilege. '#' starts a comment. Reads the file at every check, so that grants can change while an
+// application runs. Without a file everything is denied.
 bool isGranted(std::string_view app_id, std::string_view privilege);
 
 }  // namespace nurvo

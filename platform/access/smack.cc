@@ -1,4 +1,4 @@
-// Security labels on a desktop: made of the application id.
+// Security labels on a desktop, derived from the application id.
 #include "nurvo/smack.h"
 
 #include <string>

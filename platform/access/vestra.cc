@@ -1,4 +1,4 @@
-// The access-control client of a desktop: answers from the policy file.
+// The access-control client on a desktop. It answers from the policy file.
 #include "nurvo/vestra.h"
 
 #include <unistd.h>
@@ -63,8 +63,8 @@ NURVO_EXPORT void vestra_configuration_destroy(vestra_configuration* configurati
   const std::unique_ptr<vestra_configuration> owner(configuration);
 }
 
-// Releases a client before the process ends; null is allowed. Not every platform has it, so callers bind it
-// weakly and no header declares it.
+// Releases a client before the process ends; null is allowed. Not every platform provides this function, so
+// no header declares it and callers bind it weakly.
 extern "C" NURVO_EXPORT void vestra_finish(vestra* client) {
   const std::unique_ptr<vestra> owner(client);
 }

@@ -1,4 +1,4 @@
-// Application ids of processes: on a desktop a process carries its own in its environment.
+// Application ids of processes. On a desktop a process has its id in its environment.
 #include "nurvo/app_manager.h"
 
 #include <unistd.h>
@@ -12,7 +12,7 @@
 
 namespace {
 
-// The id in another process's environment, as it was when that process started; empty when there is none.
+// The id in another process's environment, as of the start of that process; empty if there is none.
 std::string AppIdOf(pid_t pid) {
   const std::string prefix = std::string(nurvo::kAppIdVariable) + '=';
   std::ifstream environment("/proc/" + std::to_string(pid) + "/environ", std::ios::binary);

@@ -1,4 +1,4 @@
-// Watching applications: names on the bus that come and go.
+// Watches applications by their names on the bus.
 #include "nurvo_desktop/app_watch.h"
 
 #include <cerrno>
@@ -19,7 +19,7 @@ namespace {
 
 using Watches = std::map<app_watch_h, std::unique_ptr<app_watch>>;
 
-// The process's watches; never destroyed, because the bus may call until the process ends.
+// The process's watches. Never destroyed, because the bus may call back until the process ends.
 Watches& Watched() {
   static auto* const watches = new Watches;
   return *watches;

@@ -9,7 +9,7 @@ namespace nurvo {
 
 constexpr const char* kAppIdVariable = "NURVO_APP_ID";
 
-// Empty when the process was not started as an application.
+// Empty if the process was not started as an application.
 inline std::string OwnAppId() {
   const char* const id = std::getenv(kAppIdVariable);
   return id == nullptr ? "" : id;

@@ -1,4 +1,4 @@
-// Bookkeeping of extensions and instances, and the functions that the runtime calls.
+// Keeps track of extensions and instances, and implements the functions that the runtime calls.
 #include "binding/binding.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace {
 constexpr const char* kUnansweredReply =
     R"({"status":"error","error":{"name":"UnknownError","message":"The extension could not answer the call."}})";
 
-// The runtime hands each callback the extension that it was registered with.
+// The runtime passes to each callback the extension that it was registered with.
 const LoadedExtension& ExtensionOf(void* user_data) {
   return *static_cast<const LoadedExtension*>(user_data);
 }
@@ -27,7 +27,7 @@ constexpr NurvoExtensionCallbacks kCallbacks = {
     },
     [](void* extension) { Binding::Get().OnShutdown(ExtensionOf(extension)); }};
 
-// Sets a variable for the length of a scope.
+// Sets a variable for the duration of a scope.
 template <typename T>
 class ScopedValue {
  public:
@@ -41,7 +41,7 @@ class ScopedValue {
   T before_;
 };
 
-// Runs library code. Returns whether it returned, and did not throw.
+// Runs library code. Returns false if it throws.
 template <typename Body>
 bool Returns(Body&& body) noexcept {
   try {
@@ -94,7 +94,7 @@ void Binding::OnCreated(const LoadedExtension& extension, InstanceHandle handle)
 }
 
 void Binding::OnDestroyed(InstanceHandle handle) noexcept {
-  // Taken out first: what the destructor posts is dropped, and it may look the page up in vain.
+  // Removed before it is destroyed, so that messages posted by its destructor are dropped.
   const auto gone = instances_.extract(handle);
 }
 
@@ -119,7 +119,7 @@ void Binding::OnShutdown(const LoadedExtension& extension) noexcept {
 
 void Binding::DestroyInstancesOf(const LoadedExtension* extension) {
   const auto belongs = [&](const auto& item) { return item.second.extension == extension; };
-  // Searched anew each time: a destructor may bring about the end of another instance.
+  // Search again each time, because a destructor may cause another instance to be destroyed.
   for (auto it = std::find_if(instances_.begin(), instances_.end(), belongs); it != instances_.end();
        it = std::find_if(instances_.begin(), instances_.end(), belongs)) {
     OnDestroyed(it->first);

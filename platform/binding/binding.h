@@ -1,5 +1,4 @@
-// The process's record of loaded extensions and of the page objects that belong to them: the one place where
-// the runtime's handles turn into objects.
+// The process's registry of loaded extensions and their page objects. Maps the runtime's handles to objects.
 #ifndef NURVO_PLATFORM_BINDING_BINDING_H_
 #define NURVO_PLATFORM_BINDING_BINDING_H_
 
@@ -10,7 +9,7 @@
 
 namespace nurvo {
 
-// What the library gave to XW_Initialize, and what it uses of the runtime.
+// The arguments that the library passed to XW_Initialize, and the runtime's interfaces that it uses.
 struct LoadedExtension {
   ExtensionHandle handle = 0;
   const NurvoExtensionInterface* description = nullptr;
@@ -19,23 +18,23 @@ struct LoadedExtension {
   common::Extension::ShutdownCallback shutdown = nullptr;
 };
 
-// Used on the runtime's one thread. Nothing that an extension throws leaves an On... operation.
+// Used on the runtime's only thread. No exception of an extension leaves an On... function.
 class Binding {
  public:
-  // The process's binding; lives until the process ends, because the runtime may call until then.
+  // The process's binding. Never destroyed, because the runtime may call until the process ends.
   static Binding& Get();
 
-  // Takes the extension in, runs `initialize` and, when that returned 0, gives the runtime the extension's
-  // callbacks. Returns what `initialize` returned, or -1 when the extension can't be taken.
+  // Adds the extension, runs `initialize` and, if that returns 0, registers the extension's callbacks with
+  // the runtime. Returns the result of `initialize`, or -1 if the extension can't be added.
   int32_t Load(const LoadedExtension& extension, InterfaceGetter get_interface,
                common::Extension::InitializeCallback initialize);
-  // The extension whose XW_Initialize is running; null at any other time.
+  // The extension whose XW_Initialize is running; otherwise null.
   const LoadedExtension* Initializing() const { return initializing_; }
 
-  // Takes `instance` over for the page `handle` of the extension whose instance_created is running. Returns
-  // whether it did; otherwise the instance is destroyed.
+  // Takes ownership of `instance` for the page `handle` of the extension whose instance_created is running.
+  // On failure destroys the instance and returns false.
   bool Adopt(InstanceHandle handle, std::unique_ptr<common::Instance> instance);
-  // The messages of the extension that the page belongs to; null when the page is not (or no longer) bound.
+  // The messaging interface of the extension that the page belongs to; null if the page is not bound.
   const NurvoMessagingInterface* MessagingOf(InstanceHandle handle) const;
 
   // The runtime's callbacks.
@@ -47,8 +46,8 @@ class Binding {
 
  private:
   struct BoundInstance {
-    // Shared with the calls that are running on it, so that a page that goes during its own call is
-    // destroyed when the call has returned.
+    // Shared with the calls that are running on it, so that a page that is closed during its own call is
+    // destroyed after the call returns.
     std::shared_ptr<common::Instance> object;
     const LoadedExtension* extension;
   };

@@ -1,4 +1,4 @@
-// A parse context for picojson that bounds the nesting and takes plain runs of a string in one go.
+// A parse context for picojson that limits the nesting and reads runs of plain string characters at once.
 #include "binding/call_parser.h"
 
 #include <cstring>
@@ -8,8 +8,8 @@ namespace nurvo {
 
 namespace {
 
-// An iterator whose copies all move together, so that a string can be read without picojson, which
-// takes several times as long for a text of 16 MiB, character by character.
+// An iterator whose copies share one position, so that strings can be read without picojson, which reads
+// character by character and takes several times as long for a text of 16 MiB.
 class SharedCursor {
  public:
   explicit SharedCursor(const char** position) : position_(position) {}
@@ -62,14 +62,14 @@ void AppendUtf8(std::string& out, int code) {
   }
 }
 
-// The four digits of an escape, or -1. Leaves the cursor after them.
+// Reads the four digits of an escape and leaves the cursor after them. Returns -1 if they are invalid.
 int ReadUnit(Input& in) {
   const int unit = picojson::_parse_quadhex(in);
-  in.cur();  // picojson steps over the last digit only when asked for more
+  in.cur();  // picojson consumes the last digit only when asked for more
   return unit;
 }
 
-// What follows "\u".
+// Reads the code point after "\u".
 bool ReadCodePoint(Input& in, const char*& at, std::string& out) {
   int code = ReadUnit(in);
   if (code < 0) return false;
@@ -94,7 +94,7 @@ bool ReadCodePoint(Input& in, const char*& at, std::string& out) {
   return true;
 }
 
-// What follows a backslash.
+// Reads the escape after a backslash.
 bool ReadEscape(Input& in, const char*& at, std::string& out) {
   constexpr const char* kNames = "\"\\/bfnrt";
   constexpr const char* kMeanings = "\"\\/\b\f\n\r\t";
@@ -108,8 +108,8 @@ bool ReadEscape(Input& in, const char*& at, std::string& out) {
   return true;
 }
 
-// What follows the opening quotation mark, up to and including the closing one. The text's final NUL ends
-// every run, so no position is compared with the end.
+// Reads a string after its opening quotation mark, including the closing one. The NUL at the end of the text
+// ends every run, so positions need not be compared with the end.
 bool ReadString(Input& in, std::string& out) {
   const char*& at = in.cur().position();
   while (true) {

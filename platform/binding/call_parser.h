@@ -1,5 +1,5 @@
-// Reads the JSON text of a call. Texts come from pages, so none may do harm by its nesting, its length or
-// numbers that fit no double.
+// Parses the JSON text of a call. The text is untrusted: nesting, length and out-of-range numbers must do no
+// harm.
 #ifndef NURVO_PLATFORM_BINDING_CALL_PARSER_H_
 #define NURVO_PLATFORM_BINDING_CALL_PARSER_H_
 
@@ -9,12 +9,12 @@
 
 namespace nurvo {
 
-// How deeply arrays and objects may be nested.
+// The maximum nesting depth of arrays and objects.
 constexpr size_t kMaxJsonDepth = 256;
 
-// Reads `text` as one JSON value with nothing but white space after it. Returns whether it is one; `value` is
-// meaningful only then. An escaped half of a surrogate pair becomes U+FFFD: scripts can send one, and
-// the rest of such a text is still worth having. Throws std::exception (memory, numbers that don't fit).
+// Parses `text` as one JSON value, followed only by white space. Returns whether it is one; `value` is
+// meaningful only then. An escaped unpaired surrogate, which scripts can send, becomes U+FFFD. Throws
+// std::exception if out of memory or for out-of-range numbers.
 bool ParseJson(const char* text, picojson::value& value);
 
 }  // namespace nurvo

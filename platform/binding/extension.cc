@@ -1,4 +1,4 @@
-// The extension's side of the binding: loading, describing itself, handing instances over.
+// The extension's side of the binding: loading, name and script, and passing on instances.
 #include <memory>
 
 #include "binding/binding.h"

@@ -1,4 +1,4 @@
-// The page's end of an extension: its empty hooks, and the two ways in which texts leave it.
+// The page's end of an extension: its empty hooks, and sending messages and replies.
 #include "binding/binding.h"
 #include "nurvo/extension.h"
 

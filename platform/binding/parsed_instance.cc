@@ -1,4 +1,4 @@
-// Calls as JSON: takes a call apart, runs its handler, and turns whatever happens into one reply.
+// Parses JSON calls, runs their handlers, and answers each with exactly one reply.
 #include <exception>
 #include <string>
 #include <utility>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* kStatus = "status";
 
-// The answer when there is no memory for a better one.
+// The answer if there is not enough memory for a specific one.
 constexpr const char* kLastResortReply =
     R"({"status":"error","error":{"name":"UnknownError","message":"The call could not be answered."}})";
 
@@ -26,7 +26,7 @@ picojson::object ErrorReply(const std::string& name, const std::string& message)
   return reply;
 }
 
-// The call as an object; throws PlatformException for any other text.
+// Parses a call. Throws PlatformException if the text is not a JSON object.
 picojson::object ReadCall(const char* message) {
   picojson::value call;
   bool understood = false;
@@ -52,7 +52,7 @@ std::string CommandOf(const picojson::object& call) {
   return command->second.get<std::string>();
 }
 
-// Runs `body`, which fills a reply, and turns whatever it throws into an error reply.
+// Runs `body`, which fills a reply, and converts any exception to an error reply.
 template <typename Body>
 picojson::object ReplyOf(Body&& body) {
   try {
@@ -76,7 +76,7 @@ void ParsedInstance::HandleMessage(const char* message) {
   try {
     Dispatch(message);
   } catch (...) {
-    // Nobody waits for an answer.
+    // Ignored, because the caller expects no answer.
   }
 }
 
@@ -121,10 +121,10 @@ picojson::object ParsedInstance::Dispatch(const char* message) {
       throw PlatformException("NotSupportedError",
                               "No handler is registered for the command '" + command + "'.");
     }
-    // Copied: a handler may register another one in its own place.
+    // A copy, because the handler may replace itself.
     const auto handler = found->second;
     picojson::object reply;
-    // A script that passes nothing leaves "args" out; its handler gets null.
+    // A script without arguments omits "args"; its handler receives null.
     handler(call["args"], reply);
     if (reply.find(kStatus) == reply.end()) {
       throw PlatformException("UnknownError", "The handler of '" + command + "' reported nothing.");

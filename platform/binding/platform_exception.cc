@@ -1,5 +1,5 @@
 // The error type of the binding. Its functions are defined out of line, so that its type information exists
-// once and a handler's exception is recognized across libraries.
+// only once and exceptions are recognized across libraries.
 #include "nurvo/extension.h"
 
 namespace common {

@@ -1,4 +1,4 @@
-// The C interface of bundles: making, filling, reading and visiting them.
+// The C interface of bundles: creating, filling, reading and visiting them.
 #include <memory>
 #include <utility>
 

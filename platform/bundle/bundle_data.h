@@ -1,4 +1,4 @@
-// What a bundle and its entries are made of.
+// The data structures of bundles and their entries.
 #ifndef NURVO_PLATFORM_BUNDLE_BUNDLE_DATA_H_
 #define NURVO_PLATFORM_BUNDLE_BUNDLE_DATA_H_
 
@@ -23,19 +23,19 @@ struct bundle {
   bundle(const bundle&) = delete;
   bundle& operator=(const bundle&) = delete;
 
-  // Adds an entry after the others. Returns false for an empty or a known key, and beyond
-  // BUNDLE_MAX_ENTRIES. Throws std::bad_alloc.
+  // Appends an entry. Returns false for an empty or existing key, and beyond BUNDLE_MAX_ENTRIES. Throws
+  // std::bad_alloc.
   bool Add(bundle_keyval_t entry);
-  // Null when there is no such entry. The entry keeps its place for the bundle's life.
+  // Returns null if there is no such entry. The pointer stays valid as long as the bundle exists.
   bundle_keyval_t* Find(std::string_view key);
   const std::deque<bundle_keyval_t>& entries() const { return entries_; }
 
  private:
   void Index(bundle_keyval_t& entry) { index_.emplace(entry.key, &entry); }
 
-  // A deque, because callers hold on to values while entries are added.
+  // A deque, because callers keep pointers to values while entries are added.
   std::deque<bundle_keyval_t> entries_;
-  // Filled only when there are many entries: most bundles have four.
+  // Only filled for many entries; most bundles have four.
   std::unordered_map<std::string_view, bundle_keyval_t*> index_;
 };
 

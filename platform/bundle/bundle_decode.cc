@@ -1,5 +1,5 @@
-// From a text to a bundle. The text may come from anybody: every length is checked before it is used, and
-// each bundle has exactly one text.
+// Decodes a bundle from text. The text is untrusted: every length is checked before use. Only the canonical
+// encoding of a bundle is accepted.
 #include <algorithm>
 #include <charconv>
 #include <cstring>
@@ -15,7 +15,8 @@ namespace nurvo {
 
 namespace {
 
-// Takes a text apart from its front. Every Take... returns whether it could, and then has moved on.
+// Reads a text from its front. Every Take... function returns whether it succeeded; after a failure the
+// reader must not be used.
 class Reader {
  public:
   explicit Reader(std::string_view rest) : rest_(rest) {}
@@ -28,7 +29,7 @@ class Reader {
     return true;
   }
 
-  // A number that counts what follows, so it is at most the number of bytes left.
+  // A count of what follows, so it is at most the number of remaining bytes.
   bool TakeNumber(size_t& number) {
     const char* const first = rest_.data();
     const auto [end, error] = std::from_chars(first, first + rest_.size(), number);
@@ -100,7 +101,7 @@ bool TakeEntry(Reader& reader, bundle_keyval_t& entry) {
   }
 }
 
-// The entries of an intact text; false for any other.
+// Extracts the encoded entries. Returns false if the header or checksum is wrong.
 bool TakeBody(std::string_view text, std::string_view& body) {
   if (text.size() < kBundleHeaderSize || text.substr(0, kBundleMagic.size()) != kBundleMagic) return false;
   body = text.substr(kBundleHeaderSize);

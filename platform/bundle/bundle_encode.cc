@@ -1,5 +1,5 @@
-// From a bundle to its text. The entries are walked twice, to measure and to write, so that the text is
-// allocated once and every value copied once.
+// Encodes a bundle as text. Two passes over the entries, to measure and to write, so that the text is
+// allocated once and every value is copied once.
 #include <charconv>
 #include <climits>
 #include <cstdlib>

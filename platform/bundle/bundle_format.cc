@@ -1,4 +1,5 @@
-// The checksum is xxHash's: it notices damage at the speed of copying. It is no protection against forgers.
+// The checksum of encoded bundles. xxHash detects damage at the speed of copying, but does not protect
+// against forgery.
 #include "bundle/bundle_format.h"
 
 #include <cstdint>

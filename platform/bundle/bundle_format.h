@@ -9,7 +9,7 @@
 //   a  key  count ":"  string...        an array of strings
 //
 // For example, one entry "a" = "xyz" is the text  NB2 0123456789abcdef s1:a3:xyz  without the spaces.
-// Length prefixes replace quotes and escapes: any text, another bundle's too, is written unchanged.
+// Because of the length prefixes there is no quoting: any text, even an encoded bundle, is written unchanged.
 #ifndef NURVO_PLATFORM_BUNDLE_BUNDLE_FORMAT_H_
 #define NURVO_PLATFORM_BUNDLE_BUNDLE_FORMAT_H_
 
@@ -30,7 +30,7 @@ constexpr char kFieldMark = ':';
 
 constexpr std::string_view kHexDigits = "0123456789abcdef";
 
-// The checksum of what follows the header: distinguishes an intact text from a damaged one.
+// The checksum of the text after the header, to detect damage.
 using ChecksumText = std::array<char, kChecksumDigits>;
 ChecksumText ChecksumOf(std::string_view text);
 

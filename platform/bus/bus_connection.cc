@@ -1,4 +1,4 @@
-// Opening the connection, and sending within bounds.
+// Opens the connection and sends messages with a bounded wait.
 #include "bus/bus_connection.h"
 
 #include <poll.h>
@@ -16,9 +16,9 @@ namespace nurvo {
 
 namespace {
 
-// How long a question to the bus daemon may take.
+// The time limit of a call to the bus daemon.
 constexpr uint64_t kDaemonTimeoutUsec = 5000000;
-// How long a send waits for a bus that accepts nothing more. Then the bus counts as stalled, and sends fail
+// How long a send waits for a bus that accepts no data. After that the bus counts as stalled: sends fail
 // without waiting until it accepts data again.
 constexpr int kStallTimeoutMs = 1000;
 
@@ -69,8 +69,8 @@ int BusConnection::Send(sd_bus_message* message) {
   return 0;
 }
 
-// Writes what is still queued, which is never more than one message of ours. Returns whether everything is
-// written. Waits for room in the socket first: sd_bus_flush alone would wait without a limit.
+// Writes queued data, which is at most one message of this process. Returns whether all of it is written.
+// Waits until the socket is writable first, because sd_bus_flush alone would wait without a limit.
 bool BusConnection::HandOver(sd_bus* bus) {
   uint64_t queued = 0;
   if (sd_bus_get_n_queued_write(bus, &queued) < 0 || queued == 0) return true;

@@ -1,4 +1,4 @@
-// The process's one connection to the bus, and how messages go out on it.
+// The process's only connection to the bus, and sending messages on it.
 #ifndef NURVO_PLATFORM_BUS_BUS_CONNECTION_H_
 #define NURVO_PLATFORM_BUS_BUS_CONNECTION_H_
 
@@ -9,16 +9,17 @@ namespace nurvo {
 // Used on the thread of the main loop.
 class BusConnection {
  public:
-  // The process's connection; never closed, so that a last message on the way out is still sent.
+  // The process's connection. Never closed, so that a message sent at exit still goes out.
   static BusConnection& Shared();
 
-  // Opens the connection at first use and attaches it to the main loop. Null when the bus can't be reached
-  // (the next call tries again) or has been lost (it stays so). Stays the connection's.
+  // Opens the connection on first use and attaches it to the main loop. Returns null if the bus can't be
+  // reached (the next call tries again) or the connection was lost (permanently). The pointer stays owned by
+  // this object.
   sd_bus* Get();
 
-  // Hands `message` to the bus at once, without waiting for its receiver. Many large messages in a row wait
-  // for the bus itself to accept them, so that they don't pile up here. Returns 0 or a negative errno:
-  // -EAGAIN when the bus is stalled.
+  // Sends `message` without waiting for its receiver. If many large messages are sent in a row, waits for the
+  // bus to accept them, so that they don't accumulate in this process. Returns 0 or a negative errno: -EAGAIN
+  // if the bus is stalled.
   int Send(sd_bus_message* message);
 
  private:

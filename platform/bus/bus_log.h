@@ -1,4 +1,4 @@
-// The tag under which everything on the bus is logged.
+// The log tag for everything concerning the bus.
 #ifndef NURVO_PLATFORM_BUS_BUS_LOG_H_
 #define NURVO_PLATFORM_BUS_BUS_LOG_H_
 

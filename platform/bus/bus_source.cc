@@ -1,4 +1,4 @@
-// A GSource over an sd-bus connection: its descriptor, the events it waits for, and its timeout.
+// A GSource for an sd-bus connection: its descriptor, the events that it waits for, and its timeout.
 #include "bus/bus_source.h"
 
 #include <glib.h>
@@ -13,15 +13,15 @@ namespace nurvo {
 
 namespace {
 
-// How many waiting messages are handled in a row before work of lower priority runs.
+// The number of messages to handle in a row before work of lower priority runs.
 constexpr int kMessagesInARow = 16;
 
 struct BusSource {
   GSource base;
   sd_bus* bus;
   gpointer fd_tag;
-  int events;    // what the descriptor is watched for
-  int handled;   // messages since work of lower priority ran
+  int events;    // the events that the descriptor is watched for
+  int handled;   // the messages handled since work of lower priority ran
   bool is_call;  // whether the last message was a call
 };
 
@@ -29,10 +29,10 @@ BusSource* From(GSource* source) {
   return reinterpret_cast<BusSource*>(source);
 }
 
-// sd-bus and GLib both count microseconds of the monotonic clock.
+// No conversion is needed: sd-bus and GLib both use microseconds of the monotonic clock.
 gint64 ReadyTimeOf(sd_bus* bus) {
   uint64_t timeout = 0;
-  if (sd_bus_get_timeout(bus, &timeout) < 0) return 0;  // lost: let Dispatch find out
+  if (sd_bus_get_timeout(bus, &timeout) < 0) return 0;  // the connection is lost; Dispatch handles that
   return timeout > INT64_MAX ? -1 : static_cast<gint64>(timeout);
 }
 
@@ -41,7 +41,7 @@ gboolean Prepare(GSource* source, gint* timeout) {
   const int events = sd_bus_get_events(self->bus);
   *timeout = -1;
   if (events < 0) return TRUE;
-  // Only a change is passed on: it wakes the loop up, which calls this function again.
+  // Only set on a change, because setting it wakes up the loop, which calls this function again.
   if (events != self->events)
     g_source_modify_unix_fd(source, self->fd_tag, static_cast<GIOCondition>(events));
   self->events = events;
@@ -68,8 +68,8 @@ int NoteKind(sd_bus_message* message, void* source, sd_bus_error* /*error*/) {
   return 0;
 }
 
-// A call ends this turn of the main loop: what its receiver schedules (a page's callback, which answers) runs
-// before the next message is handled. Waiting signals are handled together.
+// A method call ends this turn of the main loop, so that work scheduled by its receiver (a page's callback,
+// which answers) runs before the next message is handled. Pending signals are handled together.
 gboolean Dispatch(GSource* source, GSourceFunc /*callback*/, gpointer /*user_data*/) {
   BusSource* const self = From(source);
   int result = 1;
@@ -83,7 +83,7 @@ gboolean Dispatch(GSource* source, GSourceFunc /*callback*/, gpointer /*user_dat
               std::strerror(-result));
     return G_SOURCE_REMOVE;
   }
-  // After many messages, with more waiting, work of lower priority (such as drawing) runs first, once.
+  // After many messages, with more pending, let work of lower priority, such as drawing, run once.
   const bool gives_way = self->handled >= kMessagesInARow && HasMore(self->bus);
   if (self->handled >= kMessagesInARow) self->handled = 0;
   g_source_set_priority(source, gives_way ? G_PRIORITY_DEFAULT_IDLE : G_PRIORITY_DEFAULT);

@@ -1,4 +1,4 @@
-// Serves a bus connection from GLib's main loop.
+// Processes a bus connection on GLib's main loop.
 #ifndef NURVO_PLATFORM_BUS_BUS_SOURCE_H_
 #define NURVO_PLATFORM_BUS_BUS_SOURCE_H_
 
@@ -6,8 +6,8 @@
 
 namespace nurvo {
 
-// Attaches `bus` (kept alive by the source) to the default main context. From then on its callbacks come
-// from there, in the order of the messages. A lost connection is logged once and detached.
+// Attaches `bus` to the default main context, which then runs its callbacks in the order of the messages. The
+// source holds a reference. A lost connection is logged once and detached.
 void AttachToMainLoop(sd_bus* bus);
 
 }  // namespace nurvo

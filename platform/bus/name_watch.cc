@@ -1,4 +1,4 @@
-// Owners of bus names, followed through the bus daemon's announcements.
+// Tracks the owners of bus names through the bus daemon's NameOwnerChanged signals.
 #include "bus/name_watch.h"
 
 #include <utility>
@@ -47,7 +47,7 @@ int NameWatch::OnOwnerChanged(sd_bus_message* message, void* user_data, sd_bus_e
   const char* new_owner = nullptr;
   if (sd_bus_message_read(message, "sss", nullptr, nullptr, &new_owner) < 0) return 0;
   self->has_owner_ = *new_owner != '\0';
-  // Copied: the callback may destroy the watch.
+  // A copy, because the callback may destroy the watch.
   const ChangeCallback on_change = self->on_change_;
   if (on_change) Guarded(0, [&, has_owner = self->has_owner_] { return on_change(has_owner), 0; });
   return 0;

@@ -1,4 +1,4 @@
-// Knows whether an application is on the bus, without asking each time.
+// Tracks whether an application is on the bus, without a call to the bus each time.
 #ifndef NURVO_PLATFORM_BUS_NAME_WATCH_H_
 #define NURVO_PLATFORM_BUS_NAME_WATCH_H_
 
@@ -10,22 +10,22 @@
 
 namespace nurvo {
 
-// Asks the bus whether `name` has an owner now. Returns 0 or 1, or a negative errno.
+// Asks the bus whether `name` has an owner. Returns 0 or 1, or a negative errno.
 int HasOwner(sd_bus* bus, const char* name);
 
 class NameWatch {
  public:
   using ChangeCallback = std::function<void(bool has_owner)>;
 
-  // Begins to follow `name`. `on_change` may be empty and may destroy the watch. Returns null and a negative
-  // errno in `error` when the bus refuses.
+  // Starts tracking `name`. `on_change` may be empty and may destroy the watch. If the bus refuses, returns
+  // null and a negative errno in `error`.
   static std::unique_ptr<NameWatch> Open(sd_bus* bus, const std::string& name, ChangeCallback on_change,
                                          int& error);
   NameWatch(const NameWatch&) = delete;
   NameWatch& operator=(const NameWatch&) = delete;
 
-  // Whether the name has an owner. A departure is known once the main loop has seen it; a name that had no
-  // owner is looked up again on the bus, so that a new owner is never missed.
+  // Whether the name has an owner. A departure is noticed once the main loop has processed it. A name that
+  // had no owner is looked up on the bus again, so that a new owner is never missed.
   bool hasOwner(sd_bus* bus);
 
  private:

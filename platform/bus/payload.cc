@@ -1,4 +1,4 @@
-// Encoding into and decoding from bus messages, within the limit.
+// Encodes bundles into bus messages and decodes them, within the size limit.
 #include "bus/payload.h"
 
 #include <cerrno>

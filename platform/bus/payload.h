@@ -1,5 +1,5 @@
-// Bundles inside bus messages: as bytes, not as text, because a piece of a cut text may end within a
-// character.
+// Bundles in bus messages. They are sent as bytes, not as a D-Bus string, because a piece of a split text may
+// end inside a UTF-8 character.
 #ifndef NURVO_PLATFORM_BUS_PAYLOAD_H_
 #define NURVO_PLATFORM_BUS_PAYLOAD_H_
 
@@ -11,7 +11,7 @@
 
 namespace nurvo {
 
-// The largest encoded bundle that a message carries, at both ends.
+// The maximum size of an encoded bundle, for sending and receiving.
 constexpr size_t kMaxPayloadBytes = 65536;
 
 // An encoded bundle.
@@ -27,7 +27,7 @@ class Payload {
   size_t size_ = 0;
 };
 
-// Reads the bytes that come next in `message` as a bundle. Null, and the reason in `fault`, when they hold
+// Decodes the next bytes of `message` as a bundle. Returns null and the reason in `fault` if they contain
 // none.
 BundlePtr ReadPayload(sd_bus_message* message, const char*& fault);
 

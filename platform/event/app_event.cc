@@ -1,4 +1,4 @@
-// Subscribing to application events: each subscription is a match of its own with the bus.
+// Subscribes to application events. Each subscription has its own match rule on the bus.
 #include "nurvo/app_event.h"
 
 #include <cerrno>
@@ -22,7 +22,7 @@ namespace {
 
 using Handlers = std::map<event_handler_h, std::unique_ptr<event_handler>>;
 
-// The subscriptions of the process; never destroyed, because events may come until the process ends.
+// The subscriptions of the process. Never destroyed, because events may arrive until the process ends.
 Handlers& Subscribed() {
   static auto* const handlers = new Handlers;
   return *handlers;

@@ -1,4 +1,4 @@
-// How application events look on the bus.
+// The D-Bus signals of application events.
 #ifndef NURVO_PLATFORM_EVENT_EVENT_ADDRESS_H_
 #define NURVO_PLATFORM_EVENT_EVENT_ADDRESS_H_
 
@@ -10,10 +10,10 @@ namespace nurvo {
 constexpr const char* kEventPath = "/nurvo/event";
 constexpr const char* kEventInterface = "nurvo.Event";
 constexpr const char* kPublishedMember = "Published";
-// The event's name, its data as an encoded bundle.
+// The arguments: the event's name, and its data as an encoded bundle.
 constexpr const char* kPublishedSignature = "say";
 
-// Letters, digits, '.', '_' and '-': nothing that would need quoting in a match rule.
+// Accepts letters, digits, '.', '_' and '-', which need no quoting in a match rule.
 inline bool isEventName(const char* name) {
   constexpr size_t kMaxBytes = 255;
   constexpr std::string_view kAllowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-";

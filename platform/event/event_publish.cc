@@ -1,4 +1,4 @@
-// Publishing application events.
+// Publishes application events.
 #include "nurvo_desktop/event_publish.h"
 
 #include <cerrno>

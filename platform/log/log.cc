@@ -1,5 +1,5 @@
-// The platform log on a desktop: lines on the standard error. Silent unless NURVO_LOG asks for more, because
-// libraries log ordinary events at error priority, too.
+// The platform log on a desktop: lines on standard error. Silent unless NURVO_LOG sets a priority, because
+// libraries also log ordinary events at error priority.
 #include "nurvo/log.h"
 
 #include <unistd.h>
@@ -17,7 +17,7 @@ namespace {
 constexpr int kFailed = -1;
 constexpr int kNotRead = INT_MIN;
 
-// Writes everything, in one piece unless the file takes less.
+// Writes the whole text, in one call unless the file accepts less.
 int WriteAll(const char* text, size_t size) {
   size_t done = 0;
   while (done < size) {
@@ -38,8 +38,8 @@ int ReadThreshold() {
   return nurvo::kSilent;
 }
 
-// Lines below it are dropped at the cost of one comparison. Everything passes it until it is read at the
-// first line.
+// The threshold, so that dropping a line costs one comparison. The first line initializes it from the
+// environment; until then all lines pass.
 int& Threshold() {
   static int threshold = kNotRead;
   return threshold;
@@ -77,7 +77,7 @@ NURVO_EXPORT int log_print(int priority, const char* tag, const char* format, ..
   return result;
 }
 
-// All buffers of a desktop are its standard error.
+// On a desktop all buffers are standard error.
 NURVO_EXPORT int log_print_to(int /*buffer_id*/, int priority, const char* tag, const char* format, ...) {
   if (priority < Threshold()) return 0;
   va_list arguments;

@@ -1,4 +1,4 @@
-// Formatting a log line.
+// Formats log lines.
 #include "log/log_line.h"
 
 #include <cstdio>
@@ -10,7 +10,7 @@ namespace nurvo {
 
 namespace {
 
-// In the order of the priorities, from NURVO_LOG_VERBOSE on.
+// One letter per priority, starting with NURVO_LOG_VERBOSE.
 constexpr std::string_view kLetters = "VDIWEFS";
 
 char LetterOf(int priority) {
@@ -28,7 +28,8 @@ void AppendTime(std::string& line, const timespec& now) {
   line += text;
 }
 
-// Formats into the line itself: a first try into the room that most messages need, then with the true size.
+// Formats directly into the line: first into a buffer that is large enough for most messages, then with the
+// exact size.
 void AppendFormatted(std::string& line, const char* format, va_list arguments) {
   constexpr size_t kUsualSize = 512;
   va_list again;

@@ -1,4 +1,4 @@
-// What a log line looks like, and from which priority on lines are written.
+// The format of log lines, and the threshold priority.
 #ifndef NURVO_PLATFORM_LOG_LOG_LINE_H_
 #define NURVO_PLATFORM_LOG_LOG_LINE_H_
 
@@ -11,11 +11,11 @@ namespace nurvo {
 // A threshold above every priority.
 constexpr int kSilent = 8;
 
-// The priority that the letter in `name` means (V D I W E F, or S for silent); -1 for any other text.
+// The priority for the letter in `name` (V D I W E F, or S for silent); -1 for any other text.
 int ThresholdOf(const char* name);
 
-// "HH:MM:SS.mmm P tag: message" and a line feed, with the local time `now`. Line feeds inside the message are
-// written as \n, so that a call is a line.
+// Returns "HH:MM:SS.mmm P tag: message" and a line feed, with `now` in local time. Line feeds inside the
+// message become \n, so that each call writes one line.
 std::string LogLine(const timespec& now, int priority, const char* tag, const char* format,
                     va_list arguments);
 

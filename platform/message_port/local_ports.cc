@@ -1,4 +1,4 @@
-// Opening and closing ports, and bringing deliveries to them.
+// Opens and closes ports, and dispatches deliveries to them.
 #include "message_port/local_ports.h"
 
 #include <algorithm>
@@ -46,7 +46,7 @@ int LocalPorts::Close(int id) {
   return MESSAGE_PORT_ERROR_NONE;
 }
 
-// All ports are served by one registration, so that a port may be closed while it is being called.
+// One registration serves all ports, so that a port may be closed during its own callback.
 int LocalPorts::AcceptDeliveries(sd_bus* bus) {
   if (deliveries_) return 0;
   sd_bus_slot* slot = nullptr;
@@ -64,7 +64,7 @@ int LocalPorts::TakeAppId(sd_bus* bus) {
     return MESSAGE_PORT_ERROR_IO_ERROR;
   }
   const int result = sd_bus_request_name(bus, app_id_.c_str(), 0);
-  // -EALREADY: this process has the name already.
+  // -EALREADY: this process already owns the name.
   if (result >= 0 || result == -EALREADY) return 0;
   const bool is_taken = result == -EEXIST;
   log_print(NURVO_LOG_ERROR, kBusTag, "Can't take the application id %s: %s.", app_id_.c_str(),

@@ -1,4 +1,4 @@
-// Building and sending deliveries.
+// Builds and sends deliveries.
 #include "message_port/remote_port.h"
 
 #include <cerrno>
@@ -14,7 +14,7 @@ namespace nurvo {
 
 namespace {
 
-// A delivery that nobody answers and that starts no service; null when it can't be built.
+// A delivery that expects no reply and activates no service; null if it can't be built.
 MessagePtr NewDelivery(sd_bus* bus, const char* app_id, const char* port, const Payload& payload) {
   const auto path = PathOfPort(port);
   if (!path) return nullptr;
@@ -23,7 +23,7 @@ MessagePtr NewDelivery(sd_bus* bus, const char* app_id, const char* port, const 
     return nullptr;
   }
   MessagePtr message(made);
-  // Senders have no port of their own to name: nobody answers these messages.
+  // The sender names no port, because nobody replies to these messages.
   constexpr const char* kNoPort = "";
   const bool is_built =
       sd_bus_message_set_expect_reply(made, 0) >= 0 && sd_bus_message_set_auto_start(made, 0) >= 0 &&

@@ -1,4 +1,4 @@
-// Sending to ports of other applications.
+// Sends messages to ports of other applications.
 #ifndef NURVO_PLATFORM_MESSAGE_PORT_REMOTE_PORT_H_
 #define NURVO_PLATFORM_MESSAGE_PORT_REMOTE_PORT_H_
 
@@ -14,13 +14,13 @@ namespace nurvo {
 // Used on the thread of the main loop.
 class RemotePorts {
  public:
-  // How many applications are remembered as running; beyond that, all are looked up again.
+  // The maximum number of applications that are cached as running. Beyond that all are looked up again.
   static constexpr size_t kMaxKnownApps = 64;
 
   static RemotePorts& Get();
 
-  // See message_port_send_message. Costs one message to the bus, and nothing else, for an application that
-  // was running at the last send.
+  // See message_port_send_message. For an application that was running at the last send, the only cost is one
+  // message to the bus.
   int Send(const char* app_id, const char* port, bundle* message);
 
  private:

@@ -1,4 +1,4 @@
-// What every C interface of the platform needs at its boundary: export, no exceptions, texts for the caller.
+// Helpers for the boundary of C interfaces: exporting functions, stopping exceptions, returning texts.
 #ifndef NURVO_PLATFORM_SUPPORT_C_INTERFACE_H_
 #define NURVO_PLATFORM_SUPPORT_C_INTERFACE_H_
 
@@ -11,7 +11,7 @@
 
 namespace nurvo {
 
-// Runs `body` and returns its result, or `failure` when it throws.
+// Runs `body` and returns its result, or `failure` if it throws.
 template <typename Result, typename Body>
 Result Guarded(Result failure, Body&& body) noexcept {
   try {
@@ -21,7 +21,7 @@ Result Guarded(Result failure, Body&& body) noexcept {
   }
 }
 
-// A copy of `text` that the caller of a C interface releases with `free`; null when memory is short.
+// A copy of `text` that the caller of a C interface releases with `free`; null if out of memory.
 inline char* CopyText(std::string_view text) noexcept {
   char* const copy = static_cast<char*>(std::malloc(text.size() + 1));
   if (copy == nullptr) return nullptr;

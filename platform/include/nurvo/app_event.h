@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-// Called on the main loop for each event. The data stays the platform's.
+// Called on the main loop for each event. The data stays owned by the platform.
 typedef void (*event_cb)(const char* event_name, bundle* event_data, void* user_data);
 
 typedef struct event_handler* event_handler_h;

@@ -1,4 +1,4 @@
-// The application manager: which application a process belongs to.
+// The application manager: maps processes to applications.
 #ifndef NURVO_APP_MANAGER_H_
 #define NURVO_APP_MANAGER_H_
 
@@ -8,8 +8,8 @@
 extern "C" {
 #endif
 
-// Gives the application id of the process `pid`. Returns 0 and a text that the caller releases with
-// `free`, or a negative code and leaves `app_id` untouched.
+// Gets the application id of the process `pid`. Returns 0 and a text that the caller releases with `free`, or
+// a negative code and leaves `app_id` unchanged.
 int app_manager_get_app_id(pid_t pid, char** app_id);
 
 #ifdef __cplusplus

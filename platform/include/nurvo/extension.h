@@ -1,7 +1,7 @@
-// The runtime's extension binding (libnurvo_common): the classes that an extension library derives to
-// describe itself, to get one object for each page, and to answer the page's calls.
+// The runtime's extension binding (libnurvo_common): the classes from which an extension library derives its
+// own, to describe itself, to create one object for each page, and to answer the page's calls.
 //
-// Used on one thread, the one that runs the page's main loop. No operation throws unless it says so.
+// Used only on the thread that runs the page's main loop. Functions don't throw unless their comment says so.
 #ifndef NURVO_EXTENSION_H_
 #define NURVO_EXTENSION_H_
 
@@ -31,8 +31,8 @@ class PlatformException {
   std::string message_;
 };
 
-// One page's end of an extension. The binding owns it from Extension::OnInstanceCreated on and destroys
-// it when the page goes.
+// One page's end of an extension. The binding owns it from Extension::OnInstanceCreated on and destroys it
+// when the page is closed.
 class Instance {
  public:
   Instance();
@@ -40,24 +40,24 @@ class Instance {
   Instance(const Instance&) = delete;
   Instance& operator=(const Instance&) = delete;
 
-  // Called once, when the binding has taken the instance over. Does nothing here.
+  // Called once, after the binding has taken ownership. Does nothing by default.
   virtual void OnAttached();
-  // A text that the page posted without waiting for an answer.
+  // Handles a text that the page posted without waiting for an answer.
   virtual void HandleMessage(const char* message);
-  // A synchronous call of the page; the override answers it with SendSyncReply before it returns.
+  // Handles a synchronous call of the page. The override calls SendSyncReply before it returns.
   virtual void HandleSyncMessage(const char* message);
-  // The same two with bytes (`size` of them) in place of a text. Ignored here.
+  // Like the two functions above, with `size` bytes instead of a text. Ignored by default.
   virtual void HandleBinaryMessage(const char* message, size_t size);
   virtual void HandleSyncBinaryMessage(const char* message, size_t size);
-  // Notes whether the page is suspended, and nothing else.
+  // Stores whether the page is suspended; has no other effect.
   virtual void SetSuspended(bool suspended);
 
-  // Queues a text for the page's script (copied). Does not wait; dropped before the instance is
-  // attached and after its page has gone.
+  // Queues a copy of a text for the page's script and does not wait. The text is dropped before the instance
+  // is attached and after its page is closed.
   void PostMessage(const char* message);
 
  protected:
-  // Answers the synchronous call that is being handled (the text is copied).
+  // Answers the synchronous call that is being handled. The text is copied.
   void SendSyncReply(const char* reply);
 
  private:
@@ -67,29 +67,28 @@ class Instance {
   InstanceHandle handle_ = 0;
 };
 
-// An instance whose calls are JSON: {"cmd": name, "args": value} in ("args" left out means null), and a reply
-// object out. The reply is
+// An instance with JSON calls. A call is {"cmd": name, "args": value}, where a missing "args" means null. The
+// reply is
 // {"status": "success"}, {"status": "success", "result": value} or
 // {"status": "error", "error": {"name": text, "message": text}}.
 //
-// A call that is no such object, is nested too deeply, holds a number that does not fit, or names no
-// handler is answered with an error reply; whatever a handler throws becomes one, too.
+// The reply is an error if the call is not such an object, is nested too deeply, contains an out-of-range
+// number, or names no handler, and if the handler throws.
 class ParsedInstance : public Instance {
  public:
   ParsedInstance();
   ~ParsedInstance() override;
 
-  // A call without an answer: runs the handler and drops its reply.
+  // Runs the handler and drops its reply.
   void HandleMessage(const char* message) override;
   void HandleSyncMessage(const char* message) override;
-  // Binary calls are not part of this protocol: ignored.
+  // Ignored: the protocol has no binary calls.
   void HandleBinaryMessage(const char* message, size_t size) override;
   void HandleSyncBinaryMessage(const char* message, size_t size) override;
 
  protected:
-  // From now on a call that names `name` runs `handler` with the call's arguments and an empty reply
-  // object, which the handler fills with exactly one of the reports below. A second registration of a
-  // name replaces the first.
+  // Registers `handler` for calls of `name`. It receives the call's arguments and an empty reply object,
+  // which it fills with exactly one of the reports below. A second registration of a name replaces the first.
   void RegisterSyncHandler(const std::string& name,
                            const std::function<void(const picojson::value&, picojson::object&)>& handler);
 
@@ -103,8 +102,8 @@ class ParsedInstance : public Instance {
   std::map<std::string, std::function<void(const picojson::value&, picojson::object&)>> handlers_;
 };
 
-// The extension as a whole: its API's name and script, and the factory of its instances. A library
-// derives it once.
+// An extension: its API's name and script, and the factory of its instances. A library derives one class from
+// it.
 class Extension {
  public:
   // The library's three callbacks, called by the binding.
@@ -117,13 +116,13 @@ class Extension {
   Extension(const Extension&) = delete;
   Extension& operator=(const Extension&) = delete;
 
-  // Makes a page's object; null when none can be made. The caller owns it until it is handed to
+  // Creates a page's object; returns null on failure. The caller owns it until it is passed to
   // OnInstanceCreated.
   virtual Instance* CreateInstance() = 0;
 
-  // Registers the library with the runtime and runs `initialize`, in which the library makes its
-  // extension object; `instance_created` is called once for each new page and `shutdown` once at the
-  // end. Returns what `initialize` returned, or -1 when the runtime lacks an interface.
+  // Registers the library with the runtime and runs `initialize`, which creates the library's extension
+  // object. Calls `instance_created` once for each new page and `shutdown` once at the end. Returns the
+  // result of `initialize`, or -1 if the runtime lacks an interface.
   static int32_t XW_Initialize(ExtensionHandle extension, InterfaceGetter get_interface,
                                InitializeCallback initialize, InstanceCreatedCallback instance_created,
                                ShutdownCallback shutdown);
@@ -131,8 +130,8 @@ class Extension {
   // Binds the runtime's handle to the page's object and takes ownership of it.
   static void OnInstanceCreated(InstanceHandle handle, Instance* instance);
 
-  // The dotted path of the API and the script that builds it. Both are meant for the constructor of the
-  // derived class, while XW_Initialize runs; the texts outlive the process's use of the extension.
+  // Set the dotted path of the API and the script that builds it. Call both in the constructor of the derived
+  // class, while XW_Initialize runs. The texts must stay valid as long as the process uses the extension.
   void SetExtensionName(const char* name);
   void SetJavaScriptAPI(const char* source);
 };

@@ -16,11 +16,11 @@ enum {
   NURVO_LOG_FATAL = 7,
 };
 
-// Writes one line, formatted as by printf, of any length. Returns the number of bytes written, 0 when the
+// Writes one line of any length, formatted like printf. Returns the number of bytes written, 0 if the
 // priority is below the log's threshold, or a negative value on failure.
 int log_print(int priority, const char* tag, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
-// The same into a buffer of its own; 0 is the main log.
+// Like log_print, into the log buffer `buffer_id`; 0 is the main log.
 int log_print_to(int buffer_id, int priority, const char* tag, const char* format, ...)
     __attribute__((format(printf, 4, 5)));
 

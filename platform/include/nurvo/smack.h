@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-// Gives the label of this process. Returns its length and a text that the caller releases with `free`, or a
+// Gets the label of this process. Returns its length and a text that the caller releases with `free`, or a
 // negative value.
 ssize_t smack_new_label_from_self(char** label);
 

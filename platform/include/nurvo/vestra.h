@@ -12,26 +12,26 @@ extern "C" {
 typedef struct vestra vestra;
 typedef struct vestra_configuration vestra_configuration;
 
-// What vestra_check answers when access is allowed; every other answer is a refusal.
+// The result of vestra_check if access is allowed; every other result is a refusal.
 enum { VESTRA_API_ACCESS_ALLOWED = 2 };
 
-// Makes a configuration, released with vestra_configuration_destroy. Returns 0 or an error code.
+// Creates a configuration, to be released with vestra_configuration_destroy. Returns 0 or an error code.
 int vestra_configuration_create(vestra_configuration** configuration);
 
-// How many answers the client may keep. Returns 0 or an error code.
+// Sets the number of answers that the client may cache. Returns 0 or an error code.
 int vestra_configuration_set_cache_size(vestra_configuration* configuration, size_t size);
 
-// Opens a client. Returns 0 and a client that lives until the process ends, or an error code.
+// Opens a client. Returns 0 and a client that exists until the process ends, or an error code.
 int vestra_initialize(vestra** client, const vestra_configuration* configuration);
 
 // Releases a configuration; null is allowed.
 void vestra_configuration_destroy(vestra_configuration* configuration);
 
-// The session text of the process `pid`, or null. The caller releases it with `free`.
+// Returns the session of the process `pid`, or null. The caller releases it with `free`.
 char* vestra_session_from_pid(pid_t pid);
 
-// Asks whether `client` (a security label), in `client_session`, run by `user`, holds `privilege`. Returns
-// VESTRA_API_ACCESS_ALLOWED, another non-negative value for a refusal, or a negative error code.
+// Checks whether `client` (a security label), in `client_session` and run by `user`, holds `privilege`.
+// Returns VESTRA_API_ACCESS_ALLOWED, another non-negative value for a refusal, or a negative error code.
 int vestra_check(vestra* v, const char* client, const char* client_session, const char* user,
                  const char* privilege);
 

@@ -1,4 +1,5 @@
-// What bundles of other platform programs may hold besides strings, for tools and tests that act as one.
+// Bundle entries other than strings, as other platform programs send them; for tools and tests that act as
+// one.
 #ifndef NURVO_DESKTOP_BUNDLE_EXTRAS_H_
 #define NURVO_DESKTOP_BUNDLE_EXTRAS_H_
 
@@ -17,10 +18,10 @@ enum {
   BUNDLE_ENTRY_BYTES = 3,
 };
 
-// How many entries a bundle takes.
+// The maximum number of entries in a bundle.
 enum { BUNDLE_MAX_ENTRIES = 65536 };
 
-// Adds an array of `count` strings, or `size` bytes (all copied). Return values as of bundle_add.
+// Add an array of `count` strings, or `size` bytes; all are copied. Return values as for bundle_add.
 int bundle_add_str_array(bundle* b, const char* key, const char* const* values, size_t count);
 int bundle_add_byte(bundle* b, const char* key, const void* bytes, size_t size);
 

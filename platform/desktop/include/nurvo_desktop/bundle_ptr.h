@@ -1,4 +1,4 @@
-// Owners for bundles and their entries.
+// Owning pointers to bundles and their entries.
 #ifndef NURVO_DESKTOP_BUNDLE_PTR_H_
 #define NURVO_DESKTOP_BUNDLE_PTR_H_
 

@@ -1,4 +1,4 @@
-// The other side of nurvo/app_event.h: announcing an event to every application that subscribed to it.
+// Publishes application events, the counterpart of nurvo/app_event.h.
 #ifndef NURVO_DESKTOP_EVENT_PUBLISH_H_
 #define NURVO_DESKTOP_EVENT_PUBLISH_H_
 
@@ -9,8 +9,8 @@ extern "C" {
 #endif
 
 // Publishes the event `name` (letters, digits, '.', '_' and '-', at most 255) with a copy of `data`; null
-// means an empty bundle. Does not wait for the subscribers. Returns 0 or a negative errno:
-// -EINVAL for a bad name, -EMSGSIZE for data of more than 64 KiB encoded, others when the bus refused.
+// stands for an empty bundle. Does not wait for the subscribers. Returns 0 or a negative errno: -EINVAL for
+// an invalid name, -EMSGSIZE if the encoded data is larger than 64 KiB, others if the bus refuses.
 int event_publish_app_event(const char* name, bundle* data);
 
 #ifdef __cplusplus

@@ -1,4 +1,4 @@
-// Owners for what GLib hands out.
+// Owning pointers to GLib objects.
 #ifndef NURVO_DESKTOP_GLIB_PTR_H_
 #define NURVO_DESKTOP_GLIB_PTR_H_
 
@@ -8,11 +8,11 @@
 
 namespace nurvo {
 
-// A reference to an object, released with the owner.
+// A reference to an object, released by the destructor.
 template <typename T>
 using GObjectPtr = Owned<T, g_object_unref>;
 
-// A reference of our own to an object that somebody else owns.
+// Adds a reference to an object that the caller does not own.
 template <typename T>
 GObjectPtr<T> NewReference(T* object) {
   return GObjectPtr<T>(static_cast<T*>(g_object_ref(object)));

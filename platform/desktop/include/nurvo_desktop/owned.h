@@ -1,4 +1,4 @@
-// Ownership of C objects: a pointer that releases what it owns by the C library's own call.
+// Owning pointers to C objects, which release them with a function of the C library.
 #ifndef NURVO_DESKTOP_OWNED_H_
 #define NURVO_DESKTOP_OWNED_H_
 
@@ -17,7 +17,7 @@ struct ReleasedBy {
 template <typename T, auto release>
 using Owned = std::unique_ptr<T, ReleasedBy<release>>;
 
-// A text or bytes that a C interface allocated for its caller.
+// Memory that a C interface allocated for its caller.
 template <typename T>
 using MallocPtr = Owned<T, std::free>;
 

@@ -1,4 +1,4 @@
-// Owners for sd-bus objects.
+// Owning pointers to sd-bus objects.
 #ifndef NURVO_DESKTOP_SD_BUS_PTR_H_
 #define NURVO_DESKTOP_SD_BUS_PTR_H_
 
@@ -8,10 +8,10 @@
 
 namespace nurvo {
 
-// Closes the connection; what is still queued is lost unless it was flushed.
+// Closes the connection; queued messages are lost unless flushed.
 using BusPtr = Owned<sd_bus, sd_bus_close_unref>;
 using MessagePtr = Owned<sd_bus_message, sd_bus_message_unref>;
-// A registration with the bus; destroying it ends the registration.
+// A registration with the bus, ended by the destructor.
 using SlotPtr = Owned<sd_bus_slot, sd_bus_slot_unref>;
 using CredsPtr = Owned<sd_bus_creds, sd_bus_creds_unref>;
 
