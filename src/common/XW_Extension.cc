@@ -1,12 +1,12 @@
-// Hands the runtime's binding the three callbacks of an extension and keeps the extension object.
+// Passes the three callbacks of an extension to the runtime's binding and owns the extension object.
 #include "common/XW_Extension.h"
 
 #include "common/logger.h"
 
 namespace {
 
-// Made by the initialization callback, deleted by the shutdown callback. A plain pointer: a library that is
-// never shut down must not run the extension's destructor while the process is being torn down.
+// Created by the initialization callback, deleted by the shutdown callback. A plain pointer, because a
+// library that is never shut down must not run the extension's destructor while the process exits.
 common::Extension* g_extension = nullptr;
 
 constexpr const char* kInitializeName = "XW_Initialize";

@@ -1,7 +1,7 @@
-// Scope lines and assertion lines.
+// Writes scope lines and assertion lines.
 #include "common/logger.h"
 
-// The assertion must also end a release build.
+// Assertions must also abort release builds.
 #undef NDEBUG
 #include <assert.h>
 
@@ -9,7 +9,7 @@ namespace common {
 
 namespace {
 
-// Writes the entry line, and gives `file` back, so that the line comes before the copies.
+// Writes the entry line and returns `file`, so that the line is written before the members are copied.
 const char* LogEntry(const char* file, const char* function, int line) {
   CORVIS_LOG_CALL(log_print_to(kMainLog, kLogDebug, kCommonLogTag,
                                "logger: ScopeLogger > %s: %s(%d) > Enter ", file, function, line));

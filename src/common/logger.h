@@ -1,5 +1,5 @@
-// The library's common log lines: scope entry and exit, failed assertions, and errors on their way to the
-// page. They go to the main buffer of the platform log under the tag "CORVI_PLUGINS".
+// The library's common log lines: scope entry and exit, failed assertions, and errors that are reported to
+// the page. They are written to the main buffer of the platform log under the tag "CORVI_PLUGINS".
 #ifndef CORVIS_COMMON_LOGGER_H_
 #define CORVIS_COMMON_LOGGER_H_
 
@@ -16,15 +16,15 @@ constexpr int kLogInfo = 4;
 constexpr int kLogError = 6;
 constexpr const char* kCommonLogTag = "CORVI_PLUGINS";
 
-// Whether lines are written at all. A build with CORVIS_WITHOUT_LOGS has no log calls, to measure what they
-// cost, but the scopes' copies; failed assertions still leave their line.
+// Whether lines are written at all. To measure the cost of log calls, a build with CORVIS_WITHOUT_LOGS omits
+// them, except for the copies in scopes and the lines of failed assertions.
 #ifdef CORVIS_WITHOUT_LOGS
 constexpr bool kHasLogs = false;
 #else
 constexpr bool kHasLogs = true;
 #endif
 
-// The base name of a source file, without folder and ending, found at compile time from __FILE__.
+// The base name of a source file, without folder and extension, computed at compile time from __FILE__.
 template <size_t size>
 struct SourceName {
   char text[size] = {};
@@ -38,8 +38,8 @@ struct SourceName {
   }
 };
 
-// Brackets what an operation logs: writes the entry line when it is made and the exit line when it goes,
-// however the operation ends. Never throws from its destructor.
+// Writes the entry line of an operation on construction and the exit line on destruction, however the
+// operation ends. The destructor never throws.
 class ScopeLogger {
  public:
   ScopeLogger(const char* file, const char* function, int line);
@@ -48,12 +48,12 @@ class ScopeLogger {
   ScopeLogger& operator=(const ScopeLogger&) = delete;
 
  private:
-  // Copies, so that the exit line is right whatever its callers do with their texts in between.
+  // Copies, so that the exit line is correct even if the caller changes its texts in between.
   std::string file_;
   std::string function_;
 };
 
-// Where in the source a common log line comes from.
+// The source location of a common log line.
 struct SourcePlace {
   const char* file;      // base name
   const char* path;      // full path, for the standard assertion
@@ -62,28 +62,28 @@ struct SourcePlace {
   int line;
 };
 
-// Writes the assertion line and ends the process through the standard assertion failure. `expression` is
-// the text that the standard failure shows; `message` may be empty.
+// Writes the assertion line and aborts the process with the standard assertion failure, which prints
+// `expression`. `message` may be empty.
 [[noreturn]] void FailAssertion(const SourcePlace& place, const char* condition, const char* message,
                                 const char* expression);
 
 }  // namespace common
 
-// The base name of the current source file, a text that lives as long as the process.
+// The base name of the current source file. The text is valid as long as the process.
 #define CORVIS_FILE                                       \
   ([] {                                                   \
     static constexpr ::common::SourceName name(__FILE__); \
     return static_cast<const char*>(name.text);           \
   }())
 
-// First statement of a scope-logged operation.
+// The first statement of an operation whose entry and exit are logged.
 #define CORVIS_LOG_SCOPE() CORVIS_LOG_SCOPE_OF(__func__)
-// The same for an operation that logs under another name than its own.
+// Like CORVIS_LOG_SCOPE, for an operation that is logged under a name other than its own.
 #define CORVIS_LOG_SCOPE_OF(function) \
   const ::common::ScopeLogger scope_logger(CORVIS_FILE, function, __LINE__)
 
-// The one way to the platform's log: a call of one of its functions, whose arguments are worked out only in a
-// build with logs.
+// Calls a function of the platform's log. All log calls use this macro, so that builds without logs don't
+// evaluate their arguments.
 #define CORVIS_LOG_CALL(call) \
   do {                        \
     if (::common::kHasLogs) { \
@@ -91,15 +91,15 @@ struct SourcePlace {
     }                         \
   } while (false)
 
-// One common line at error priority; `text` is a literal without conversions.
+// Writes one common line at error priority. `text` is a literal without conversions.
 #define CORVIS_LOG_ERROR_OF(function, text)                                                      \
   CORVIS_LOG_CALL(log_print_to(::common::kMainLog, ::common::kLogError, ::common::kCommonLogTag, \
                                "%s: %s(%d) > " text, CORVIS_FILE, function, __LINE__))
 
-// Goes before every error that is reported to the page.
+// Precedes every error that is reported to the page.
 #define CORVIS_LOG_REPORTING_ERROR() CORVIS_LOG_ERROR_OF(__func__, "Reporting error.")
 
-// Ends the process when `condition` does not hold, in every kind of build. `message` is a string literal.
+// Aborts the process unless `condition` holds, in every kind of build. `message` is a string literal.
 #define CORVIS_ASSERT(condition, message)                                                                   \
   do {                                                                                                      \
     if (!(condition)) {                                                                                     \

@@ -1,5 +1,5 @@
-// picojson with its assertion hook set to the library's own assertion. Include it before anything else that
-// includes picojson.
+// picojson with its assertion hook set to the library's own assertion. Include this before any other header
+// that includes picojson.
 #ifndef CORVIS_COMMON_PICOJSON_H_
 #define CORVIS_COMMON_PICOJSON_H_
 

@@ -1,4 +1,4 @@
-// The error that a page gets when its application lacks a privilege.
+// The error reported to a page whose application lacks a privilege.
 #ifndef CORVIS_COMMON_SECURITY_EXCEPTION_H_
 #define CORVIS_COMMON_SECURITY_EXCEPTION_H_
 

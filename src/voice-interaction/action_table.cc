@@ -1,4 +1,4 @@
-// The table of action names, and looking them up.
+// The table of action names, and its lookup.
 #include "voice-interaction/action_table.h"
 
 #include <algorithm>
@@ -11,8 +11,8 @@ namespace extension::voice_interaction {
 
 namespace {
 
-// In the order of the actions: a name's place is its action. Few names have the same length, so that
-// comparing with all of them is quicker than a tree.
+// In the order of the enumeration: a name's index is its action. Few names have the same length, so comparing
+// with all of them is faster than a tree.
 constexpr std::string_view kActionNames[] = {
     "ACTION_REQUEST_APP_CONTEXT",
     "ACTION_NAVIGATION",

@@ -1,5 +1,5 @@
-// The voice actions and their names. Between processes, and between script and native code, an action
-// always travels as its name; the numbers exist in native code only.
+// The voice actions and their names. Processes, and script and native code, always exchange an action's name;
+// the numbers are used in native code only.
 #ifndef CORVIS_VOICE_INTERACTION_ACTION_TABLE_H_
 #define CORVIS_VOICE_INTERACTION_ACTION_TABLE_H_
 
@@ -43,8 +43,8 @@ enum VoiceInteractionAppAction {
   ACTION_UNKNOWN,
 };
 
-// The action that `command` names exactly (case counts, nothing is trimmed), or ACTION_UNKNOWN and one
-// error line. `command` may be null.
+// The action whose name is exactly `command` (case-sensitive, not trimmed). Otherwise logs an error and
+// returns ACTION_UNKNOWN. `command` may be null.
 VoiceInteractionAppAction GetActionFromCommand(const char* command);
 
 // Whether `command` names one of the three search actions, whose data becomes a search term.

@@ -1,4 +1,4 @@
-// Bundle entries to JSON members.
+// Converts bundle entries to JSON members.
 #include "voice-interaction/bundle_json.h"
 
 #include <cstring>
@@ -13,12 +13,12 @@ namespace {
 
 using EntryCallback = void (*)(const char*, int, const bundle_keyval_t*, void*);
 
-// After a member's value.
+// The text after a member's value.
 constexpr const char* kMemberEnd = "\",";
 
-// Appends `"name":"value` with the value of `entry`. Returns the place of the value in `json`; nothing, and
-// leaves `json` alone, for an entry without a basic value. Duplicating the entry gives access to its value:
-// the platform's accessor takes an entry that it may change.
+// Appends `"name":"value` with the value of `entry` and returns the position of the value in `json`. For an
+// entry without a basic value returns nothing and leaves `json` unchanged. The entry is duplicated because
+// the platform's accessor requires one that it may modify.
 std::optional<size_t> AppendNameAndValue(std::string& json, const char* name, const bundle_keyval_t* entry) {
   const KeyvalPtr copy(bundle_keyval_dup(entry));
   void* value = nullptr;
@@ -36,7 +36,7 @@ std::string JoinMembers(const char* bundle_text, EntryCallback add_entry) {
       bundle_decode(reinterpret_cast<const bundle_raw*>(bundle_text), static_cast<int>(length)));
   std::string json = "{";
   if (entries) {
-    json.reserve(length);  // the two texts are of about the same length
+    json.reserve(length);  // both texts have about the same length
     bundle_foreach(entries.get(), add_entry, &json);
   }
   const size_t last_comma = json.rfind(',');

@@ -1,4 +1,4 @@
-// Subscribing an instance to the voice service's start-up event, and unsubscribing it.
+// Subscribes an instance to the voice service's start-up event and unsubscribes it.
 #include "voice-interaction/init_event_listener.h"
 
 #include "nurvo/app_event.h"

@@ -1,10 +1,10 @@
-// The voice-interaction code's own log lines, each of which begins with the module version.
+// The log lines of the voice-interaction code. Each starts with the module version.
 //
-// Several ordinary events are logged at error priority. That is intended: texts and priorities of the lines
-// are documented for integrators, and a command can be followed in a log that keeps errors only.
+// Several ordinary events are logged at error priority on purpose, so that a command can be traced in a log
+// that keeps errors only. Texts and priorities of the lines are documented for integrators.
 //
-// The version, function and line come between a line's format and its own arguments, so there is one macro
-// for lines with arguments and one for lines without.
+// The version, function and line are inserted between the format and the line's own arguments, so there is
+// one macro for lines with arguments and one for lines without.
 #ifndef CORVIS_VOICE_INTERACTION_MODULE_LOG_H_
 #define CORVIS_VOICE_INTERACTION_MODULE_LOG_H_
 

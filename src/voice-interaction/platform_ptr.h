@@ -1,4 +1,5 @@
-// Owners for what the platform's C interfaces hand out: each releases with the platform's own call.
+// Owning pointers to objects of the platform's C interfaces, which release them with the platform's
+// functions.
 #ifndef CORVIS_VOICE_INTERACTION_PLATFORM_PTR_H_
 #define CORVIS_VOICE_INTERACTION_PLATFORM_PTR_H_
 
@@ -22,7 +23,7 @@ using KeyvalPtr = std::unique_ptr<bundle_keyval_t, KeyvalDeleter>;
 struct FreeDeleter {
   void operator()(void* memory) const { std::free(memory); }
 };
-// A text or an encoded bundle that the platform allocated.
+// A text or encoded bundle that the platform allocated.
 template <typename T>
 using PlatformMemory = std::unique_ptr<T, FreeDeleter>;
 

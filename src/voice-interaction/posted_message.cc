@@ -1,4 +1,4 @@
-// Builds the posted message's text directly: through a JSON value it takes six times as long.
+// Builds the text of a posted message directly, because building a JSON value first takes six times as long.
 #include "voice-interaction/posted_message.h"
 
 #include <string_view>
@@ -7,7 +7,7 @@ namespace extension::voice_interaction {
 
 namespace {
 
-// The letter that follows the backslash in a character's short escape; 0 where there is none.
+// The letter after the backslash in a character's short escape; 0 if there is none.
 char ShortEscape(char c) {
   constexpr std::string_view kCharacters = "\"\\\b\f\n\r\t";
   constexpr std::string_view kLetters = "\"\\bfnrt";
@@ -32,8 +32,8 @@ bool NeedsEscape(char c) {
   return static_cast<unsigned char>(c) < kFirstPrintable || c == '"' || c == '\\' || c == kDelete;
 }
 
-// Appends `text` as a JSON string. Characters in between those that need an escape are appended in runs; the
-// slash and bytes above 127 need none.
+// Appends `text` as a JSON string. Characters between those that need an escape are appended in runs. The
+// slash and bytes above 127 need no escape.
 void AppendString(std::string& json, std::string_view text) {
   json += '"';
   size_t run = 0;

@@ -1,4 +1,4 @@
-// The question to the access-control service, and who asks.
+// Queries the access-control service and determines the identity of this process for it.
 #include "voice-interaction/privilege_checker.h"
 
 #include <unistd.h>
@@ -9,7 +9,7 @@
 #include "voice-interaction/module_log.h"
 #include "voice-interaction/platform_ptr.h"
 
-// Not every platform can release a client; where the call is missing the client lives as long as the process.
+// Not every platform can release a client. Without this function the client exists as long as the process.
 extern "C" __attribute__((weak)) void vestra_finish(vestra* client);
 
 namespace extension::voice_interaction {

@@ -8,26 +8,26 @@
 
 namespace extension::voice_interaction {
 
-// What it learns about the process, and its client of the service, are fetched on first use and kept; what
-// could not be had is tried again at the next use. Nothing here throws; failures are logged.
+// Gets the identity of the process and its client of the service on first use and caches them; after a
+// failure it tries again on the next use. No function throws; failures are logged.
 class PrivilegeChecker {
  public:
   PrivilegeChecker() = default;
-  // Releases the client where the platform offers that.
+  // Releases the client if the platform supports that.
   ~PrivilegeChecker();
   PrivilegeChecker(const PrivilegeChecker&) = delete;
   PrivilegeChecker& operator=(const PrivilegeChecker&) = delete;
 
-  // True only when the service allows `privilege` (a URI). No answer counts as a refusal.
+  // Returns true only if the service allows `privilege` (a URI). A failed query counts as a refusal.
   bool CheckPrivilege(const std::string& privilege);
 
  private:
-  // The three texts by which the service knows this process; empty when they can't be had.
+  // The three texts that identify this process to the service; empty on failure.
   std::string GetSmackLabel();
   std::string GetSession();
   std::string GetUid();
 
-  // Opens a client and stores it where `handle` points; null on failure.
+  // Opens a client and stores it in `*handle`; null on failure.
   static vestra* GetVestraInstance(vestra** handle);
 
   vestra* vestra_handle_ = nullptr;

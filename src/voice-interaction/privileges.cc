@@ -1,7 +1,7 @@
-// The privilege URIs; their host is chosen when the library is built.
+// The privilege URIs. Their host is configured when the library is built.
 #include "voice-interaction/privileges.h"
 
-// A build without CMake may set none.
+// The default for builds without CMake.
 #ifndef CORVIS_PRIVILEGE_HOST
 #define CORVIS_PRIVILEGE_HOST "developer.nurvo.example"
 #endif

@@ -1,4 +1,4 @@
-// Opening and closing the port, building, measuring and cutting messages, and taking commands in.
+// Opens and closes the port, builds, measures and splits messages, and receives commands.
 #include "voice-interaction/voice_interaction_channel.h"
 
 #include <cstdlib>
@@ -18,7 +18,7 @@ constexpr const char* kRemoteAppId = "com.kelvaro.tv.vif";
 constexpr const char* kRemotePortName = "com.port.vif.voiceinteraction";
 
 constexpr int kMaxEncodedLength = 12288;
-// Pieces are cut at a multiple of this many bytes.
+// Pieces are split at a multiple of this many bytes.
 constexpr size_t kCutAlignment = 12;
 
 constexpr const char* kCommandKey = "command";
@@ -30,7 +30,7 @@ void AddText(bundle* message, const char* key, const char* value) {
   if (bundle_add(message, key, value) != 0) throw std::logic_error("Fail to create bundle for message");
 }
 
-// `data` is a part of a text that ends with a NUL: only what is cut off in front of that needs a copy.
+// `data` is part of a NUL-terminated text, so it needs a copy only if it does not end where the text ends.
 void AddData(bundle* message, std::string_view data) {
   const bool is_whole = *(data.data() + data.size()) == '\0';
   AddText(message, kDataKey, is_whole ? data.data() : std::string(data).c_str());
@@ -52,14 +52,14 @@ void PostToService(bundle* message) {
   if (result != 0) throw std::logic_error("Fail to send bundle for message");
 }
 
-// The text is the message's own.
+// The returned text is owned by the message.
 const char* ReadText(bundle* message, const char* key, const char* failure) {
   char* value = nullptr;
   if (bundle_get_str(message, key, &value) != 0 || value == nullptr) throw std::logic_error(failure);
   return value;
 }
 
-// The length of the whole data that `message` carries or is a piece of.
+// The length of the whole data that `message` contains or is a piece of.
 int TotalDataLength(bundle* message, std::string_view data) {
   char* total = nullptr;
   if (bundle_get_str(message, kTotalKey, &total) != 0 || total == nullptr)
@@ -71,7 +71,7 @@ int TotalDataLength(bundle* message, std::string_view data) {
 }  // namespace
 
 VoiceInteractionChannel& VoiceInteractionChannel::GetInstance() {
-  // Never destroyed: the platform may call back until the process has ended.
+  // Never destroyed, because the platform may call back until the process ends.
   static auto* const channel = new VoiceInteractionChannel;
   return *channel;
 }
@@ -143,19 +143,19 @@ void VoiceInteractionChannel::SendMessage(const std::string& command, std::strin
       SendPartialResult(message.get());
     }
   } catch (const std::exception& error) {
-    // Outside of the inner block, because cutting can fail as well as sending.
+    // Outside the inner block, because splitting can fail as well.
     MODULE_ERROR_F("%s", error.what());
   }
 }
 
 void VoiceInteractionChannel::SendPartialResult(bundle* message) {
   if (message == nullptr) throw std::logic_error("Invalid bundle argument");
-  // Not a copy: every level of cutting would hold one more.
+  // Not a copy, because every level of the recursion would keep one.
   const std::string_view data = ReadText(message, kDataKey, "Invalid bundle data");
   const int total = TotalDataLength(message, data);
   const size_t half = data.size() / 2;
   const size_t cut = half - half % kCutAlignment;
-  // Without a first piece the second would be the whole data again, and so on without end.
+  // With an empty first piece the second would be the whole data again, and the recursion would not end.
   if (cut == 0) throw std::logic_error("The message can't be cut into smaller pieces and is dropped");
   SendMessage("partial_result", data.substr(0, cut), total);
   SendMessage("partial_result", data.substr(cut), total);

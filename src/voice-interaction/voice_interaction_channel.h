@@ -1,5 +1,5 @@
-// The link between this process and the TV's voice service: one local message port for all pages, and the
-// messages that go out to the service.
+// The connection between this process and the TV's voice service: one local message port for all pages, and
+// the messages to the service.
 #ifndef CORVIS_VOICE_INTERACTION_VOICE_INTERACTION_CHANNEL_H_
 #define CORVIS_VOICE_INTERACTION_VOICE_INTERACTION_CHANNEL_H_
 
@@ -12,7 +12,7 @@
 
 namespace extension::voice_interaction {
 
-// A message is larger than the service's port takes. Does not leave the channel.
+// Thrown if a message is larger than the service's port accepts. Does not leave the channel.
 class MessageSizeExceedException : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -22,24 +22,25 @@ class MessageSizeExceedException : public std::runtime_error {
 using CommandReceivedCallback = void (*)(const std::string& command, const std::string& data,
                                          void* user_data);
 
-// One object for the process, never destroyed. It serves whoever called Init last, and knows nothing of
-// pages. Used on the thread that runs the platform's main loop; nothing here throws, failures are logged.
+// A single object per process, never destroyed. It serves the last caller of Init and does not know about
+// pages. Used on the thread that runs the platform's main loop. No function throws; failures are logged.
 class VoiceInteractionChannel {
  public:
   static VoiceInteractionChannel& GetInstance();
 
-  // From now on commands go to `callback` with `user_data` (not owned), and the service knows us as
-  // `app_id`. Opens the port and announces the application unless the port is open already.
+  // Dispatches commands to `callback` with `user_data` (not owned) from now on, and uses `app_id` as the
+  // application's id. Opens the port and registers the application with the service unless the port is
+  // already open.
   static void Init(CommandReceivedCallback callback, const std::string& app_id,
                    const std::string& sdk_version, void* user_data);
 
   // Unregisters from the service and closes the port, if it is open.
   static void Clear();
 
-  // Clear and open again, for a service that has lost its memory.
+  // Calls Clear and opens the port again, for a service that has restarted.
   static void Reset();
 
-  // Sends one message: a command word and its data. Data too large for one message leaves in
+  // Sends a command word and its data as one message. Data that is too large for one message is sent in
   // "partial_result" pieces, in order.
   static void Send(const std::string& command, const std::string& data);
 
@@ -53,16 +54,16 @@ class VoiceInteractionChannel {
   void InitializeMessagePort();
   void ClearMessagePort();
 
-  // `data` is, or is a part of, a text that ends with a NUL. `total_data_length` is the whole data's length
-  // in bytes when `data` is a piece, and 0 otherwise.
+  // `data` is all or part of a NUL-terminated text. `total_data_length` is the length of the whole data in
+  // bytes if `data` is a piece, otherwise 0.
   void SendMessage(const std::string& command, std::string_view data, int total_data_length);
-  // Cuts the data of `message`, which was too large, in two and sends both pieces.
+  // Splits the data of `message`, which is too large, in two and sends both pieces.
   void SendPartialResult(bundle* message);
 
   void FillMessage(bundle* message, const std::string& command, std::string_view data,
                    int total_data_length) const;
 
-  // What registering the port returned: an id greater than 0, or a platform error code.
+  // The result of registering the port: an id greater than 0, or a platform error code.
   int32_t local_port_id_ = 0;
   std::string app_id_;
   std::string sdk_version_;

@@ -1,4 +1,4 @@
-// Names the API, hands over its script, and makes the pages' instances.
+// Sets the API's name and script, and creates the pages' instances.
 #include "voice-interaction/voice_interaction_extension.h"
 
 #include "common/XW_Extension.h"

@@ -1,4 +1,4 @@
-// The extension as the runtime sees it: the API's name, its script, and one instance for each page.
+// The extension: the API's name, its script, and one instance for each page.
 #ifndef CORVIS_VOICE_INTERACTION_VOICE_INTERACTION_EXTENSION_H_
 #define CORVIS_VOICE_INTERACTION_VOICE_INTERACTION_EXTENSION_H_
 

@@ -1,4 +1,4 @@
-// The life of a page's native object, its handlers, and the path of a command through it.
+// The lifetime of a page's native object, its handlers, and the dispatch of commands to the page.
 #include "voice-interaction/voice_interaction_instance.h"
 
 #include <unistd.h>
@@ -22,15 +22,15 @@ namespace extension::voice_interaction {
 
 namespace {
 
-// The addresses of instances that are gone and where none has listened since. The channel keeps the pointer
-// of the one that listened last, also when that is gone and another page's start-up event opens the port
-// again. Never destroyed: instances may go while the process is being torn down.
+// The addresses of destroyed instances at which no new instance has listened since. The channel keeps the
+// pointer of the one that listened last, even if it is destroyed and another page's start-up event reopens
+// the port. Never destroyed, because instances may be destroyed while the process exits.
 std::set<const void*>& GoneInstances() {
   static auto* const addresses = new std::set<const void*>;
   return *addresses;
 }
 
-// The member `name` of `args` when it is a T, else null.
+// The member `name` of `args` if it is a T, otherwise null.
 template <typename T>
 const T* FindMember(const picojson::value& args, const char* name) {
   if (!args.is<picojson::object>()) return nullptr;
@@ -45,8 +45,8 @@ common::PlatformException TypeMismatch(const char* message) {
 
 using JsonBuilder = std::string (*)(const char* bundle_text);
 
-// What makes the parameter that the page's callback for `command` expects of the service's data; null when it
-// expects the data itself.
+// The function that converts the service's data to the parameter of the page's callback for `command`; null
+// if the callback expects the data itself.
 JsonBuilder JsonBuilderOf(const char* command) {
   if (IsSearchAction(command)) return BuildJsonSearchTermFromBundle;
   if (GetActionFromCommand(command) == ACTION_CUSTOM) return BuildJsonObjectFromBundle;

@@ -1,4 +1,4 @@
-// A page's native object: answers the page's calls, hands the voice service's commands to the page, and the
+// A page's native object: answers the page's calls, passes the voice service's commands to the page, and the
 // page's answers to the service.
 #ifndef CORVIS_VOICE_INTERACTION_VOICE_INTERACTION_INSTANCE_H_
 #define CORVIS_VOICE_INTERACTION_VOICE_INTERACTION_INSTANCE_H_
@@ -15,29 +15,29 @@
 
 namespace extension::voice_interaction {
 
-// Made for every page that loads the API, and destroyed when the page goes. Opens nothing until the page
-// calls listen.
+// Created for every page that loads the API, and destroyed when the page is closed. Opens nothing until the
+// page calls listen.
 class VoiceInteractionInstance : public common::ParsedInstance {
  public:
   // The value of `init_event_result_` while there is no subscription.
   static constexpr int32_t kNotSubscribed = -22;
 
   VoiceInteractionInstance();
-  // Ends the subscription, if there is one, and closes the process's port.
+  // Ends the subscription, if there is one, and closes the port of the process.
   ~VoiceInteractionInstance() override;
 
-  // Called by the platform when the voice service has started. `user_data` is the subscribed instance.
+  // The platform calls this when the voice service has started. `user_data` is the subscribed instance.
   static void OnReceivedInitEvent(const char* event_name, bundle* event_data, void* user_data);
 
-  // Called by the channel for every command. `user_data` is the instance that listened last; a command for
-  // one that is gone is dropped.
+  // The channel calls this for every command. `user_data` is the instance that listened last; if it is
+  // destroyed, the command is dropped.
   static void OnCommandReceivedCallback(const std::string& command, const std::string& data, void* user_data);
 
  private:
   friend void ListenInitEvent(VoiceInteractionInstance* instance);
   friend void StopListeningInitEvent(VoiceInteractionInstance* instance);
 
-  // The synchronous calls of the page's script. Each ends with exactly one report in `out`, and none throws.
+  // The synchronous calls of the page's script. Each writes exactly one report to `out`, and none throws.
   using SyncHandler = void (VoiceInteractionInstance::*)(const picojson::value& args, picojson::object& out);
   void RegisterHandler(const char* name, SyncHandler handler);
   void Listen(const picojson::value& args, picojson::object& out);
@@ -51,18 +51,18 @@ class VoiceInteractionInstance : public common::ParsedInstance {
   void ClearMessagePort();
 
   bool IsRegisteredAction(const char* command);
-  // Delivers a command to the page, or refuses it when the page did not register it.
+  // Delivers a command to the page, or refuses it if the page has not registered the action.
   void HandleCommand(const char* command, const char* data);
   // `param` may be null.
   void PostCallbackMessage(const char* action, const char* param);
 
-  // What subscribing to the service's start-up event returned last; 0 means subscribed.
+  // The last result of subscribing to the service's start-up event; 0 means subscribed.
   int32_t init_event_result_ = kNotSubscribed;
-  // Meaningful only while subscribed.
+  // Only valid while subscribed.
   event_handler_h init_event_handle_ = nullptr;
   std::string current_application_id_;
   std::string version_;
-  // The actions that the page handles. The presence of a name is what counts.
+  // The actions that the page handles, as keys; the values have no meaning.
   std::map<std::string, bool> registered_actions_;
   PrivilegeChecker privilege_checker_;
 };

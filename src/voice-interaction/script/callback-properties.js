@@ -1,6 +1,6 @@
-// The callbacks that an application may give, and the registration of one of them.
+// The callbacks that an application may pass, and the registration of a single one.
 
-// Property of the application's object → action, in the order in which setCallback looks for them.
+// Properties of the application's object and their actions, in the order in which setCallback checks them.
 var callbackProperties = [
   ['onupdatestate', VoiceInteractionAppAction.ACTION_REQUEST_APP_CONTEXT],
   ['onnavigation', VoiceInteractionAppAction.ACTION_NAVIGATION],
@@ -36,15 +36,15 @@ var callbackProperties = [
   ['onremovalfromlist', VoiceInteractionAppAction.ACTION_REMOVAL_FROM_LIST],
 ];
 
-// From here on commands for the action reach `handler`.
+// Dispatches commands for the action to `handler` from now on.
 function installHandler(appAction, handler) {
   voiceInteractionActionHandler[appAction] = handler;
   native_.addListener(appAction, _callback);
   appActionArray.push(appAction);
 }
 
-// Registers the application's callback for one action, if its object has a property of its own for it. A
-// property that holds no function ends the whole registration: nothing stays registered.
+// Registers the application's callback for one action, if its object has an own property for it. A property that is not
+// a function aborts the whole registration: nothing remains registered.
 function registerCallback(appAction, callback) {
   console.log('Register Callback for ' + appAction);
   if (!Object.prototype.hasOwnProperty.call(callbacks, callback)) {

@@ -1,7 +1,7 @@
-// Takes each voice command to the function that handles it, and the function's result back as the command's
-// answer. Every command gets exactly one answer, whatever the function does.
+// Dispatches each voice command to its handler and sends the handler's result back as the answer. Every command gets
+// exactly one answer, whatever the handler does.
 
-// Actions that are not listed hand their parameter's text on unchanged, among them ACTION_DEFAULT_SEARCH and
+// The parameter converters. Actions that are not listed pass on the text unchanged, among them ACTION_DEFAULT_SEARCH and
 // ACTION_CUSTOM, whose text is JSON.
 var paramConverterByAction = new Map([
   [VoiceInteractionAppAction.ACTION_NAVIGATION, GetVoiceNavigationFromParam],
@@ -28,8 +28,8 @@ function convertVoiceInteractionParam(action, param) {
   return convert ? convert(param) : param;
 }
 
-// Calls the action's handler with the converted parameter, with nothing when there is none. Throws what the
-// handler throws, and when the action has no handler.
+// Calls the action's handler with the converted parameter, or without an argument if there is none. Throws if the handler
+// throws or the action has no handler.
 function callHandler(result, action, param) {
   var handler = handlerOf(action);
   var line = '_callback ' + logJson(result) + ' ' + logText(action);
@@ -41,11 +41,11 @@ function callHandler(result, action, param) {
   if (!handler) {
     throw new TypeError('No function handles ' + logText(action));
   }
-  // A callback may have a member named "call" of its own.
+  // The callback may have an own property named "call".
   return param == null ? handler() : Function.prototype.call.call(handler, handler, param);
 }
 
-// The answer text for what a handler returned. Throws for a value that has no JSON text.
+// Converts the return value of a handler to the text of the answer. Throws for a value that JSON can't represent.
 function answerFromResponse(response) {
   if (response == null) {
     return 'success';
@@ -65,7 +65,7 @@ function answerFromResponse(response) {
   return text;
 }
 
-// Listens to every registered action: `result` is the message that the native instance posted.
+// The listener of all registered actions. `result` is the message that the native instance posted.
 function _callback(result) {
   var action = result.action;
   var answer;
@@ -79,7 +79,7 @@ function _callback(result) {
   try {
     native_.callSync('Response', { action: action, response: answer });
   } catch (error) {
-    // The application can do nothing about an answer that didn't get through.
+    // Only logged, because the application can't do anything about an answer that was not sent.
     console.log('_callback exception : ' + logText(error));
   }
 }

@@ -1,21 +1,21 @@
-// The map of what a user could activate on the page: asked for the content context, the page is walked and
-// every such element that has a readable title gets a number, by which an item selection names it later.
+// The map of the elements that a user can activate. A content-context request walks the page and numbers all such
+// elements that have a readable title; an item selection refers to that number later.
 
-// The elements found by the last walk, in its order: {id, title, x, y, w, h, focused, visible, iframe}. The
-// box is in the viewport of the element's own document, in whole CSS pixels.
+// The elements found by the last walk, in document order: {id, title, x, y, w, h, focused, visible, iframe}. The box is
+// relative to the viewport of the element's own document, in whole CSS pixels.
 var layoutMap = [];
 
-// Where each of them is: {id, xpath}, in the same order.
+// The path of each element: {id, xpath}, in the same order.
 var xpathMap = [];
 
-// The number that the next element found gets.
+// The number of the next element.
 var itemId = 0;
 
-// Whether the elements being walked are an inline frame's. The end of any frame's walk ends it, so what
-// follows a nested frame counts as the page's; and a walk that an exception ends leaves it as it is.
+// Whether the walk is inside an inline frame. The end of every frame resets it, so elements after a nested frame count as
+// the page's. A walk that ends with an exception does not reset it.
 var insideIframe = false;
 
-// The last inline frame that a walk met; elements inside frames are looked up again in its document.
+// The last inline frame of the walk. Elements inside frames are looked up in its document later.
 var iframeNode;
 
 function onRequestContentContext() {
@@ -23,7 +23,7 @@ function onRequestContentContext() {
   return JSON.stringify(layoutMap);
 }
 
-// Replaces the map by that of the page as it is now.
+// Replaces the map by one of the current page.
 function updateLayoutMap() {
   layoutMap = [];
   xpathMap = [];
@@ -37,8 +37,8 @@ function updateLayoutMap() {
   }
 }
 
-// Walks the elements of one document and those of the frames among them. `walkMemory` is generateXpath's; it
-// ends with the walk, because by the next one the page may have changed.
+// Walks the elements of one document, including its frames. `walkMemory` is the cache of generateXpath. It is only valid
+// for this walk, because the page may change afterwards.
 function addToLayoutMap(elements, walkMemory) {
   var count = elements.length;
   for (var i = 0; i < count; i++) {
@@ -61,7 +61,7 @@ function addIframeToLayoutMap(iframe, walkMemory) {
 }
 
 function addElementToLayoutMap(element, tag, walkMemory) {
-  // Reading the box is what takes most of a walk's time, so that most elements are spared it.
+  // Checked first, because reading the box takes most of the time of a walk.
   if (!isActivatable(element, tag)) {
     return;
   }

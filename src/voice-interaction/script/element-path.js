@@ -1,8 +1,8 @@
-// The path by which an element of the map is found again: from its document's root, or from the nearest
-// ancestor that has an id.
+// Builds the XPath that finds an element of the map again: from its document's root, or from the nearest ancestor with an
+// id.
 
-// `walkMemory` is a Map that a walk keeps for its duration, parent → childrenOf(), so that ancestors and
-// siblings are looked at once and not once for each element; without it everything is looked up afresh.
+// `walkMemory` is a Map from parent to childrenOf(), which a walk keeps for its duration, so that ancestors and siblings
+// are read only once instead of for each element. Without it nothing is cached.
 function generateXpath(element, walkMemory) {
   var id = element && idOf(element);
   if (id) {
@@ -25,7 +25,7 @@ function generateXpath(element, walkMemory) {
   return tag.count > 1 ? tag.path + '[' + tag.position + ']' : tag.path;
 }
 
-// A form that has a field named "id" gives that field as its `id`, and so with the names below.
+// A form's `id` is an element if the form has a field named "id". The same applies to the property names below.
 function idOf(node) {
   var id = node.id;
   return typeof id === 'string' || !isElementNode(node) ? id : node.getAttribute('id');
@@ -35,9 +35,8 @@ function isElementNode(node) {
   return node.nodeType === 1 || typeof node.nodeType === 'object';
 }
 
-// What is remembered of a parent's children: its path, and by tag name their path without a position, made when
-// it is needed, how many of them there are, and how many `advanceTo` has passed. An element without a parent
-// stands alone.
+// The cached data of a parent's children: its path and, by tag name, their path without a position (built on demand),
+// their number, and the number that `advanceTo` has passed. An element without a parent has no siblings.
 function childrenOf(parent, element, path) {
   var first = parent ? parent.firstElementChild : element;
   if (parent && first && (first.parentNode !== parent || first.previousElementSibling)) {
@@ -55,8 +54,8 @@ function childrenOf(parent, element, path) {
   return { path: path, tags: tags, at: null, tag: null, next: first };
 }
 
-// Goes on to the child asked for, counting by tag name, and gives what is remembered of its tag name. A walk
-// asks in document order, so each child is passed once. Nothing when the child isn't ahead.
+// Advances to the given child, counting by tag name, and returns the cached data of its tag name. A walk asks in document
+// order, so each child is passed once. Returns nothing if the child is not ahead.
 function advanceTo(element, children) {
   while (children.at !== element && children.next) {
     children.at = children.next;
@@ -69,7 +68,7 @@ function advanceTo(element, children) {
   return children.at === element ? children.tag : undefined;
 }
 
-// The same, counted anew: the page changed while it was walked, or a form has fields named like what
+// Counts without the cache, if the page changed during the walk or a form has fields named like properties that
 // `childrenOf` reads.
 function countByTag(element, parent) {
   var same = Array.prototype.filter.call(parent.childNodes, function (child) {

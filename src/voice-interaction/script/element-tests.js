@@ -1,5 +1,4 @@
-// What the element map asks of one element: whether a user could activate it, its title, focus and
-// visibility.
+// The properties of an element for the element map: whether a user can activate it, its title, focus and visibility.
 
 // `tag` is the element's tag name in lower case.
 function isActivatable(element, tag) {
@@ -12,7 +11,7 @@ function isActivatable(element, tag) {
   );
 }
 
-// Weak on purpose: any one of the three is enough.
+// Intentionally weak: any one of the three conditions is sufficient.
 function isInUse(element) {
   return (
     element.style.visibility !== 'hidden' || element.style.display !== 'none' || element.disabled === false
@@ -23,7 +22,7 @@ function hasFocus(element) {
   return element === document.activeElement;
 }
 
-// By the element's own style; its ancestors' don't count.
+// Considers only the element's own computed style, not its ancestors'.
 function isVisible(element) {
   var style = window.getComputedStyle(element);
   return style.display !== 'none' && style.visibility !== 'hidden';
@@ -32,8 +31,8 @@ function isVisible(element) {
 var whiteSpaceRun = /\s{2,}/;
 var whiteSpaceRuns = /\s{2,}/g;
 
-// The element's text, or else the text of its attributes or of its images' attributes; empty if all are.
-// Runs of white space become one space.
+// The element's text, or the text of its attributes or of its images' attributes; empty if all are empty. Runs of white
+// space become one space.
 function titleOf(element) {
   var title = element.textContent.trim();
   if (title === '') {
@@ -44,7 +43,7 @@ function titleOf(element) {
     console.log('$No title and no aria label');
     title = titleFromImages(element.getElementsByTagName('img'));
   }
-  // Few titles have runs, and looking for one is cheaper than replacing none.
+  // Few titles contain runs, and testing for one is cheaper than a replacement without a match.
   return whiteSpaceRun.test(title) ? title.replace(whiteSpaceRuns, ' ') : title;
 }
 
@@ -56,7 +55,7 @@ function titleFromImages(images) {
   return title;
 }
 
-// The first of the attributes that has more than white space, trimmed; empty if none has.
+// The first attribute that contains more than white space, trimmed; empty if there is none.
 function titleFromAttributes(element, names) {
   for (var i = 0; i < names.length; i++) {
     var title = element.hasAttribute(names[i]) ? element.getAttribute(names[i]).trim() : '';

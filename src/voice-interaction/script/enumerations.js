@@ -1,7 +1,6 @@
-// The vocabularies of the API. They stay inside the script: applications pass and receive the values, which
-// are plain texts.
+// The enumerations of the API. They are not exported: applications pass and receive the values, which are plain texts.
 
-// What an application answers to a request for its state. The script passes the answer on as it is.
+// The answers to a request for the application's state. The script passes the answer on unchanged.
 var VoiceApplicationState = {
   STATE_NONE: 'None',
   STATE_HOME: 'Home',
@@ -12,7 +11,7 @@ var VoiceApplicationState = {
   STATE_UNKNOWN: 'Unknown',
 };
 
-// The voice actions. An action travels by its name, which is also the id that its listener has.
+// The voice actions. An action is identified by its name, which is also the id of its listener.
 var VoiceInteractionAppAction = {
   ACTION_REQUEST_APP_CONTEXT: 'ACTION_REQUEST_APP_CONTEXT',
   ACTION_NAVIGATION: 'ACTION_NAVIGATION',
@@ -50,7 +49,7 @@ var VoiceInteractionAppAction = {
   ACTION_UNKNOWN: 'ACTION_UNKNOWN',
 };
 
-// What "onnavigation" receives; never NAV_UNKNOWN.
+// The values that "onnavigation" receives, except NAV_UNKNOWN.
 var VoiceNavigation = {
   NAV_PREVIOUS: 'NAV_PREVIOUS',
   NAV_NEXT: 'NAV_NEXT',
@@ -62,7 +61,7 @@ var VoiceNavigation = {
   NAV_UNKNOWN: 'NAV_UNKNOWN',
 };
 
-// The fields that getDataFromSearchTerm reads; all but SEARCH_TERM_RAW.
+// The fields that getDataFromSearchTerm reads, except SEARCH_TERM_RAW.
 var VoiceSearchTermField = {
   SEARCH_TERM_UTTERANCE: 'SEARCH_TERM_UTTERANCE',
   SEARCH_TERM_TITLE: 'SEARCH_TERM_TITLE',
@@ -74,32 +73,32 @@ var VoiceSearchTermField = {
   SEARCH_TERM_RAW: 'SEARCH_TERM_RAW',
 };
 
-// What the callbacks for subtitles, shuffle, screen fit and 360 degrees receive.
+// The values that the callbacks for subtitles, shuffle, screen fit and 360 degrees receive.
 var MediaFunctionMode = {
   MEDIA_FUNCTION_OFF: 'MEDIA_FUNCTION_OFF',
   MEDIA_FUNCTION_ON: 'MEDIA_FUNCTION_ON',
 };
 
-// What "onrotate" receives.
+// The values that "onrotate" receives.
 var MediaRotateMode = {
   MEDIA_ROTATE_LEFT: 'MEDIA_ROTATE_LEFT',
   MEDIA_ROTATE_RIGHT: 'MEDIA_ROTATE_RIGHT',
 };
 
-// What "onzoom" receives.
+// The values that "onzoom" receives.
 var MediaZoomMode = {
   MEDIA_ZOOM_IN: 'MEDIA_ZOOM_IN',
   MEDIA_ZOOM_OUT: 'MEDIA_ZOOM_OUT',
 };
 
-// What "onchangerepeatmode" receives.
+// The values that "onchangerepeatmode" receives.
 var MediaRepeatMode = {
   MEDIA_REPEAT_OFF: 'MEDIA_REPEAT_OFF',
   MEDIA_REPEAT_ONE: 'MEDIA_REPEAT_ONE',
   MEDIA_REPEAT_ALL: 'MEDIA_REPEAT_ALL',
 };
 
-// What the callbacks for additions to a list and removals from it receive.
+// The values that the callbacks for adding to and removing from a list receive.
 var ListItem = {
   LIST_BOOKMARKS: 'LIST_BOOKMARKS',
   LIST_WATCH_LATER: 'LIST_WATCH_LATER',

@@ -1,7 +1,7 @@
-// Selecting an item of the element map by its number: the element is found again by its path, focused,
-// brought into view and clicked.
+// Selects an item of the element map by its number: finds the element by its path, focuses it, scrolls it into view and
+// clicks it.
 
-// False when the map has no such item. Throws when the item's path leads nowhere any more.
+// Returns false if the map has no such item. Throws if the item's path no longer leads to an element.
 function onItemSelection(id) {
   var path = recordOf(xpathMap, id);
   if (!path) {
@@ -18,7 +18,7 @@ function onItemSelection(id) {
   return true;
 }
 
-// The first record with that id; numbers and their texts are the same.
+// The first record with this id. The id may be a number or its text.
 function recordOf(map, id) {
   return map.filter(function (record) {
     return String(record.id) === String(id);
@@ -33,7 +33,7 @@ function findByPath(xpath, inIframe) {
   return root.evaluate(xpath, root, null, XPathResult.FIRST_ORDERED_NODE_TYPE, null).singleNodeValue;
 }
 
-// Elements that don't know click(), such as those of an SVG image, get the event in the middle of their box.
+// Elements without click(), such as those of an SVG image, receive a click event at the center of their box.
 function activate(element, record) {
   if (typeof element.click === 'function') {
     element.click();

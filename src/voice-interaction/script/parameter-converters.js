@@ -1,8 +1,7 @@
-// Turns the parameter text of a command into the value that the application's callback expects. Every
-// converter maps exact texts and has one result for everything else, a missing parameter included; none ever
-// fails.
+// Converts the parameter text of a command to the value that the application's callback expects. Every converter maps
+// exact texts and has one result for all others, including a missing parameter; none ever throws.
 
-// Maps, not objects: a text such as "constructor" is looked up like any other.
+// Maps instead of objects, so that a text such as "constructor" is not found.
 var navigationByParam = new Map([
   ['PreviousPageCommand', VoiceNavigation.NAV_PREVIOUS],
   ['NextPageCommand', VoiceNavigation.NAV_NEXT],
@@ -34,7 +33,7 @@ var listItemByParam = new Map([
   ['WatchLater', ListItem.LIST_WATCH_LATER],
 ]);
 
-// `name` is what the log line calls the conversion.
+// `name` is the name of the conversion in the log line.
 function convertByTable(name, table, param, otherwise) {
   console.log(name + ' : ' + logText(param));
   return table.has(param) ? table.get(param) : otherwise;
@@ -67,8 +66,8 @@ function GetListItem(param) {
   return convertByTable('GetListItemFromParam', listItemByParam, param, ListItem.LIST_UNKNOWN);
 }
 
-// The language's own conversion of a text; 0 for what isn't a number. JSON can carry an object whose
-// conversion throws, {"valueOf": 0, "toString": 0}.
+// JavaScript's conversion of a text to a number; 0 if it isn't one. Catches exceptions, because the conversion of a JSON
+// object such as {"valueOf": 0, "toString": 0} throws.
 function numberFromParam(param) {
   try {
     var number = Number(param);

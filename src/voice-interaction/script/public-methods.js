@@ -1,13 +1,13 @@
-// The public methods: taking part in voice control, reading a search term, and building the answers that carry
-// data; last the object that has them.
+// The public methods: registering for voice control, reading a search term, and building answers with data. Exports the
+// object that has them.
 
-// Starts to receive commands. Independent of setCallback: either may be called at any time and again.
+// Starts to receive commands. Independent of setCallback: both may be called at any time and repeatedly.
 VoiceInteractionHandler.prototype.listen = function () {
   checkPrivileges();
   callNative('VoiceInteractionHandler_listen', {});
 };
 
-// Whether there is no property, own or inherited, to walk over; also true for whatever isn't an object.
+// Whether `obj` has no enumerable property, own or inherited. Also true for anything that isn't an object.
 function isEmptyObject(obj) {
   if (typeof obj === 'object') {
     for (var name in obj) {
@@ -17,7 +17,7 @@ function isEmptyObject(obj) {
   return true;
 }
 
-// Replaces the whole registration by the callbacks given.
+// Replaces the whole registration by the given callbacks.
 VoiceInteractionHandler.prototype.setCallback = function (callback) {
   checkPrivileges();
   if (callback == null) {
@@ -40,7 +40,7 @@ VoiceInteractionHandler.prototype.getVersion = function () {
   return result.result;
 };
 
-// Throws unless every enumerable property of the search term is a member of one and holds a string.
+// Throws unless every enumerable property of the search term is a known member and a string.
 function requireSearchTerm(st) {
   var message = 'param is not valid object';
   if (typeof st !== 'object') {
@@ -61,7 +61,7 @@ function requireSearchTerm(st) {
   }
 }
 
-// The field's text, or undefined when the search term doesn't have it. The search term is checked before
+// Returns the field's text, or undefined if the search term doesn't have the field. Checks the search term before
 // `field`.
 VoiceInteractionHandler.prototype.getDataFromSearchTerm = function (st, field) {
   checkPrivileges();
@@ -74,8 +74,8 @@ VoiceInteractionHandler.prototype.getDataFromSearchTerm = function (st, field) {
   return value;
 };
 
-// The builders of answers. Where several arguments are wrong, the first check
-// that fails decides the message.
+// The builders of answers. If several arguments are invalid, the first check
+// that fails determines the message.
 
 function requireCollectionEntry(appId, title, payload) {
   requireType(appId, 'string', 'appId is not string');
@@ -136,5 +136,5 @@ VoiceInteractionHandler.prototype.buildVoiceInteractionContentContextResponse = 
   return JSON.stringify(contentContextArr);
 };
 
-// What the runtime publishes as corvis.voiceinteraction.
+// The runtime publishes this object as corvis.voiceinteraction.
 exports = new VoiceInteractionHandler();

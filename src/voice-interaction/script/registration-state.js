@@ -1,17 +1,17 @@
-// What the page has registered for. Only the functions of the registration files change these.
+// The page's registration. Only the functions of the registration files change these variables.
 
-// The object of callbacks that the application passed last. Its functions are copied when it is passed; what
-// the application changes in it later counts from the next setCallback on.
+// The object of callbacks that the application passed last. Its functions are read when it is passed; later changes have
+// no effect until the next setCallback.
 var callbacks;
 
 // The names of the actions that the page handles, in the order of registration.
 var appActionArray = [];
 
-// Action name → the function that handles it, or null once cleared.
+// The handler of each action by name; null after clearing.
 var voiceInteractionActionHandler = {};
 
-// The function that handles an action; undefined for every name that the page never registered, be it the
-// name of something that all objects inherit.
+// The handler of an action; undefined for a name that the page never registered, even if it is the name of an inherited
+// property.
 function handlerOf(action) {
   var isOwn = Object.prototype.hasOwnProperty.call(voiceInteractionActionHandler, action);
   var handler = isOwn ? voiceInteractionActionHandler[action] : undefined;

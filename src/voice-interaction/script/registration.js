@@ -1,7 +1,6 @@
-// The registration as a whole: the built-in handlers, clearing, and the list of actions that the native
-// instance gets.
+// The whole registration: the built-in handlers, clearing, and the list of actions for the native instance.
 
-// The page element map answers content-context requests unless the application has a callback of its own.
+// The element map answers content-context requests unless the application has its own callback.
 function registerContentContextCallback() {
   console.log('Register Content Context function');
   if (handlerOf(VoiceInteractionAppAction.ACTION_REQUEST_CONTENT_CONTEXT)) {
@@ -16,7 +15,7 @@ function registerMoveFocusCallback() {
   installHandler(VoiceInteractionAppAction.ACTION_ITEM_SELECTION, onItemSelection);
 }
 
-// Leaves the page with no handler and no listener, the built-in ones included.
+// Removes all handlers and listeners, including the built-in ones.
 function clearCallbacks() {
   console.log('Clear Callbacks');
   appActionArray = [];
@@ -26,7 +25,7 @@ function clearCallbacks() {
   });
 }
 
-// Registers what `callbacks` holds and the built-in handlers, then passes the actions to the native instance.
+// Registers the functions of `callbacks` and the built-in handlers, then passes the actions to the native instance.
 function registerCallbacks() {
   if (callbacks) {
     callbackProperties.forEach(function (row) {

@@ -1,7 +1,6 @@
-// The search term of a search command: its text becomes the frozen object that "onsearch" and
-// "onsearchcollection" receive.
+// Converts the text of a search command to the frozen object that "onsearch" and "onsearchcollection" receive.
 
-// The members that a search term may have, by the field value that reads each; SEARCH_TERM_RAW reads none.
+// The members of a search term by the field value that reads them. SEARCH_TERM_RAW reads none.
 var searchTermMemberByField = new Map([
   [VoiceSearchTermField.SEARCH_TERM_UTTERANCE, 'utterance'],
   [VoiceSearchTermField.SEARCH_TERM_TITLE, 'title'],
@@ -17,7 +16,7 @@ function isSearchTermMember(name) {
   return searchTermMembers.indexOf(name) >= 0;
 }
 
-// Takes out of a parsed search term what isn't a member of one; the values stay, whatever their type.
+// Removes unknown members from a parsed search term. The values are kept, whatever their type.
 function removeUnknownMembers(term) {
   if (typeof term !== 'object') {
     return;
@@ -29,7 +28,7 @@ function removeUnknownMembers(term) {
   }
 }
 
-// Never fails: a text that isn't JSON gives an empty search term.
+// Never throws; a text that isn't JSON becomes an empty search term.
 function GetVoiceSearchTermFromParam(param) {
   console.log('GetVoiceSearchTermFromParam : ' + logText(param));
   var term = {};

@@ -1,7 +1,7 @@
-// What most of the script leans on: the runtime's utilities and the channel to the page's native instance, calls
-// that fail loudly, the script's one kind of error, and texts for log lines.
+// Common helpers of the script: the runtime's utilities and the channel to the page's native instance, calls that throw on
+// failure, the script's error type, and texts for log lines.
 
-// The runtime wraps the joined source in a scope of its own that supplies `extension` and `exports`.
+// The runtime wraps the joined source in a function that provides `extension` and `exports`.
 var utils_ = xwalk.utils;
 var type_ = utils_.type;
 var converter_ = utils_.converter;
@@ -10,14 +10,13 @@ var types_ = validator_.Types;
 
 var native_ = new xwalk.utils.NativeManager(extension);
 
-// The object that applications reach as corvis.voiceinteraction is one of these; its methods are on the
-// prototype.
+// The class of the object corvis.voiceinteraction; its methods are on the prototype.
 function VoiceInteractionHandler() {}
 
-// The engine's own, whatever the page declares under that name later.
+// The engine's own Map, even if the page redefines the name later.
 var NativeMap = Map;
 
-// Calls a native handler and gives its result; throws the runtime's error object when the call failed.
+// Calls a native handler and returns its result. Throws the runtime's error object if the call fails.
 function callNative(name, args) {
   var result = native_.callSync(name, args);
   if (native_.isFailure(result)) {
@@ -26,7 +25,7 @@ function callNative(name, args) {
   return result;
 }
 
-// The first step of every method that needs the privileges: throws before any argument is looked at.
+// The first step of every method that needs the privileges, so that it throws before any argument is checked.
 function checkPrivileges() {
   callNative('VoiceInteractionHandler_checkPrivileges', {});
 }
@@ -43,8 +42,8 @@ function requireType(value, type, message) {
   }
 }
 
-// Log lines are for diagnosis only. A value that has no text (a symbol, an object that contains itself) must
-// not change what the script does, so values get into them by one of these two.
+// Log lines are for diagnosis only. A value that can't be converted to text (a symbol, a cyclic object) must not change
+// the script's behavior, so these two functions format all values in log lines.
 function logText(value) {
   try {
     return String(value);
