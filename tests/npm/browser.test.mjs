@@ -3,9 +3,8 @@
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import path from 'node:path';
-import { after, before, test } from 'node:test';
-import { chromium as engine } from 'playwright-core';
-import { chromium, packageFolder } from './application.mjs';
+import { test } from 'node:test';
+import { packageFolder, useBrowser } from './application.mjs';
 
 const site = {
   '/simulator.js': readFileSync(path.join(packageFolder, 'simulator/script.js'), 'utf8'),
@@ -22,11 +21,7 @@ const site = {
   '/silent': '<title>silent</title><p>No voice here</p>',
 };
 
-let browser;
-before(async () => {
-  browser = await engine.launch({ executablePath: chromium, args: ['--no-sandbox', '--disable-gpu'] });
-});
-after(() => browser.close());
+const browser = useBrowser();
 
 /** A page of the site under a policy, and what went wrong in it. */
 async function open(place, policy) {

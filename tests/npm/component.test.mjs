@@ -1,9 +1,8 @@
 // <corvis-voice> as somebody with a keyboard or a screen reader uses it, and what the page notices of it: nothing.
 import assert from 'node:assert/strict';
 import path from 'node:path';
-import { after, before, beforeEach, test } from 'node:test';
-import { chromium as engine } from 'playwright-core';
-import { chromium, packageFolder } from './application.mjs';
+import { beforeEach, test } from 'node:test';
+import { packageFolder, useBrowser } from './application.mjs';
 
 const html = `<!doctype html><title>A player</title>
 <style>button { position: absolute; left: 20px; width: 100px; height: 30px; }</style>
@@ -18,11 +17,8 @@ const html = `<!doctype html><title>A player</title>
   corvis.voiceinteraction.listen();
 </script>`;
 
-let browser;
+const browser = useBrowser();
 let page;
-before(async () => {
-  browser = await engine.launch({ executablePath: chromium, args: ['--no-sandbox', '--disable-gpu'] });
-});
 beforeEach(async () => {
   await page?.close();
   page = await browser.newPage();
@@ -32,7 +28,6 @@ beforeEach(async () => {
   await page.goto('http://tv.test/');
   await page.addScriptTag({ path: path.join(packageFolder, 'component/script.js') });
 });
-after(() => browser.close());
 
 const append = () => page.evaluate('void document.body.append(document.createElement("corvis-voice"))');
 const answers = () => page.getByRole('log', { name: 'Answers' });
@@ -49,9 +44,7 @@ async function lines(count) {
 
 test('one says something by keyboard, and hears the answer', async () => {
   await append();
-  await page.keyboard.press('Tab');
-  await page.keyboard.press('Tab');
-  await page.keyboard.press('Tab');
+  for (let i = 0; i < 3; i++) await page.keyboard.press('Tab');
   const field = page.getByRole('combobox', { name: 'Say' });
   assert.equal(await field.evaluate((input) => input.getRootNode().activeElement === input), true);
   assert.deepEqual(

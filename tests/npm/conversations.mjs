@@ -58,8 +58,9 @@ const changing = `<title>Changing</title><script>
   voice.listen();
 </script>`;
 
-const sends = (action, ...texts) => texts.map((text) => ['send', `ACTION_${action} ${text}`]);
-const says = (...texts) => texts.map((text) => ['say', text]);
+// Both take what a bar separates.
+const sends = (action, texts) => texts.split(' | ').map((text) => ['send', `ACTION_${action} ${text}`]);
+const says = (texts) => texts.split(' | ').map((text) => ['say', text]);
 
 /** What is said in a voice script, in order; its expectations are the demo's own test. */
 function spokenIn(file) {
@@ -75,34 +76,25 @@ export const conversations = [
     name: 'parameters',
     page: echo,
     steps: [
-      ...sends('NAVIGATION', 'PreviousPageCommand', 'NextPageCommand', 'MoveRightCommand', 'MoveLeftCommand'),
+      ...sends('NAVIGATION', 'PreviousPageCommand | NextPageCommand | MoveRightCommand | MoveLeftCommand'),
       ...sends(
         'NAVIGATION',
-        'MoveUpCommand',
-        'MoveDownCommand',
-        'ShowMore',
-        'showmore',
-        'constructor',
-        '__proto__'
+        'MoveUpCommand | MoveDownCommand | ShowMore | showmore | constructor | __proto__'
       ),
-      ...sends('MEDIA_SET_SUBTITLE', 'on', 'off', 'ON', 'toString'),
-      ...sends('MEDIA_SET_REPEAT', 'one', 'all', 'off', 'All'),
-      ...sends('MEDIA_SET_ZOOM', 'in', 'out', 'Out'),
-      ...sends('MEDIA_SET_ROTATE', 'Left', 'Right', 'right'),
-      ...sends('ADDITION_TO_LIST', 'BookMarks', 'bookmarks', 'valueOf'),
-      ...sends('SELECTION', '3', '0x1F', '-1.5e2', 'abc', '1,5', '{"valueOf":0,"toString":0}'),
-      ...sends('MEDIA_SKIP_BACKWARD', '10', '10s', 'true', ' 90'),
-      ...sends('TITLE_SELECTION', 'a"b\\c/d€ü', '\\/', '{"json": true}', 'x'.repeat(9000), '€'.repeat(3000)),
-      ...sends(
-        'SEARCH',
-        'title="The Last Harbour" content_type=movie raw=r year=1990',
-        'no pairs',
-        'title=""'
-      ),
-      ...sends('SEARCH', 'title="say \\"hi\\"" genre=a\\b', 'utterance="ünï, cödé" cast="Jo Abernathy"'),
-      ...sends('DEFAULT_SEARCH', 'content_type=movie title=a', 'x'),
+      ...sends('MEDIA_SET_SUBTITLE', 'on | off | ON | toString'),
+      ...sends('MEDIA_SET_REPEAT', 'one | all | off | All'),
+      ...sends('MEDIA_SET_ZOOM', 'in | out | Out'),
+      ...sends('MEDIA_SET_ROTATE', 'Left | Right | right'),
+      ...sends('ADDITION_TO_LIST', 'BookMarks | bookmarks | valueOf'),
+      ...sends('SELECTION', '3 | 0x1F | -1.5e2 | abc | 1,5 | {"valueOf":0,"toString":0}'),
+      ...sends('MEDIA_SKIP_BACKWARD', '10 | 10s | true |  90'),
+      ...sends('TITLE_SELECTION', 'a"b\\c/d€ü | \\/ | {"json": true}'),
+      ...sends('TITLE_SELECTION', `${'x'.repeat(9000)} | ${'€'.repeat(3000)}`),
+      ...sends('SEARCH', 'title="The Last Harbour" content_type=movie raw=r year=1990 | no pairs | title=""'),
+      ...sends('SEARCH', 'title="say \\"hi\\"" genre=a\\b | utterance="ünï, cödé" cast="Jo Abernathy"'),
+      ...sends('DEFAULT_SEARCH', 'content_type=movie title=a | x'),
       ...sends('SEARCH_COLLECTION', 'from=1 to=2 Title=x'),
-      ...sends('CUSTOM', 'mood="in the dark" level=3', '"one text"', 'a="say \\"hi\\""', 'a=/ b=\\\\'),
+      ...sends('CUSTOM', 'mood="in the dark" level=3 | "one text" | a="say \\"hi\\"" | a=/ b=\\\\'),
       ['send', 'ACTION_PLAY'],
       ['send', 'ACTION_REQUEST_APP_CONTEXT'],
     ],
@@ -111,68 +103,24 @@ export const conversations = [
     name: 'phrases',
     page: echo,
     steps: says(
-      'play',
-      'Please play the movie!',
-      'go right',
-      'next page',
-      'go to 1:30',
-      'skip back by two minutes',
-      'play from the beginning',
-      'choose the third one',
-      'select number twelve',
-      'open The Last Harbour',
-      'search for comedies with Jane Doe from 1990 to 2000',
-      'search the collection for documentaries from the 90s',
-      'find "Moth"',
-      'tell the app to dance',
-      'turn off the subtitles please',
-      'subtitles on',
-      'repeat one',
-      'add this to my bookmarks',
-      'where am i',
-      'show settings'
+      'play | Please play the movie! | go right | next page | go to 1:30 | skip back by two minutes | ' +
+        'play from the beginning | choose the third one | select number twelve | open The Last Harbour | ' +
+        'search for comedies with Jane Doe from 1990 to 2000 | ' +
+        'search the collection for documentaries from the 90s | find "Moth" | tell the app to dance | ' +
+        'turn off the subtitles please | subtitles on | repeat one | add this to my bookmarks | where am i | ' +
+        'show settings'
     ),
   },
   {
     name: 'answers',
     page: answers,
     steps: [
-      ...sends(
-        'TITLE_SELECTION',
-        'undefined',
-        'null',
-        'true',
-        'false',
-        '"text"',
-        '""',
-        '0',
-        '-1.5',
-        'NaN',
-        '{a: 1}'
-      ),
-      ...sends(
-        'TITLE_SELECTION',
-        '["é", undefined]',
-        'function () {}',
-        'Symbol("s")',
-        'cycle',
-        '10n',
-        'new String("x")'
-      ),
-      ...sends(
-        'TITLE_SELECTION',
-        'nothing.at.all',
-        '{toJSON: function () { throw 1; }}',
-        'Promise.resolve(1)'
-      ),
-      ...sends(
-        'TITLE_SELECTION',
-        '"x".repeat(12000)',
-        '"x".repeat(12400)',
-        '"€".repeat(100000)',
-        '"\\u{1F600}".repeat(9999)'
-      ),
-      ...sends('TITLE_SELECTION', '["a/b\\\\c", "\\u2028\\n\\t\\u0001"]', '"\\\\u0041"', '"line\\nfeed"'),
+      ...sends('TITLE_SELECTION', 'undefined | null | true | false | "text" | "" | 0 | -1.5 | NaN | {a: 1}'),
+      ...sends('TITLE_SELECTION', '["é", undefined] | function () {} | Symbol("s") | cycle | 10n'),
+      ...sends('TITLE_SELECTION', 'new String("x") | nothing.at.all | {toJSON: function () { throw 1; }}'),
+      ...sends('TITLE_SELECTION', 'Promise.resolve(1) | "x".repeat(12000) | "x".repeat(12400)'),
+      ...sends('TITLE_SELECTION', '"€".repeat(100000) | "\\u{1F600}".repeat(9999)'),
+      ...sends('TITLE_SELECTION', '["a/b\\\\c", "\\u2028\\n\\t\\u0001"] | "\\\\u0041" | "line\\nfeed"'),
       ['send', 'ACTION_PLAY'],
       ['restart'],
       ...sends('TITLE_SELECTION', '"still here"'),
@@ -185,32 +133,13 @@ export const conversations = [
     name: 'items',
     page: items,
     steps: says(
-      'what can i select',
-      'select play',
-      'where am i',
-      'select trailer',
-      'where am i',
-      'select help',
-      'select nothing of this',
-      'select number 4',
-      'where am i',
-      'select töne',
-      'select 99',
-      'where am i'
+      'what can i select | select play | where am i | select trailer | where am i | select help | ' +
+        'select nothing of this | select number 4 | where am i | select töne | select 99 | where am i'
     ),
   },
   {
     name: 'a page that changes what it handles',
     page: changing,
-    steps: says(
-      'what can i select',
-      'select mine',
-      'stop',
-      'play',
-      'play',
-      'pause',
-      'what can i select',
-      'stop'
-    ),
+    steps: says('what can i select | select mine | stop | play | play | pause | what can i select | stop'),
   },
 ];

@@ -3,11 +3,11 @@
 import assert from 'node:assert/strict';
 import { readFileSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
-import { after, before, test } from 'node:test';
+import { test } from 'node:test';
 import { pathToFileURL } from 'node:url';
 import { JSDOM, VirtualConsole } from 'jsdom';
-import { chromium } from 'playwright-core';
 import { build, root, run, scratchFolder, writePage } from '../../testing/corvis.mjs';
+import { useBrowser } from './application.mjs';
 import { conversations } from './conversations.mjs';
 
 const simulator = path.join(build, 'npm/package/simulator');
@@ -48,12 +48,7 @@ const speak = async (tv, steps) => {
   return events;
 };
 
-let browser;
-before(async () => {
-  const executablePath = process.env.CORVIS_CHROMIUM ?? '/usr/bin/chromium';
-  browser = await chromium.launch({ executablePath, args: ['--no-sandbox', '--disable-gpu'] });
-});
-after(() => browser.close());
+const browser = useBrowser();
 
 async function inABrowser(conversation, folder) {
   const page = await browser.newPage({ viewport: { width: 1920, height: 1080 } });

@@ -1,18 +1,15 @@
-// The helpers for Playwright: in a plain page, and in its test runner with TypeScript.
+// The helpers for Playwright; docs/in-the-browser.md uses them in its test runner.
 import assert from 'node:assert/strict';
 import path from 'node:path';
-import { after, before, test } from 'node:test';
+import { test } from 'node:test';
 import { pathToFileURL } from 'node:url';
-import { chromium as engine } from 'playwright-core';
-import { chromium, makeApplication, packageFolder, runTool } from './application.mjs';
+import { packageFolder, useBrowser } from './application.mjs';
 
-const { installVoice } = await import(pathToFileURL(path.join(packageFolder, 'playwright/index.js')));
+const { installVoice, voiceFixtures, voiceMatchers } = await import(
+  pathToFileURL(path.join(packageFolder, 'playwright/index.js'))
+);
 
-let browser;
-before(async () => {
-  browser = await engine.launch({ executablePath: chromium, args: ['--no-sandbox', '--disable-gpu'] });
-});
-after(() => browser.close());
+const browser = useBrowser();
 
 const html = `<!doctype html><title>A player</title><iframe srcdoc="<script>parent.framed = 'corvis' in window</script>"></iframe>
 <button onclick="document.title = 'played'">Play</button><button>Play trailer</button><script>
@@ -24,9 +21,11 @@ const html = `<!doctype html><title>A player</title><iframe srcdoc="<script>pare
   setTimeout(function () { corvis.voiceinteraction.listen(); }, 50);
 </script>`;
 
-async function open(options) {
+/** A page with the voice that a fixture gives to a test of Playwright's runner. */
+async function open(voiceOptions = {}) {
   const page = await browser.newPage();
-  const voice = await installVoice(page, options);
+  let voice;
+  await voiceFixtures.voice[0]({ page, voiceOptions }, (made) => (voice = made));
   await page.route('http://tv.test/**', (route) => route.fulfill({ contentType: 'text/html', body: html }));
   return { page, voice };
 }
@@ -79,60 +78,29 @@ test('what fails is an error with a sentence', async () => {
   await late.close();
 });
 
-const spec = `import { test as base, expect as plain } from '@playwright/test';
-import { voiceFixtures, voiceMatchers, type VoiceFixtures } from 'corvis-voiceinteraction/playwright';
-
-const test = base.extend<VoiceFixtures>(voiceFixtures);
-const expect = plain.extend(voiceMatchers);
-
-test.beforeEach(async ({ page }) => {
-  await page.route('http://tv.test/**', (route) => route.fulfill({ contentType: 'text/html', body: ${JSON.stringify(html)} }));
-  await page.goto('http://tv.test/film');
-});
-
-test('passes', async ({ voice }) => {
-  await voice.say('pause');
-  await expect(voice).toAnswer('/film');
-  await expect(voice).toAnswer(/film$/);
-  await expect(voice).not.toAnswer('success');
-  await voice.say('go to 1:30');
-  await expect(voice).toSend('ACTION_MEDIA_SET_PLAY_POSITION', '90');
-  await expect(voice).toAnswer({ at: 90 });
-});
-
-test.describe('with options', () => {
-  test.use({ voiceOptions: { privileges: [], timeout: 100 } });
-  test('fails to listen', async ({ voice }) => {
-    await voice.say('pause');
-  });
-});
-
-test('fails an expectation', async ({ voice }) => {
-  await voice.say('stop');
-  await expect(voice).toAnswer('success');
-});
-`;
-
-const config = `import { defineConfig } from '@playwright/test';
-export default defineConfig({
-  reporter: 'line',
-  use: { launchOptions: { executablePath: ${JSON.stringify(chromium)}, args: ['--no-sandbox'] } },
-});
-`;
-
-test("Playwright's test runner, in TypeScript", (t) => {
-  const folder = makeApplication(t, { 'voice.spec.ts': spec, 'playwright.config.ts': config }, [
-    '@playwright/test',
-  ]);
-  const options =
-    '--noEmit --strict --target es2022 --module esnext --moduleResolution bundler --skipLibCheck';
-  assert.equal(runTool(folder, 'tsc', ...options.split(' '), 'voice.spec.ts').text, '');
-  const { status, text } = runTool(folder, 'playwright', 'test');
-  assert.equal(status, 1, text);
-  assert.match(text, /2 failed[^]*1 passed/);
-  assert.match(text, /The page has not called listen\(\) within 100 ms/);
-  assert.match(
-    text,
-    /answer to "stop" to be "success", received "not_support"; the callback threw Error: never played/
-  );
+test('an expectation that does not hold says what came', async () => {
+  const { page, voice } = await open();
+  await page.goto('http://tv.test/');
+  const verdicts = [
+    ['pause', 'toAnswer', ['/'], true],
+    ['pause', 'toAnswer', [/^.$/], true],
+    ['pause', 'toAnswer', ['success'], 'Expected the answer to "pause" to be "success", received "/"'],
+    ['go to 1:30', 'toAnswer', [{ at: 90 }], true],
+    ['go to 1:30', 'toSend', ['ACTION_MEDIA_SET_PLAY_POSITION', '90'], true],
+    [
+      'go to 1:30',
+      'toSend',
+      ['ACTION_PLAY'],
+      /become ACTION_PLAY, received ACTION_MEDIA_SET_PLAY_POSITION "90"$/,
+    ],
+    ['stop', 'toAnswer', ['success'], /received "not_support"; the callback threw Error: never played$/],
+  ];
+  for (const [said, matcher, expected, result] of verdicts) {
+    await voice.say(said);
+    const { pass, message } = voiceMatchers[matcher](voice, ...expected);
+    if (result === true) assert.ok(pass, message());
+    else assert.match(message(), new RegExp(result));
+    assert.equal(pass, result === true);
+  }
+  await page.close();
 });

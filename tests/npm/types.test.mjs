@@ -1,58 +1,34 @@
 // The TypeScript declarations, installed the way an application would install them, against lines that must compile
 // and lines that must not; and their callbacks against those that the script looks for.
 import assert from 'node:assert/strict';
-import { spawnSync } from 'node:child_process';
-import { cpSync, mkdirSync, mkdtempSync, readFileSync, rmSync } from 'node:fs';
-import { tmpdir } from 'node:os';
-import { join } from 'node:path';
-import { after, before, test } from 'node:test';
-import { fileURLToPath } from 'node:url';
+import { cpSync, readFileSync, symlinkSync } from 'node:fs';
+import path from 'node:path';
+import { test } from 'node:test';
 import { scriptText } from '../../testing/browser.mjs';
+import { root, scratchFolder } from '../../testing/corvis.mjs';
+import { runTool } from './application.mjs';
 
-const root = fileURLToPath(new URL('../..', import.meta.url));
-const compiler = join(root, 'node_modules/typescript/bin/tsc');
-let folder;
-before(() => {
-  folder = mkdtempSync(join(tmpdir(), 'corvis-types-'));
-  mkdirSync(join(folder, 'node_modules'));
-  cpSync(join(root, 'npm'), join(folder, 'node_modules/corvis-voiceinteraction'), {
-    recursive: true,
-  });
-  for (const name of ['positive.ts', 'negative.ts'])
-    cpSync(join(root, 'tests/npm', name), join(folder, name));
+test('what may be written compiles, and nothing else', (t) => {
+  const folder = scratchFolder(t);
+  const copy = (from, to) => cpSync(path.join(root, from), path.join(folder, to), { recursive: true });
+  copy('npm', 'node_modules/corvis-voiceinteraction');
+  symlinkSync(path.join(root, 'node_modules/@playwright'), path.join(folder, 'node_modules/@playwright'));
+  for (const name of ['types.ts', 'playwright.ts']) copy(`tests/npm/${name}`, name);
+  for (const what of ['bundler types.ts', 'node10 types.ts', 'bundler --skipLibCheck playwright.ts']) {
+    const options = `--strict --noEmit --target es2022 --module esnext --moduleResolution ${what}`;
+    assert.deepEqual(runTool(folder, 'tsc', ...options.split(' ')), { status: 0, text: '' }, what);
+  }
 });
-after(() => rmSync(folder, { recursive: true }));
-
-for (const [name, resolution] of [
-  ['positive.ts', 'bundler'],
-  ['positive.ts', 'node10'],
-  ['negative.ts', 'bundler'],
-]) {
-  test(`${name} with module resolution ${resolution}`, () => {
-    const options = `--strict --noEmit --target es2022 --module esnext --moduleResolution ${resolution}`;
-    const { stdout, status } = spawnSync(process.execPath, [compiler, ...options.split(' '), name], {
-      cwd: folder,
-      encoding: 'utf8',
-    });
-    assert.equal(stdout, '');
-    assert.equal(status, 0);
-  });
-}
 
 test('the callbacks and methods declared are those that the script has', () => {
-  const declarations = readFileSync(join(root, 'npm/index.d.ts'), 'utf8');
-  const declared = [...declarations.matchAll(/`(ACTION_\w+)`:[^/]*\*\/\s+(on\w+)\?:/g)].map(
-    (m) => `${m[2]} ${m[1]}`
-  );
-  const handled = scriptText().matchAll(/\[["'](on\w+)["'],\s*VoiceInteractionAppAction\.(ACTION_\w+)\]/g);
+  const declarations = readFileSync(path.join(root, 'npm/index.d.ts'), 'utf8');
+  const found = (text, expression) => [...text.matchAll(expression)].map((match) => match.slice(1));
+  const handled = found(scriptText(), /\[["'](on\w+)["'],\s*VoiceInteractionAppAction\.(ACTION_\w+)\]/g);
+  const declared = found(declarations, /`(ACTION_\w+)`:[^/]*\*\/\s+(on\w+)\?:/g);
   assert.deepEqual(
-    declared,
-    [...handled].map((m) => `${m[1]} ${m[2]}`)
+    declared.map(([action, callback]) => [callback, action]),
+    handled
   );
-  const methods = scriptText().matchAll(/VoiceInteractionHandler\.prototype\.(\w+)/g);
-  const names = [...declarations.matchAll(/^ {2}(\w+)\(/gm)].map((match) => match[1]);
-  assert.deepEqual(
-    names,
-    [...methods].map((match) => match[1])
-  );
+  const methods = found(scriptText(), /VoiceInteractionHandler\.prototype\.(\w+)/g);
+  assert.deepEqual(found(declarations, /^ {2}(\w+)\(/gm), methods);
 });

@@ -1,39 +1,31 @@
-// What an application may write: every line must compile.
+// What an application may write, beyond the lines of docs/in-the-browser.md: every line must compile, but for those below
+// a marker, which must not.
 /// <reference types="corvis-voiceinteraction" />
 import type {
   ContentContextItem,
   CorviException,
   ElementMapItem,
   ListItem,
-  SearchTerm,
   SecurityError,
   VoiceApplicationState,
   VoiceCallbacks,
-  VoiceInteraction,
   VoiceInteractionAppAction,
 } from 'corvis-voiceinteraction';
 import { CorvisVoice } from 'corvis-voiceinteraction/component';
-import { installVoice, type PageLike, type Voice } from 'corvis-voiceinteraction/playwright';
+import { installVoice, type PageLike } from 'corvis-voiceinteraction/playwright';
 import { install, tvOf, type Tv } from 'corvis-voiceinteraction/simulator';
 
-interface Found {
-  readonly titles: readonly string[];
-}
-const voice: VoiceInteraction = corvis.voiceinteraction;
-const found: Found = { titles: ['a'] };
+const voice = corvis.voiceinteraction;
 const state: VoiceApplicationState = 'Player';
 const lists: Record<ListItem, string> = { LIST_BOOKMARKS: 'a', LIST_WATCH_LATER: 'b', LIST_UNKNOWN: 'c' };
-
 const callbacks: VoiceCallbacks = {
   onupdatestate: () => state,
   onnavigation: (direction) => direction !== 'NAV_SHOW_MORE',
-  onsearch: (term: SearchTerm) => (term.title ? found : false),
   onsearchcollection: (term) => voice.getDataFromSearchTerm(term, 'SEARCH_TERM_TITLE'),
   onplay() {},
   onpause: () => undefined,
   onstop: (text) => text?.length,
   onselection: (number) => number.toFixed(),
-  onsetplayposition: (seconds) => seconds > 0,
   onchangesubtitlemode: (mode) => mode === 'MEDIA_FUNCTION_ON',
   onchangerepeatmode: (mode) => ({ MEDIA_REPEAT_OFF: 0, MEDIA_REPEAT_ONE: 1, MEDIA_REPEAT_ALL: 2 })[mode],
   onzoom: (mode) => (mode === 'MEDIA_ZOOM_IN' ? null : ['a']),
@@ -44,43 +36,69 @@ const callbacks: VoiceCallbacks = {
       { positionX: 0, positionY: 0, title: 'Stop', alias: [], bFocused: false },
     ]),
 };
-voice.setCallback(callbacks);
-voice.listen();
 const entry: string = voice.buildCollectionShowData('app', 'title', voice.getVersion(), 'thumbnail');
 JSON.parse(voice.buildCollectionDeeplinkData('app', entry, 'payload')) satisfies ContentContextItem[];
-
 try {
-  voice.listen();
+  voice.setCallback(callbacks);
 } catch (error) {
   const { name, message } = error as SecurityError | CorviException;
   console.log(name === 'SecurityError' ? message : (error as CorviException).code);
 }
-const records = JSON.parse('[]') as ElementMapItem[];
-records.filter(({ visible, iframe }) => visible && !iframe).map(({ x, w }) => x + w / 2);
+(JSON.parse('[]') as ElementMapItem[])
+  .filter(({ visible, iframe }) => visible && !iframe)
+  .map(({ x, w }) => x + w / 2);
 
 // The callbacks handle every action but the one that the script keeps and the one that stands for none.
 type HandledAction = Exclude<VoiceInteractionAppAction, 'ACTION_ITEM_SELECTION' | 'ACTION_UNKNOWN'>;
 export const handlers: Partial<Record<HandledAction, keyof VoiceCallbacks>> = { ACTION_PLAY: 'onplay' };
 
-// The simulator.
 const tv: Tv = install(window, { appId: 'com.example.app', privileges: ['microphone'], console: 'page' });
-const paused = await tv.say('pause');
-paused.answer === 'success' && paused.answer_ms! < 1;
 await tv.send('ACTION_CUSTOM', { mood: 'dark', level: 3 });
-await tv.send('ACTION_PLAY');
-(await tv.items()).map(({ title }) => title);
+(await tv.say('pause')).answer_ms! < (await tv.items()).map(({ title }) => title).length;
 tv.onEvent((event) => event.event === 'console' && event.source === 'api')();
-tv.setPrivileges([]);
 tvOf(window)?.uninstall();
-
-// Voice in a page of Playwright's.
 declare const page: PageLike;
-const viewer: Voice = await installVoice(page, { timeout: 1000, appId: 'com.example.app' });
-await viewer.send('ACTION_CUSTOM', { mood: 'dark' });
-(await viewer.item('Play')).title.length;
+const viewer = await installVoice(page, { timeout: 1000, appId: 'com.example.app' });
 viewer.last.action === 'ACTION_PLAY' && viewer.answer?.length;
-
-// The element.
 const element: CorvisVoice = document.createElement('corvis-voice');
 element.numbers = tv.phrases().length > 0;
 element.tv = tv;
+
+export const refused: VoiceCallbacks[] = [
+  // @ts-expect-error null is refused at run time
+  { onplay: null },
+  // @ts-expect-error nobody waits for a promise
+  { onplay: async () => true },
+  // @ts-expect-error a function has no JSON text
+  { onplay: () => () => true },
+  // @ts-expect-error a symbol has no JSON text
+  { onplay: () => Symbol('s') },
+  // @ts-expect-error JSON refuses a BigInt
+  { onplay: () => 10n },
+  // @ts-expect-error the text may be missing
+  { onplay: (text) => text.length },
+  // @ts-expect-error positions are numbers
+  { onsetplayposition: (position: string) => position },
+  // @ts-expect-error NAV_UNKNOWN is never delivered
+  { onnavigation: (direction) => direction === 'NAV_UNKNOWN' },
+  // @ts-expect-error a member may be missing
+  { onsearch: (term) => term.title.length },
+  // @ts-expect-error search terms are frozen
+  { onsearch: (term) => void (term.title = 'other') },
+  // @ts-expect-error this one is delivered as text
+  { ondefaultsearch: (term: { title?: string }) => term.title },
+];
+// @ts-expect-error cannot be read
+voice.getDataFromSearchTerm({ title: 'a' }, 'SEARCH_TERM_RAW');
+// @ts-expect-error no such member
+voice.getDataFromSearchTerm({ year: '1' }, 'SEARCH_TERM_TITLE');
+// @ts-expect-error the thumbnail is missing
+voice.buildCollectionShowData('app', 'title', 'payload');
+// @ts-expect-error the focus is missing
+voice.buildVoiceInteractionContentContextResponse([{ positionX: 0, positionY: 0, title: 'a', alias: [] }]);
+// @ts-expect-error enumerations stay inside the script
+voice.VoiceNavigation;
+// @ts-expect-error there is no such option
+install(window, { app: 'com.example.app' });
+// @ts-expect-error a misspelt action
+install(window).send('ACTION_PALY');
