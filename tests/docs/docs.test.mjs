@@ -126,6 +126,7 @@ test('every option of the commands for applications is described', async () => {
     const { text } = await run([command, '--help']);
     const missing = found(text, /(--[a-z-]+)/g).filter((option) => !all.includes(`\`${option}`));
     assert.deepEqual(missing, [], `options of corvis ${command}`);
+    assert.match(text, new RegExp(`^Usage: corvis ${command} .*^Exit status$.*^  130 `, 'ms'));
   }
 });
 

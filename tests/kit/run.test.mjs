@@ -75,17 +75,6 @@ test('what can not be run is refused in one sentence with its status', async (t)
   }
 });
 
-test('the help of each command ends with what its exit statuses mean', async () => {
-  for (const command of ['demo', 'run', 'test-app', 'items', 'lint']) {
-    const { code, text } = await run([command, '--help']);
-    assert.equal(code, 0, text);
-    assert.match(
-      text,
-      new RegExp(`^Usage: corvis ${command} .*^  --headless .*^Exit status$.*^  130 `, 'ms')
-    );
-  }
-});
-
 test('applications are taken by any name', async (t) => {
   const folder = scratchFolder(t);
   const page = (name) => {
@@ -121,20 +110,4 @@ test('a closed standard input ends the prompt', (t) => {
     timeout: 30_000,
   });
   assert.equal(status, 0, stderr);
-});
-
-test('a page without the privileges gets the error and never registers', async (t) => {
-  const page = writePage(
-    t,
-    `<script>try { corvis.voiceinteraction.listen(); } catch (error) {
-       console.log('refused: ' + error.name + ', ' + error.message); }</script>`
-  );
-  for (const [options, message] of [
-    [['--no-privileges'], 'SecurityError, Microphone PrivilegeException'],
-    [['--privilege', 'microphone'], 'SecurityError, Voice Control PrivilegeException'],
-  ]) {
-    const { text } = await run(['run', '--timeout', '750', ...options, page], { input: 'quit\n' });
-    assert.ok(text.includes(`refused: ${message}`), text);
-    assert.match(text, /has not called listen\(\)/);
-  }
 });

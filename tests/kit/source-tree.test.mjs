@@ -37,13 +37,7 @@ function sourceTree(t) {
     rmSync(log, { force: true });
     const { status, stdout, stderr } = spawnSync(path.join(where, 'corvis'), args, { env, encoding: 'utf8' });
     const calls = existsSync(log) ? readFileSync(log, 'utf8').trim().split('\n') : [];
-    return {
-      status,
-      stdout,
-      stderr,
-      calls,
-      called: (name) => calls.filter((call) => call.startsWith(name)).length,
-    };
+    return { status, stdout, stderr, calls: calls.map((call) => call.replaceAll(where, '~')) };
   };
   return { tree, run };
 }
@@ -53,15 +47,13 @@ test('a command is built for once, and handed on as it is', (t) => {
   const built = path.join(tree, 'build');
   const first = run(tree, 'run', '--', 'a b', '-c');
   assert.equal(first.stdout, `built in ${built}, asked to run -- a b -c\n`, first.stderr);
-  assert.equal(first.called('dpkg-query'), 1, 'one question for all packages');
+  const questions = first.calls.filter((call) => call.startsWith('dpkg-query'));
+  assert.equal(questions.length, 1, 'one question for all packages');
   const second = run(tree, 'items', 'x');
   assert.equal(second.stdout, `built in ${built}, asked to items x\n`);
   assert.equal(second.stderr, '');
-  assert.deepEqual(
-    [second.calls.length, second.called(`ninja -C ${built} -n`)],
-    [1, 1],
-    'only what is to do is asked'
-  );
+  assert.equal(second.calls.length, 1);
+  assert.match(second.calls[0], /^ninja -C ~\/build -n/, 'only what is to do is asked');
 });
 
 test('a tree that was copied or moved builds its own tool', (t) => {

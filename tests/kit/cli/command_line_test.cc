@@ -85,16 +85,6 @@ TEST(CommandLine, WrongUsageIsOneSentence) {
     EXPECT_EQ(Parsed(arguments), expected) << testing::PrintToString(arguments);
 }
 
-TEST(CommandLine, TheHelpHasEveryOptionWithItsDefault) {
-  CLI::App app;
-  Options options;
-  options.Declare(app);
-  const std::string help = DescribeOptions(app);
-  for (const char* part : {"--json  ", "--file FILE", "(default none)", "(default 7)", "(default 600)"}) {
-    EXPECT_NE(help.find(part), std::string::npos) << part << " is missing in:\n" << help;
-  }
-}
-
 }  // namespace
 
 }  // namespace corvis::kit
