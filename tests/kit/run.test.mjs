@@ -52,7 +52,7 @@ test('what can not be run is refused in one sentence with its status', async (t)
   const folder = scratchFolder(t);
   writeFileSync(path.join(folder, 'page.txt'), 'no page');
   const rows = [
-    [['run', path.join(folder, 'missing')], 3, 'There is no'],
+    [['run', path.join(folder, 'missing')], 3, 'does not exist'],
     [['run', folder], 3, 'has no index.html'],
     [['run', 'http://127.0.0.1:45999/'], 3, "can't be loaded"],
     [['run', 'ftp://127.0.0.1/'], 3, 'there are http, https and file'],

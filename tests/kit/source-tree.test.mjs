@@ -74,7 +74,7 @@ test('a build folder that can not be written is reported as such', (t) => {
   writeFileSync(path.join(tree, 'build'), '');
   const { status, stderr } = run(tree, 'demo');
   assert.equal(status, 1);
-  assert.match(stderr, /^corvis: The build folder .*build can't be written/m);
+  assert.match(stderr, /^corvis: Can't write to the build folder .*build; /m);
 });
 
 test('help lists what the source tree has beside the tool, built or not', (t) => {

@@ -141,6 +141,6 @@ test('a page that hangs spoils the test in which it does, and nothing else', asy
     failed.map(({ line }) => line),
     [3, 10, 3, 10]
   );
-  for (const { message } of failed) assert.match(message, /The page hung; its process was ended/);
+  for (const { message } of failed) assert.match(message, /The page hung; its process was killed/);
   assert.equal(steps.filter(({ status }) => status === 'skipped').length, 2);
 });
