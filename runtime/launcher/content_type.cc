@@ -1,4 +1,4 @@
-// Endings and media types.
+// The table of file extensions and media types.
 #include "launcher/content_type.h"
 
 #include <filesystem>

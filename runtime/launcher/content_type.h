@@ -1,4 +1,4 @@
-// The media types of files.
+// Determines the media types of files.
 #ifndef CORVIS_RUNTIME_LAUNCHER_CONTENT_TYPE_H_
 #define CORVIS_RUNTIME_LAUNCHER_CONTENT_TYPE_H_
 
@@ -6,7 +6,8 @@
 
 namespace corvis::tv {
 
-// The Content-Type of a file, by the ending of its name; the same on every machine, whatever is installed.
+// The Content-Type of a file, by the extension of its name. Does not depend on what the machine has
+// installed.
 std::string ContentTypeOf(const std::string& file);
 
 }  // namespace corvis::tv

@@ -1,4 +1,4 @@
-// Validators, ranges and the pieces of a file.
+// Handles validators and ranges, and sends a file in pieces.
 #include "launcher/file_response.h"
 
 #include <fcntl.h>
@@ -20,7 +20,7 @@ using DateTimePtr = nurvo::Owned<GDateTime, g_date_time_unref>;
 
 constexpr goffset kPieceSize = 1 << 18;
 
-// The bytes of a file that go out. Belongs to its message, from the first piece to the last.
+// The part of a file that is sent. Its message owns it from the first piece to the last.
 class FilePart {
  public:
   FilePart(int file, SoupRange range) : file_(file), at_(range.start), end_(range.end + 1) {}
@@ -39,7 +39,8 @@ class FilePart {
     const auto size = static_cast<gsize>(std::min(end_ - at_, kPieceSize));
     auto* const piece = static_cast<guchar*>(g_malloc(size));
     const ssize_t got = pread(file_, piece, size, at_);
-    // It became shorter meanwhile: no answer can be whole any more, and the client sees that.
+    // The file has been truncated, so the response can't be completed; closing the connection tells the
+    // client.
     if (got <= 0) g_socket_close(soup_server_message_get_socket(message), nullptr);
     at_ += std::max<goffset>(got, 0);
     soup_message_body_append_take(body, piece, static_cast<gsize>(std::max<ssize_t>(got, 0)));
@@ -51,7 +52,7 @@ class FilePart {
   goffset end_;
 };
 
-// What tells one state of a file from another.
+// The HTTP validators of a file, which identify its version.
 struct Validators {
   std::string entity_tag;
   std::string last_modified;
@@ -61,7 +62,7 @@ struct Validators {
 Validators ValidatorsOf(const struct stat& file) {
   const DateTimePtr time(g_date_time_new_from_unix_utc(file.st_mtim.tv_sec));
   const GText text(soup_date_time_to_string(time.get(), SOUP_DATE_HTTP));
-  // Seconds are too coarse for a file that is written again while a page uses it.
+  // Seconds are too coarse for a file that is rewritten while a page uses it.
   const std::string tag = "\"" + std::to_string(file.st_mtim.tv_sec) + "." +
                           std::to_string(file.st_mtim.tv_nsec) + "-" + std::to_string(file.st_size) + "\"";
   return {tag, text.get(), file.st_mtim.tv_sec};
@@ -80,14 +81,14 @@ bool IsUnchanged(SoupServerMessage* message, const Validators& validators) {
   return time && validators.modified <= g_date_time_to_unix(time.get());
 }
 
-// Whether a range is meant of the file as it is now.
+// Whether If-Range, if present, matches the current file.
 bool IsRangeCurrent(SoupServerMessage* message, const Validators& validators) {
   const char* state = HeaderOf(message, "If-Range");
   return state == nullptr || validators.entity_tag == state || validators.last_modified == state;
 }
 
-// Sets the status by the one range that may be asked for, and gives the bytes to send; a start at the end is
-// a range that can't be had. A request for several ranges gets the whole file.
+// Sets the status for the requested range and returns the bytes to send. A range that starts at the end of
+// the file can't be satisfied. A request for several ranges gets the whole file.
 SoupRange ChooseRange(SoupServerMessage* message, goffset size, const Validators& validators) {
   SoupRange whole{0, size - 1};
   SoupMessageHeaders* asked = soup_server_message_get_request_headers(message);

@@ -1,4 +1,4 @@
-// A file as the answer to a GET or HEAD request.
+// Answers GET and HEAD requests with a file.
 #ifndef CORVIS_RUNTIME_LAUNCHER_FILE_RESPONSE_H_
 #define CORVIS_RUNTIME_LAUNCHER_FILE_RESPONSE_H_
 
@@ -8,9 +8,8 @@
 
 namespace corvis::tv {
 
-// Answers with the file or the part of it that is asked for (200, 206, 416), or that it has not changed
-// (304). The file goes out piece by piece, on the main loop. False when it can't be read; there is no answer
-// then.
+// Answers with the file or the requested part of it (200, 206, 416), or that it has not changed (304). The
+// file is sent in pieces on the main loop. Returns false, without an answer, if the file can't be read.
 bool RespondWithFile(SoupServerMessage* message, const std::string& file);
 
 }  // namespace corvis::tv

@@ -1,4 +1,4 @@
-// The run's folder and what is in it.
+// Creates the run's folder and its contents.
 #include "launcher/run_folder.h"
 
 #include <cstdlib>
@@ -26,11 +26,11 @@ RunFolder::~RunFolder() {
 bool RunFolder::WritePolicy(const std::string& app_id, const std::vector<std::string>& privileges) const {
   std::string text;
   for (const std::string& privilege : privileges) {
-    // It would be a line of its own, for another application even.
+    // A space or newline would let it grant further privileges, even to another application.
     if (privilege.find_first_of(" \t\n") != std::string::npos) return false;
     text.append(app_id).append(" ").append(privilege).append("\n");
   }
-  // Replaces the file in one step, so that a reader sees the old policy or the new one.
+  // Replaces the file atomically, so that a reader sees either the old policy or the new one.
   return g_file_set_contents((path_ + kPolicyName).c_str(), text.c_str(), static_cast<gssize>(text.size()),
                              nullptr);
 }
@@ -40,7 +40,7 @@ void RunFolder::SetEnvironment(const std::string& app_id) const {
   setenv("NURVO_POLICY", (path_ + kPolicyName).c_str(), 1);
   for (const char* name : {"XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME"})
     setenv(name, path_.c_str(), 1);
-  // A desktop's services are not looked for, and nothing is drawn by a graphics card that may not be there.
+  // Don't look for the desktop's accessibility services, and don't require a graphics card.
   setenv("NO_AT_BRIDGE", "1", 1);
   setenv("GIO_USE_VFS", "local", 1);
   setenv("GSETTINGS_BACKEND", "memory", 1);

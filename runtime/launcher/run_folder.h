@@ -1,4 +1,4 @@
-// The private folder of one run, and the environment of the processes that belong to it.
+// The private folder of one run, and the environment of its processes.
 #ifndef CORVIS_RUNTIME_LAUNCHER_RUN_FOLDER_H_
 #define CORVIS_RUNTIME_LAUNCHER_RUN_FOLDER_H_
 
@@ -7,7 +7,7 @@
 
 namespace corvis::tv {
 
-// A folder that only its user may enter, removed with the object.
+// A folder that only its user can access. The destructor removes it.
 class RunFolder {
  public:
   RunFolder();
@@ -15,14 +15,15 @@ class RunFolder {
   RunFolder(const RunFolder&) = delete;
   RunFolder& operator=(const RunFolder&) = delete;
 
-  // Empty when the folder could not be made.
+  // Empty if the folder could not be created.
   const std::string& path() const { return path_; }
 
-  // Writes which privileges the application holds, in place of what it held; read by the platform's access
-  // control. False when that could not be written, or one of them holds a blank.
+  // Replaces the privileges of the application in the policy file, which the platform's access control reads.
+  // Returns false if the file can't be written or a privilege contains white space.
   bool WritePolicy(const std::string& app_id, const std::vector<std::string>& privileges) const;
 
-  // Sets what the web process inherits: the application's id, its policy, folders of its own.
+  // Sets the variables that the web process inherits: the application id, the policy file, and private
+  // folders.
   void SetEnvironment(const std::string& app_id) const;
 
  private:

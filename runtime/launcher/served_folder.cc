@@ -1,4 +1,4 @@
-// Paths inside the folder, and why others are not.
+// Looks up files inside the folder, and explains why others are missing.
 #include "launcher/served_folder.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The path below the folder; nothing for one that no client writes that means well.
+// The path relative to the folder; nothing for a malformed one, which no well-behaved client sends.
 std::optional<fs::path> RelativePath(const std::string& url_path) {
   const nurvo::GText plain(g_uri_unescape_string(url_path.c_str(), "/"));
   if (!plain) return {};
@@ -32,13 +32,13 @@ ServedFile Missing(const std::string& reason = "") {
   return {ServedFile::Kind::kMissing, "", reason};
 }
 
-// A path with `../` at the folder's top arrives without it: the file may lie above.
+// Browsers remove `../` at the top of a path, so a missing file may be in a parent of the served folder.
 ServedFile MissingOrAbove(const fs::path& folder, const fs::path& relative) {
   std::error_code ignored;
   for (fs::path above = folder.parent_path(); above.has_relative_path(); above = above.parent_path()) {
     if (!fs::is_regular_file(above / relative, ignored)) continue;
-    return Missing("It lies in " + above.string() + ", outside of " + folder.string() +
-                   ", which is served; put the page there, or the file here.");
+    return Missing("It is in " + above.string() + ", outside the served folder " + folder.string() +
+                   "; move the page there or the file here.");
   }
   return Missing();
 }
@@ -57,7 +57,7 @@ ServedFile FindServedFile(const ServedFolder& folder, const std::string& url_pat
     return is_folder ? Missing() : MissingOrAbove(folder.path, *relative);
   }
   if (!IsInside(file, folder.path))
-    return Missing("It is a link that leads out of " + folder.path + ", which is served.");
+    return Missing("It is a link to a file outside the served folder " + folder.path + ".");
   const bool is_named_as_folder = relative->empty() || !relative->has_filename();
   return {is_folder && !is_named_as_folder ? ServedFile::Kind::kFolder : ServedFile::Kind::kFile,
           file.string(), ""};

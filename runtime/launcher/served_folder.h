@@ -1,4 +1,4 @@
-// From the path of a request to a file of the folder that is served.
+// Maps the path of a request to a file of the served folder.
 #ifndef CORVIS_RUNTIME_LAUNCHER_SERVED_FOLDER_H_
 #define CORVIS_RUNTIME_LAUNCHER_SERVED_FOLDER_H_
 
@@ -7,25 +7,25 @@
 namespace corvis::tv {
 
 struct ServedFolder {
-  // Its absolute path, with its links resolved.
+  // The absolute path, with links resolved.
   std::string path;
-  // The file given for a path that names no file and has no ending; empty: such a path is missing.
+  // The file to serve for a path that names no file and has no extension. If empty, such paths are missing.
   std::string page;
 };
 
-// What a path leads to.
+// The result of a lookup.
 struct ServedFile {
   enum class Kind { kFile, kFolder, kMissing };
   Kind kind = Kind::kMissing;
-  // Of a file, with its links resolved.
+  // The path of the file, with links resolved.
   std::string path;
-  // Of a missing one: a sentence where its absence has a cause that is not seen in the folder.
+  // Why the file is missing, a sentence, if the folder's contents don't show the reason.
   std::string reason;
 };
 
-// Looks up the path of a URL, percent-encoded as it came. A folder stands for its index.html, and is found as
-// one where the path doesn't end with a slash. What lies outside of the folder, also through a link, is
-// missing.
+// Looks up the path of a URL, which is still percent-encoded. For a folder returns its index.html, or, if the
+// path does not end with a slash, the folder itself. Everything outside the served folder, even through a
+// link, is missing.
 ServedFile FindServedFile(const ServedFolder& folder, const std::string& url_path);
 
 }  // namespace corvis::tv

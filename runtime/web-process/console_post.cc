@@ -1,4 +1,4 @@
-// Lines in one message.
+// Sends several console lines in one message.
 #include "web-process/console_post.h"
 
 #include "support/messages.h"

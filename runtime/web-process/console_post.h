@@ -1,4 +1,4 @@
-// The way of console lines to the launcher's process, which owns the terminal.
+// Sends console lines to the launcher's process, which owns the terminal.
 #ifndef CORVIS_RUNTIME_WEB_PROCESS_CONSOLE_POST_H_
 #define CORVIS_RUNTIME_WEB_PROCESS_CONSOLE_POST_H_
 
@@ -11,19 +11,19 @@
 
 namespace corvis::tv {
 
-// One for each page, used on the main thread. A page's own lines are sent at once; script APIs' lines, of
-// which every command makes several, wait a little for each other, and never longer than the page's next
-// line or Flush().
+// One object per page, used on the main thread. Sends a page's own lines at once. Lines of script APIs, of
+// which every command writes several, are collected for a short time, at most until the page's next line or
+// Flush().
 class ConsolePost {
  public:
-  // `page` outlives it.
+  // `page` must outlive this object.
   explicit ConsolePost(WebKitWebPage* page) : page_(page) {}
   ~ConsolePost();
   ConsolePost(const ConsolePost&) = delete;
   ConsolePost& operator=(const ConsolePost&) = delete;
 
   void Take(const std::string& level, const std::string& text, const std::string& source);
-  // Sends the lines that wait.
+  // Sends the collected lines.
   void Flush();
 
  private:

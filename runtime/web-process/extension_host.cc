@@ -1,4 +1,4 @@
-// The interface tables, and the bookkeeping of extensions and instances behind them.
+// Implements the interface tables and keeps track of extensions and instances.
 #include "web-process/extension_host.h"
 
 #include <dlfcn.h>
@@ -33,7 +33,7 @@ struct Host {
   InstanceHandle last_instance = 0;
 };
 
-// Never destroyed: libraries may call as long as the process lives.
+// Never destroyed, because libraries may call until the process ends.
 Host& TheHost() {
   static auto* const host = new Host;
   return *host;
@@ -67,7 +67,7 @@ void SetCallbacks(ExtensionHandle handle, const NurvoExtensionCallbacks* callbac
   }
 }
 
-// Hands over everything that waits. The page may be left, and the instance with it, from within the sink.
+// Delivers all queued messages. The sink may navigate away and thereby destroy the instance.
 gboolean Deliver(gpointer data) {
   const InstanceHandle handle = GPOINTER_TO_INT(data);
   if (InstanceEntry* instance = FindInstance(handle)) instance->delivery = 0;
@@ -118,7 +118,7 @@ std::string LoadExtension(const std::string& path) {
   host.extensions[handle].description.handle = handle;
   if (initialize(handle, GetInterface) == 0) return "";
   host.extensions.erase(handle);
-  return "The extension " + path + " could not be initialised.";
+  return "The extension " + path + " could not be initialized.";
 }
 
 std::vector<LoadedExtension> LoadedExtensions() {
@@ -147,7 +147,7 @@ void DestroyInstance(InstanceHandle handle) {
   if (instance == nullptr) return;
   const ExtensionEntry* extension = FindExtension(instance->extension);
   if (instance->delivery != 0) g_source_remove(instance->delivery);
-  // Gone before it is told so: what it posts while it goes is for nobody.
+  // Removed before the library is notified, so that messages posted by the callback are dropped.
   TheHost().instances.erase(handle);
   if (extension != nullptr && extension->callbacks.destroyed != nullptr) {
     extension->callbacks.destroyed(handle, extension->user_data);

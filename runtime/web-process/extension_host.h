@@ -1,5 +1,5 @@
-// The extension libraries of this web process: loads them, serves them the runtime's interface tables, and
-// makes and destroys their instances. Knows nothing of pages; used on the main thread.
+// The extension libraries of this web process: loads them, provides the runtime's interface tables, and
+// creates and destroys their instances. Independent of pages; used on the main thread.
 #ifndef CORVIS_RUNTIME_WEB_PROCESS_EXTENSION_HOST_H_
 #define CORVIS_RUNTIME_WEB_PROCESS_EXTENSION_HOST_H_
 
@@ -11,34 +11,35 @@
 
 namespace corvis::tv {
 
-// What an extension library said of itself while it was initialised.
+// The description that an extension library provided during its initialization.
 struct LoadedExtension {
   ExtensionHandle handle = 0;
   std::string name;
   std::string script;
 };
 
-// Takes a message posted to an instance.
+// Receives the messages posted by an instance.
 using PostedMessageSink = std::function<void(const std::string& message)>;
 
-// Loads a library and initialises it. Returns an error sentence, empty on success. A library that fails stays
-// without effect.
+// Loads and initializes a library. Returns an error message, empty on success. A library that fails has no
+// effect.
 std::string LoadExtension(const std::string& path);
 
-// The extensions that were loaded and have a name and a script.
+// The loaded extensions that have a name and a script.
 std::vector<LoadedExtension> LoadedExtensions();
 
-// Makes an instance of an extension. What is posted to it goes to `sink`, in a later turn of the main loop
-// and in order, until the instance is destroyed.
+// Creates an instance of an extension. Its posted messages are passed to `sink` in order, in a later turn of
+// the main loop, until the instance is destroyed.
 InstanceHandle CreateInstance(ExtensionHandle extension, PostedMessageSink sink);
 
-// Destroys an instance; messages that still wait are dropped.
+// Destroys an instance and drops its queued messages.
 void DestroyInstance(InstanceHandle handle);
 
-// Tells every extension that it is used no more; there are no instances any more, and will be none.
+// Calls the shutdown callback of every extension. All instances must be destroyed, and none may be created
+// afterwards.
 void ShutDownExtensions();
 
-// A synchronous call. Returns the reply, empty when the instance is gone or gave none.
+// Makes a synchronous call. Returns the reply; empty if the instance is destroyed or did not reply.
 std::string CallInstance(InstanceHandle handle, const std::string& message);
 
 }  // namespace corvis::tv

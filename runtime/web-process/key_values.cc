@@ -1,4 +1,4 @@
-// By a script that is the first to see each event.
+// Installs a script that receives each keyboard event before the page does.
 #include "web-process/key_values.h"
 
 #include "keys_script.h"

@@ -1,4 +1,4 @@
-// What the pages of this process get of a remote control's key.
+// Sets the values of keyboard events that pages receive for the keys of a remote control.
 #ifndef CORVIS_RUNTIME_WEB_PROCESS_KEY_VALUES_H_
 #define CORVIS_RUNTIME_WEB_PROCESS_KEY_VALUES_H_
 
@@ -8,8 +8,9 @@
 
 namespace corvis::tv {
 
-// Lets the keyboard events of a frame, no script of which has run yet, have the values of `key`: as JSON
-// text, empty for what the engine gives. It is looked at with each event, and outlives the process's pages.
+// Makes keyboard events in a frame report the values of `*key`, a JSON text; if empty, the engine's own. It
+// is read at each event and must outlive the pages of the process. Call this before any script of the frame
+// runs.
 void WatchKeys(JSCContext* context, const std::string* key);
 
 }  // namespace corvis::tv
