@@ -11,6 +11,7 @@ import * as command from './rows/command.mjs';
 import * as elementMap from './rows/element-map.mjs';
 import * as library from './rows/library.mjs';
 import * as logging from './rows/logging.mjs';
+import * as phrases from './rows/phrases.mjs';
 import * as roundTrip from './rows/round-trip.mjs';
 import * as script from './rows/script.mjs';
 import * as simulator from './rows/simulator.mjs';
@@ -25,6 +26,7 @@ const benchmarks = new Map([
   ['script', script],
   ['library', library],
   ['size', size],
+  ['phrases', phrases],
   ['logging', logging],
   ['simulator', simulator],
 ]);

@@ -1,11 +1,15 @@
 // Suggestions for phrases that are not known, whatever their text: what is suggested is known. Apart from the
 // other phrases because comparing takes its time.
-#include "language/phrases.h"
+#include "language/phrasebook.h"
 #include "require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace corvis::kit;
-  const std::string similar = SimilarPhrase(FuzzText(data, size));
-  Require(similar.empty() || CommandOf(similar) || TitleToSelect(similar), "what is suggested can be said");
+  static const Phrasebook kEnglish = Phrasebook::English();
+  static const Phrasebook kKorean = Phrasebook::Open("ko", {}).value();
+  for (const Phrasebook& phrases : {kEnglish, kKorean}) {
+    const std::string similar = phrases.Suggest(FuzzText(data, size));
+    Require(similar.empty() || phrases.Understand(similar), "what is suggested can be said");
+  }
   return 0;
 }

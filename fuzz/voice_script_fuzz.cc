@@ -52,9 +52,10 @@ void UseMatcher(const std::string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static const SpokenLanguage kEnglish;
   const std::string text = FuzzText(data, size);
   const long lines = std::count(text.begin(), text.end(), '\n') + 1;
-  const VoiceScript script = ParseVoiceScript(text, "a.voice");
+  const VoiceScript script = ParseVoiceScript(text, "a.voice", kEnglish);
   size_t statements = script.errors.size();
   for (const ScriptTest& test : script.tests) statements += UseTest(test, lines, text);
   Require(statements == CountStatements(text), "no line is lost");

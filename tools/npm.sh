@@ -18,6 +18,7 @@ compile_module() {
   if ! grep -qs "^CMAKE_HOME_DIRECTORY:.*=$home/npm\$" "$module/CMakeCache.txt" || [ ! -f "$module/build.ninja" ]; then
     rm -rf "$module"
     emcmake cmake -S "$home/npm" -B "$module" -G Ninja -DCORVIS_PRIVILEGE_HOST="$(cat "$build/privilege-host")" \
+      -DCORVIS_LANGUAGE_DATA="$build/npm/language_data.cc" \
       >"$log" 2>&1 || { cat "$log" >&2; fail "cmake could not configure the module; see the output above."; }
   fi
   ninja -C "$module" >"$log" 2>&1 || { cat "$log" >&2; fail "The module's build failed; see the output above."; }
@@ -28,7 +29,10 @@ prepare_npm_package() {
   install_missing "${kit_packages[@]}" "${npm_packages[@]}"
   prepare_node
   [ -f "$build/build.ninja" ] || configure "$build" -DCORVIS_BUILD_TESTS=OFF
-  compile "$build" voiceinteraction_api.js
+  compile "$build" voiceinteraction_api.js language_data
+  mkdir -p "$build/npm"
+  # English alone; other languages would be three quarters of the module's data.
+  "$build/bin/language_data" "$build/npm/language_data.cc" "$home/kit/language/phrases/en.phrases"
   compile_module
   node "$home/npm/build.mjs" "$build/npm/module/simulator.wasm" "$build/voiceinteraction_api.js" "$build/npm/package"
 }

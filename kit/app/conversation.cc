@@ -8,7 +8,6 @@
 
 #include "app/item_picture.h"
 #include "app/item_places.h"
-#include "language/phrases.h"
 #include "language/raw_command.h"
 #include "service/main_loop.h"
 
@@ -19,14 +18,31 @@ namespace {
 constexpr size_t kConsoleLines = 40;
 
 Turn NotSent(const std::string& said, const std::string& problem) {
-  return {said, {}, false, Fail(problem)};
+  return {said, {}, false, Fail(problem), ""};
 }
 
-std::string UnknownPhrase(const std::string& phrase) {
-  const std::string similar = SimilarPhrase(phrase);
-  return "Unknown phrase \"" + phrase + "\"; " +
-         (similar.empty() ? "help lists the phrases."
-                          : "did you mean \"" + similar + "\"? help lists the phrases.");
+// Those on the screen, or else all.
+std::vector<Item> WithBoxes(const std::vector<Item>& items) {
+  std::vector<Item> found;
+  std::copy_if(items.begin(), items.end(), std::back_inserter(found),
+               [](const Item& item) { return item.HasBox(); });
+  return found.empty() ? items : found;
+}
+
+Result<Item> OneOf(const std::vector<Item>& items, const std::string& title) {
+  if (items.size() == 1) return items[0];
+  if (items.empty()) return Fail("No item on the screen is called \"" + title + "\"; items lists them.");
+  std::string problem = "Several items are called \"" + title + "\"; select one by its number:";
+  for (const Item& item : items) problem += "\n  " + std::to_string(item.number) + "  " + item.title;
+  return Fail(problem);
+}
+
+Result<Item> FindItem(const ItemList& list, const WantedItem& wanted, const Phrasebook& phrases) {
+  if (wanted.place == 0) return OneOf(WithBoxes(ItemsTitled(list, wanted.title, phrases)), wanted.title);
+  const std::vector<Item> shown = WithBoxes(list.items);
+  if (wanted.place <= static_cast<long>(shown.size())) return shown[static_cast<size_t>(wanted.place) - 1];
+  return Fail("There are " + std::to_string(shown.size()) + " items on the screen, not " +
+              std::to_string(wanted.place) + "; items lists them.");
 }
 
 }  // namespace
@@ -125,7 +141,7 @@ void Conversation::WaitForLoad(std::chrono::milliseconds timeout) {
 }
 
 Turn Conversation::Send(const Command& command, const std::string& said) {
-  Turn turn{said, command, true, {}};
+  Turn turn{said, command, true, {}, ""};
   crashes_before_ = crashes_;
   const Result<uint64_t> id = service_.Send(app_id_, command);
   turn.answer = id ? Await(*id, timeout_) : Result<Answer>(Fail(id.error()));
@@ -148,28 +164,33 @@ Result<Answer> Conversation::Await(uint64_t command_id, std::chrono::millisecond
 }
 
 Turn Conversation::Say(const std::string& phrase) {
-  if (const auto command = CommandOf(phrase)) return Send(*command, phrase);
-  if (const auto title = TitleToSelect(phrase)) return SelectByTitle(phrase, *title);
-  return NotSent(phrase, UnknownPhrase(phrase));
+  const auto understood = phrases_.Understand(phrase);
+  if (!understood) return SayTitle(phrase);
+  return understood->item ? SayOfItem(phrase, *understood) : Send(understood->command, phrase);
 }
 
-Turn Conversation::SelectByTitle(const std::string& phrase, const std::string& title) {
+Turn Conversation::SayOfItem(const std::string& phrase, Understood understood) {
   const Result<ItemList> list = AskItems();
   if (!list) return NotSent(phrase, list.error().message);
-  const std::vector<Item> all = ItemsTitled(*list, title);
-  std::vector<Item> found;
-  std::copy_if(all.begin(), all.end(), std::back_inserter(found),
-               [](const Item& item) { return item.HasBox(); });
-  if (found.empty()) found = all;
-  if (found.size() == 1) {
-    Command command{"ACTION_ITEM_SELECTION", "", {{"id", std::to_string(found[0].number)}}, true};
-    return Send(command, phrase);
-  }
-  if (found.empty())
-    return NotSent(phrase, "No item on the screen is called \"" + title + "\"; items lists them.");
-  std::string problem = "Several items are called \"" + title + "\"; select one by its number:";
-  for (const Item& item : found) problem += "\n  " + std::to_string(item.number) + "  " + item.title;
-  return NotSent(phrase, problem);
+  const Result<Item> item = FindItem(*list, *understood.item, phrases_);
+  if (!item) return NotSent(phrase, item.error().message);
+  understood.SetItem(item->number);
+  Turn turn = Send(understood.command, phrase);
+  if (understood.item->place > 0) turn.item = item->title;
+  return turn;
+}
+
+Turn Conversation::SayTitle(const std::string& phrase) {
+  const std::string unknown = phrases_.UnknownPhrase(phrase) + " help lists the phrases.";
+  const Result<ItemList> list = AskItems();
+  if (!list) return NotSent(phrase, unknown);
+  const std::vector<Item> items = WithBoxes(ItemsNamed(*list, phrases_.WithoutPoliteness(phrase), phrases_));
+  if (items.empty()) return NotSent(phrase, unknown);
+  const Result<Item> item = OneOf(items, phrase);
+  if (!item) return NotSent(phrase, item.error().message);
+  Turn turn = Send({"ACTION_ITEM_SELECTION", "", {{"id", std::to_string(item->number)}}, true}, phrase);
+  turn.item = item->title;
+  return turn;
 }
 
 Result<ItemList> Conversation::AskItems() {

@@ -15,6 +15,7 @@
 #include "app/items.h"
 #include "app/registered_actions.h"
 #include "app/runtime_control.h"
+#include "language/phrasebook.h"
 #include "service/voice_service.h"
 
 namespace corvis::kit {
@@ -28,6 +29,8 @@ struct Turn {
   Command command;
   bool is_sent = false;
   Result<Answer> answer = Fail("Nothing was said yet.");
+  // The title of the item that was named by its title alone, or by its place.
+  std::string item;
 };
 
 // What to expect of the application after its page is loaded or the service restarts.
@@ -47,7 +50,11 @@ class Conversation {
   // Waits until the application has registered and its page is loaded. Fails with kNoApplication.
   Status WaitForApp(std::chrono::milliseconds timeout);
 
-  // Says a phrase: one from the phrase table, or "select TITLE" for an item on the screen.
+  // What can be said; English unless set.
+  const Phrasebook& phrases() const { return phrases_; }
+  void set_phrases(Phrasebook phrases) { phrases_ = std::move(phrases); }
+
+  // Says a phrase. When none matches, a text that is the title of an item on the screen selects it.
   Turn Say(const std::string& phrase);
   Turn Send(const Command& command, const std::string& said);
   // Sends a bundle unchanged, without waiting for an answer: see VoiceService::Inject.
@@ -107,13 +114,16 @@ class Conversation {
   Status Arrive(const Arrival& arrival, Change change);
   Status WaitForArrival(const Arrival& arrival, int registered_before, Clock::time_point end);
   Error WhyAbsent(std::chrono::milliseconds timeout) const;
-  // Selects the only item with this title. Without exactly one, returns a turn that is not sent and says why.
-  Turn SelectByTitle(const std::string& phrase, const std::string& title);
+  // Sends what a phrase became, with the number of the item that it is about; a turn that says why not
+  // otherwise.
+  Turn SayOfItem(const std::string& phrase, Understood understood);
+  Turn SayTitle(const std::string& phrase);
 
   VoiceService& service_;
   std::string app_id_;
   std::chrono::milliseconds timeout_;
   RuntimeControl runtime_;
+  Phrasebook phrases_ = Phrasebook::English();
   RegisteredActions registered_;
   std::deque<std::string> console_;
   RuntimeControl::ConsoleSink on_console_;

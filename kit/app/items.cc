@@ -3,11 +3,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <map>
 #include <nlohmann/json.hpp>
 
 #include "app/json_text.h"
-#include "language/phrase_pattern.h"
 #include "output/text_forms.h"
 
 namespace corvis::kit {
@@ -88,16 +88,22 @@ std::string ItemTable(const ItemList& list) {
   return text;
 }
 
-std::vector<Item> ItemsTitled(const ItemList& list, const std::string& title) {
-  const std::string wanted = NormalisedPhrase(title);
-  std::vector<Item> same;
-  std::vector<Item> containing;
-  for (const Item& item : list.items) {
-    const std::string candidate = NormalisedPhrase(item.title);
-    if (candidate == wanted) same.push_back(item);
-    if (!wanted.empty() && candidate.find(wanted) != std::string::npos) containing.push_back(item);
-  }
-  return same.empty() ? containing : same;
+std::vector<Item> ItemsNamed(const ItemList& list, const std::string& title, const Phrasebook& phrases) {
+  const std::string wanted = phrases.Folded(title);
+  std::vector<Item> named;
+  std::copy_if(list.items.begin(), list.items.end(), std::back_inserter(named),
+               [&](const Item& item) { return phrases.Folded(item.title) == wanted; });
+  return named;
+}
+
+std::vector<Item> ItemsTitled(const ItemList& list, const std::string& title, const Phrasebook& phrases) {
+  const std::string wanted = phrases.Folded(title);
+  std::vector<Item> found = ItemsNamed(list, title, phrases);
+  if (!found.empty() || wanted.empty()) return found;
+  std::copy_if(list.items.begin(), list.items.end(), std::back_inserter(found), [&](const Item& item) {
+    return phrases.Folded(item.title).find(wanted) != std::string::npos;
+  });
+  return found;
 }
 
 std::vector<ItemChange> CompareItems(const ItemList& before, const ItemList& now) {

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "language/phrasebook.h"
+
 namespace corvis::kit {
 
 struct Item {
@@ -38,9 +40,11 @@ std::optional<ItemList> ReadItems(const std::string& answer);
 // The items as a table with a header line.
 std::string ItemTable(const ItemList& list);
 
-// The items whose title equals `title`, ignoring case; if there are none, those whose title contains it. An
-// empty `title` is contained in none.
-std::vector<Item> ItemsTitled(const ItemList& list, const std::string& title);
+// The items whose title is `title` in the language's comparison of letters; if there are none, those whose
+// title contains it. No title contains an empty one.
+std::vector<Item> ItemsTitled(const ItemList& list, const std::string& title, const Phrasebook& phrases);
+// Those whose title is `title`, and no other.
+std::vector<Item> ItemsNamed(const ItemList& list, const std::string& title, const Phrasebook& phrases);
 
 // A change between two lists. Items are matched by title; of equal titles the first matches the first, etc.
 struct ItemChange {

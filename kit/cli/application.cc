@@ -106,6 +106,7 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
           options.console, CheckConsole);
   AddTime(app, "--timeout", "MS", "time limit of an answer; four times as long for loading and listen()",
           run.answer_timeout);
+  AddLanguageOptions(app, options.language);
 }
 
 void PrintLine(const std::string& line) {
@@ -117,6 +118,8 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
                                               const Printer& console) {
   Result<std::string> page = PageOf(operand);
   if (!page) return Fail(page.error());
+  const Result<SpokenLanguage> language = OpenLanguage(options.language);
+  if (!language) return Fail(language.error());
   RunOptions run = options.run;
   run.page = std::move(*page);
   for (const std::string& key : options.key_codes)
@@ -126,7 +129,9 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
     if (kind == "all" || kind == source) console("[" + source + "] " + level + ": " + ForTerminal(text));
   };
   const auto write_line = [console](const std::string& line) { console(ForTerminal(line)); };
-  return Run::Start(supervisor, run, {std::move(notice), write, write_line});
+  auto started = Run::Start(supervisor, run, {std::move(notice), write, write_line});
+  if (started) (*started)->conversation().set_phrases(language->phrases());
+  return started;
 }
 
 Status WaitUntilListening(Run& run, const ApplicationOptions& options) {

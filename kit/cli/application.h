@@ -11,6 +11,7 @@
 #include "app/run.h"
 #include "app/supervisor.h"
 #include "base/result.h"
+#include "cli/language.h"
 
 namespace corvis::kit {
 
@@ -18,6 +19,7 @@ struct ApplicationOptions {
   RunOptions run;
   // "NAME=CODE" of keys whose code differs from the table's.
   std::vector<std::string> key_codes;
+  LanguageOptions language;
   // The console lines to print: "page" for the page's own, "all" to include those of the script API, or
   // "none".
   std::string console = "none";

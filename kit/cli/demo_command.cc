@@ -23,6 +23,7 @@ class DemoCommand : public Subcommand {
     constexpr auto kPace = std::chrono::milliseconds(600);
     const std::string example = options_.application.run.places.examples + "/cinema";
     options_.report = "narrate";
+    options_.application.language.tag = "en";
     options_.application.run.app_id = "com.example.cinema";
     if (!options_.application.run.is_headless) options_.pace = kPace;
     return RunScripts(supervisor, example, {example + "/demo.voice"}, options_);

@@ -6,8 +6,6 @@
 #include <sstream>
 #include <utility>
 
-#include "language/phrase_pattern.h"
-#include "language/phrases.h"
 #include "language/raw_command.h"
 #include "output/output_file.h"
 #include "script/script_reader.h"
@@ -79,10 +77,10 @@ const std::vector<Prompt::CommandRow>& Prompt::Commands() {
   return kCommands;
 }
 
-std::vector<std::string> Prompt::CompletionWords() {
+std::vector<std::string> Prompt::CompletionWords(const Phrasebook& phrases) {
   std::vector<std::string> words;
   for (const CommandRow& row : Commands()) words.emplace_back(row.name);
-  for (const PhraseRow& row : PhraseTable()) words.push_back(SampleOfPattern(row.pattern));
+  for (const std::string& sample : phrases.Samples()) words.push_back(sample);
   for (const ActionInfo& action : Actions()) words.emplace_back(action.name);
   return words;
 }
@@ -127,6 +125,7 @@ void Prompt::ShowTurn(const Turn& turn) {
     return lines_.Show((turn.is_sent ? turn.command.action + ": " : "") + turn.answer.error().message);
   const std::string exception = conversation_.ExceptionOf(turn);
   lines_.Show(DescribeAnswer(turn.command, *turn.answer) +
+              (turn.item.empty() ? "" : ", the item \"" + turn.item + "\"") +
               (exception.empty() ? "" : "\n  the callback threw: " + exception));
 }
 
@@ -144,8 +143,9 @@ void Prompt::Help(const std::string& /*argument*/) {
   std::string text = "Commands\n";
   for (const CommandRow& command : Commands()) text += Row(command.usage, command.help);
   text += "\nPhrases: (a|b) is one of the two, [a] is optional, {…} is a placeholder\n";
-  for (const PhraseRow& phrase : PhraseTable()) text += Row(phrase.pattern, phrase.action);
-  text += Row("select {title}", "the item on the screen with this title");
+  for (const Phrase& phrase : conversation_.phrases().phrases()) text += Row(phrase.pattern, phrase.becomes);
+  text += "\nPieces of phrases\n";
+  for (const auto& [name, pattern] : conversation_.phrases().pieces()) text += Row(name, pattern);
   lines_.Show(text +
               "\nRaw: ACTION_NAME data, or ACTION_NAME key=value key=\"two words\" if the data is a bundle");
 }
@@ -167,7 +167,8 @@ void Prompt::ListActions(const std::string& /*argument*/) {
   for (const ActionInfo& action : Actions()) {
     const std::string name(action.name);
     if (!registered.Has(name)) continue;
-    text += (text.empty() ? "" : "\n") + name + std::string(kWidth - name.size(), ' ') + SamplePhrase(name);
+    text += (text.empty() ? "" : "\n") + name + std::string(kWidth - name.size(), ' ') +
+            conversation_.phrases().SampleFor(name);
   }
   lines_.Show(text);
 }
@@ -186,7 +187,7 @@ void Prompt::Items(const std::string& argument) {
 }
 
 void Prompt::RunStatement(const std::string& statement) {
-  const VoiceScript script = ParseVoiceScript(statement, "");
+  const VoiceScript script = ParseVoiceScript(statement, "", SpokenLanguage());
   if (!script.errors.empty()) return lines_.Show(script.errors[0].message);
   Session session(conversation_, std::chrono::milliseconds(0));
   const Verdict verdict = script.tests[0].steps[0].run(session);

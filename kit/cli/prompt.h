@@ -24,7 +24,7 @@ class Prompt {
   void Run();
 
   // The words for completion: commands, phrases and actions.
-  static std::vector<std::string> CompletionWords();
+  static std::vector<std::string> CompletionWords(const Phrasebook& phrases);
 
  private:
   struct CommandRow {

@@ -29,7 +29,7 @@ std::string_view WithoutByteOrderMark(std::string_view text) {
 }
 
 // Reads a script. Returns false, after printing the errors, if it can't be run.
-bool ReadScript(const std::string& file, VoiceScript& script) {
+bool ReadScript(const std::string& file, const SpokenLanguage& language, VoiceScript& script) {
   std::ifstream opened;
   // Read through std::cin: /dev/stdin can't be opened if it is a socket.
   const bool is_standard_input = file == "/dev/stdin";
@@ -39,7 +39,7 @@ bool ReadScript(const std::string& file, VoiceScript& script) {
     PrintError({"The script " + file + " can't be read or is empty."});
     return false;
   }
-  script = ParseVoiceScript(WithoutByteOrderMark(text.str()), file);
+  script = ParseVoiceScript(WithoutByteOrderMark(text.str()), file, language);
   for (const ScriptError& error : script.errors) PrintLine(Located(error.place, error.message));
   if (script.errors.empty() && script.tests.empty())
     PrintError({"The script " + file + " has no statement; expected at least one."});
@@ -142,9 +142,12 @@ class ScriptRun {
 
 Result<int> RunScripts(Supervisor& supervisor, const std::string& application,
                        const std::vector<std::string>& files, const ScriptRunOptions& options) {
+  const Result<SpokenLanguage> language = OpenLanguage(options.application.language);
+  if (!language) return Fail(language.error());
   std::vector<VoiceScript> scripts(files.size());
   bool are_fine = true;
-  for (size_t i = 0; i < files.size(); ++i) are_fine = ReadScript(files[i], scripts[i]) && are_fine;
+  for (size_t i = 0; i < files.size(); ++i)
+    are_fine = ReadScript(files[i], *language, scripts[i]) && are_fine;
   if (!are_fine) return kExitUsage;
   return ScriptRun(supervisor, scripts, options).Run(application);
 }

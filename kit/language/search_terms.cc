@@ -1,244 +1,141 @@
-// Marks such as "with" and "from", dates, and words for genres and kinds of content.
+// Reads words from the first to the last; at each place the longest pattern of [search] counts.
 #include "language/search_terms.h"
 
 #include <algorithm>
 #include <map>
 #include <optional>
-#include <set>
-#include <vector>
 
-#include "language/phrase_pattern.h"
+#include "language/phrase_matcher.h"
 
 namespace corvis::kit {
 
 namespace {
 
-using Words = std::map<std::string, const char*>;
-
-const Words& Genres() {
-  static const Words kGenres = {{"comedy", "comedy"},
-                                {"comedies", "comedy"},
-                                {"drama", "drama"},
-                                {"dramas", "drama"},
-                                {"thriller", "thriller"},
-                                {"thrillers", "thriller"},
-                                {"western", "western"},
-                                {"westerns", "western"},
-                                {"horror", "horror"},
-                                {"romance", "romance"},
-                                {"action", "action"},
-                                {"animation", "animation"},
-                                {"crime", "crime"},
-                                {"fantasy", "fantasy"},
-                                {"science fiction", "science fiction"},
-                                {"sci-fi", "science fiction"},
-                                {"sci fi", "science fiction"},
-                                {"documentary", "documentary"},
-                                {"documentaries", "documentary"}};
-  return kGenres;
-}
-
-const Words& ContentTypes() {
-  static const Words kTypes = {{"movie", "movie"},   {"movies", "movie"}, {"film", "movie"},
-                               {"films", "movie"},   {"show", "show"},    {"shows", "show"},
-                               {"series", "series"}, {"song", "music"},   {"songs", "music"},
-                               {"music", "music"},   {"clips", "video"},  {"videos", "video"}};
-  return kTypes;
-}
-
-// The key of the words that follow a mark.
-const Words& Marks() {
-  static const Words kMarks = {
-      {"with", "cast"}, {"starring", "cast"}, {"called", "title"}, {"titled", "title"}};
-  return kMarks;
-}
-
-// Which ends of a range a date behind these words gives.
-enum class Range { kFrom, kTo, kBetween, kWithin };
-const std::map<std::string, Range>& DateMarks() {
-  static const std::map<std::string, Range> kMarks = {
-      {"from", Range::kFrom},       {"since", Range::kFrom}, {"after", Range::kFrom},
-      {"to", Range::kTo},           {"until", Range::kTo},   {"before", Range::kTo},
-      {"between", Range::kBetween}, {"in", Range::kWithin},  {"of", Range::kWithin}};
-  return kMarks;
-}
-
-template <typename Value>
-const Value* Find(const std::map<std::string, Value>& map, const std::string& key) {
-  const auto found = map.find(key);
-  return found == map.end() ? nullptr : &found->second;
-}
-
-void Append(std::string& text, const std::string& word) {
-  text += (text.empty() ? "" : " ") + word;
-}
-
-bool IsDigits(const std::string& word, size_t least, size_t most) {
-  return word.size() >= least && word.size() <= most &&
-         std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
-bool IsYear(const std::string& word) {
-  return IsDigits(word, 4, 4);
-}
-
-bool IsMonth(const std::string& word) {
-  static const std::set<std::string> kMonths = {"january",   "february", "march",    "april",
-                                                "may",       "june",     "july",     "august",
-                                                "september", "october",  "november", "december"};
-  return kMonths.count(word) == 1;
-}
-
-// "1990-05-17".
-bool IsDate(const std::string& word) {
-  constexpr size_t kLength = 10;
-  return word.size() == kLength && word[4] == '-' && word[7] == '-' && IsYear(word.substr(0, 4)) &&
-         IsDigits(word.substr(5, 2), 2, 2) && IsDigits(word.substr(8), 2, 2);
-}
-
-// The first year of "90s" and "1990s"; those of two digits belong to the last century, but for "00s" to
-// "20s".
-std::optional<int> Decade(const std::string& word) {
-  if (word.size() < 3 || word.back() != 's') return {};
-  const std::string digits = word.substr(0, word.size() - 1);
-  if (digits.back() != '0') return {};
-  if (IsYear(digits)) return std::stoi(digits);
-  if (!IsDigits(digits, 2, 2)) return {};
-  const int year = std::stoi(digits);
-  return year <= 20 ? 2000 + year : 1900 + year;
-}
-
-struct Dates {
-  std::string first;
-  // The same as the first unless a decade was said.
-  std::string last;
-};
-
-// Reads what somebody searches for, word by word.
 class TermReader {
  public:
-  explicit TermReader(const std::string& text) {
-    for (const std::string& word : SplitWords(text)) {
-      words_.push_back(word);
-      plain_.push_back(NormalisedPhrase(word));
-    }
-  }
+  TermReader(const Grammar& grammar, std::string_view text) : grammar_(grammar), matcher_(grammar, text) {}
 
-  std::map<std::string, std::string> ReadAll() {
-    while (at_ < words_.size()) {
-      if (!TakeRange() && !TakeMark()) TakeWord();
+  std::map<std::string, std::string> Read() {
+    const size_t count = matcher_.words().size();
+    while (at_ < count) {
+      if (TakeRow()) continue;
+      has_title_ = has_title_ || open_ == nullptr;
+      ++at_;
     }
-    DropFillers(found_["title"]);
-    return std::move(found_);
+    EndWords();
+    return std::move(terms_);
   }
 
  private:
-  // A word that marks a date counts only when one follows: "from France" is no range.
-  bool TakeRange() {
-    const Range* range = Find(DateMarks(), plain_[at_]);
-    if (range == nullptr) return false;
-    // "to" marks the end of a range only: "back to 1955" is a title.
-    if (plain_[at_] == "to" && found_.count("from") == 0) return false;
-    // "Summer of 1942" and "Death in 1990" are titles as well.
-    if (*range == Range::kWithin && (!key_.empty() || found_.count("title") == 1)) return false;
-    const size_t before = at_++;
-    const auto dates = TakeDates();
-    auto second = dates;
-    if (dates && *range == Range::kBetween) second = TakeSecond();
-    if (!dates || !second) {
-      at_ = before;
-      return false;
+  struct Found {
+    const SearchRow* row;
+    Entries values;
+    size_t end;
+  };
+
+  bool TakeRow() {
+    const auto found = Find();
+    if (!found) return false;
+    const SearchRow& row = *found->row;
+    if (row.terms.empty()) {
+      at_ = found->end;
+      return true;
     }
-    const bool is_decade = dates->first != dates->last;
-    if (*range != Range::kTo) found_["from"] = plain_[before] == "after" ? dates->last : dates->first;
-    if (*range != Range::kFrom || (is_decade && plain_[before] == "from")) {
-      found_["to"] = plain_[before] == "before" ? second->first : second->last;
+    Entries values = found->values;
+    if (!row.before.empty()) {
+      values.emplace_back(row.before, matcher_.Original(begin_, at_));
+      has_title_ = false;
     }
-    key_.clear();
-    return true;
-  }
-
-  // The "and 2000" of "between 1990 and 2000".
-  std::optional<Dates> TakeSecond() {
-    if (at_ == words_.size() || plain_[at_] != "and") return {};
-    ++at_;
-    return TakeDates();
-  }
-
-  // A year, a decade, a date; "May 1990", "17 May 1990".
-  std::optional<Dates> TakeDates() {
-    size_t end = at_;
-    if (WordAt(end) == "the") ++end;
-    if (WordAt(end) == "year") ++end;
-    if (const auto decade = Decade(WordAt(end))) {
-      at_ = end + 1;
-      return Dates{std::to_string(*decade), std::to_string(*decade + 9)};
-    }
-    const size_t begin = end;
-    if (IsDigits(WordAt(end), 1, 2) && IsMonth(WordAt(end + 1))) ++end;
-    if (IsMonth(WordAt(end))) ++end;
-    if (!IsYear(WordAt(end)) && (end != begin || !IsDate(WordAt(end)))) return {};
-    std::string date;
-    for (size_t i = begin; i < end; ++i) Append(date, words_[i]);
-    Append(date, plain_[end]);
-    at_ = end + 1;
-    return Dates{date, date};
-  }
-
-  bool TakeMark() {
-    const auto* key = Find(Marks(), plain_[at_]);
-    if (key == nullptr || at_ + 1 == words_.size()) return false;
-    key_ = *key;
-    ++at_;
-    return true;
-  }
-
-  void TakeWord() {
-    const size_t at = at_++;
-    if (!key_.empty()) return Append(found_[key_], words_[at]);
-    const auto* genre = Find(Genres(), plain_[at] + " " + WordAt(at_));
-    if (genre != nullptr) ++at_;
-    if (genre == nullptr) genre = Find(Genres(), plain_[at]);
-    const auto* type = Find(ContentTypes(), plain_[at]);
-    if (genre != nullptr) {
-      found_["genre"] = *genre;
-    } else if (type != nullptr) {
-      found_["content_type"] = *type;
+    EndWords();
+    at_ = begin_ = last_end_ = found->end;
+    if (row.after.empty()) {
+      SetTerms(row, values);
     } else {
-      Append(found_["title"], words_[at]);
+      open_ = &row;
+      open_values_ = values;
+    }
+    return true;
+  }
+
+  std::optional<Found> Find() {
+    const Paths paths = matcher_.Walk(grammar_.search, at_);
+    std::optional<Found> best;
+    for (const PathEnd& end : paths.ends) {
+      const SearchRow& row = grammar_.search_rows[end.row];
+      const bool is_better = !best || end.end > best->end || (end.end == best->end && &row < best->row);
+      if (!is_better || !MayEnd(end.end)) continue;
+      Found found{&row, matcher_.Values(grammar_.search, paths, end), end.end};
+      if (Counts(found)) best = std::move(found);
+    }
+    return best;
+  }
+
+  // Where words have no spaces between them, a pattern must not be found within a word.
+  bool MayBegin() const {
+    const Word& word = matcher_.words()[at_];
+    return !word.is_letter || word.is_spaced || at_ == last_end_;
+  }
+  bool MayEnd(size_t end) {
+    if (end == matcher_.words().size()) return true;
+    const Word& next = matcher_.words()[end];
+    return !next.is_letter || next.is_spaced || !matcher_.Walk(grammar_.search, end).ends.empty();
+  }
+
+  bool Counts(const Found& found) const {
+    const SearchRow& row = *found.row;
+    const bool is_plain = row.before.empty() && row.after.empty() && found.values.empty();
+    if (open_ != nullptr && (is_plain || !row.before.empty() || row.is_unless_title)) return false;
+    // Particles follow the words of their slot without a space.
+    if (row.before.empty() ? !MayBegin() : begin_ == at_) return false;
+    if (!row.after.empty() && found.end == matcher_.words().size()) return false;
+    return !row.is_unless_title || (!has_title_ && terms_.count("title") == 0);
+  }
+
+  // Ends the words since the last pattern: those of its slot, or of the title.
+  void EndWords() {
+    if (open_ != nullptr) {
+      open_values_.emplace_back(open_->after, matcher_.Original(begin_, at_));
+      SetTerms(*open_, open_values_);
+      open_ = nullptr;
+    } else if (has_title_) {
+      Append("title", matcher_.Original(begin_, at_));
+    }
+    has_title_ = false;
+  }
+
+  void SetTerms(const SearchRow& row, const Entries& values) {
+    for (const auto& [name, value] : row.terms) {
+      if (name != "title" && name != "cast") terms_[name].clear();
+      Append(name, Fill(value, values));
     }
   }
 
-  // What is left of "some of the movies" is no title.
-  static void DropFillers(std::string& title) {
-    static const std::set<std::string> kFillers = {"a", "an", "and", "any", "of", "some", "the"};
-    for (const std::string& word : SplitWords(title)) {
-      if (kFillers.count(NormalisedPhrase(word)) == 0) return;
-    }
-    title.clear();
+  void Append(const std::string& name, const std::string& words) {
+    std::string& term = terms_[name];
+    term += (term.empty() || words.empty() ? "" : " ") + words;
   }
 
-  std::string WordAt(size_t at) const { return at < plain_.size() ? plain_[at] : ""; }
-
-  // As they were said, and without case.
-  std::vector<std::string> words_;
-  std::vector<std::string> plain_;
+  const Grammar& grammar_;
+  PhraseMatcher matcher_;
   size_t at_ = 0;
-  // Where plain words go; empty unless a mark was read.
-  std::string key_;
-  std::map<std::string, std::string> found_;
+  // Where the words begin that belong to no pattern yet, and whether one of them means more than "some" does.
+  size_t begin_ = 0;
+  bool has_title_ = false;
+  // Where the last pattern ended.
+  size_t last_end_ = 0;
+  // A pattern whose slot takes words up to the next pattern with a slot.
+  const SearchRow* open_ = nullptr;
+  Entries open_values_;
+  std::map<std::string, std::string> terms_;
 };
 
 }  // namespace
 
-Entries SearchTerms(const std::string& phrase, const std::string& words) {
-  std::map<std::string, std::string> found = TermReader(words).ReadAll();
-  // Nobody speaks quotation marks; they only say in writing what belongs together.
-  std::string utterance = phrase;
-  utterance.erase(std::remove(utterance.begin(), utterance.end(), '"'), utterance.end());
+Entries SearchTerms(const Grammar& grammar, const std::string& utterance, const std::string& words) {
+  std::map<std::string, std::string> terms = TermReader(grammar, words).Read();
   Entries entries = {{"utterance", utterance}};
   for (const char* name : {"title", "genre", "cast", "content_type", "from", "to"}) {
-    if (!found[name].empty()) entries.emplace_back(name, TidyPhrase(found[name]));
+    if (!terms[name].empty()) entries.emplace_back(name, terms[name]);
   }
   entries.emplace_back("raw", words);
   return entries;

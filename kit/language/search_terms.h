@@ -4,15 +4,14 @@
 
 #include <string>
 
-#include "language/actions.h"
+#include "language/grammar.h"
 
 namespace corvis::kit {
 
 // The entries of a search bundle: "utterance" (the whole phrase), then those of title, genre, cast,
-// content_type, from and to that are found in `words`, and "raw" (the words). "comedies with Jane Doe from
-// 1990 to 2000" has a genre, a cast and a range of dates; so have "from the 90s", "after 1990", "before May
-// 2000" and "between 1990 and 2000". Words that mean nothing of this are the title.
-Entries SearchTerms(const std::string& phrase, const std::string& words);
+// content_type, from and to that the language's [search] finds in `words`, and "raw" (the words). Words that
+// mean nothing of this are the title.
+Entries SearchTerms(const Grammar& grammar, const std::string& utterance, const std::string& words);
 
 }  // namespace corvis::kit
 

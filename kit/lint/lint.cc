@@ -9,7 +9,6 @@
 #include <nlohmann/json.hpp>
 
 #include "app/page_script.h"
-#include "language/phrases.h"
 #include "page_checks_script.h"
 
 namespace corvis::kit {
@@ -94,7 +93,7 @@ Result<Findings> CheckItems(Conversation& conversation) {
 
 Findings CheckCallback(Conversation& conversation, const ActionInfo& action) {
   const int crashes_before = conversation.crashes();
-  const Turn turn = conversation.Say(SamplePhrase(action.name));
+  const Turn turn = conversation.Say(conversation.phrases().SampleFor(action.name));
   const std::string callback(action.callback);
   if (conversation.crashes() > crashes_before) {
     return {{"callback", "The page's process crashed in this callback.", callback}};

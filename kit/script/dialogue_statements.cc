@@ -4,7 +4,6 @@
 #include <string>
 #include <utility>
 
-#include "language/phrases.h"
 #include "language/raw_command.h"
 #include "language/suggestions.h"
 #include "output/text_forms.h"
@@ -116,15 +115,16 @@ void ReadSay(LineReader& line, Step& step) {
   const LineReader before = line;
   const std::string phrase = line.Peek() == '"' ? line.Text() : line.Rest("a phrase");
   step.role = StepRole::kSpeaks;
-  step.run = [phrase](Session& session) {
+  step.run = [phrase, phrases = line.language().phrases()](Session& session) {
     session.KeepPace();
+    session.conversation.set_phrases(phrases);
     return Report(session, session.dialogue.Say(phrase, AnswerLimit(session)));
   };
-  if (line.has_failed() || CommandOf(phrase) || TitleToSelect(phrase)) return;
-  const std::string similar = SimilarPhrase(phrase);
+  // What is close to no phrase may be the title of an item on the screen.
+  const Phrasebook& phrases = line.language().phrases();
+  if (line.has_failed() || phrases.Understand(phrase) || phrases.Suggest(phrase).empty()) return;
   line = before;
-  line.Fail("Unknown phrase \"" + phrase + "\"." +
-            (similar.empty() ? "" : " Did you mean \"" + similar + "\"?"));
+  line.Fail(phrases.UnknownPhrase(phrase));
 }
 
 // send ACTION_NAME DATA

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/spoken_language.h"
 #include "language/actions.h"
 
 namespace corvis::kit {
@@ -15,7 +16,11 @@ namespace corvis::kit {
 // Keeps the first error and its column. After an error every read returns an empty value.
 class LineReader {
  public:
-  explicit LineReader(std::string_view line) : line_(line) { SkipSpaces(); }
+  // `language` is what the script speaks at this line, which a statement may change.
+  explicit LineReader(std::string_view line, SpokenLanguage* language = nullptr)
+      : line_(line), language_(language) {
+    SkipSpaces();
+  }
 
   bool is_at_end() const { return at_ >= line_.size(); }
   bool has_failed() const { return !problem_.empty(); }
@@ -44,6 +49,8 @@ class LineReader {
   // Whether a quoted text follows the next word.
   bool HasTextAfterWord() const;
 
+  SpokenLanguage& language() const { return *language_; }
+
   char Peek() const { return is_at_end() ? '\0' : line_[at_]; }
   void Fail(const std::string& problem) { FailAt(at_, problem); }
   // Reports an error unless the line ends here.
@@ -58,6 +65,7 @@ class LineReader {
   void FailAt(size_t at, const std::string& problem);
 
   std::string_view line_;
+  SpokenLanguage* language_;
   size_t at_ = 0;
   std::string problem_;
   size_t problem_at_ = 0;

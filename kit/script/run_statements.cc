@@ -1,4 +1,5 @@
 // Tests, notes, and the statements that act on the application: reload, open, restart, privileges, and so on.
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,6 +20,15 @@ Arrival ReadArrival(LineReader& line) {
   line.OneOf({"without"});
   line.OneOf({"listening"});
   return {false, line.TakeWord("for") ? line.Duration() : kQuiet};
+}
+
+// The language counts for the lines that are read after this; there is nothing to do when the script runs.
+void FinishLanguage(LineReader& line, const LineReader& at, const Status& changed, Step& step) {
+  step.role = StepRole::kLooks;
+  step.run = [](Session& /*session*/) -> Verdict { return {}; };
+  if (changed) return;
+  line = at;
+  line.Fail(changed.error().message);
 }
 
 }  // namespace
@@ -74,6 +84,24 @@ void ReadPrivileges(LineReader& line, Step& step) {
   step.run = [uris](Session& session) -> Verdict {
     return session.conversation.runtime().SetPrivileges(uris);
   };
+}
+
+// language TAG
+void ReadLanguage(LineReader& line, Step& step) {
+  const LineReader before = line;
+  const std::string tag = line.Word();
+  FinishLanguage(line, before,
+                 tag.empty() ? Fail("Expected a language, for example de.") : line.language().Speak(tag),
+                 step);
+}
+
+// phrases "FILE"
+void ReadPhrases(LineReader& line, Step& step) {
+  const LineReader before = line;
+  const std::string file = line.Text();
+  if (line.has_failed()) return;
+  const auto path = std::filesystem::path(step.place.file).parent_path() / file;
+  FinishLanguage(line, before, line.language().AddFile(path.string()), step);
 }
 
 // timeout TIME

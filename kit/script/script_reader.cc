@@ -13,10 +13,11 @@ namespace {
 
 class ScriptReader {
  public:
-  explicit ScriptReader(VoiceScript& script) : script_(script) {}
+  ScriptReader(VoiceScript& script, SpokenLanguage language)
+      : script_(script), language_(std::move(language)) {}
 
   void ReadLine(std::string_view text, int number) {
-    LineReader line(text);
+    LineReader line(text, &language_);
     if (line.is_at_end() || line.Peek() == '#') return;
     Step step;
     step.place = {script_.file, number, static_cast<int>(text.find_first_not_of(" \t")) + 1};
@@ -55,15 +56,16 @@ class ScriptReader {
   }
 
   VoiceScript& script_;
+  SpokenLanguage language_;
   bool has_spoken_ = false;
 };
 
 }  // namespace
 
-VoiceScript ParseVoiceScript(std::string_view text, const std::string& file) {
+VoiceScript ParseVoiceScript(std::string_view text, const std::string& file, const SpokenLanguage& language) {
   VoiceScript script;
   script.file = file;
-  ScriptReader reader(script);
+  ScriptReader reader(script, language);
   for (int number = 1; !text.empty(); ++number) {
     const size_t end = text.find('\n');
     std::string_view line = text.substr(0, end);

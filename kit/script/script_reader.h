@@ -5,12 +5,14 @@
 #include <string>
 #include <string_view>
 
+#include "app/spoken_language.h"
 #include "script/script.h"
 
 namespace corvis::kit {
 
-// Parses every line; invalid lines add to the script's errors. Accepts any bytes and never throws.
-VoiceScript ParseVoiceScript(std::string_view text, const std::string& file);
+// Parses every line; invalid lines add to the script's errors. `language` is the one at the first line;
+// statements may change it. Accepts any bytes and never throws.
+VoiceScript ParseVoiceScript(std::string_view text, const std::string& file, const SpokenLanguage& language);
 
 }  // namespace corvis::kit
 

@@ -26,6 +26,8 @@ constexpr Statement kStatements[] = {
     {"open", ReadOpen},
     {"restart", ReadRestart},
     {"privileges", ReadPrivileges},
+    {"language", ReadLanguage},
+    {"phrases", ReadPhrases},
     {"timeout", ReadTimeout},
     {"wait", ReadWait},
 };

@@ -47,6 +47,8 @@ void ReadNote(LineReader& line, Step& step);
 void ReadReload(LineReader& line, Step& step);
 void ReadOpen(LineReader& line, Step& step);
 void ReadRestart(LineReader& line, Step& step);
+void ReadLanguage(LineReader& line, Step& step);
+void ReadPhrases(LineReader& line, Step& step);
 void ReadPrivileges(LineReader& line, Step& step);
 void ReadTimeout(LineReader& line, Step& step);
 void ReadWait(LineReader& line, Step& step);

@@ -5,7 +5,6 @@
 #include <chrono>
 #include <utility>
 
-#include "language/phrases.h"
 #include "language/raw_command.h"
 #include "page.h"
 #include "platform/bus.h"
@@ -33,7 +32,7 @@ void TakeFailure(Json& event, const kit::Error& error) {
 }
 
 kit::Turn NotSent(const std::string& said, const std::string& problem) {
-  return {said, {}, false, kit::Fail(problem)};
+  return {said, {}, false, kit::Fail(problem), ""};
 }
 
 }  // namespace
@@ -114,7 +113,8 @@ void Tv::Items(const std::string& title) {
     AddTurn(event, conversation_.items_turn());
     if (!list) return TakeFailure(event, list.error());
     event["numbers"] = Json::array();
-    for (const kit::Item& item : title.empty() ? list->items : ItemsTitled(*list, title))
+    for (const kit::Item& item :
+         title.empty() ? list->items : ItemsTitled(*list, title, conversation_.phrases()))
       event["numbers"].push_back(item.number);
   });
 }
@@ -129,7 +129,7 @@ void Tv::Restart() {
 std::vector<std::string> Tv::Phrases() const {
   std::vector<std::string> phrases;
   for (const std::string& action : conversation_.registered().own()) {
-    const std::string phrase = kit::SamplePhrase(action);
+    const std::string phrase = conversation_.phrases().SampleFor(action);
     if (!phrase.empty()) phrases.push_back(phrase);
   }
   return phrases;

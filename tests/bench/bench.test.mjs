@@ -30,6 +30,8 @@ const figures = [
   [/^the simulator, one file$/, / KB/],
   [/^the simulator in a fresh page/, / ms/],
   [/^a phrase in the simulator/, / µs .*a bare turn/],
+  [/^understanding a text, p99, slowest language/, / µs/],
+  [/^loading a language, slowest/, / ms/],
 ];
 
 test('every row is measured and printed, with its samples and plots kept', async (t) => {

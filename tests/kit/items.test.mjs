@@ -40,6 +40,12 @@ test('items are selected by number and by title, in the page and in a frame', as
     ['select play', 'Several items are called "play"'],
     ['select 3', 'id=3  ->  success'],
     ['select 9', 'ACTION_ITEM_SELECTION id=9  ->  not_support'],
+    ['the third one', 'ACTION_ITEM_SELECTION id=2  ->  success'],
+    ['ACTION_CUSTOM', '->  Trailer'],
+    ['select the fifth one', 'There are 4 items on the screen, not 5'],
+    ['add to LIST, please', 'ACTION_ITEM_SELECTION id=1  ->  success'],
+    ['ACTION_CUSTOM', '->  Add to list'],
+    ['add to', 'Unknown phrase "add to"'],
     ['items --diff', 'No item changed its number.'],
   ]);
 });

@@ -21,8 +21,8 @@ const listening = `<p id="state"></p><button onclick="document.title = 'clicked'
 test('every line gets its answer or one sentence, and the conversation goes on', async (t) => {
   const rows = [
     ['pause', 'ACTION_PAUSE  ->  success'],
-    ['flibbertigibbet', 'Unknown phrase "flibbertigibbet"'],
-    ['puase', 'did you mean "pause"?'],
+    ['flibbertigibbet', '"flibbertigibbet"'],
+    ['puase', 'Did you mean "pause"?'],
     ['ACTION_PUASE', 'Did you mean "ACTION_PAUSE"?'],
     ['ACTION_PUASE', 'ACTION_PUASE  ->  not_support'],
     ['play', 'ACTION_PLAY  ->  not_support'],

@@ -47,16 +47,17 @@ ItemList Titled(std::initializer_list<std::pair<long, const char*>> items) {
 }
 
 TEST(Items, AreFoundByTheirTitle) {
+  const Phrasebook phrases = Phrasebook::English();
   const ItemList list = Titled({{0, "Play"}, {1, "Play all"}, {2, "Iron  Rain!"}, {3, "PLAY"}, {4, ""}});
   const std::pair<const char*, std::vector<long>> rows[] = {
       {"play", {0, 3}}, {"play a", {1}}, {"iron rain", {2}}, {"all", {1}},
       {"r", {2}},       {"sea", {}},     {"?", {4}}};
   for (const auto& [title, numbers] : rows) {
     std::vector<long> found;
-    for (const Item& item : ItemsTitled(list, title)) found.push_back(item.number);
+    for (const Item& item : ItemsTitled(list, title, phrases)) found.push_back(item.number);
     EXPECT_EQ(found, numbers) << title;
   }
-  EXPECT_TRUE(ItemsTitled(Titled({{0, "Play"}}), "?").empty()) << "an empty title is in every other";
+  EXPECT_TRUE(ItemsTitled(Titled({{0, "Play"}}), "?", phrases).empty()) << "an empty title is in every other";
 }
 
 TEST(Items, AreComparedByTitle) {

@@ -64,7 +64,7 @@ TEST_F(PromptTest, EveryLineGetsItsSentence) {
     const char* line;
     const char* shown;
   } rows[] = {
-      {"  pley", "did you mean \"play\"?"},
+      {"  pley", "Did you mean \"play\"?"},
       {"say \"pley\"", "\"pley\""},
       {"items --dif", "Expected --diff or --png FILE after items, not --dif."},
       {"items --png", "Expected --diff or --png FILE after items, not --png."},
@@ -85,7 +85,7 @@ TEST_F(PromptTest, EveryLineGetsItsSentence) {
 
 TEST_F(PromptTest, HelpListsCommandsAndPhrases) {
   EXPECT_THAT(Type({"help"}), AllOf(HasSubstr("items [--diff]"), HasSubstr("record FILE"),
-                                    HasSubstr("ACTION_PLAY"), HasSubstr("select {title}")));
+                                    HasSubstr("ACTION_PLAY"), HasSubstr("{title}   ")));
 }
 
 TEST(Completion, InsertsWhatIsCertain) {

@@ -4,7 +4,7 @@
 #include <chrono>
 
 #include "app/items.h"
-#include "language/phrases.h"
+#include "language/phrasebook.h"
 #include "language/raw_command.h"
 #include "script/script_reader.h"
 
@@ -21,6 +21,7 @@ std::string Repeated(const std::string& unit) {
 }
 
 TEST(Garbage, IsReadInProportionateTime) {
+  const Phrasebook phrases = Phrasebook::English();
   std::string many_keys;
   for (int i = 0; many_keys.size() < kMebibyte; ++i) many_keys += "k" + std::to_string(i) + "=v ";
   const std::string texts[] = {
@@ -33,9 +34,8 @@ TEST(Garbage, IsReadInProportionateTime) {
     for (const char* start :
          {"", "search for ", "find between ", "open \"", "go to ", "select ", "please "}) {
       const std::string phrase = start + text;
-      CommandOf(phrase);
-      SimilarPhrase(phrase);
-      TitleToSelect(phrase);
+      phrases.Understand(phrase);
+      phrases.Suggest(phrase);
     }
     for (const char* start : {"ACTION_CUSTOM ", "ACTION_CUSTOM \"", "ACTION_", "ACTION_SEARCH a=\""}) {
       if (const auto command = ParseRawCommand(start + text)) UnknownActionWarning(*command);
@@ -43,7 +43,7 @@ TEST(Garbage, IsReadInProportionateTime) {
     for (const char* start : {"", "say ", "say \"", "send ", "send ACTION_CUSTOM ", "inject ", "inject a=\"",
                               "say pause\nexpect json ", "say pause\nexpect matches /",
                               "say pause\nexpect one of ", "privileges ", "item ", "wait "}) {
-      const VoiceScript script = ParseVoiceScript(start + text, "a.voice");
+      const VoiceScript script = ParseVoiceScript(start + text, "a.voice", SpokenLanguage());
       EXPECT_LE(script.tests.size() + script.errors.size(), 2U);
     }
     ReadItems(text);

@@ -3,10 +3,16 @@
 
 #include <gmock/gmock.h>
 
+#include <fstream>
+
 #include "script/statements.h"
 
 namespace corvis::kit {
 namespace {
+
+VoiceScript Parse(const std::string& text, const std::string& file) {
+  return ParseVoiceScript(text, file, SpokenLanguage());
+}
 
 std::string Errors(const VoiceScript& script) {
   std::string text;
@@ -38,7 +44,7 @@ TEST(VoiceScript, IsTestsWithTheirSteps) {
       "expect no answer within 2 s\n"
       "test \"\"\n"
       "reload";
-  EXPECT_EQ(List(ParseVoiceScript(script, "a.voice")),
+  EXPECT_EQ(List(Parse(script, "a.voice")),
             "3 no test\n"
             "  3:2 say 2 say  pause \n"
             "  4:1 expect 3 expect success\n"
@@ -50,48 +56,74 @@ TEST(VoiceScript, IsTestsWithTheirSteps) {
             "  10:1 reload 5 reload\n");
 }
 
+// A file with phrases of an author's own.
+std::string OwnPhrases() {
+  const std::string path = testing::TempDir() + "own.phrases";
+  std::ofstream(path) << "[phrases]\norder tickets -> ACTION_CUSTOM intent=order\n";
+  return path;
+}
+
+// Each line of a script is in the language that it is read in, whichever was spoken before.
+TEST(VoiceScript, SpeaksTheLanguageOfItsLine) {
+  const std::string script =
+      "say oder tickets\nphrases \"" + OwnPhrases() +
+      "\"\nsay oder tickets\nlanguage de\nsay halt den Flim an\nsay pasue\nlanguage en\nsay "
+      "halt den Flim an\nsay pasue\nlanguage\nlanguage xx\nphrases \"none\"";
+  EXPECT_EQ(Errors(Parse(script, "a")),
+            "a:3:5: Unknown phrase \"oder tickets\". Did you mean \"order tickets\"?\n"
+            "a:5:5: Unknown phrase \"halt den Flim an\". Did you mean \"halt den Film an\"?\n"
+            "a:6:5: Unknown phrase \"pasue\". Did you mean \"Pause\"?\n"
+            "a:9:5: Unknown phrase \"pasue\". Did you mean \"pause\"?\n"
+            "a:10:9: Expected a language, for example de.\n"
+            "a:11:10: Unknown language \"xx\". Use en, de, fr, es, ko, or a phrase file that begins with "
+            "\"language xx\".\n"
+            "a:12:9: The phrase file none can't be read.\n");
+}
+
 TEST(VoiceScript, TakesEveryFormOfEveryStatement) {
-  const char* rows[] = {"test \"a\"",
-                        "note a",
-                        "say search for \"The Sea\"",
-                        "say \"pause\"",
-                        "say select The Sea",
-                        "send ACTION_CUSTOM \"a=b\"",
-                        "inject after 50ms command=x",
-                        "expect is success",
-                        "expect no answer",
-                        "expect closed",
-                        "expect action ACTION_PLAY with is \"\"",
-                        "within 50 ms",
-                        "show \"#a b\" is c",
-                        "value \"1 + 1\" one of 2 3",
-                        "press OK",
-                        "press \"5\" 2 times",
-                        "press Back 1 time",
-                        "type `a`",
-                        "items count is 3",
-                        "items count at least 3",
-                        "items changed none",
-                        "items changed moved 2",
-                        "items changed appeared 2",
-                        "items changed vanished 2",
-                        "item 3 focused",
-                        "item 3 visible",
-                        "item 3 hidden",
-                        "item 3 is \"Play\"",
-                        "item \"Play\" is 3",
-                        "reload without listening",
-                        "open \"a.html\" without listening for 1 s",
-                        "restart",
-                        "restart service",
-                        "privileges none",
-                        "privileges microphone http://a.example/b",
-                        "timeout 1 s",
-                        "wait 60 s"};
+  const std::string rows[] = {"test \"a\"",
+                              "language de",
+                              "phrases \"" + OwnPhrases() + "\"",
+                              "note a",
+                              "say search for \"The Sea\"",
+                              "say \"pause\"",
+                              "say select The Sea",
+                              "send ACTION_CUSTOM \"a=b\"",
+                              "inject after 50ms command=x",
+                              "expect is success",
+                              "expect no answer",
+                              "expect closed",
+                              "expect action ACTION_PLAY with is \"\"",
+                              "within 50 ms",
+                              "show \"#a b\" is c",
+                              "value \"1 + 1\" one of 2 3",
+                              "press OK",
+                              "press \"5\" 2 times",
+                              "press Back 1 time",
+                              "type `a`",
+                              "items count is 3",
+                              "items count at least 3",
+                              "items changed none",
+                              "items changed moved 2",
+                              "items changed appeared 2",
+                              "items changed vanished 2",
+                              "item 3 focused",
+                              "item 3 visible",
+                              "item 3 hidden",
+                              "item 3 is \"Play\"",
+                              "item \"Play\" is 3",
+                              "reload without listening",
+                              "open \"a.html\" without listening for 1 s",
+                              "restart",
+                              "restart service",
+                              "privileges none",
+                              "privileges microphone http://a.example/b",
+                              "timeout 1 s",
+                              "wait 60 s"};
   std::string words;
-  for (const char* row : rows) {
-    EXPECT_EQ(Errors(ParseVoiceScript(std::string("say pause\n") + row, "a")), "");
-    words += std::string(row) + "\n";
+  for (const std::string& row : rows) {
+    EXPECT_EQ(Errors(Parse("say pause\n" + row, "a")), "");
+    words += row + "\n";
   }
   for (const std::string& word : StatementWords())
     EXPECT_THAT(words, testing::ContainsRegex("(^|\n)" + word + "( |\n)")) << "every statement";
@@ -138,7 +170,7 @@ TEST(VoiceScript, SaysWhatIsWrongAndWhere) {
        "1:12: Expected microphone or voicecontrol, not \"microfone\". Did you mean \"microphone\"?"},
   };
   for (const auto& [text, error] : rows)
-    EXPECT_EQ(Errors(ParseVoiceScript(text, "a")), std::string("a:") + error + "\n");
+    EXPECT_EQ(Errors(Parse(text, "a")), std::string("a:") + error + "\n");
 }
 
 }  // namespace

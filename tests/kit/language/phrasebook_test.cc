@@ -1,5 +1,5 @@
 // From phrases to commands, and what is suggested for phrases that are none.
-#include "language/phrases.h"
+#include "language/phrasebook.h"
 
 #include <gmock/gmock.h>
 
@@ -8,8 +8,18 @@
 namespace corvis::kit {
 namespace {
 
+const Phrasebook& English() {
+  static const Phrasebook kEnglish = Phrasebook::Open("en", {}).value();
+  return kEnglish;
+}
+
+std::optional<Command> CommandOf(const std::string& phrase) {
+  const auto understood = English().Understand(phrase);
+  return understood ? std::optional(understood->command) : std::nullopt;
+}
+
 // "ACTION data", as a person reads it; without the ACTION_ that all have.
-std::string Understood(const std::string& phrase) {
+std::string Meaning(const std::string& phrase) {
   const auto command = CommandOf(phrase);
   return command ? command->action.substr(7) + "|" + DescribeData(*command) : "nothing";
 }
@@ -73,7 +83,6 @@ constexpr Row kPhrases[] = {
     {"where am i?", "REQUEST_APP_CONTEXT|"},
     {"what can I select", "REQUEST_CONTENT_CONTEXT|"},
     {"search for comedies", "SEARCH|utterance=\"search for comedies\" genre=comedy raw=comedies"},
-    {"select The Sea", "nothing"},
     {"choose the lot", "nothing"},
     {"skip forward a lot", "nothing"},
     {"please", "nothing"},
@@ -81,7 +90,7 @@ constexpr Row kPhrases[] = {
 };
 
 TEST(Phrases, BecomeCommands) {
-  for (const Row& row : kPhrases) EXPECT_EQ(Understood(row.phrase), row.command) << row.phrase;
+  for (const Row& row : kPhrases) EXPECT_EQ(Meaning(row.phrase), row.command) << row.phrase;
 }
 
 TEST(Phrases, ReachEveryActionAndNoOther) {
@@ -98,7 +107,7 @@ TEST(Phrases, ReachEveryActionAndNoOther) {
 // What help offers must be understood as the action that it is offered for.
 TEST(Phrases, OfSampleAndTableAgree) {
   for (const ActionInfo& action : Actions()) {
-    const auto command = CommandOf(SamplePhrase(action.name));
+    const auto command = CommandOf(English().SampleFor(action.name));
     ASSERT_TRUE(command) << action.name;
     EXPECT_EQ(command->action, action.name);
   }
@@ -145,10 +154,17 @@ TEST(Phrases, AnUtteranceHasNoQuotationMarks) {
   EXPECT_EQ(DescribeData(*command), "utterance=\"search for comedies\" genre=comedy raw=comedies");
 }
 
-TEST(Phrases, SelectingByTitleKeepsTheTitle) {
-  EXPECT_EQ(TitleToSelect("Please select \"The SEA\"").value_or(""), "The SEA");
-  EXPECT_FALSE(TitleToSelect("select item 3"));
-  EXPECT_FALSE(TitleToSelect("open The Sea"));
+TEST(Phrases, SelectingWaitsForTheItem) {
+  for (const auto& [phrase, title, place] : {std::tuple("Please select \"The SEA\"", "The SEA", 0L),
+                                             std::tuple("select the second one", "", 2L)}) {
+    auto understood = English().Understand(phrase);
+    ASSERT_TRUE(understood && understood->item) << phrase;
+    EXPECT_EQ(understood->item->title, title);
+    EXPECT_EQ(understood->item->place, place);
+    understood->SetItem(7);
+    EXPECT_EQ(DescribeData(understood->command), "id=7");
+  }
+  EXPECT_FALSE(English().Understand("select item 3")->item);
 }
 
 TEST(Phrases, SuggestWhatWasMeant) {
@@ -164,7 +180,7 @@ TEST(Phrases, SuggestWhatWasMeant) {
       {"good morning", ""},
       {"x", ""},
   };
-  for (const Row& row : rows) EXPECT_EQ(SimilarPhrase(row.phrase), row.command) << row.phrase;
+  for (const Row& row : rows) EXPECT_EQ(English().Suggest(row.phrase), row.command) << row.phrase;
 }
 
 }  // namespace

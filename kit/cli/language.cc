@@ -1,0 +1,29 @@
+// Options for what is said.
+#include "cli/language.h"
+
+#include "cli/command_line.h"
+
+namespace corvis::kit {
+
+void AddLanguageOptions(CLI::App& app, LanguageOptions& options) {
+  app.option_defaults()->group("What is said");
+  AddText(app, "--language", "TAG",
+          "its language: en, de, fr, es, ko or one of --phrases (default: the environment's)", options.tag);
+  AddList(app, "--phrases", "FILE", "phrases of your own, which win; repeatable", options.phrase_files);
+}
+
+Result<SpokenLanguage> OpenLanguage(const LanguageOptions& options) {
+  SpokenLanguage language;
+  const std::string built_in = BuiltInLanguage(options.tag);
+  Status opened = language.Speak(options.tag.empty() ? EnvironmentLanguage()
+                                 : built_in.empty()  ? "en"
+                                                     : built_in);
+  for (const std::string& file : options.phrase_files) {
+    if (opened) opened = language.AddFile(file);
+  }
+  if (opened && !options.tag.empty()) opened = language.Speak(options.tag);
+  if (!opened) return Fail(opened.error());
+  return language;
+}
+
+}  // namespace corvis::kit

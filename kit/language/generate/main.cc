@@ -1,0 +1,62 @@
+// Makes the data of kit/language, which needs neither files nor ICU at run time, from the phrase files and
+// from what ICU knows of each language.
+//   language_data OUTPUT.cc LANGUAGE.phrases...
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "fold_table.h"
+#include "language_words.h"
+
+namespace {
+
+// Comments go; their lines stay, so that the lines keep their numbers.
+std::string WithoutComment(const std::string& line) {
+  const size_t first = line.find_first_not_of(' ');
+  return first != std::string::npos && line[first] == '#' ? "" : line;
+}
+
+std::string Literal(const std::string& line) {
+  std::string literal = "\"";
+  for (const char c : line) {
+    if (c == '"' || c == '\\') literal += '\\';
+    literal += c;
+  }
+  return literal + "\\n\"\n";
+}
+
+void WriteLanguage(std::ostream& out, const std::filesystem::path& path) {
+  std::ifstream file(path);
+  const std::string tag = path.stem().string();
+  out << "{\"" << tag << "\",\n";
+  for (std::string line; std::getline(file, line);) out << Literal(WithoutComment(line));
+  for (const std::string& line : LanguageWords(tag)) out << Literal(line);
+  out << "},\n";
+}
+
+void WriteBytes(std::ostream& out, const char* name, const std::string& bytes) {
+  out << "const unsigned char " << name << "[] = {";
+  for (size_t i = 0; i < bytes.size(); ++i) {
+    out << (i % 32 == 0 ? "\n" : "") << +static_cast<unsigned char>(bytes[i]) << ",";
+  }
+  out << "};\nconst size_t " << name << "Size = " << bytes.size() << ";\n";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 3) return 2;
+  // A half-written file must not look like a whole one to the build.
+  const std::string unfinished = std::string(argv[1]) + ".unfinished";
+  std::ofstream out(unfinished);
+  out << "// Made by language_data from phrase files and ICU; change those.\n#include \"language/data.h\"\n\n"
+      << "namespace corvis::kit {\n\n";
+  WriteBytes(out, "kFoldedLetters", FoldedLetters());
+  WriteBytes(out, "kMarkClasses", MarkClasses());
+  out << "\nconst LanguageText kLanguages[] = {\n";
+  for (int i = 2; i < argc; ++i) WriteLanguage(out, argv[i]);
+  out << "};\nconst size_t kLanguageCount = " << argc - 2 << ";\n\n}  // namespace corvis::kit\n";
+  out.close();
+  return out && std::rename(unfinished.c_str(), argv[1]) == 0 ? 0 : 1;
+}
