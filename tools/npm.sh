@@ -32,7 +32,7 @@ prepare_npm_package() {
   compile "$build" voiceinteraction_api.js language_data
   mkdir -p "$build/npm"
   # English alone; other languages would be three quarters of the module's data.
-  "$build/bin/language_data" "$build/npm/language_data.cc" "$home/kit/language/phrases/en.phrases"
+  "$build/bin/language_data" --typed-letters "$build/npm/language_data.cc" "$home/kit/language/phrases/en.phrases"
   compile_module
   node "$home/npm/build.mjs" "$build/npm/module/simulator.wasm" "$build/voiceinteraction_api.js" "$build/npm/package"
 }

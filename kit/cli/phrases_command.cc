@@ -36,11 +36,8 @@ class PhrasesCommand : public Subcommand {
     AddText(app, "--explain", "TEXT", "how this text is understood, and what comes close to it", text_);
     AddText(app, "--check", "FILE", "what is wrong in a phrase file", file_);
     AddLanguageOptions(app, language_);
-  }
-
-  StatusMeanings Statuses() const override {
-    return {{kExitOk, "printed; the text is understood; nothing is wrong in the file"},
-            {kExitFailed, "the text is not understood; something is wrong in the file"}};
+    DescribeStatuses(app, {{kExitOk, "printed; the text is understood; nothing is wrong in the file"},
+                           {kExitFailed, "the text is not understood; something is wrong in the file"}});
   }
 
   Result<int> Execute(Supervisor& /*supervisor*/, const std::vector<std::string>& /*operands*/) override {
@@ -54,9 +51,7 @@ class PhrasesCommand : public Subcommand {
 
  private:
   static Result<int> Print(const std::string& text, int status) {
-    OutputFile output = OutputFile::Standard();
-    output.Write(text);
-    const Status printed = output.Finish();
+    const Status printed = WriteStandardOutput(text);
     if (!printed) return Fail(printed.error());
     return status;
   }

@@ -49,7 +49,7 @@ std::string ValueOf(const std::string& name, const Entries& values) {
 WantedItem ItemOf(const PhraseRow& row, const Entries& values) {
   const std::string place = ValueOf(row.place_slot, values);
   if (place.empty()) return {ValueOf(row.words_slot, values), 0};
-  return {"", std::stol(place)};
+  return {"", static_cast<long>(std::strtol(place.c_str(), nullptr, 10))};
 }
 
 constexpr std::string_view kItem = "{item}";

@@ -111,7 +111,11 @@ function textsOf(exports) {
  */
 export function startMachine(page) {
   const { exports } = new WebAssembly.Instance(compile(), {
-    page: { deliver: (at) => page.deliver(texts.read(at)), event: (at) => page.event(texts.read(at)) },
+    page: {
+      deliver: (at) => page.deliver(texts.read(at)),
+      event: (at) => page.event(texts.read(at)),
+      number: (at) => Number(texts.read(at)),
+    },
     env: { emscripten_notify_memory_growth() {}, __syscall_getuid32: () => 0 },
     wasi_snapshot_preview1: systemOf(() => exports.memory),
   });

@@ -5,7 +5,9 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
-#include <vector>
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace {
 
@@ -19,6 +21,14 @@ constexpr UChar32 kLastHangul = 0xD7A3;
 bool IsLeftOut(UChar32 c) {
   return (c >= kFirstHangul && c <= kLastHangul) || u_charType(c) == U_UNASSIGNED ||
          u_charType(c) == U_SURROGATE;
+}
+
+bool IsTyped(UChar32 c) {
+  constexpr std::pair<UChar32, UChar32> kUntyped[] = {{0x2460, 0x24FF},   {0x2E80, 0x2FDF},  {0x3200, 0x33FF},
+                                                      {0xF900, 0xFAFF},   {0xFB50, 0xFDFF},  {0xFE70, 0xFEFE},
+                                                      {0x1D400, 0x1D7FF}, {0x1EE00, 0x2FA1F}};
+  return std::none_of(std::begin(kUntyped), std::end(kUntyped),
+                      [c](const auto& block) { return c >= block.first && c <= block.second; });
 }
 
 bool IsOneOf(UChar32 c, std::u32string_view letters) {
@@ -71,12 +81,12 @@ unsigned Zigzag(int number) {
 
 }  // namespace
 
-std::string FoldedLetters() {
+std::string FoldedLetters(FoldedRange range) {
   std::string bytes;
   UChar32 last = 0;
   int distance = 0;
   for (UChar32 c = 0; c < kEnd; ++c) {
-    if (IsLeftOut(c)) continue;
+    if (IsLeftOut(c) || (range == FoldedRange::kTyped && !IsTyped(c))) continue;
     const Letters folded = Folded(c);
     if (folded == Letters(1, c)) continue;
     Append(bytes, static_cast<unsigned>(c - last) * 2 + (folded.size() == 1 ? 0 : 1));

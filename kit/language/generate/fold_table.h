@@ -9,7 +9,13 @@
 // digits as ASCII. Numbers in groups of seven bits, the lowest first: twice the distance from the last code
 // point; then, for one letter, the zigzag of how its distance changed; or, when the first number is odd, a
 // count and the letters.
-std::string FoldedLetters();
+enum class FoldedRange {
+  kAll,
+  // Without what nobody types: Arabic presentation forms, CJK compatibility ideographs and radicals, letters
+  // in circles and squares, and mathematical ones. They are half of the table.
+  kTyped
+};
+std::string FoldedLetters(FoldedRange range);
 
 // Ranges of combining marks: the distance of the first from the last range's end, the length, the class.
 std::string MarkClasses();

@@ -1,10 +1,12 @@
 // Makes the data of kit/language, which needs neither files nor ICU at run time, from the phrase files and
 // from what ICU knows of each language.
-//   language_data OUTPUT.cc LANGUAGE.phrases...
+//   language_data [--typed-letters] OUTPUT.cc LANGUAGE.phrases...
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <string>
+#include <vector>
 
 #include "fold_table.h"
 #include "language_words.h"
@@ -46,17 +48,20 @@ void WriteBytes(std::ostream& out, const char* name, const std::string& bytes) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 3) return 2;
+  std::vector<std::string> operands(argv + 1, argv + argc);
+  const bool is_small = !operands.empty() && operands[0] == "--typed-letters";
+  if (is_small) operands.erase(operands.begin());
+  if (operands.size() < 2) return 2;
   // A half-written file must not look like a whole one to the build.
-  const std::string unfinished = std::string(argv[1]) + ".unfinished";
+  const std::string unfinished = operands[0] + ".unfinished";
   std::ofstream out(unfinished);
   out << "// Made by language_data from phrase files and ICU; change those.\n#include \"language/data.h\"\n\n"
       << "namespace corvis::kit {\n\n";
-  WriteBytes(out, "kFoldedLetters", FoldedLetters());
+  WriteBytes(out, "kFoldedLetters", FoldedLetters(is_small ? FoldedRange::kTyped : FoldedRange::kAll));
   WriteBytes(out, "kMarkClasses", MarkClasses());
   out << "\nconst LanguageText kLanguages[] = {\n";
-  for (int i = 2; i < argc; ++i) WriteLanguage(out, argv[i]);
-  out << "};\nconst size_t kLanguageCount = " << argc - 2 << ";\n\n}  // namespace corvis::kit\n";
+  for (size_t i = 1; i < operands.size(); ++i) WriteLanguage(out, operands[i]);
+  out << "};\nconst size_t kLanguageCount = " << operands.size() - 1 << ";\n\n}  // namespace corvis::kit\n";
   out.close();
-  return out && std::rename(unfinished.c_str(), argv[1]) == 0 ? 0 : 1;
+  return out && std::rename(unfinished.c_str(), operands[0].c_str()) == 0 ? 0 : 1;
 }
