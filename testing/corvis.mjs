@@ -56,7 +56,7 @@ export async function run(args, options = {}) {
 export async function until(holds, command, seconds = 20) {
   const deadline = Date.now() + seconds * 1000;
   for (;;) {
-    const value = holds();
+    const value = await holds();
     if (value) return value;
     if (Date.now() > deadline) {
       command.child?.kill();

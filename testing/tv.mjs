@@ -1,5 +1,5 @@
 // Runs corvis-tv with the test's extension on a private bus, and calls its control interface.
-import { execFile, spawn } from 'node:child_process';
+import { execFile, execFileSync, spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { createServer } from 'node:http';
 import path from 'node:path';
@@ -66,6 +66,8 @@ export class Tv {
     this.child.stdout.on('data', (data) => (this.text += data));
     this.child.stderr.on('data', (data) => (this.text += data));
     this.exited = new Promise((resolve) => this.child.on('close', (code, signal) => resolve(code ?? signal)));
+    // A runtime that crashed says why.
+    this.exited.then((end) => typeof end === 'string' && end !== 'SIGKILL' && console.error(end, this.text));
     t.after(() => (this.child.kill(), this.exited));
   }
 
@@ -93,6 +95,15 @@ export class Tv {
       /^\('(.*)', (\w+), uint32 (\d+), (?:uint32 )?(\d+)\)$/
     );
     return { url, pid: Number(pid), crashes: Number(crashes) };
+  }
+
+  // The processes below it, as [id, name]; names are cut by the system.
+  children() {
+    const listed = execFileSync('ps', ['-o', 'pid=,comm=', '--ppid', this.child.pid], { encoding: 'utf8' });
+    return listed
+      .trim()
+      .split('\n')
+      .map((line) => line.trim().split(/\s+/));
   }
 
   async loaded() {

@@ -1,23 +1,47 @@
 // Starting and ending Xvfb.
 #include "launcher/headless_display.h"
 
+#include <X11/Xauth.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/prctl.h>
-#include <sys/wait.h>
+#include <sys/random.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
+
+#include "launcher/child_processes.h"
 
 namespace corvis::tv {
 
 namespace {
 
 constexpr int kStartTimeoutMs = 10'000;
+constexpr std::chrono::milliseconds kEndGrace(1000);
 
-[[noreturn]] void BecomeServer(int display_fd, const std::string& screen) {
+// Writes what a client has to show, for any display: the server's number is not known yet. False when that
+// failed.
+bool WriteAuthority(const std::string& path) {
+  char method[] = "MIT-MAGIC-COOKIE-1";
+  std::array<char, 16> cookie{};
+  if (getrandom(cookie.data(), cookie.size(), 0) != static_cast<ssize_t>(cookie.size())) return false;
+  Xauth entry{};
+  entry.family = FamilyWild;
+  entry.name = method;
+  entry.name_length = sizeof(method) - 1;
+  entry.data = cookie.data();
+  entry.data_length = cookie.size();
+  std::FILE* file = std::fopen(path.c_str(), "w");
+  if (file == nullptr) return false;
+  const bool is_written = XauWriteAuth(file, &entry) != 0;
+  return std::fclose(file) == 0 && is_written;
+}
+
+[[noreturn]] void BecomeServer(const char* const* arguments) {
   prctl(PR_SET_PDEATHSIG, SIGTERM);
   // Ctrl-C is for the runtime, which ends its server last.
   setpgid(0, 0);
@@ -25,57 +49,93 @@ constexpr int kStartTimeoutMs = 10'000;
   dup2(nothing, STDIN_FILENO);
   dup2(nothing, STDOUT_FILENO);
   dup2(nothing, STDERR_FILENO);
-  const std::string fd = std::to_string(display_fd);
-  execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", screen.c_str(), "-nolisten", "tcp",
-         "-noreset", nullptr);
+  execvp(arguments[0], const_cast<char* const*>(arguments));
   _exit(127);
 }
 
-// The display's number, which the server writes when it is ready; empty when it never is.
-std::string ReadDisplayNumber(int fd) {
-  std::string number;
+// Whether the server wrote its number and a line end, as it does when it is ready. Else it has ended, or time
+// is over. It writes them one by one, and ends when nobody reads.
+bool IsReady(int fd) {
   for (pollfd ready{fd, POLLIN, 0};;) {
     const int count = poll(&ready, 1, kStartTimeoutMs);
     // A signal is for the main loop, which runs soon.
     if (count < 0 && errno == EINTR) continue;
     char byte = 0;
-    if (count <= 0 || read(fd, &byte, 1) != 1) return "";
-    if (byte == '\n') return number;
-    number += byte;
+    if (count <= 0 || read(fd, &byte, 1) != 1) return false;
+    if (byte == '\n') return true;
+  }
+}
+
+std::string SocketOf(const std::string& number) {
+  return "/tmp/.X11-unix/X" + number;
+}
+
+// A number that no display has. A server that may choose one itself takes no lock, and without a socket in
+// the abstract namespace takes a number, and the socket, from another server.
+std::string FreeNumber() {
+  constexpr unsigned kFirst = 100;
+  constexpr unsigned kCount = 59000;
+  for (;;) {
+    unsigned random = 0;
+    getrandom(&random, sizeof(random), 0);
+    std::string number = std::to_string(kFirst + random % kCount);
+    if (access(SocketOf(number).c_str(), F_OK) != 0) return number;
   }
 }
 
 }  // namespace
 
-std::unique_ptr<HeadlessDisplay> HeadlessDisplay::Start(int width, int height, std::string& error) {
+HeadlessDisplay::HeadlessDisplay(int width, int height, const std::string& authority)
+    : number_(FreeNumber()) {
   int ends[2];
-  if (pipe(ends) != 0) {
-    error = "No display can be started: no pipe.";
-    return nullptr;
-  }
+  if (pipe(ends) != 0) return;
+  const std::string display = ":" + number_;
   const std::string screen = std::to_string(width) + "x" + std::to_string(height) + "x24";
-  const pid_t server = fork();
-  if (server == 0) {
+  const std::string fd = std::to_string(ends[1]);
+  // Reached through its socket in the file system alone, by whoever shows the cookie.
+  const char* const arguments[] = {"Xvfb", display.c_str(), "-displayfd", fd.c_str(),        "-screen",
+                                   "0",    screen.c_str(),  "-auth",      authority.c_str(), "-nolisten",
+                                   "tcp",  "-nolisten",     "local",      "-noreset",        nullptr};
+  server_ = fork();
+  if (server_ == 0) {
     close(ends[0]);
-    BecomeServer(ends[1], screen);
+    BecomeServer(arguments);
   }
   close(ends[1]);
-  std::unique_ptr<HeadlessDisplay> display(new HeadlessDisplay(server));
-  const std::string number = ReadDisplayNumber(ends[0]);
+  is_ready_ = IsReady(ends[0]);
   close(ends[0]);
-  if (number.empty()) {
-    error = "Xvfb did not start; install the package xvfb, or run with a display and without --headless.";
+}
+
+std::unique_ptr<HeadlessDisplay> HeadlessDisplay::Start(int width, int height, const std::string& folder,
+                                                        std::string& error) {
+  // Another server may take the number at the same time.
+  constexpr int kAttempts = 3;
+  const std::string authority = folder + "/xauthority";
+  if (!WriteAuthority(authority)) {
+    error = "The display's authority file can't be written; is there space in the temporary folder?";
     return nullptr;
   }
-  setenv("DISPLAY", (":" + number).c_str(), 1);
-  setenv("GDK_BACKEND", "x11", 1);
-  return display;
+  for (int i = 0; i < kAttempts; ++i) {
+    std::unique_ptr<HeadlessDisplay> display(new HeadlessDisplay(width, height, authority));
+    if (!display->is_ready_) continue;
+    setenv("DISPLAY", (":" + display->number_).c_str(), 1);
+    setenv("XAUTHORITY", authority.c_str(), 1);
+    setenv("GDK_BACKEND", "x11", 1);
+    return display;
+  }
+  error = "Xvfb did not start; install the package xvfb, or run with a display and without --headless.";
+  return nullptr;
 }
 
 HeadlessDisplay::~HeadlessDisplay() {
   if (server_ <= 0) return;
   kill(server_, SIGTERM);
-  waitpid(server_, nullptr, 0);
+  kill(server_, SIGCONT);
+  if (AwaitChild(server_, kEndGrace)) return;
+  kill(server_, SIGKILL);
+  // What it would have removed itself.
+  unlink(("/tmp/.X" + number_ + "-lock").c_str());
+  unlink(SocketOf(number_).c_str());
 }
 
 }  // namespace corvis::tv

@@ -128,7 +128,7 @@ int RunApplication(const Options& options) {
 
   std::unique_ptr<HeadlessDisplay> display;
   if (options.is_headless) {
-    display = HeadlessDisplay::Start(options.width, options.height, error);
+    display = HeadlessDisplay::Start(options.width, options.height, folder.path(), error);
     if (!display) return Fail(kExitNoEnvironment, error);
   }
   if (!gtk_init_check(nullptr, nullptr)) {
