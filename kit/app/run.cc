@@ -35,6 +35,7 @@ std::vector<std::string> RuntimeCommand(const RunOptions& options) {
     command.insert(command.end(), {"--privilege", PrivilegeUri(privilege)});
   }
   if (options.is_headless) command.emplace_back("--headless");
+  for (const std::string& grant : options.grants) command.insert(command.end(), {"--grant", grant});
   command.insert(command.end(), options.runtime_arguments.begin(), options.runtime_arguments.end());
   // The page's name may start with "-".
   command.insert(command.end(), {"--", options.page});

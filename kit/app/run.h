@@ -43,6 +43,8 @@ struct RunOptions {
   std::chrono::milliseconds answer_timeout{5000};
   // Further options, passed to corvis-tv unchanged.
   std::vector<std::string> runtime_arguments;
+  // What the page may use without a user's consent, by corvis-tv's names.
+  std::vector<std::string> grants;
   Places places = FindPlaces();
 };
 

@@ -95,6 +95,9 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
   AddList(app, "--privilege", "NAME",
           "grant only this: microphone, voicecontrol or a URI; repeatable (default both)", run.privileges,
           CheckPrivilege);
+  AddList(app, "--grant", "NAME",
+          "a permission that the page gets when it asks, such as geolocation; repeatable (default none)",
+          run.grants, [](const std::string& /*name*/) { return std::string(); });
   AddValue(app, "--size", "WIDTHxHEIGHT", "the page's size in pixels", "1920x1080", CheckSize,
            [&run](const std::string& size) { ReadSize(size, run.width, run.height); });
   AddFlag(app, "--single-page", "a path that names no file and has no ending gives the page, for routers",

@@ -1,8 +1,8 @@
 // WebKit's view and context, set up for one application.
 #include "launcher/browser.h"
 
+#include <csignal>
 #include <filesystem>
-#include <memory>
 #include <utility>
 
 #include "support/messages.h"
@@ -15,8 +15,10 @@ namespace {
 constexpr guint kAliveMs = 200;
 constexpr unsigned kMaxCrashesInARow = 3;
 constexpr guint kFirstErrorStatus = 400;
+constexpr guint kUnauthorized = 401;
 // How long a page has at the end of the run; a script that never returns is not waited for.
 constexpr guint kLeaveMs = 1000;
+constexpr const char* kClosedSentence = "The application ended: its page called window.close().";
 // What the engine shows instead of an address that it refuses.
 constexpr const char* kEmptyPage = "about:blank";
 
@@ -41,7 +43,7 @@ nurvo::GVariantPtr ExtensionData(const Options& options, const Application& appl
 Browser::Browser(const Options& options, const Application& application, BrowserEvents events)
     : events_(std::move(events)) {
   SetUpContext(options, application);
-  SetUpView(options);
+  SetUpView(options, application);
 }
 
 Browser::~Browser() {
@@ -51,6 +53,8 @@ Browser::~Browser() {
   g_signal_handlers_disconnect_by_data(context_.get(), this);
   g_signal_handlers_disconnect_by_data(view_, this);
   g_signal_handlers_disconnect_by_data(window_, this);
+  requests_.reset();
+  calls_.reset();
   gtk_widget_destroy(window_);
 }
 
@@ -67,15 +71,20 @@ void Browser::SetUpContext(const Options& options, const Application& applicatio
   g_signal_connect(context_.get(), "user-message-received", G_CALLBACK(OnProcessMessage), this);
 }
 
-void Browser::SetUpView(const Options& options) {
+void Browser::SetUpView(const Options& options, const Application& application) {
   const nurvo::GObjectPtr<WebKitSettings> settings(webkit_settings_new_with_settings(
       "enable-page-cache", FALSE, "hardware-acceleration-policy", WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER,
-      "media-playback-requires-user-gesture", FALSE, "enable-developer-extras", !options.is_headless,
-      nullptr));
+      "media-playback-requires-user-gesture", FALSE, "javascript-can-open-windows-automatically", TRUE,
+      "enable-developer-extras", !options.is_headless, nullptr));
   view_ = WEBKIT_WEB_VIEW(
       g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context_.get(), "settings", settings.get(), nullptr));
   calls_ = std::make_unique<PageCalls>(view_);
   keys_ = std::make_unique<KeyInput>(view_, *calls_, options.key_codes);
+  requests_ = std::make_unique<UserRequests>(view_, application.origin, options.grants,
+                                             [this](const auto& level, const auto& text) {
+                                               if (events_.on_console)
+                                                 events_.on_console(level, text, "page");
+                                             });
   window_ = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   gtk_window_set_default_size(GTK_WINDOW(window_), options.width, options.height);
   gtk_container_add(GTK_CONTAINER(window_), GTK_WIDGET(view_));
@@ -86,10 +95,9 @@ void Browser::SetUpView(const Options& options) {
   g_signal_connect(view_, "web-process-terminated", G_CALLBACK(OnTerminated), this);
   g_signal_connect(view_, "user-message-received", G_CALLBACK(OnUserMessage), this);
   g_signal_connect(view_, "close", G_CALLBACK(OnClose), this);
-  if (options.is_headless) g_signal_connect(view_, "script-dialog", G_CALLBACK(OnDialog), this);
   // The window stays until the page has taken its leave.
   g_signal_connect(window_, "delete-event", G_CALLBACK(+[](GtkWidget*, GdkEvent*, Browser* browser) {
-                     OnClose(browser->view_, browser);
+                     browser->events_.on_end(kExitOk, "");
                      return TRUE;
                    }),
                    this);
@@ -120,7 +128,7 @@ void Browser::Reload(ResultCallback done) {
 
 void Browser::FinishLoad(const std::string& error) {
   const ResultCallback done = std::exchange(load_done_, nullptr);
-  if (done) done(uri(), error);
+  if (done) done(uri(), {error, kErrorLoadFailed});
 }
 
 void Browser::OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, Browser* browser) {
@@ -139,6 +147,7 @@ void Browser::CheckCommitted() {
   const guint status = response == nullptr ? 0 : webkit_uri_response_get_status_code(response);
   if (status >= kFirstErrorStatus) {
     load_error_ = uri() + " can't be loaded: the server answered " + std::to_string(status) + ".";
+    if (status == kUnauthorized) load_error_ += " It wants a password.";
   } else if (load_done_ && uri() == kEmptyPage && last_uri_ != kEmptyPage) {
     load_error_ =
         last_uri_ + " can't be loaded: the engine refuses the address; is its port one for web pages?";
@@ -177,7 +186,10 @@ gboolean Browser::OnLoadFailed(WebKitWebView* /*view*/, WebKitLoadEvent /*event*
                                GError* error, Browser* browser) {
   // A load that another one replaced, or that the page stopped, is no failure.
   if (g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)) return TRUE;
-  browser->load_error_ = std::string(uri) + " can't be loaded: " + error->message + ".";
+  const bool is_download = error->domain == WEBKIT_POLICY_ERROR;
+  browser->load_error_ = std::string(uri) +
+                         " can't be loaded: " + (is_download ? "it would be a download" : error->message) +
+                         ".";
   return TRUE;
 }
 
@@ -214,24 +226,34 @@ void Browser::ReloadAfterCrash() {
   webkit_web_view_load_uri(view_, last_uri_.c_str());
 }
 
-gboolean Browser::OnUserMessage(WebKitWebView* /*view*/, WebKitUserMessage* message, Browser* browser) {
+gboolean Browser::OnUserMessage(WebKitWebView* view, WebKitUserMessage* message, Browser* browser) {
   const std::string name = webkit_user_message_get_name(message);
   GVariant* content = webkit_user_message_get_parameters(message);
-  if (content == nullptr) return FALSE;
-  if (name == kProcessMessage && g_variant_is_of_type(content, G_VARIANT_TYPE(kProcessType))) {
+  const auto is = [&](const char* wanted, const char* type) {
+    return name == wanted && content != nullptr &&
+           g_variant_is_of_type(content, G_VARIANT_TYPE(type)) != FALSE;
+  };
+  if (is(kProcessMessage, kProcessType)) {
     browser->web_process_ = g_variant_get_uint32(content);
-    return TRUE;
+  } else if (is(kConsoleMessage, kConsoleType)) {
+    browser->TakeConsole(content);
+  } else if (name == kCloseMessage) {
+    OnClose(view, browser);
+  } else {
+    return FALSE;
   }
-  if (name != kConsoleMessage || !g_variant_is_of_type(content, G_VARIANT_TYPE(kConsoleType))) return FALSE;
-  if (!browser->events_.on_console) return TRUE;
+  return TRUE;
+}
+
+void Browser::TakeConsole(GVariant* content) {
+  if (!events_.on_console) return;
   GVariantIter lines;
   g_variant_iter_init(&lines, content);
   const char* level = nullptr;
   const char* text = nullptr;
   const char* source = nullptr;
   while (g_variant_iter_next(&lines, "(&s&s&s)", &level, &text, &source) != FALSE)
-    browser->events_.on_console(level, text, source);
-  return TRUE;
+    events_.on_console(level, text, source);
 }
 
 gboolean Browser::OnProcessMessage(WebKitWebContext* /*context*/, WebKitUserMessage* message,
@@ -244,42 +266,32 @@ gboolean Browser::OnProcessMessage(WebKitWebContext* /*context*/, WebKitUserMess
   return TRUE;
 }
 
-// Nobody is there to answer a dialog: it is told on the console and dismissed, and a page may always be left.
-gboolean Browser::OnDialog(WebKitWebView* /*view*/, WebKitScriptDialog* dialog, Browser* browser) {
-  if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM) {
-    webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
-  } else if (browser->events_.on_console) {
-    const std::string text = webkit_script_dialog_get_message(dialog);
-    browser->events_.on_console("info", "Dialog: " + text, "page");
-  }
-  return TRUE;
-}
-
+// The page closed itself.
 void Browser::OnClose(WebKitWebView* /*view*/, Browser* browser) {
+  if (std::exchange(browser->is_closed_, true)) return;
+  if (browser->events_.on_closed) browser->events_.on_closed();
   browser->events_.on_end(kExitOk, "");
+  browser->FinishLoad(kClosedSentence);
 }
 
 void Browser::TakeLeave() {
   is_leaving_ = true;
-  if (web_process_ == 0) return;
-  // Shared with the answer, which may come after the time is over.
-  const auto is_over = std::make_shared<bool>(false);
-  const auto end = [](gpointer data) {
-    **static_cast<std::shared_ptr<bool>*>(data) = true;
-    return G_SOURCE_REMOVE;
-  };
-  const auto forget = [](gpointer data) { delete static_cast<std::shared_ptr<bool>*>(data); };
-  const guint deadline =
-      g_timeout_add_full(G_PRIORITY_DEFAULT, kLeaveMs, end, new std::shared_ptr<bool>(is_over), forget);
-  webkit_web_view_send_message_to_page(
-      view_, webkit_user_message_new(kEndMessage, nullptr), nullptr,
-      [](GObject* /*view*/, GAsyncResult* /*result*/, gpointer data) {
-        const std::unique_ptr<std::shared_ptr<bool>> answered(static_cast<std::shared_ptr<bool>*>(data));
-        **answered = true;
+  bool has_answered = web_process_ == 0;
+  bool is_over = false;
+  if (!has_answered)
+    calls_->ShutDown([&](const auto& /*result*/, const auto& /*error*/) { has_answered = true; });
+  const guint deadline = g_timeout_add(
+      kLeaveMs,
+      [](gpointer over) {
+        *static_cast<bool*>(over) = true;
+        return G_SOURCE_REMOVE;
       },
-      new std::shared_ptr<bool>(is_over));
-  while (!*is_over) g_main_context_iteration(nullptr, TRUE);
-  if (GSource* source = g_main_context_find_source_by_id(nullptr, deadline)) g_source_destroy(source);
+      &is_over);
+  while (!has_answered && !is_over) g_main_context_iteration(nullptr, TRUE);
+  if (!is_over) g_source_remove(deadline);
+  // A page that is stopped, or never returns from a script.
+  if (!has_answered && web_process_ != 0) kill(static_cast<pid_t>(web_process_), SIGKILL);
+  calls_->FailAll(is_closed_ ? kClosedSentence : "The runtime ended before the page answered.");
 }
 
 }  // namespace corvis::tv

@@ -13,6 +13,7 @@
 #include "launcher/key_input.h"
 #include "launcher/options.h"
 #include "launcher/page_calls.h"
+#include "launcher/user_requests.h"
 #include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
@@ -23,6 +24,8 @@ struct BrowserEvents {
       on_console;
   std::function<void(const std::string& uri)> on_loaded;
   std::function<void(unsigned times)> on_crashed;
+  // The page closed itself. The end follows.
+  std::function<void()> on_closed;
   // Nothing more can be done, and the sentence says why; or the page or its window was closed (no sentence).
   // Must be set.
   std::function<void(ExitStatus status, const std::string& sentence)> on_end;
@@ -42,7 +45,8 @@ class Browser {
   // load that begins while another goes on ends that one, whose `done` gets kAnotherLoad.
   void Load(const std::string& uri, ResultCallback done);
   void Reload(ResultCallback done);
-  // Lets the page's extensions shut down, and waits for that within a limit; for the end of the run.
+  // Lets the page's extensions shut down, and waits for that within a limit. Answers the calls under way. For
+  // the end of the run.
   void TakeLeave();
 
   PageCalls& calls() { return *calls_; }
@@ -62,13 +66,13 @@ class Browser {
   static void OnTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason, Browser* browser);
   static gboolean OnUserMessage(WebKitWebView* view, WebKitUserMessage* message, Browser* browser);
   static gboolean OnProcessMessage(WebKitWebContext* context, WebKitUserMessage* message, Browser* browser);
-  static gboolean OnDialog(WebKitWebView* view, WebKitScriptDialog* dialog, Browser* browser);
   static void OnClose(WebKitWebView* view, Browser* browser);
 
   void SetUpContext(const Options& options, const Application& application);
-  void SetUpView(const Options& options);
+  void SetUpView(const Options& options, const Application& application);
   void BeginLoad(ResultCallback done);
   void CheckCommitted();
+  void TakeConsole(GVariant* content);
   void OnLoadFinished();
   void FinishLoad(const std::string& error);
   void ReloadAfterCrash();
@@ -79,6 +83,7 @@ class Browser {
   WebKitWebView* view_ = nullptr;
   std::unique_ptr<PageCalls> calls_;
   std::unique_ptr<KeyInput> keys_;
+  std::unique_ptr<UserRequests> requests_;
   nurvo::GVariantPtr extension_data_;
   ResultCallback load_done_;
   // Whether a load has started since the last one was asked for.
@@ -87,6 +92,7 @@ class Browser {
   std::string last_uri_;
   guint web_process_ = 0;
   bool is_leaving_ = false;
+  bool is_closed_ = false;
   unsigned crashes_ = 0;
   // Crashes since a page last stayed alive.
   unsigned crashes_in_a_row_ = 0;

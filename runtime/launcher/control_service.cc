@@ -35,15 +35,19 @@ std::string Introspection() {
   return xml + "</interface></node>";
 }
 
-// A callback that answers the call: with nothing, or with the error.
-ResultCallback Finish(GDBusMethodInvocation* call, const char* error_name) {
-  return [call, error_name](const std::string& /*result*/, const std::string& error) {
-    if (error.empty()) {
-      g_dbus_method_invocation_return_value(call, nullptr);
-    } else {
-      g_dbus_method_invocation_return_dbus_error(call, error_name, error.c_str());
-    }
-  };
+// `reply` may be null, and is not used when there is an error.
+void Answer(GDBusMethodInvocation* call, GVariant* reply, const CallError& error) {
+  const nurvo::GVariantPtr owned(reply == nullptr ? nullptr : g_variant_ref_sink(reply));
+  if (error.sentence.empty()) {
+    g_dbus_method_invocation_return_value(call, reply);
+  } else {
+    g_dbus_method_invocation_return_dbus_error(call, error.name, error.sentence.c_str());
+  }
+}
+
+// A callback that answers the call without a value.
+ResultCallback Finish(GDBusMethodInvocation* call) {
+  return [call](const std::string& /*result*/, const CallError& error) { Answer(call, nullptr, error); };
 }
 
 }  // namespace
@@ -124,50 +128,42 @@ void ControlService::OnCall(GDBusConnection* /*bus*/, const char* /*sender*/, co
 void ControlService::Load(GVariant* arguments, GDBusMethodInvocation* call) {
   const char* uri = nullptr;
   g_variant_get(arguments, "(&s)", &uri);
-  browser_->Load(uri, Finish(call, kErrorLoadFailed));
+  browser_->Load(uri, Finish(call));
 }
 
 void ControlService::Reload(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
-  browser_->Reload(Finish(call, kErrorLoadFailed));
+  browser_->Reload(Finish(call));
 }
 
 void ControlService::Evaluate(GVariant* arguments, GDBusMethodInvocation* call) {
   const char* expression = nullptr;
   g_variant_get(arguments, "(&s)", &expression);
-  browser_->calls().Evaluate(expression, [call](const std::string& json, const std::string& error) {
-    if (error.empty()) {
-      g_dbus_method_invocation_return_value(call, g_variant_new("(s)", json.c_str()));
-    } else {
-      g_dbus_method_invocation_return_dbus_error(call, kErrorScript, error.c_str());
-    }
+  browser_->calls().Evaluate(expression, [call](const std::string& json, const CallError& error) {
+    Answer(call, g_variant_new("(s)", json.c_str()), error);
   });
 }
 
 void ControlService::Screenshot(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
-  browser_->calls().Screenshot([call](const std::string& png, const std::string& error) {
-    if (error.empty()) {
-      GVariant* bytes = g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, png.data(), png.size(), 1);
-      g_dbus_method_invocation_return_value(call, g_variant_new_tuple(&bytes, 1));
-    } else {
-      g_dbus_method_invocation_return_dbus_error(call, kErrorFailed, error.c_str());
-    }
+  browser_->calls().Screenshot([call](const std::string& png, const CallError& error) {
+    GVariant* bytes = g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, png.data(), png.size(), 1);
+    Answer(call, g_variant_new_tuple(&bytes, 1), error);
   });
 }
 
 void ControlService::PressKey(GVariant* arguments, GDBusMethodInvocation* call) {
   const char* name = nullptr;
   g_variant_get(arguments, "(&s)", &name);
-  browser_->keys().Press(name, Finish(call, kErrorFailed));
+  browser_->keys().Press(name, Finish(call));
 }
 
 void ControlService::TypeText(GVariant* arguments, GDBusMethodInvocation* call) {
   const char* text = nullptr;
   g_variant_get(arguments, "(&s)", &text);
-  browser_->keys().Type(text, Finish(call, kErrorFailed));
+  browser_->keys().Type(text, Finish(call));
 }
 
 void ControlService::Sync(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
-  browser_->calls().Sync(Finish(call, kErrorFailed));
+  browser_->calls().Sync(Finish(call));
 }
 
 void ControlService::SetPrivileges(GVariant* arguments, GDBusMethodInvocation* call) {
@@ -177,8 +173,8 @@ void ControlService::SetPrivileges(GVariant* arguments, GDBusMethodInvocation* c
   g_variant_get(arguments, "(as)", &list);
   while (g_variant_iter_next(list, "&s", &uri)) uris.emplace_back(uri);
   g_variant_iter_free(list);
-  Finish(call, kErrorFailed)(
-      "", set_privileges_(uris) ? "" : "The privileges can't be set; none of them may have blanks.");
+  const bool is_set = set_privileges_(uris);
+  Answer(call, nullptr, {is_set ? "" : "The privileges can't be set; none of them may have spaces."});
 }
 
 void ControlService::GetStatus(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
@@ -206,6 +202,9 @@ void ControlService::EmitLoaded(const std::string& uri) {
 }
 void ControlService::EmitCrashed(unsigned times) {
   Emit(kCrashedSignal, g_variant_new("(u)", times));
+}
+void ControlService::EmitClosed() {
+  Emit(kClosedSignal, nullptr);
 }
 
 }  // namespace corvis::tv

@@ -35,6 +35,7 @@ class ControlService {
   void EmitConsole(const std::string& level, const std::string& text, const std::string& source);
   void EmitLoaded(const std::string& uri);
   void EmitCrashed(unsigned times);
+  void EmitClosed();
 
  private:
   explicit ControlService(nurvo::GObjectPtr<GDBusConnection> bus);

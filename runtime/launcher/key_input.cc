@@ -38,7 +38,7 @@ KeyInput::KeyInput(WebKitWebView* view, PageCalls& calls, KeyCodes codes)
 
 void KeyInput::Press(const std::string& name, ResultCallback done) {
   const RemoteKey* key = FindRemoteKey(name);
-  if (key == nullptr) return done("", "There is no key " + name + " on the remote control.");
+  if (key == nullptr) return done("", {"There is no key " + name + " on the remote control."});
   const auto code = codes_.find(name);
   const unsigned key_code = code == codes_.end() ? key->key_code : code->second;
   const std::string json = std::string(R"({"key":")") + key->key + R"(","code":")" + key->code +
@@ -60,17 +60,17 @@ void KeyInput::Begin(std::vector<Stroke> strokes, ResultCallback done) {
 }
 
 void KeyInput::Next(Strokes strokes) {
-  if (strokes.at == strokes.all.size()) return strokes.done("", "");
+  if (strokes.at == strokes.all.size()) return strokes.done("", {});
   const Stroke& stroke = strokes.all[strokes.at++];
   calls_.AnnounceKey(stroke.key);
   Dispatch(GDK_KEY_PRESS, stroke.symbol);
   // The engine keeps the second event until the first was handled, and what is asked meanwhile would overtake
   // it.
   calls_.Sync([this, symbol = stroke.symbol, left = std::move(strokes)](const auto&, const auto& error) {
-    if (!error.empty()) return left.done("", error);
+    if (!error.sentence.empty()) return left.done("", error);
     Dispatch(GDK_KEY_RELEASE, symbol);
     calls_.Sync([this, left](const auto&, const auto& later_error) {
-      if (!later_error.empty()) return left.done("", later_error);
+      if (!later_error.sentence.empty()) return left.done("", later_error);
       calls_.AnnounceKey("");
       Next(left);
     });

@@ -1,6 +1,7 @@
 // corvis-tv: runs one web application with extension libraries, in a window or without.
 #include <glib-unix.h>
 #include <gtk/gtk.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
@@ -11,6 +12,7 @@
 
 #include "launcher/application.h"
 #include "launcher/browser.h"
+#include "launcher/child_processes.h"
 #include "launcher/control_service.h"
 #include "launcher/headless_display.h"
 #include "launcher/options.h"
@@ -37,7 +39,9 @@ void PrintConsole(ConsoleKind kind, const std::string& level, const std::string&
 class MainLoop {
  public:
   MainLoop() : loop_(g_main_loop_new(nullptr, FALSE)) {
-    for (const int signal : {SIGINT, SIGTERM}) g_unix_signal_add(signal, OnSignal, this);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) g_unix_signal_add(signal, OnSignal, this);
+    // Not among those that GLib watches.
+    std::signal(SIGQUIT, [](int) { kill(getpid(), SIGTERM); });
   }
   MainLoop(const MainLoop&) = delete;
   MainLoop& operator=(const MainLoop&) = delete;
@@ -69,14 +73,16 @@ class Run {
     control.Serve(
         &browser_, [&folder, id = options.app_id](const auto& uris) { return folder.WritePolicy(id, uris); },
         [this] { End(kExitOk, ""); });
-    browser_.Load(application.uri, [this](const std::string& /*uri*/, const std::string& error) {
-      if (!error.empty() && error != Browser::kAnotherLoad) End(kExitLoadFailed, error);
+    browser_.Load(application.uri, [this](const std::string& /*uri*/, const CallError& error) {
+      if (!error.sentence.empty() && error.sentence != Browser::kAnotherLoad)
+        End(kExitLoadFailed, error.sentence);
     });
   }
 
   int UntilTheEnd() {
     loop_.Run();
     browser_.TakeLeave();
+    KillStoppedChildren();
     return sentence_.empty() ? status_ : Fail(status_, sentence_);
   }
 
@@ -92,6 +98,7 @@ class Run {
       std::fprintf(stderr, "corvis-tv: The page's process crashed; the page is loaded again.\n");
       control.EmitCrashed(times);
     };
+    events.on_closed = [&control] { control.EmitClosed(); };
     events.on_end = [this](ExitStatus status, const std::string& sentence) { End(status, sentence); };
     return events;
   }

@@ -26,6 +26,8 @@ struct Options {
   std::string app_id = "com.example.app";
   std::vector<std::string> extensions;
   std::vector<std::string> privileges;
+  // What the page may use without a user's consent, by names of GrantNames().
+  std::vector<std::string> grants;
   int width = 1920;
   int height = 1080;
   bool is_headless = false;

@@ -28,7 +28,7 @@ struct PageCalls::Call {
   PageCalls* owner = nullptr;
   ResultCallback done;
   std::string result;
-  std::string error;
+  CallError error;
   guint deadline = 0;
 
   // Answers it, unless that was done.
@@ -50,8 +50,8 @@ struct PageCalls::Call {
 gboolean PageCalls::Call::OnDeadline(gpointer data) {
   const CallPtr call = *static_cast<CallPtr*>(data);
   call->deadline = 0;
-  call->error = "The page has not responded for " + std::to_string(kLimitSeconds) +
-                " s; a script of it may be running all the time.";
+  call->error.sentence = "The page has not responded for " + std::to_string(kLimitSeconds) +
+                         " s; a script of it may be running all the time.";
   Finish(call);
   return G_SOURCE_REMOVE;
 }
@@ -62,7 +62,7 @@ void PageCalls::Call::OnSnapshot(GObject* view, GAsyncResult* result, gpointer d
   cairo_surface_t* surface = webkit_web_view_get_snapshot_finish(WEBKIT_WEB_VIEW(view), result, &failure);
   const nurvo::GErrorPtr error(failure);
   if (surface == nullptr) {
-    call->error = error->message;
+    call->error.sentence = error->message;
   } else {
     cairo_surface_write_to_png_stream(surface, AppendPng, &call->result);
     cairo_surface_destroy(surface);
@@ -80,7 +80,7 @@ void PageCalls::Call::OnReply(GObject* view, GAsyncResult* result, gpointer data
     return Finish(call);
   }
   // The process has gone; what reports that comes first.
-  call->error = "The page went away before it answered.";
+  call->error.sentence = "The page went away before it answered.";
   g_idle_add(
       [](gpointer kept) {
         Finish(Take(kept));
@@ -95,7 +95,7 @@ void PageCalls::Call::TakeValue(GVariant* value) {
   const char* exception = nullptr;
   g_variant_get(value, "(&s&s)", &json, &exception);
   result = json;
-  error = exception;
+  error = {exception, kErrorScript};
 }
 
 PageCalls::~PageCalls() {
@@ -129,7 +129,7 @@ void PageCalls::Finish(const CallPtr& call) {
 
 void PageCalls::FailAll(const std::string& sentence) {
   for (const CallPtr& call : std::exchange(calls_, {})) {
-    call->error = sentence;
+    call->error.sentence = sentence;
     Finish(call);
   }
 }
@@ -151,6 +151,10 @@ void PageCalls::AnnounceKey(const std::string& json) {
 
 void PageCalls::Sync(ResultCallback done) {
   Send(Begin(std::move(done)), kSyncMessage, nullptr);
+}
+
+void PageCalls::ShutDown(ResultCallback done) {
+  Send(Begin(std::move(done)), kEndMessage, nullptr);
 }
 
 }  // namespace corvis::tv

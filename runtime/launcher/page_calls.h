@@ -9,11 +9,18 @@
 #include <set>
 #include <string>
 
+#include "corvis_tv/control.h"
+
 namespace corvis::tv {
 
-// Takes the outcome of something asked of the page: the result, and an error sentence that is empty on
-// success. Called once, on the main loop.
-using ResultCallback = std::function<void(const std::string& result, const std::string& error)>;
+// Why something asked of the page failed: a sentence, empty on success, and its name on the bus.
+struct CallError {
+  std::string sentence;
+  const char* name = kErrorFailed;
+};
+
+// Takes the outcome of something asked of the page. Called once, on the main loop.
+using ResultCallback = std::function<void(const std::string& result, const CallError& error)>;
 
 // Asks the page. Every call is answered once, and after the arrival of everything that the page wrote to the
 // console before; a page that does not respond is answered for with an error. Lives on the main loop; calls
@@ -33,6 +40,8 @@ class PageCalls {
   void Screenshot(ResultCallback done);
   // Waits for what the page wrote to the console so far.
   void Sync(ResultCallback done);
+  // Ends the page's instances and their extensions, for the end of the run.
+  void ShutDown(ResultCallback done);
 
   // Has the page's keyboard events from now on have these values (JSON text; empty for the engine's own).
   void AnnounceKey(const std::string& json);

@@ -2,7 +2,7 @@
 // they export, and the way of console lines and uncaught errors to the terminal.
 //
 // Evaluates to a function that is called once for each frame, before any script of the page. `native` offers
-// print(level, text, source); what it returns is called by the runtime alone. What the page may change later (JSON,
+// print(level, text, source) and, in a main frame, close(); what it returns is called by the runtime alone. What the page may change later (JSON,
 // Array.prototype, console) is taken here, while it is still the engine's own.
 (function (native) {
   'use strict';
@@ -52,6 +52,13 @@
     window.addEventListener('unhandledrejection', function (event) {
       native.print('uncaught', 'Unhandled rejection: ' + textOf(event.reason), 'page');
     });
+  }
+
+  // The engine lets a page close itself only before it has gone anywhere; a TV's application ends when it says so.
+  function closeWith(close) {
+    return function () {
+      close();
+    };
   }
 
   function reportUncaught(error) {
@@ -171,6 +178,7 @@
     watch: function () {
       forwardConsole();
       forwardUncaught();
+      if (native.close) window.close = closeWith(native.close);
     },
     // Runs a script API. `build(xwalk, extension, console)` is its text, wrapped so that it returns its exports;
     // `sendSync` carries a call to its native side. Returns the function that takes the messages posted to it.

@@ -12,6 +12,8 @@ constexpr const char* kConsoleLineType = "(sss)";
 // From a page: a new document began in the web process of this id.
 constexpr const char* kProcessMessage = "process";
 constexpr const char* kProcessType = "u";
+// From a page: it closed itself.
+constexpr const char* kCloseMessage = "close";
 // From the web process as a whole: an extension is of no use; the sentence that says why.
 constexpr const char* kBrokenExtensionMessage = "broken-extension";
 constexpr const char* kBrokenExtensionType = "s";

@@ -44,6 +44,13 @@ JscValue NewPrintFunction(JSCContext* context, const ConsoleSink& console) {
       G_TYPE_STRING, G_TYPE_STRING));
 }
 
+JscValue NewCloseFunction(JSCContext* context, CloseSink close) {
+  return JscValue(jsc_value_new_function(
+      context, "close", G_CALLBACK(+[](gpointer sink) { (*static_cast<CloseSink*>(sink))(); }),
+      new CloseSink(std::move(close)), [](gpointer sink) { delete static_cast<CloseSink*>(sink); },
+      G_TYPE_NONE, 0));
+}
+
 JscValue NewSyncFunction(JSCContext* context, InstanceHandle instance) {
   return JscValue(jsc_value_new_function(
       context, "sendSync", G_CALLBACK(SendSync), new SyncChannel{instance},
@@ -57,16 +64,19 @@ JscValue Evaluate(JSCContext* context, const std::string& text, const char* sour
 
 }  // namespace
 
-PageBridge::PageBridge(JSCContext* context, ConsoleSink console)
+PageBridge::PageBridge(JSCContext* context, ConsoleSink console, CloseSink close)
     : context_(nurvo::NewReference(context)), console_(std::move(console)) {
   const JscValue start = Evaluate(context, kPageScript, "runtime.js");
-  if (TakeException("starting the runtime's script")) return;
+  if (TakeException("reading the runtime's script")) return;
   const JscValue native(jsc_value_new_object(context, nullptr, nullptr));
   jsc_value_object_set_property(native.get(), "print", NewPrintFunction(context, console_).get());
+  if (close) {
+    jsc_value_object_set_property(native.get(), "close", NewCloseFunction(context, std::move(close)).get());
+  }
   page_side_.reset(jsc_value_function_call(start.get(), JSC_TYPE_VALUE, native.get(), G_TYPE_NONE));
   if (TakeException("starting the runtime's script")) return;
   const JscValue watched(jsc_value_object_invoke_method(page_side_.get(), "watch", G_TYPE_NONE));
-  TakeException("watching the console");
+  TakeException("watching the page");
 }
 
 PageBridge::~PageBridge() {

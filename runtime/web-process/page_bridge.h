@@ -18,12 +18,14 @@ namespace corvis::tv {
 // Takes a console line or an uncaught error: level, text, and "page" or "api".
 using ConsoleSink =
     std::function<void(const std::string& level, const std::string& text, const std::string& source)>;
+using CloseSink = std::function<void()>;
 
 // The page-side half in a frame's script context, before any script of the page runs.
 class PageBridge {
  public:
   // When the engine refuses the runtime's script, the reason goes to `console` and the page gets no API.
-  PageBridge(JSCContext* context, ConsoleSink console);
+  // A page that closes itself calls `close`; empty for frames, which can't.
+  PageBridge(JSCContext* context, ConsoleSink console, CloseSink close);
   // Destroys the instances of this page.
   ~PageBridge();
   PageBridge(const PageBridge&) = delete;

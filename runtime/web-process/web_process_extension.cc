@@ -43,6 +43,12 @@ ConsoleSink ConsoleOf(WebKitWebPage* page) {
   };
 }
 
+void SendClose(WebKitWebPage* page) {
+  PostOf(page).Flush();
+  webkit_web_page_send_message_to_view(page, webkit_user_message_new(kCloseMessage, nullptr), nullptr,
+                                       nullptr, nullptr);
+}
+
 void OnPageGone(gpointer /*data*/, GObject* page) {
   // A page's last words may come while its bridge goes.
   TheWebProcess().pages.erase(reinterpret_cast<WebKitWebPage*>(page));
@@ -110,7 +116,7 @@ void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame*
   WatchKeys(context.get(), &TheWebProcess().key);
   if (!webkit_frame_is_main_frame(frame)) {
     // What watches its console belongs to the frame's script: nothing is kept here, so that it can go.
-    const PageBridge watching(context.get(), ConsoleOf(page));
+    const PageBridge watching(context.get(), ConsoleOf(page), nullptr);
     return;
   }
   std::unique_ptr<PageBridge>& bridge = TheWebProcess().pages[page];
@@ -119,7 +125,7 @@ void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame*
   WebKitUserMessage* started = webkit_user_message_new(kProcessMessage, g_variant_new_uint32(getpid()));
   webkit_web_page_send_message_to_view(page, started, nullptr, nullptr, nullptr);
   const bool is_own = IsOfOrigin(context.get(), TheWebProcess().origin);
-  bridge = std::make_unique<PageBridge>(context.get(), ConsoleOf(page));
+  bridge = std::make_unique<PageBridge>(context.get(), ConsoleOf(page), [page] { SendClose(page); });
   if (is_own) bridge->AttachExtensions();
 }
 

@@ -137,11 +137,24 @@ test('every way for a run to end has its status and leaves nothing', async (t) =
     assert.equal(await tv.exited, status, tv.text);
     assert.ok(tv.text.includes(sentence), tv.text);
   }
-  for (const signal of ['SIGTERM', 'SIGINT']) {
+  for (const [signal, frozen] of [
+    ['SIGTERM'],
+    ['SIGINT'],
+    ['SIGHUP'],
+    ['SIGQUIT'],
+    ['SIGTERM', 'WebKitWebProcess'],
+    ['SIGTERM', 'WebKitNetworkProcess'],
+    ['SIGTERM', 'Xvfb'],
+  ]) {
     const tv = new Tv(t, bus, page, { env: { TMPDIR: folder } });
     await tv.loaded();
+    for (const [pid, name] of tv.children()) {
+      if (frozen?.startsWith(name)) process.kill(pid, 'SIGSTOP');
+    }
+    const start = Date.now();
     tv.child.kill(signal);
     assert.equal(await tv.exited, 0, tv.text);
+    assert.ok(Date.now() - start < 5000, `${signal} with a frozen ${frozen}`);
     await until(() => processesWith(`TMPDIR=${folder}`).length === 0, tv);
     assert.deepEqual(readdirSync(folder), ['no-extension.so']);
   }

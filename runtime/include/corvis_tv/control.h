@@ -57,8 +57,10 @@ constexpr ControlSignal kConsoleSignal{"Console", "sss"};
 constexpr ControlSignal kLoadedSignal{"Loaded", "s"};
 // The page's process crashed, so often in this run. The page is loaded again.
 constexpr ControlSignal kCrashedSignal{"Crashed", "u"};
+// The page closed itself (window.close()): the application has ended, and the runtime ends.
+constexpr ControlSignal kClosedSignal{"Closed", ""};
 
-constexpr ControlSignal kControlSignals[] = {kConsoleSignal, kLoadedSignal, kCrashedSignal};
+constexpr ControlSignal kControlSignals[] = {kConsoleSignal, kLoadedSignal, kCrashedSignal, kClosedSignal};
 
 constexpr const char* kErrorLoadFailed = "corvis.tv.Error.LoadFailed";
 constexpr const char* kErrorScript = "corvis.tv.Error.ScriptError";
