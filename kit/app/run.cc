@@ -58,10 +58,14 @@ ErrorKind KindOfStatus(int status) {
   }
 }
 
+Error Closed() {
+  return {"The application ended: its page or its window was closed.", ErrorKind::kClosed};
+}
+
 Error EndOfRuntime(int wait_status, const std::string& last_sentence) {
   const bool has_exited = WIFEXITED(wait_status);
   const ErrorKind kind = has_exited ? KindOfStatus(WEXITSTATUS(wait_status)) : ErrorKind::kNoEnvironment;
-  if (kind == ErrorKind::kClosed) return {"The application ended: its page or its window was closed.", kind};
+  if (kind == ErrorKind::kClosed) return Closed();
   if (has_exited && !last_sentence.empty()) return {last_sentence, kind};
   return {"The web runtime (corvis-tv) " + HowItEnded(wait_status) + ".", kind};
 }
@@ -138,6 +142,7 @@ Result<std::unique_ptr<Run>> Run::Start(Supervisor& supervisor, const RunOptions
   parts->conversation->set_on_console(parts->sinks.console);
   parts->conversation->set_on_crash(
       [&to = *parts] { to.Notice("The page's process crashed; the runtime reloads the page."); });
+  parts->conversation->runtime().WatchClosing([&to = *parts] { to.NoteEnd(Closed()); });
   return std::unique_ptr<Run>(new Run(std::move(parts)));
 }
 

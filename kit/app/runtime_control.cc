@@ -155,6 +155,10 @@ void RuntimeControl::WatchCrashes(std::function<void()> sink) {
   crashes_ = NewWatch(tv::kCrashedSignal, [sink = std::move(sink)](sd_bus_message* /*signal*/) { sink(); });
 }
 
+void RuntimeControl::WatchClosing(std::function<void()> sink) {
+  closing_ = NewWatch(tv::kClosedSignal, [sink = std::move(sink)](sd_bus_message* /*signal*/) { sink(); });
+}
+
 Result<std::string> RuntimeControl::Ask(const tv::ControlMethod& method,
                                         const std::vector<std::string>& arguments) const {
   Call call;

@@ -36,6 +36,8 @@ class RuntimeControl {
   void WatchConsole(ConsoleSink sink);
   // Calls `sink` when the page's process has crashed; the runtime reloads the page by itself.
   void WatchCrashes(std::function<void()> sink);
+  // Calls `sink` when the page has closed itself. The runtime ends then.
+  void WatchClosing(std::function<void()> sink);
   // The time limit of each call.
   void set_timeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
 
@@ -84,6 +86,7 @@ class RuntimeControl {
   std::chrono::milliseconds timeout_;
   std::unique_ptr<Watch> console_;
   std::unique_ptr<Watch> crashes_;
+  std::unique_ptr<Watch> closing_;
 };
 
 }  // namespace corvis::kit

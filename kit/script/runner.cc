@@ -63,10 +63,17 @@ void ScriptRunner::Run(const VoiceScript& script) {
     RunTest(test, &test == &script.tests.back());
   }
   session_.dialogue.DropLater();
-  // If the application exits right after its last answer, wait for that, so that this script reports it.
-  constexpr auto kDeparture = std::chrono::seconds(2);
-  if (!conversation_.runtime().Sync()) WaitUntil([] { return IsInterrupted(); }, kDeparture);
+  AwaitClosing();
   ReportPage();
+}
+
+// An application that ends with its last answer, or at a timer that is due then, has ended before the script
+// is over.
+void ScriptRunner::AwaitClosing() {
+  constexpr auto kTimers = std::chrono::milliseconds(20);
+  constexpr auto kDeparture = std::chrono::seconds(2);
+  const bool is_there = conversation_.runtime().Sync().has_value();
+  WaitUntil([] { return IsInterrupted(); }, is_there ? kTimers : kDeparture);
 }
 
 Status ScriptRunner::PrepareScript() {

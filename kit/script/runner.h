@@ -50,6 +50,8 @@ class ScriptRunner {
   // Whether the application has ended and this step or the next one expects that.
   bool HasEndedAsExpected(const Step& step) const;
   Verdict Do(const Step& step, bool is_last);
+  // Waits for the application's end, should that be under way.
+  void AwaitClosing();
   // Adds the callback's exception, the console lines and a screenshot to a failure.
   void Document(StepDone& done);
   // Emits events for the page's registrations, crashes and end.

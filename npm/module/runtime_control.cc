@@ -45,6 +45,9 @@ void RuntimeControl::WatchConsole(ConsoleSink sink) {
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the header of the runtime's client sets the signature.
 void RuntimeControl::WatchCrashes(std::function<void()> /*sink*/) {}
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is the runtime's client's.
+void RuntimeControl::WatchClosing(std::function<void()> /*sink*/) {}
+
 Status RuntimeControl::Load(const std::string& /*url*/) {
   return Fail(kMissing);
 }
