@@ -1,7 +1,6 @@
 // Implements the platform's C interfaces in memory.
 #include "testing/fake/fake_platform.h"
 
-#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -12,6 +11,7 @@
 #include "nurvo/log.h"
 #include "nurvo/smack.h"
 #include "nurvo/vestra.h"
+#include "testing/split.h"
 
 struct bundle_keyval_t {
   std::string key;
@@ -36,24 +36,18 @@ std::unique_ptr<Platform>& Current() {
 
 constexpr int kRefused = -1;
 
+// Each entry is "s" or "a" (an array), its key and value, and what ends it.
 std::string EncodeEntries(const bundle& b) {
   std::string text = "b";
-  for (const bundle_keyval_t& entry : b.entries) {
-    text += (entry.is_array ? "a" : "s") + std::to_string(entry.key.size()) + ":" + entry.key +
-            std::to_string(entry.value.size()) + ":" + entry.value;
-  }
+  for (const bundle_keyval_t& entry : b.entries)
+    text += (entry.is_array ? "a" : "s") + entry.key + "=" + entry.value + ";";
   return text;
 }
 
-bool TakeText(std::string& rest, std::string& text) {
-  const size_t colon = rest.find(':');
-  if (colon == std::string::npos || colon == 0 || !std::isdigit(static_cast<unsigned char>(rest[0])))
-    return false;
-  const size_t size = std::strtoul(rest.c_str(), nullptr, 10);
-  if (rest.size() - colon - 1 < size) return false;
-  text = rest.substr(colon + 1, size);
-  rest.erase(0, colon + 1 + size);
-  return true;
+bundle BundleOf(const Entries& entries) {
+  bundle b;
+  for (const auto& [key, value] : entries) b.entries.push_back({key, value, false});
+  return b;
 }
 
 int Log(int priority, const char* tag, const char* format, va_list arguments) {
@@ -83,23 +77,21 @@ void Platform::Fail(const std::string& name, int nth, bool for_ever) {
 }
 
 void Platform::FailCall(int nth, bool for_ever) {
-  fail_from_ = total_calls + nth;
-  fail_for_ever_ = for_ever;
+  failure_ = {total_calls + nth, for_ever};
 }
 
 void Platform::FailNothing() {
   failures_.clear();
-  fail_from_ = 0;
+  failure_ = {};
 }
 
 bool Platform::IsToFail(const std::string& name) const {
-  if (fail_from_ > 0 && (total_calls == fail_from_ || (fail_for_ever_ && total_calls > fail_from_)))
-    return true;
+  const auto is_due = [](int count, const std::pair<int, bool>& failure) {
+    return count == failure.first || (failure.second && count > failure.first);
+  };
   const auto failure = failures_.find(name);
-  if (failure == failures_.end()) return false;
-  const auto [nth, for_ever] = failure->second;
-  const int count = counts.at(name);
-  return count == nth || (for_ever && count > nth);
+  return is_due(total_calls, failure_) ||
+         (failure != failures_.end() && is_due(counts.at(name), failure->second));
 }
 
 bool Platform::Count(const std::string& name, bool record) {
@@ -107,22 +99,17 @@ bool Platform::Count(const std::string& name, bool record) {
   if (record && on_call) on_call();
   ++counts[name];
   ++total_calls;
-  if (!IsToFail(name)) return false;
-  if (first_failed.empty()) first_failed = name;
-  return true;
+  const bool fails = IsToFail(name);
+  if (fails && first_failed.empty()) first_failed = name;
+  return fails;
 }
 
 bool Platform::Deliver(const Entries& entries) {
   if (ports.empty()) return false;
-  bundle message;
-  for (const auto& [key, value] : entries) message.entries.push_back({key, value, false});
+  bundle message = BundleOf(entries);
   const auto [id, port] = *ports.begin();
   port.callback(id, "com.kelvaro.tv.vif", port.name.c_str(), true, &message, port.user_data);
   return true;
-}
-
-bool Platform::Deliver(const std::string& command, const std::string& data) {
-  return Deliver({{"command", command}, {"strData", data}});
 }
 
 int Platform::PublishStart() const {
@@ -145,10 +132,6 @@ std::vector<std::string> Platform::TakeSent() {
   return texts;
 }
 
-std::vector<std::string> Platform::TakeCalls() {
-  return std::exchange(calls, {});
-}
-
 std::vector<std::string> Platform::LogWith(const std::string& part) const {
   std::vector<std::string> texts;
   for (const LogLine& line : log) {
@@ -158,15 +141,11 @@ std::vector<std::string> Platform::LogWith(const std::string& part) const {
 }
 
 std::string Encode(const Entries& entries) {
-  bundle b;
-  for (const auto& [key, value] : entries) b.entries.push_back({key, value, false});
-  return EncodeEntries(b);
+  return EncodeEntries(BundleOf(entries));
 }
 
 std::string EncodeWithArray(const Entries& entries, const std::string& array_key) {
-  bundle array;
-  array.entries.push_back({array_key, "", true});
-  return Encode(entries) + EncodeEntries(array).substr(1);
+  return Encode(entries) + "a" + array_key + "=;";
 }
 
 }  // namespace fake
@@ -228,15 +207,13 @@ int bundle_encode(bundle* b, bundle_raw** text, int* length) {
 
 bundle* bundle_decode(const bundle_raw* text, int length) {
   if (Platform::Get().Count(__func__, false)) return nullptr;
-  std::string rest(reinterpret_cast<const char*>(text), static_cast<size_t>(length));
-  if (rest.empty() || rest[0] != 'b') return nullptr;
-  rest.erase(0, 1);
+  const std::string encoded(reinterpret_cast<const char*>(text), static_cast<size_t>(length));
+  if (encoded.empty() || encoded[0] != 'b') return nullptr;
   auto b = std::make_unique<bundle>();
-  while (!rest.empty()) {
-    bundle_keyval_t entry{"", "", rest[0] == 'a'};
-    rest.erase(0, 1);
-    if (!fake::TakeText(rest, entry.key) || !fake::TakeText(rest, entry.value)) return nullptr;
-    b->entries.push_back(entry);
+  for (const std::string& entry : Split(encoded.substr(1), ';')) {
+    const size_t equals = entry.find('=');
+    if (equals == 0 || equals == std::string::npos) return nullptr;
+    b->entries.push_back({entry.substr(1, equals - 1), entry.substr(equals + 1), entry[0] == 'a'});
   }
   return b.release();
 }
@@ -343,12 +320,7 @@ int vestra_check(vestra* /*v*/, const char* client, const char* client_session, 
     return -7;
   const std::string uri = privilege;
   const auto& granted = Platform::Get().granted_paths;
-  return std::any_of(granted.begin(), granted.end(),
-                     [&uri](const std::string& path) {
-                       return uri.size() > path.size() && uri.substr(uri.size() - path.size()) == path;
-                     })
-             ? VESTRA_API_ACCESS_ALLOWED
-             : 1;
+  return granted.count(uri.substr(uri.find("/privilege/"))) > 0 ? VESTRA_API_ACCESS_ALLOWED : 1;
 }
 
 ssize_t smack_new_label_from_self(char** label) {

@@ -68,13 +68,15 @@ class Platform {
 
   // Acts as the voice service: delivers a message to the open port. Returns false if no port is open.
   bool Deliver(const Entries& entries);
-  bool Deliver(const std::string& command, const std::string& data);
+  bool Deliver(const std::string& command, const std::string& data) {
+    return Deliver({{"command", command}, {"strData", data}});
+  }
   // Publishes the service's start-up event. Returns the number of subscribers.
   int PublishStart() const;
 
   // Returns the messages since the last call as texts: "command|strData", followed by "|total" for a piece.
   std::vector<std::string> TakeSent();
-  std::vector<std::string> TakeCalls();
+  std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }
   // The texts of the log lines that contain `part`.
   std::vector<std::string> LogWith(const std::string& part) const;
 
@@ -85,8 +87,7 @@ class Platform {
   bool IsToFail(const std::string& name) const;
 
   std::map<std::string, std::pair<int, bool>> failures_;
-  int fail_from_ = 0;
-  bool fail_for_ever_ = false;
+  std::pair<int, bool> failure_;
 };
 
 // Encodes a bundle with these entries, as in a command's data.

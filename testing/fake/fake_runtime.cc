@@ -1,7 +1,6 @@
 // Implements the interface tables of a runtime without real pages.
 #include "testing/fake/fake_runtime.h"
 
-#include <cstring>
 #include <utility>
 
 extern "C" int32_t XW_Initialize(ExtensionHandle extension, InterfaceGetter get_interface);
@@ -39,9 +38,9 @@ const void* GetInterface(const char* name) {
         if (runtime.on_post) runtime.on_post(page);
       },
       [](InstanceHandle, const char* reply) { Registered().reply = reply; }};
-  if (std::strcmp(name, kNurvoExtensionInterface) == 0) return &kExtension;
-  if (std::strcmp(name, kNurvoMessagingInterface) == 0) return &kMessaging;
-  return nullptr;
+  const std::string wanted = name;
+  if (wanted == kNurvoExtensionInterface) return &kExtension;
+  return wanted == kNurvoMessagingInterface ? &kMessaging : nullptr;
 }
 
 // Handles are unique within a process.
@@ -60,7 +59,7 @@ Runtime::Runtime() {
 }
 
 Runtime::~Runtime() {
-  while (!pages_.empty()) DestroyPage(pages_.begin()->first);
+  while (!pages_.empty()) DestroyPage(*pages_.begin());
   Shutdown();
 }
 
@@ -71,7 +70,7 @@ void Runtime::Shutdown() {
 
 InstanceHandle Runtime::NewPage() {
   const InstanceHandle page = NextHandle();
-  pages_[page] = true;
+  pages_.insert(page);
   Registered().callbacks.created(page, Registered().user_data);
   return page;
 }
@@ -86,19 +85,11 @@ std::string Runtime::CallRaw(InstanceHandle page, const std::string& message) {
   return Registered().reply;
 }
 
-std::string Runtime::Call(InstanceHandle page, const std::string& handler, const std::string& arguments) {
-  return CallRaw(page, R"({"cmd":")" + handler + R"(","args":)" + arguments + "}");
-}
-
 InstanceHandle Runtime::NewListeningPage(const std::string& actions) {
   const InstanceHandle page = NewPage();
   Call(page, "VoiceInteractionHandler_setCallback", R"({"actions":[)" + actions + "]}");
   Call(page, "VoiceInteractionHandler_listen");
   return page;
-}
-
-std::vector<std::string> Runtime::TakePosted(InstanceHandle page) {
-  return std::exchange(posted[page], {});
 }
 
 }  // namespace fake

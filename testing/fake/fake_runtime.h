@@ -5,7 +5,9 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "nurvo/runtime.h"
@@ -35,16 +37,18 @@ class Runtime {
 
   // Makes a synchronous call as a page's script does, with the handler's name and its arguments as JSON.
   // Returns the reply as JSON.
-  std::string Call(InstanceHandle page, const std::string& handler, const std::string& arguments = "{}");
+  std::string Call(InstanceHandle page, const std::string& handler, const std::string& arguments = "{}") {
+    return CallRaw(page, R"({"cmd":")" + handler + R"(","args":)" + arguments + "}");
+  }
   // Like Call, with the text of the whole call.
   std::string CallRaw(InstanceHandle page, const std::string& message);
 
   // Creates a page that has registered `actions`, the elements of a JSON array, and listens.
   InstanceHandle NewListeningPage(const std::string& actions);
-  std::vector<std::string> TakePosted(InstanceHandle page);
+  std::vector<std::string> TakePosted(InstanceHandle page) { return std::exchange(posted[page], {}); }
 
  private:
-  std::map<InstanceHandle, bool> pages_;
+  std::set<InstanceHandle> pages_;
 };
 
 }  // namespace fake

@@ -59,7 +59,7 @@ TEST_F(ChannelTest, CutsAtMultiplesOfTwelveDepthFirst) {
                                 {"strData", "10"},
                                 {"totalDataLength", "100"},
                                 {"sdkVersion", "1.0.8"}};
-    platform().port_limit = static_cast<int>(fake::Encode(rest).size()) - 1 + data;
+    platform().port_limit = static_cast<int>(fake::Encode(rest).size()) - 2 + data;
   };
   set_limit(60);
   EXPECT_THAT(PieceSizes(std::string(100, 'a')), ElementsAre(48, 52));

@@ -43,9 +43,9 @@ TEST_F(DeliveryTest, PostsTheDataThatTheActionAsksFor) {
       {"ACTION_SELECTION", bundle, bundle},
   };
   for (const auto& [action, data, param] : kRows) {
-    std::string expected = R"({"action":"NAME","listenerId":"NAME","param":")";
-    for (size_t at = 0; (at = expected.find("NAME")) != std::string::npos;) expected.replace(at, 4, action);
-    EXPECT_EQ(Delivered(action, data), expected.append(param).append("\"}"));
+    const std::string name = '"' + std::string(action) + '"';
+    EXPECT_EQ(Delivered(action, data),
+              R"({"action":)" + name + R"(,"listenerId":)" + name + R"(,"param":")" + param + "\"}");
   }
 }
 

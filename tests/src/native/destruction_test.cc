@@ -29,9 +29,7 @@ TEST(Destruction, TwoPagesAndTheShutdownEndInAnyOrder) {
   for (int listening = 0; listening < 4; ++listening) {
     std::array<int, 3> order = {0, 1, 2};
     do {
-      const std::string context = "listening " + std::to_string(listening) + ", order " +
-                                  std::to_string(order[0]) + std::to_string(order[1]) +
-                                  std::to_string(order[2]);
+      const std::string context = std::to_string(listening) + testing::PrintToString(order);
       fake::Platform::Reset();
       {
         fake::Runtime runtime;
@@ -59,9 +57,7 @@ void UsePage(fake::Runtime& runtime, InstanceHandle page) {
   runtime.Call(page, kSetCallback, R"({"actions":[)" + std::string(kSomeActions) + "]}");
   for (const char* action : {"ACTION_PLAY", "ACTION_SEARCH", "ACTION_STOP"}) {
     platform.Deliver(action, fake::Encode({{"title", "a"}}));
-    const std::string answer(action == std::string("ACTION_PLAY") ? 40'000 : 7, 'x');
-    runtime.Call(page, kResponse,
-                 R"({"action":")" + std::string(action) + R"(","response":")" + answer + R"("})");
+    Respond(runtime, page, action, std::string(action == std::string("ACTION_PLAY") ? 40'000 : 7, 'x'));
   }
   platform.PublishStart();
   runtime.DestroyPage(page);

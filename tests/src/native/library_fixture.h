@@ -26,6 +26,12 @@ inline std::string ErrorReply(const std::string& name, const std::string& messag
   return R"({"error":{"message":")" + message + R"(","name":")" + name + R"("},"status":"error"})";
 }
 
+// Makes a page answer a command.
+inline std::string Respond(fake::Runtime& runtime, InstanceHandle page, const std::string& action,
+                           const std::string& response) {
+  return runtime.Call(page, kResponse, R"({"action":")" + action + R"(","response":")" + response + R"("})");
+}
+
 class LibraryTest : public testing::Test {
  protected:
   LibraryTest() {
@@ -35,10 +41,8 @@ class LibraryTest : public testing::Test {
 
   static fake::Platform& platform() { return fake::Platform::Get(); }
 
-  // Makes a page answer a command.
   std::string Respond(InstanceHandle page, const std::string& action, const std::string& response) {
-    return runtime->Call(page, kResponse,
-                         R"({"action":")" + action + R"(","response":")" + response + R"("})");
+    return ::Respond(*runtime, page, action, response);
   }
 
   std::unique_ptr<fake::Runtime> runtime;
