@@ -1,4 +1,4 @@
-// From what stands on the command line to a URI and its origin.
+// Resolves the operand of the command line to a URI and its origin.
 #include "launcher/application.h"
 
 #include <webkit2/webkit2.h>
@@ -18,14 +18,14 @@ Application FileApplication(const fs::path& path, std::string& error) {
   std::error_code code;
   const fs::path real = fs::canonical(path, code);
   if (code) {
-    error = "There is no " + path.string() + "; give a URL, an HTML file or a folder.";
+    error = path.string() + " does not exist; expected a URL, an HTML file or a folder.";
     return {};
   }
   const bool is_folder = fs::is_directory(real, code);
   const fs::path file = is_folder ? real / "index.html" : real;
   if (!fs::is_regular_file(file, code)) {
     error =
-        is_folder ? "The folder " + path.string() + " has no index.html." : path.string() + " is no file.";
+        is_folder ? "The folder " + path.string() + " has no index.html." : path.string() + " is not a file.";
     return {};
   }
   return {"", "", file.string(), file.parent_path().string()};
@@ -34,7 +34,7 @@ Application FileApplication(const fs::path& path, std::string& error) {
 struct SecurityOriginDeleter {
   void operator()(WebKitSecurityOrigin* origin) const { webkit_security_origin_unref(origin); }
 };
-// Written as the engine writes it: "HTTP://LOCALHOST:80" and "http://127.1" have other names there.
+// The engine's type, because it normalizes origins such as "HTTP://LOCALHOST:80" and "http://127.1".
 using SecurityOrigin = std::unique_ptr<WebKitSecurityOrigin, SecurityOriginDeleter>;
 
 bool IsWeb(WebKitSecurityOrigin* origin) {
@@ -54,7 +54,7 @@ Application FindApplication(const std::string& page, std::string& error) {
   const SecurityOrigin origin(webkit_security_origin_new_for_uri(page.c_str()));
   if (IsWeb(origin.get()))
     return {page, nurvo::GText(webkit_security_origin_to_string(origin.get())).get(), "", ""};
-  error = page + " is no URL that can be loaded; there are http, https and file.";
+  error = page + " can't be loaded; expected an http, https or file URL.";
   return {};
 }
 

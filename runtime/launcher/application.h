@@ -1,4 +1,4 @@
-// What an application is started with: where its pages come from, and the one origin that counts as its own.
+// The application to run: the source of its pages, and its origin.
 #ifndef CORVIS_RUNTIME_LAUNCHER_APPLICATION_H_
 #define CORVIS_RUNTIME_LAUNCHER_APPLICATION_H_
 
@@ -10,20 +10,21 @@
 namespace corvis::tv {
 
 struct Application {
-  // Of files, known when they are served.
+  // For files, set when they are served.
   std::string uri;
   std::string origin;
-  // The page and the folder to serve, with their links resolved; empty for a URL.
+  // The page and the folder to serve, with links resolved; empty for a URL.
   std::string file;
   std::string folder;
 };
 
-// Finds out what `page` (a URL, a file URL, an HTML file or a folder) means. On failure the result has
-// neither uri nor file, and `error` is a sentence.
+// Resolves `page`: a URL, a file URL, an HTML file or a folder. On failure the result has neither uri nor
+// file, and `error` is an error message.
 Application FindApplication(const std::string& page, std::string& error);
 
-// Serves an application of files; a URL needs no server. With `is_single_page`, paths that name no file give
-// the page. Null and a sentence on failure, null and no sentence for a URL.
+// Starts a server for an application's files. With `is_single_page`, it serves the page for paths that name
+// no file. Returns null and an error message on failure, and null without a message for a URL, which needs no
+// server.
 std::unique_ptr<ApplicationServer> ServeApplication(Application& application, bool is_single_page,
                                                     std::string& error);
 

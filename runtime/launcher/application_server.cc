@@ -1,4 +1,4 @@
-// The server: whom it answers, and with what.
+// Checks requests to the server and answers them.
 #include "launcher/application_server.h"
 
 #include <unistd.h>
@@ -12,7 +12,7 @@ namespace corvis::tv {
 
 namespace {
 
-// Names under .localhost are this machine's, and a secure context.
+// Names under .localhost resolve to this machine and are secure contexts.
 std::string NewHostName() {
   unsigned char random[16];
   if (getentropy(random, sizeof(random)) != 0) return "";
@@ -38,11 +38,11 @@ nurvo::GObjectPtr<GSocketAddress> Loopback(GSocketFamily family, int port) {
       g_inet_socket_address_new(address.get(), static_cast<guint16>(port)));
 }
 
-// Engines try ::1 for a name under .localhost, too: the port is held there without an answer, so that no
-// other user's program can answer in its place. False when somebody has it.
+// Binds the port on ::1 without listening. Engines also try ::1 for names under .localhost, and no other
+// user's program must be able to answer there. Returns false if the port is taken.
 bool Reserve(int port, nurvo::GObjectPtr<GSocket>& socket) {
   socket.reset(g_socket_new(G_SOCKET_FAMILY_IPV6, G_SOCKET_TYPE_STREAM, G_SOCKET_PROTOCOL_DEFAULT, nullptr));
-  // Without IPv6 nobody can answer there.
+  // Without IPv6 no program can answer there.
   if (!socket) return true;
   GError* failure = nullptr;
   g_socket_bind(socket.get(), Loopback(G_SOCKET_FAMILY_IPV6, port).get(), FALSE, &failure);
@@ -74,7 +74,7 @@ std::unique_ptr<ApplicationServer> ApplicationServer::Start(ServedFolder folder,
 }
 
 bool ApplicationServer::Listen(std::string& error) {
-  // Paths stay encoded, so that an encoded separator is told from a separator.
+  // Paths stay encoded, so that an encoded slash can be distinguished from a separator.
   server_.reset(soup_server_new("raw-paths", TRUE, nullptr));
   GError* failure = nullptr;
   soup_server_listen(server_.get(), Loopback(G_SOCKET_FAMILY_IPV4, 0).get(), SoupServerListenOptions(0),
@@ -92,7 +92,7 @@ bool ApplicationServer::Listen(std::string& error) {
       server_.get(), nullptr,
       [](SoupServer* /*server*/, SoupServerMessage* message, const char* /*path*/, GHashTable* /*query*/,
          gpointer /*data*/) {
-        // Nobody looks at what is sent along.
+        // Request bodies are not used.
         soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
       },
       nullptr, nullptr);
@@ -103,7 +103,7 @@ bool ApplicationServer::Listen(std::string& error) {
 bool ApplicationServer::IsAddressed(SoupServerMessage* message) const {
   const char* host = soup_message_headers_get_list(soup_server_message_get_request_headers(message), "Host");
   if (host == nullptr || g_ascii_strcasecmp(host, authority_.c_str()) != 0) return false;
-  // A request line may hold a whole URL, whose host is what counts then.
+  // If the request line contains a whole URL, its host takes precedence over the Host header.
   GUri* uri = soup_server_message_get_uri(message);
   const std::string named = std::string(g_uri_get_host(uri)) + ":" + std::to_string(g_uri_get_port(uri));
   return g_ascii_strcasecmp(named.c_str(), authority_.c_str()) == 0;

@@ -1,4 +1,4 @@
-// Serves the files of one application over HTTP, to its own pages on this machine.
+// Serves the files of one application over HTTP to its own pages on this machine.
 #ifndef CORVIS_RUNTIME_LAUNCHER_APPLICATION_SERVER_H_
 #define CORVIS_RUNTIME_LAUNCHER_APPLICATION_SERVER_H_
 
@@ -13,15 +13,15 @@
 
 namespace corvis::tv {
 
-// Answers on 127.0.0.1, at a port and under a host name of its own. The name can't be guessed, and a request
-// that doesn't name it is refused: neither pages of other origins nor other users of the machine read the
-// files. Lives on the main loop.
+// Listens on 127.0.0.1, with a new port and a random host name. It refuses requests for any other host name,
+// so that neither pages of other origins nor other users of the machine can read the files. Runs on the main
+// loop.
 class ApplicationServer {
  public:
-  // Takes the path of a request whose file is missing, and a sentence about the cause.
+  // Receives the path of a request whose file is missing, and the reason in a sentence.
   using MissingSink = std::function<void(const std::string& path, const std::string& reason)>;
 
-  // Null and a sentence on failure.
+  // Returns null and an error message on failure.
   static std::unique_ptr<ApplicationServer> Start(ServedFolder folder, std::string& error);
   ~ApplicationServer();
   ApplicationServer(const ApplicationServer&) = delete;
@@ -33,7 +33,7 @@ class ApplicationServer {
 
  private:
   explicit ApplicationServer(ServedFolder folder);
-  // False when the port that the kernel chose can't be held for IPv6, too.
+  // Returns false if the port that the kernel chose can't also be bound for IPv6.
   bool Listen(std::string& error);
   static void OnRequest(SoupServer* server, SoupServerMessage* message, const char* path, GHashTable* query,
                         gpointer self);

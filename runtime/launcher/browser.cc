@@ -1,4 +1,4 @@
-// WebKit's view and context, set up for one application.
+// Sets up WebKit's view and context for one application, and handles their signals.
 #include "launcher/browser.h"
 
 #include <csignal>
@@ -11,18 +11,18 @@ namespace corvis::tv {
 
 namespace {
 
-// A page that has loaded and stayed alive this long was no crash at start.
+// A crash after the page was loaded and alive for this long does not count as a crash at start.
 constexpr guint kAliveMs = 200;
 constexpr unsigned kMaxCrashesInARow = 3;
 constexpr guint kFirstErrorStatus = 400;
 constexpr guint kUnauthorized = 401;
-// How long a page has at the end of the run; a script that never returns is not waited for.
+// The time limit for the page's shutdown at the end of the run, in case a script never returns.
 constexpr guint kLeaveMs = 1000;
 constexpr const char* kClosedSentence = "The application ended: its page called window.close().";
-// What the engine shows instead of an address that it refuses.
+// The page that the engine shows for an address that it refuses.
 constexpr const char* kEmptyPage = "about:blank";
 
-// The folder with the web process's module: beside the libraries of a build, or of an installation.
+// The folder of the web process's module, in the build folder or the installation.
 std::string WebProcessFolder() {
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
   const std::filesystem::path built = program.parent_path().parent_path() / "lib" / "web-process";
@@ -95,7 +95,7 @@ void Browser::SetUpView(const Options& options, const Application& application) 
   g_signal_connect(view_, "web-process-terminated", G_CALLBACK(OnTerminated), this);
   g_signal_connect(view_, "user-message-received", G_CALLBACK(OnUserMessage), this);
   g_signal_connect(view_, "close", G_CALLBACK(OnClose), this);
-  // The window stays until the page has taken its leave.
+  // The window stays open until the page has shut down.
   g_signal_connect(window_, "delete-event", G_CALLBACK(+[](GtkWidget*, GdkEvent*, Browser* browser) {
                      browser->events_.on_end(kExitOk, "");
                      return TRUE;
@@ -137,7 +137,7 @@ void Browser::OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, Browser*
     browser->load_error_.clear();
   }
   if (event == WEBKIT_LOAD_COMMITTED) browser->CheckCommitted();
-  // A load that another one replaced ends while that one goes on.
+  // A load that was replaced by another one finishes while the other one is still loading.
   if (event == WEBKIT_LOAD_FINISHED && !webkit_web_view_is_loading(view)) browser->OnLoadFinished();
 }
 
@@ -147,7 +147,7 @@ void Browser::CheckCommitted() {
   const guint status = response == nullptr ? 0 : webkit_uri_response_get_status_code(response);
   if (status >= kFirstErrorStatus) {
     load_error_ = uri() + " can't be loaded: the server answered " + std::to_string(status) + ".";
-    if (status == kUnauthorized) load_error_ += " It wants a password.";
+    if (status == kUnauthorized) load_error_ += " It wants a password, which the URL can contain.";
   } else if (load_done_ && uri() == kEmptyPage && last_uri_ != kEmptyPage) {
     load_error_ =
         last_uri_ + " can't be loaded: the engine refuses the address; is its port one for web pages?";
@@ -155,7 +155,7 @@ void Browser::CheckCommitted() {
 }
 
 void Browser::OnLoadFinished() {
-  // After a crash, what was shown last comes again.
+  // The page to reload after a crash.
   last_uri_ = uri();
   if (load_error_.empty()) {
     if (alive_timer_ != 0) g_source_remove(alive_timer_);
@@ -169,13 +169,13 @@ void Browser::OnLoadFinished() {
         this);
     if (events_.on_loaded) events_.on_loaded(uri());
   } else if (!load_done_ && events_.on_console) {
-    // Nobody asked for this load: the page went there by itself, or came again after a crash.
+    // No caller waits for this load: the page navigated by itself or was reloaded after a crash.
     events_.on_console("error", load_error_, "page");
   }
   FinishLoad(load_error_);
 }
 
-// Another place in the same document is there without the events of a load.
+// Navigation within the same document causes no load events.
 void Browser::OnLoadingChanged(WebKitWebView* view, GParamSpec* /*property*/, Browser* browser) {
   if (webkit_web_view_is_loading(view) || browser->has_load_started_) return;
   const bool is_there = browser->uri() == browser->last_uri_;
@@ -184,7 +184,7 @@ void Browser::OnLoadingChanged(WebKitWebView* view, GParamSpec* /*property*/, Br
 
 gboolean Browser::OnLoadFailed(WebKitWebView* /*view*/, WebKitLoadEvent /*event*/, const char* uri,
                                GError* error, Browser* browser) {
-  // A load that another one replaced, or that the page stopped, is no failure.
+  // A load that was replaced by another one, or that the page stopped, has not failed.
   if (g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED)) return TRUE;
   const bool is_download = error->domain == WEBKIT_POLICY_ERROR;
   browser->load_error_ = std::string(uri) +
@@ -204,13 +204,13 @@ void Browser::OnTerminated(WebKitWebView* /*view*/, WebKitWebProcessTerminationR
   browser->calls_->FailAll("The page's process crashed before it answered.");
   if (browser->crashes_in_a_row_ > kMaxCrashesInARow) {
     const std::string sentence = "The page's process crashed " + std::to_string(browser->crashes_in_a_row_) +
-                                 " times in a row before the page was up; it is not loaded again.";
-    // The end first: a load that fails would be another reason.
+                                 " times in a row during the start; it is not reloaded.";
+    // Report the end first, because a failed load would be reported as the reason.
     browser->events_.on_end(kExitCrashing, sentence);
     browser->FinishLoad(sentence);
     return;
   }
-  // Not from within the signal: the view still takes leave of the old process.
+  // Deferred, because during the signal the view still cleans up after the old process.
   if (browser->reload_ != 0) return;
   browser->reload_ = g_idle_add_full(
       G_PRIORITY_DEFAULT,
@@ -289,7 +289,7 @@ void Browser::TakeLeave() {
       &is_over);
   while (!has_answered && !is_over) g_main_context_iteration(nullptr, TRUE);
   if (!is_over) g_source_remove(deadline);
-  // A page that is stopped, or never returns from a script.
+  // Kills a page that is stopped or stuck in a script.
   if (!has_answered && web_process_ != 0) kill(static_cast<pid_t>(web_process_), SIGKILL);
   calls_->FailAll(is_closed_ ? kClosedSentence : "The runtime ended before the page answered.");
 }

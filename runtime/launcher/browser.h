@@ -1,4 +1,4 @@
-// The window with the application's page: loading it, loading it again after a crash, and looking into it.
+// The window with the application's page: loads it, reloads it after a crash, and queries it.
 #ifndef CORVIS_RUNTIME_LAUNCHER_BROWSER_H_
 #define CORVIS_RUNTIME_LAUNCHER_BROWSER_H_
 
@@ -18,16 +18,15 @@
 
 namespace corvis::tv {
 
-// What the browser tells. Unset ones are not called.
+// The browser's callbacks. All but on_end may be empty.
 struct BrowserEvents {
   std::function<void(const std::string& level, const std::string& text, const std::string& source)>
       on_console;
   std::function<void(const std::string& uri)> on_loaded;
   std::function<void(unsigned times)> on_crashed;
-  // The page closed itself. The end follows.
+  // The page closed itself. on_end follows.
   std::function<void()> on_closed;
-  // Nothing more can be done, and the sentence says why; or the page or its window was closed (no sentence).
-  // Must be set.
+  // The run ends: `sentence` says why, or is empty if the page or its window was closed. Required.
   std::function<void(ExitStatus status, const std::string& sentence)> on_end;
 };
 
@@ -41,21 +40,21 @@ class Browser {
   Browser(const Browser&) = delete;
   Browser& operator=(const Browser&) = delete;
 
-  // Loads a page. `done` is called with the page's URI when it has finished loading, or with why it failed. A
-  // load that begins while another goes on ends that one, whose `done` gets kAnotherLoad.
+  // Loads a page. Calls `done` with the page's URI when it is loaded, or with an error. A load that starts
+  // during another one cancels it, and the other's `done` receives kAnotherLoad.
   void Load(const std::string& uri, ResultCallback done);
   void Reload(ResultCallback done);
-  // Lets the page's extensions shut down, and waits for that within a limit. Answers the calls under way. For
-  // the end of the run.
+  // For the end of the run: waits, up to a limit, until the page's extensions have shut down, and answers
+  // pending calls.
   void TakeLeave();
 
   PageCalls& calls() { return *calls_; }
   KeyInput& keys() { return *keys_; }
   std::string uri() const;
   bool is_loading() const { return load_done_ || webkit_web_view_is_loading(view_); }
-  // The process id of the page's web process, 0 when there is none.
+  // The process id of the page's web process; 0 if there is none.
   guint web_process() const { return web_process_; }
-  // Crashes of the web process in this run.
+  // The number of crashes of the web process in this run.
   unsigned crashes() const { return crashes_; }
 
  private:
@@ -86,7 +85,7 @@ class Browser {
   std::unique_ptr<UserRequests> requests_;
   nurvo::GVariantPtr extension_data_;
   ResultCallback load_done_;
-  // Whether a load has started since the last one was asked for.
+  // Whether a load has started since the last call of Load.
   bool has_load_started_ = false;
   std::string load_error_;
   std::string last_uri_;
@@ -94,7 +93,7 @@ class Browser {
   bool is_leaving_ = false;
   bool is_closed_ = false;
   unsigned crashes_ = 0;
-  // Crashes since a page last stayed alive.
+  // The number of crashes since a page last stayed alive.
   unsigned crashes_in_a_row_ = 0;
   guint alive_timer_ = 0;
   guint reload_ = 0;

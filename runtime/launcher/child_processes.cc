@@ -1,4 +1,4 @@
-// Finding children in /proc, and ending them.
+// Finds children in /proc and ends them.
 #include "launcher/child_processes.h"
 
 #include <poll.h>
@@ -19,7 +19,7 @@ using std::chrono::steady_clock;
 
 constexpr int kPollMs = 5;
 
-// Each thread has the children that it started.
+// Collects the children of all threads, because /proc lists them by the thread that started them.
 std::vector<pid_t> Children() {
   std::vector<pid_t> children;
   std::error_code ignored;
@@ -34,7 +34,7 @@ bool IsStopped(pid_t process) {
   std::ifstream status("/proc/" + std::to_string(process) + "/stat");
   std::string text;
   std::getline(status, text);
-  // The name in parentheses may hold anything.
+  // The name in parentheses may contain any character.
   const size_t name_end = text.rfind(')');
   return name_end != std::string::npos && text.compare(name_end, 3, ") T") == 0;
 }
@@ -43,7 +43,7 @@ bool IsStopped(pid_t process) {
 
 bool AwaitChild(pid_t child, milliseconds time) {
   for (const auto deadline = steady_clock::now() + time;;) {
-    // Also a child that somebody else has waited for.
+    // Also true if other code has already reaped the child.
     if (waitpid(child, nullptr, WNOHANG) != 0) return true;
     if (steady_clock::now() >= deadline) return false;
     poll(nullptr, 0, kPollMs);

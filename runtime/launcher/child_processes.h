@@ -1,4 +1,4 @@
-// The processes that this one has started, by itself or by the web engine.
+// The child processes of this process, including those of the web engine.
 #ifndef CORVIS_RUNTIME_LAUNCHER_CHILD_PROCESSES_H_
 #define CORVIS_RUNTIME_LAUNCHER_CHILD_PROCESSES_H_
 
@@ -8,10 +8,10 @@
 
 namespace corvis::tv {
 
-// Waits until a child has ended, and takes its status. False when it has not within the time.
+// Waits until a child has ended, and reaps it. Returns false after `time`.
 bool AwaitChild(pid_t child, std::chrono::milliseconds time);
 
-// Kills the children that are stopped. The engine's others end by themselves when this process has ended.
+// Kills stopped children. The engine's other processes end by themselves when this process ends.
 void KillStoppedChildren();
 
 }  // namespace corvis::tv

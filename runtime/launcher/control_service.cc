@@ -1,4 +1,4 @@
-// The methods of the control interface, by a table.
+// Implements the methods of the control interface, dispatched by a table.
 #include "launcher/control_service.h"
 
 #include <cstring>
@@ -18,7 +18,7 @@ void AppendArguments(std::string& xml, const char* signature, const char* direct
   }
 }
 
-// The interface's description, as the bus library wants it.
+// The interface's description in D-Bus introspection XML.
 std::string Introspection() {
   std::string xml = std::string("<node><interface name='") + kControlInterface + "'>";
   for (const ControlMethod& method : kControlMethods) {
@@ -35,7 +35,7 @@ std::string Introspection() {
   return xml + "</interface></node>";
 }
 
-// `reply` may be null, and is not used when there is an error.
+// `reply` may be null. It is ignored if there is an error.
 void Answer(GDBusMethodInvocation* call, GVariant* reply, const CallError& error) {
   const nurvo::GVariantPtr owned(reply == nullptr ? nullptr : g_variant_ref_sink(reply));
   if (error.sentence.empty()) {
@@ -59,8 +59,8 @@ std::unique_ptr<ControlService> ControlService::Start(const std::string& app_id,
   const nurvo::GErrorPtr reason(failure);
   if (!bus) {
     status = kExitNoEnvironment;
-    error = "There is no D-Bus session bus (" + std::string(reason->message) +
-            "); run it through the command corvis, or within dbus-run-session.";
+    error = "The D-Bus session bus can't be reached (" + std::string(reason->message) +
+            "); run it with the command corvis, or in dbus-run-session.";
     return nullptr;
   }
   std::unique_ptr<ControlService> service(new ControlService(std::move(bus)));
@@ -74,14 +74,13 @@ std::unique_ptr<ControlService> ControlService::Start(const std::string& app_id,
   if (answer) g_variant_get(answer.get(), "(u)", &owner);
   if (owner != kPrimaryOwner) {
     status = kExitAppIdTaken;
-    error =
-        "The application " + app_id + " is running on this bus already; end it, or choose another --app-id.";
+    error = "The application " + app_id + " is running on this bus already; end it, or use another --app-id.";
     return nullptr;
   }
   return service;
 }
 
-// Calls are dispatched by the main loop: whoever sees the name and calls before the loop runs waits for it.
+// The main loop dispatches calls, so a client that calls before the loop runs waits for it.
 ControlService::ControlService(nurvo::GObjectPtr<GDBusConnection> bus) : bus_(std::move(bus)) {
   GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(Introspection().c_str(), nullptr);
   static constexpr GDBusInterfaceVTable kTable = {OnCall, nullptr, nullptr, {}};
@@ -92,7 +91,7 @@ ControlService::ControlService(nurvo::GObjectPtr<GDBusConnection> bus) : bus_(st
 
 ControlService::~ControlService() {
   if (registration_ != 0) g_dbus_connection_unregister_object(bus_.get(), registration_);
-  // The last answers are still on their way.
+  // Sends the last replies before the connection closes.
   g_dbus_connection_flush_sync(bus_.get(), nullptr, nullptr);
 }
 
@@ -118,7 +117,7 @@ void ControlService::OnCall(GDBusConnection* /*bus*/, const char* /*sender*/, co
                   {kSetPrivilegesMethod.name, &ControlService::SetPrivileges},
                   {kGetStatusMethod.name, &ControlService::GetStatus},
                   {kQuitMethod.name, &ControlService::Quit}};
-  // The bus has checked the name against the interface's description.
+  // GDBus has checked the method name against the introspection data.
   for (const auto& row : kMethods) {
     if (std::strcmp(row.name, method) == 0)
       (static_cast<ControlService*>(service)->*row.run)(arguments, call);
@@ -174,7 +173,7 @@ void ControlService::SetPrivileges(GVariant* arguments, GDBusMethodInvocation* c
   while (g_variant_iter_next(list, "&s", &uri)) uris.emplace_back(uri);
   g_variant_iter_free(list);
   const bool is_set = set_privileges_(uris);
-  Answer(call, nullptr, {is_set ? "" : "The privileges can't be set; none of them may have spaces."});
+  Answer(call, nullptr, {is_set ? "" : "The privileges can't be set; expected URIs without spaces."});
 }
 
 void ControlService::GetStatus(GVariant* /*arguments*/, GDBusMethodInvocation* call) {

@@ -1,4 +1,4 @@
-// The control interface on the bus: what tools ask of a running page.
+// The control interface on the bus, through which tools query and control the page.
 #ifndef CORVIS_RUNTIME_LAUNCHER_CONTROL_SERVICE_H_
 #define CORVIS_RUNTIME_LAUNCHER_CONTROL_SERVICE_H_
 
@@ -15,21 +15,22 @@
 
 namespace corvis::tv {
 
-// Serves what corvis_tv/control.h declares.
+// Implements the interface that corvis_tv/control.h declares.
 class ControlService {
  public:
-  // Replaces the privileges that the application holds; false when that failed.
+  // Replaces the privileges of the application. Returns false on failure.
   using PrivilegeSetter = std::function<bool(const std::vector<std::string>& uris)>;
 
-  // Takes the name, so that callers can wait. Null, a status and a sentence on failure.
+  // Owns the bus name from now on, so that clients can call and wait. On failure returns null, a status and
+  // an error message.
   static std::unique_ptr<ControlService> Start(const std::string& app_id, ExitStatus& status,
                                                std::string& error);
   ~ControlService();
   ControlService(const ControlService&) = delete;
   ControlService& operator=(const ControlService&) = delete;
 
-  // Says whom to ask, before the main loop runs; it runs no longer than `browser` lives. `quit` is called
-  // when a caller asks for the run's end.
+  // Sets the objects that serve calls. Call this before the main loop runs; `browser` must outlive the main
+  // loop. `quit` is called when a client calls Quit.
   void Serve(Browser* browser, PrivilegeSetter set_privileges, std::function<void()> quit);
 
   void EmitConsole(const std::string& level, const std::string& text, const std::string& source);

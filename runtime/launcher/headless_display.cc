@@ -1,4 +1,4 @@
-// Starting and ending Xvfb.
+// Starts and ends Xvfb.
 #include "launcher/headless_display.h"
 
 #include <X11/Xauth.h>
@@ -23,8 +23,8 @@ namespace {
 constexpr int kStartTimeoutMs = 10'000;
 constexpr std::chrono::milliseconds kEndGrace(1000);
 
-// Writes what a client has to show, for any display: the server's number is not known yet. False when that
-// failed.
+// Writes an authority file with a secret for clients. It is valid for any display, because the server's
+// number is not known yet. Returns false on failure.
 bool WriteAuthority(const std::string& path) {
   char method[] = "MIT-MAGIC-COOKIE-1";
   std::array<char, 16> cookie{};
@@ -43,7 +43,7 @@ bool WriteAuthority(const std::string& path) {
 
 [[noreturn]] void BecomeServer(const char* const* arguments) {
   prctl(PR_SET_PDEATHSIG, SIGTERM);
-  // Ctrl-C is for the runtime, which ends its server last.
+  // Ctrl-C must only reach the runtime, which ends its server last.
   setpgid(0, 0);
   const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
   dup2(nothing, STDIN_FILENO);
@@ -53,12 +53,12 @@ bool WriteAuthority(const std::string& path) {
   _exit(127);
 }
 
-// Whether the server wrote its number and a line end, as it does when it is ready. Else it has ended, or time
-// is over. It writes them one by one, and ends when nobody reads.
+// Reads the server's number and a newline, which it writes when it is ready. Returns false if the server has
+// ended or the time is over. It writes them separately, and exits if the pipe is closed.
 bool IsReady(int fd) {
   for (pollfd ready{fd, POLLIN, 0};;) {
     const int count = poll(&ready, 1, kStartTimeoutMs);
-    // A signal is for the main loop, which runs soon.
+    // The main loop handles the signal as soon as it runs.
     if (count < 0 && errno == EINTR) continue;
     char byte = 0;
     if (count <= 0 || read(fd, &byte, 1) != 1) return false;
@@ -70,8 +70,8 @@ std::string SocketOf(const std::string& number) {
   return "/tmp/.X11-unix/X" + number;
 }
 
-// A number that no display has. A server that may choose one itself takes no lock, and without a socket in
-// the abstract namespace takes a number, and the socket, from another server.
+// A number that no display uses. Not left to the server, because with -displayfd it takes no lock and,
+// without a socket in the abstract namespace, would reuse the number and the socket of another server.
 std::string FreeNumber() {
   constexpr unsigned kFirst = 100;
   constexpr unsigned kCount = 59000;
@@ -92,7 +92,7 @@ HeadlessDisplay::HeadlessDisplay(int width, int height, const std::string& autho
   const std::string display = ":" + number_;
   const std::string screen = std::to_string(width) + "x" + std::to_string(height) + "x24";
   const std::string fd = std::to_string(ends[1]);
-  // Reached through its socket in the file system alone, by whoever shows the cookie.
+  // Listens only on a socket in the file system, and accepts only clients with the cookie.
   const char* const arguments[] = {"Xvfb", display.c_str(), "-displayfd", fd.c_str(),        "-screen",
                                    "0",    screen.c_str(),  "-auth",      authority.c_str(), "-nolisten",
                                    "tcp",  "-nolisten",     "local",      "-noreset",        nullptr};
@@ -108,7 +108,7 @@ HeadlessDisplay::HeadlessDisplay(int width, int height, const std::string& autho
 
 std::unique_ptr<HeadlessDisplay> HeadlessDisplay::Start(int width, int height, const std::string& folder,
                                                         std::string& error) {
-  // Another server may take the number at the same time.
+  // Retry, because another server may take the number at the same time.
   constexpr int kAttempts = 3;
   const std::string authority = folder + "/xauthority";
   if (!WriteAuthority(authority)) {
@@ -133,7 +133,7 @@ HeadlessDisplay::~HeadlessDisplay() {
   kill(server_, SIGCONT);
   if (AwaitChild(server_, kEndGrace)) return;
   kill(server_, SIGKILL);
-  // What it would have removed itself.
+  // The files that the server would have removed itself.
   unlink(("/tmp/.X" + number_ + "-lock").c_str());
   unlink(SocketOf(number_).c_str());
 }

@@ -1,4 +1,4 @@
-// An X server without a screen, for running where there is no display.
+// A virtual X server, for running without a display.
 #ifndef CORVIS_RUNTIME_LAUNCHER_HEADLESS_DISPLAY_H_
 #define CORVIS_RUNTIME_LAUNCHER_HEADLESS_DISPLAY_H_
 
@@ -9,11 +9,12 @@
 
 namespace corvis::tv {
 
-// Ends its server when it goes; the server also ends when this process is killed.
+// The destructor ends the server; it also ends if this process is killed.
 class HeadlessDisplay {
  public:
-  // Starts an Xvfb of the given size in pixels and points DISPLAY to it. It takes clients that can read the
-  // authority file in `folder`, which only its user may enter. Null and a sentence on failure.
+  // Starts an Xvfb with the given size in pixels and sets DISPLAY. It accepts clients that can read the
+  // authority file in `folder`, which only this user can access. Returns null and an error message on
+  // failure.
   static std::unique_ptr<HeadlessDisplay> Start(int width, int height, const std::string& folder,
                                                 std::string& error);
   ~HeadlessDisplay();

@@ -1,5 +1,5 @@
-// Events of the window system, made here. The page's process handles what it gets in order, so that a message
-// that is answered after an event says that the event was handled.
+// Synthesizes key events of the window system. The page's process handles events and messages in order, so
+// the reply to a message that was sent after an event proves that the event was handled.
 #include "launcher/key_input.h"
 
 #include <memory>
@@ -19,14 +19,14 @@ unsigned SymbolOf(gunichar character) {
 
 }  // namespace
 
-// One key down and up.
+// One press and release of a key.
 struct KeyInput::Stroke {
   unsigned symbol;
-  // What the page is to get of it as JSON text; empty for what the engine makes of it.
+  // The values for the page as JSON; empty for the engine's own.
   std::string key;
 };
 
-// What is left to do of a call.
+// The remaining strokes of a call.
 struct KeyInput::Strokes {
   std::vector<Stroke> all;
   size_t at;
@@ -38,7 +38,7 @@ KeyInput::KeyInput(WebKitWebView* view, PageCalls& calls, KeyCodes codes)
 
 void KeyInput::Press(const std::string& name, ResultCallback done) {
   const RemoteKey* key = FindRemoteKey(name);
-  if (key == nullptr) return done("", {"There is no key " + name + " on the remote control."});
+  if (key == nullptr) return done("", {"Unknown key " + name + "; the remote control does not have it."});
   const auto code = codes_.find(name);
   const unsigned key_code = code == codes_.end() ? key->key_code : code->second;
   const std::string json = std::string(R"({"key":")") + key->key + R"(","code":")" + key->code +
@@ -64,8 +64,8 @@ void KeyInput::Next(Strokes strokes) {
   const Stroke& stroke = strokes.all[strokes.at++];
   calls_.AnnounceKey(stroke.key);
   Dispatch(GDK_KEY_PRESS, stroke.symbol);
-  // The engine keeps the second event until the first was handled, and what is asked meanwhile would overtake
-  // it.
+  // Wait for the first event, because the engine holds the second one back until then, and messages would
+  // overtake it.
   calls_.Sync([this, symbol = stroke.symbol, left = std::move(strokes)](const auto&, const auto& error) {
     if (!error.sentence.empty()) return left.done("", error);
     Dispatch(GDK_KEY_RELEASE, symbol);
@@ -78,7 +78,7 @@ void KeyInput::Next(Strokes strokes) {
 }
 
 void KeyInput::Dispatch(GdkEventType type, unsigned symbol) {
-  // No keys of a remote control are an input method's, which might keep them.
+  // Without an input method, which might consume the keys.
   const nurvo::GObjectPtr<WebKitInputMethodContext> method(
       nurvo::NewReference(webkit_web_view_get_input_method_context(view_)));
   webkit_web_view_set_input_method_context(view_, nullptr);

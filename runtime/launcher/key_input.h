@@ -1,4 +1,4 @@
-// Keys of a remote control, and text, as if they were pressed in the window.
+// Presses keys of a remote control and types text in the window.
 #ifndef CORVIS_RUNTIME_LAUNCHER_KEY_INPUT_H_
 #define CORVIS_RUNTIME_LAUNCHER_KEY_INPUT_H_
 
@@ -12,19 +12,19 @@
 
 namespace corvis::tv {
 
-// The codes that a run gives to keys in place of their own, by the keys' names.
+// Codes that replace those of remote_keys.h, by key name.
 using KeyCodes = std::map<std::string, unsigned>;
 
-// Lives on the main loop. Every call is answered when the page has handled all the events, or with an error
-// sentence when it does not.
+// Runs on the main loop. Every call is answered when the page has handled all events, or with an error if it
+// does not.
 class KeyInput {
  public:
-  // `view` and `calls` outlive it. Calls that are under way end with `calls`.
+  // `view` and `calls` must outlive this object. Pending calls end with `calls`.
   KeyInput(WebKitWebView* view, PageCalls& calls, KeyCodes codes);
 
   // Presses and releases a key of remote_keys.h.
   void Press(const std::string& name, ResultCallback done);
-  // Presses and releases a key for each character of a text in UTF-8.
+  // Presses and releases a key for each character of a UTF-8 text.
   void Type(const std::string& text, ResultCallback done);
 
  private:

@@ -34,13 +34,12 @@ void PrintConsole(ConsoleKind kind, const std::string& level, const std::string&
   std::fprintf(stderr, "[%s] %s: %s\n", source.c_str(), level.c_str(), text.c_str());
 }
 
-// The main loop of a run, which a signal ends: one that comes while the run is still set up, as soon as it
-// runs.
+// The main loop of a run. A signal ends it, even one that is received before it runs.
 class MainLoop {
  public:
   MainLoop() : loop_(g_main_loop_new(nullptr, FALSE)) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) g_unix_signal_add(signal, OnSignal, this);
-    // Not among those that GLib watches.
+    // GLib can't watch SIGQUIT.
     std::signal(SIGQUIT, [](int) { kill(getpid(), SIGTERM); });
   }
   MainLoop(const MainLoop&) = delete;
@@ -58,10 +57,10 @@ class MainLoop {
   nurvo::GMainLoopPtr loop_;
 };
 
-// The run from the first load to the end of the main loop.
+// A run, from the first load to the end of the main loop.
 class Run {
  public:
-  // `server` is null for an application that is served elsewhere.
+  // `server` is null for a URL.
   Run(const Options& options, const Application& application, ApplicationServer* server,
       const RunFolder& folder, ControlService& control, MainLoop& loop)
       : loop_(loop), events_(Events(options.console, control)), browser_(options, application, events_) {
@@ -95,7 +94,7 @@ class Run {
     };
     events.on_loaded = [&control](const std::string& uri) { control.EmitLoaded(uri); };
     events.on_crashed = [&control](unsigned times) {
-      std::fprintf(stderr, "corvis-tv: The page's process crashed; the page is loaded again.\n");
+      std::fprintf(stderr, "corvis-tv: The page's process crashed; the page is reloaded.\n");
       control.EmitCrashed(times);
     };
     events.on_closed = [&control] { control.EmitClosed(); };
@@ -103,7 +102,7 @@ class Run {
     return events;
   }
 
-  // The first reason counts: others may follow from it.
+  // Keeps the first reason, because others may be consequences of it.
   void End(ExitStatus status, const std::string& sentence) {
     if (std::exchange(is_ending_, true)) return;
     status_ = status;
@@ -127,7 +126,7 @@ int RunApplication(const Options& options) {
   MainLoop loop;
   const RunFolder folder;
   if (folder.path().empty() || !folder.WritePolicy(options.app_id, options.privileges)) {
-    return Fail(kExitNoEnvironment, "No folder can be made for this run; is the temporary folder writable?");
+    return Fail(kExitNoEnvironment, "Can't create a folder for this run; is the temporary folder writable?");
   }
   folder.SetEnvironment(options.app_id);
   const std::unique_ptr<ControlService> control = ControlService::Start(options.app_id, status, error);
@@ -139,7 +138,7 @@ int RunApplication(const Options& options) {
     if (!display) return Fail(kExitNoEnvironment, error);
   }
   if (!gtk_init_check(nullptr, nullptr)) {
-    return Fail(kExitNoEnvironment, "There is no display to open a window on; run it with --headless.");
+    return Fail(kExitNoEnvironment, "There is no display for a window; use --headless.");
   }
   const std::unique_ptr<ApplicationServer> server =
       ServeApplication(application, options.is_single_page, error);

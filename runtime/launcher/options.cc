@@ -1,4 +1,4 @@
-// Reading the command line, by a table with a row for each option.
+// Parses the command line with a table that has a row for each option.
 #include "launcher/options.h"
 
 #include <getopt.h>
@@ -36,26 +36,26 @@ Exit status: 0 ended as asked, 2 wrong usage, 3 the page can't be loaded, 4 the 
 constexpr int kSmallestSide = 16;
 constexpr int kLargestSide = 8192;
 
-// Setters return what is wrong with a value, empty when nothing is.
+// Setters return an error message, empty if the value is valid.
 
 std::string SetAppId(Options& options, const std::string& id) {
   options.app_id = id;
-  // The control name appends an element of its own.
+  // Check the longer name of the control interface.
   const bool is_id = g_dbus_is_name((id + kControlNameSuffix).c_str()) != FALSE &&
                      id.find('.') != std::string::npos && id[0] != ':';
-  return is_id ? "" : "\"" + id + "\" is no application id. Expected a dotted name such as com.example.app.";
+  return is_id ? "" : "Expected an application id such as com.example.app, not \"" + id + "\".";
 }
 
 std::string AddExtension(Options& options, const std::string& path) {
   options.extensions.push_back(path);
   return g_file_test(path.c_str(), G_FILE_TEST_EXISTS) != FALSE
              ? ""
-             : "There is no extension library " + path + "; build it, or give another --extension.";
+             : "There is no extension library " + path + "; build it, or use another --extension.";
 }
 
 std::string AddPrivilege(Options& options, const std::string& uri) {
   options.privileges.push_back(uri);
-  return uri.find_first_of(" \t\n") == std::string::npos ? "" : "A privilege URI has no spaces.";
+  return uri.find_first_of(" \t\n") == std::string::npos ? "" : "Expected a privilege URI without spaces.";
 }
 
 std::string Joined(const std::vector<std::string>& names) {
@@ -78,7 +78,7 @@ std::string AddKey(Options& options, const std::string& text) {
   unsigned code = 0;
   if (FindRemoteKey(text.substr(0, equals)) == nullptr || !(code_text >> code) || code_text.peek() != EOF ||
       code > kMostKeyCode) {
-    return "\"" + text + "\" is no key and code. Expected one such as Back=27.";
+    return "Expected a key and its code such as Back=27, not \"" + text + "\".";
   }
   options.key_codes[text.substr(0, equals)] = code;
   return "";
@@ -93,8 +93,8 @@ std::string SetSize(Options& options, const std::string& text) {
     return "";
   }
   const auto limit = [](int side) { return std::to_string(side) + "x" + std::to_string(side); };
-  return "\"" + text + "\" is no size. Expected one from " + limit(kSmallestSide) + " to " +
-         limit(kLargestSide) + ", such as 1920x1080.";
+  return "Expected a size from " + limit(kSmallestSide) + " to " + limit(kLargestSide) +
+         " such as 1920x1080, not \"" + text + "\".";
 }
 
 std::string SetHeadless(Options& options, const std::string& /*nothing*/) {
@@ -115,33 +115,33 @@ std::string SetConsole(Options& options, const std::string& kind) {
   else if (kind == "none")
     options.console = ConsoleKind::kNone;
   else
-    return "\"" + kind + "\" is no console. Use page, all or none.";
+    return "Expected page, all or none, not \"" + kind + "\".";
   return "";
 }
 
 struct OptionRow {
   const char* name;
-  // What the value is, for the help; null for an option without a value.
+  // The name of the value in the help; null for an option without a value.
   const char* value;
   const char* help;
   std::string (*set)(Options& options, const std::string& value);
 };
 
 constexpr OptionRow kRows[] = {
-    {"app-id", "ID", "the application's id, a dotted name (default com.example.app)", SetAppId},
-    {"extension", "LIBRARY", "an extension library to load; repeatable", AddExtension},
-    {"privilege", "URI", "a privilege that the application holds; repeatable", AddPrivilege},
-    {"grant", "NAME", "a permission that pages get when they ask for it; repeatable", AddGrant},
-    {"key", "NAME=CODE", "the keyCode that pages get of a key, such as Back=27; repeatable", AddKey},
-    {"size", "WIDTHxHEIGHT", "size of the page in pixels (default 1920x1080)", SetSize},
-    {"single-page", nullptr, "a path that names no file and has no ending gives the page, as routers want it",
+    {"app-id", "ID", "the application id, a dotted name (default com.example.app)", SetAppId},
+    {"extension", "LIBRARY", "load an extension library; repeatable", AddExtension},
+    {"privilege", "URI", "grant a privilege to the application; repeatable", AddPrivilege},
+    {"grant", "NAME", "grant a permission to pages that request it; repeatable", AddGrant},
+    {"key", "NAME=CODE", "the keyCode of a key, such as Back=27; repeatable", AddKey},
+    {"size", "WIDTHxHEIGHT", "the page's size in pixels (default 1920x1080)", SetSize},
+    {"single-page", nullptr, "serve the page for paths without a file or extension, for client-side routers",
      SetSinglePage},
-    {"headless", nullptr, "without a window; needs no display (starts an Xvfb of its own)", SetHeadless},
-    {"console", "KIND",
-     "what of the console goes to the terminal: page (default), all (script APIs too), none", SetConsole},
+    {"headless", nullptr, "run without a window or display (starts an Xvfb)", SetHeadless},
+    {"console", "KIND", "console lines to print: page (default), all (including script APIs), none",
+     SetConsole},
 };
 
-// The letters of the options that are no rows; rows have their place in the table, counted from 1.
+// The codes of the options that have no row. The code of a row is its position in the table, counted from 1.
 constexpr int kHelpLetter = 'h';
 constexpr int kVersionLetter = 'v';
 static_assert(std::size(kRows) < '?');

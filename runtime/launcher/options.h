@@ -26,7 +26,7 @@ struct Options {
   std::string app_id = "com.example.app";
   std::vector<std::string> extensions;
   std::vector<std::string> privileges;
-  // What the page may use without a user's consent, by names of GrantNames().
+  // The permissions that pages get without a user's consent, by their names in GrantNames().
   std::vector<std::string> grants;
   int width = 1920;
   int height = 1080;
@@ -34,7 +34,7 @@ struct Options {
   bool is_single_page = false;
   KeyCodes key_codes;
   ConsoleKind console = ConsoleKind::kPage;
-  // A URL, an HTML file or a folder.
+  // A URL, an HTML file, or a folder.
   std::string page;
 };
 

@@ -1,4 +1,4 @@
-// Calls of the page, by WebKit's asynchronous functions and messages to the web process.
+// Calls the page with WebKit's asynchronous functions and messages to the web process.
 #include "launcher/page_calls.h"
 
 #include <cairo.h>
@@ -12,7 +12,7 @@ namespace corvis::tv {
 
 namespace {
 
-// Shorter than what clients of a bus wait for by themselves, so that they get a sentence.
+// Shorter than the default timeout of D-Bus clients, so that they receive this error instead.
 constexpr int kLimitSeconds = 15;
 
 cairo_status_t AppendPng(void* png, const unsigned char* data, unsigned size) {
@@ -22,21 +22,21 @@ cairo_status_t AppendPng(void* png, const unsigned char* data, unsigned size) {
 
 }  // namespace
 
-// One call that is under way, kept alive by the asynchronous functions that it waits for.
+// A pending call, kept alive by the asynchronous functions that it waits for.
 struct PageCalls::Call {
-  // Null once it is answered, or nobody waits any more.
+  // Null after the call is answered or abandoned.
   PageCalls* owner = nullptr;
   ResultCallback done;
   std::string result;
   CallError error;
   guint deadline = 0;
 
-  // Answers it, unless that was done.
+  // Answers the call unless it is already answered.
   static void Finish(const CallPtr& call) {
     if (call->owner != nullptr) call->owner->Finish(call);
   }
 
-  // Keeps a call over an asynchronous function.
+  // Keeps a call alive during an asynchronous function.
   static gpointer Hold(const CallPtr& call) { return new CallPtr(call); }
   static CallPtr Take(gpointer data) { return *std::unique_ptr<CallPtr>(static_cast<CallPtr*>(data)); }
 
@@ -51,7 +51,7 @@ gboolean PageCalls::Call::OnDeadline(gpointer data) {
   const CallPtr call = *static_cast<CallPtr*>(data);
   call->deadline = 0;
   call->error.sentence = "The page has not responded for " + std::to_string(kLimitSeconds) +
-                         " s; a script of it may be running all the time.";
+                         " s; one of its scripts may be stuck.";
   Finish(call);
   return G_SOURCE_REMOVE;
 }
@@ -70,7 +70,7 @@ void PageCalls::Call::OnSnapshot(GObject* view, GAsyncResult* result, gpointer d
   if (call->owner != nullptr) call->owner->Send(call, kSyncMessage, nullptr);
 }
 
-// Takes what the page's process answers to a message.
+// Handles the reply of the page's process to a message.
 void PageCalls::Call::OnReply(GObject* view, GAsyncResult* result, gpointer data) {
   const CallPtr call = Take(data);
   const nurvo::GObjectPtr<WebKitUserMessage> reply(
@@ -79,7 +79,7 @@ void PageCalls::Call::OnReply(GObject* view, GAsyncResult* result, gpointer data
     call->TakeValue(webkit_user_message_get_parameters(reply.get()));
     return Finish(call);
   }
-  // The process has gone; what reports that comes first.
+  // The process has ended. The signal that reports it comes first and answers the call.
   call->error.sentence = "The page went away before it answered.";
   g_idle_add(
       [](gpointer kept) {

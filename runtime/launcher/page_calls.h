@@ -1,4 +1,4 @@
-// What is asked of the page that a view shows.
+// Asynchronous calls of the page in a view.
 #ifndef CORVIS_RUNTIME_LAUNCHER_PAGE_CALLS_H_
 #define CORVIS_RUNTIME_LAUNCHER_PAGE_CALLS_H_
 
@@ -13,40 +13,39 @@
 
 namespace corvis::tv {
 
-// Why something asked of the page failed: a sentence, empty on success, and its name on the bus.
+// The error of a call: a sentence, empty on success, and its D-Bus error name.
 struct CallError {
   std::string sentence;
   const char* name = kErrorFailed;
 };
 
-// Takes the outcome of something asked of the page. Called once, on the main loop.
+// Receives the result of a call. Called once, on the main loop.
 using ResultCallback = std::function<void(const std::string& result, const CallError& error)>;
 
-// Asks the page. Every call is answered once, and after the arrival of everything that the page wrote to the
-// console before; a page that does not respond is answered for with an error. Lives on the main loop; calls
-// that are under way when it goes are not answered.
+// Calls the page. Every call is answered once, after all console lines that the page wrote before; if the
+// page does not respond, with an error. Runs on the main loop. The destructor abandons pending calls.
 class PageCalls {
  public:
-  // `view` outlives it.
+  // `view` must outlive this object.
   explicit PageCalls(WebKitWebView* view) : view_(view) {}
   ~PageCalls();
   PageCalls(const PageCalls&) = delete;
   PageCalls& operator=(const PageCalls&) = delete;
 
-  // Evaluates an expression in the page's main frame; gives its value as JSON text, "null" where there is
-  // none. A script's exception is an error.
+  // Evaluates an expression in the page's main frame. The result is its value as JSON, "null" if there is
+  // none. An exception is an error.
   void Evaluate(const std::string& expression, ResultCallback done);
-  // Gives what the view shows as the bytes of a PNG picture.
+  // The result is the visible page as PNG.
   void Screenshot(ResultCallback done);
-  // Waits for what the page wrote to the console so far.
+  // Waits until all console lines written so far have arrived.
   void Sync(ResultCallback done);
-  // Ends the page's instances and their extensions, for the end of the run.
+  // Destroys the page's instances and shuts down the extensions, for the end of the run.
   void ShutDown(ResultCallback done);
 
-  // Has the page's keyboard events from now on have these values (JSON text; empty for the engine's own).
+  // Sets the values of the page's keyboard events from now on, as JSON; empty for the engine's own.
   void AnnounceKey(const std::string& json);
 
-  // Answers every call that is under way with an error sentence.
+  // Answers all pending calls with an error.
   void FailAll(const std::string& sentence);
 
  private:
@@ -54,7 +53,7 @@ class PageCalls {
   using CallPtr = std::shared_ptr<Call>;
 
   CallPtr Begin(ResultCallback done);
-  // Sends the page's process a message, whose reply answers the call.
+  // Sends a message to the page's process; the reply answers the call.
   void Send(const CallPtr& call, const char* name, GVariant* content);
   void Finish(const CallPtr& call);
 

@@ -1,4 +1,4 @@
-// The view's signals that would open a window, and their answers.
+// Handles the view's signals that would otherwise open a dialog or window.
 #include "launcher/user_requests.h"
 
 #include <algorithm>
@@ -79,7 +79,7 @@ bool UserRequests::IsGranted(const std::string& name) const {
   return std::find(grants_.begin(), grants_.end(), name) != grants_.end();
 }
 
-// A page may always be left; every other dialog is dismissed.
+// Confirms leaving a page, and dismisses every other dialog.
 gboolean UserRequests::OnDialog(WebKitWebView* /*view*/, WebKitScriptDialog* dialog, UserRequests* self) {
   if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM) {
     webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
@@ -89,7 +89,7 @@ gboolean UserRequests::OnDialog(WebKitWebView* /*view*/, WebKitScriptDialog* dia
   return TRUE;
 }
 
-// A request may be for several things at once.
+// A request may ask for several permissions at once.
 gboolean UserRequests::OnPermission(WebKitWebView* /*view*/, WebKitPermissionRequest* request,
                                     UserRequests* self) {
   std::string missing;
@@ -101,7 +101,8 @@ gboolean UserRequests::OnPermission(WebKitWebView* /*view*/, WebKitPermissionReq
     webkit_permission_request_allow(request);
   } else {
     webkit_permission_request_deny(request);
-    self->Refuse("The page asked for a permission (" + missing + "), which was denied; --grant gives it.");
+    self->Refuse("The page asked for a permission (" + missing +
+                 "), which was denied; use --grant to grant it.");
   }
   return TRUE;
 }
@@ -117,20 +118,20 @@ gboolean UserRequests::OnPermissionQuery(WebKitWebView* /*view*/, WebKitPermissi
 gboolean UserRequests::OnFileChooser(WebKitWebView* /*view*/, WebKitFileChooserRequest* request,
                                      UserRequests* self) {
   webkit_file_chooser_request_cancel(request);
-  self->Refuse("The page asked for a file to be chosen; none was.");
+  self->Refuse("The page asked the user to choose a file; none was chosen.");
   return TRUE;
 }
 
 gboolean UserRequests::OnColorChooser(WebKitWebView* /*view*/, WebKitColorChooserRequest* request,
                                       UserRequests* self) {
   webkit_color_chooser_request_cancel(request);
-  self->Refuse("The page asked for a color to be chosen; none was.");
+  self->Refuse("The page asked the user to choose a color; none was chosen.");
   return TRUE;
 }
 
 gboolean UserRequests::OnPrint(WebKitWebView* /*view*/, WebKitPrintOperation* /*operation*/,
                                UserRequests* self) {
-  self->Refuse("The page asked to be printed; it was not.");
+  self->Refuse("The page asked to be printed; it was not printed.");
   return TRUE;
 }
 
@@ -140,7 +141,7 @@ gboolean UserRequests::OnNotification(WebKitWebView* /*view*/, WebKitNotificatio
   return TRUE;
 }
 
-// What a page reads before it asks.
+// Sets the initial permissions, which a page can read before it asks.
 void UserRequests::OnNotificationPermissions(WebKitWebContext* context, UserRequests* self) {
   if (!self->IsGranted("notifications")) return;
   GList* origins = g_list_append(nullptr, webkit_security_origin_new_for_uri(self->origin_.c_str()));
@@ -152,7 +153,7 @@ gboolean UserRequests::OnPassword(WebKitWebView* /*view*/, WebKitAuthenticationR
                                   UserRequests* self) {
   const std::string host = TextOr(webkit_authentication_request_get_host(request), "?");
   const std::string realm = TextOr(webkit_authentication_request_get_realm(request), "no realm");
-  // Goes on without: the page gets the server's refusal.
+  // Continue without a password, so that the page receives the server's refusal.
   webkit_authentication_request_authenticate(request, nullptr);
   self->Refuse("The server " + host + " wants a password (" + realm +
                "), and none was given; put it into the URL: http://USER:PASSWORD@" + host + ".");

@@ -1,5 +1,5 @@
-// What a page asks of its user: dialogs, permissions, files, passwords, windows. Nobody sits in front of a TV
-// under test, so each is answered at once, and a console line says how.
+// Requests of a page to its user: dialogs, permissions, files, passwords, windows. There is no user during a
+// test, so each request is answered at once, and a console line reports the answer.
 #ifndef CORVIS_RUNTIME_LAUNCHER_USER_REQUESTS_H_
 #define CORVIS_RUNTIME_LAUNCHER_USER_REQUESTS_H_
 
@@ -11,16 +11,17 @@
 
 namespace corvis::tv {
 
-// Takes a line of the page's console.
+// Writes a line to the page's console.
 using ConsoleWriter = std::function<void(const std::string& level, const std::string& text)>;
 
-// The names of what a page may be granted.
+// The names of the permissions that can be granted.
 std::vector<std::string> GrantNames();
 
-// Answers the requests of one view until it goes.
+// Answers the requests of one view until this object is destroyed.
 class UserRequests {
  public:
-  // `view` outlives it. What is not among `grants` is refused; `origin` is the application's.
+  // `view` must outlive this object. Permissions that are not in `grants` are denied. `origin` is the
+  // application's.
   UserRequests(WebKitWebView* view, std::string origin, std::vector<std::string> grants, ConsoleWriter write);
   ~UserRequests();
   UserRequests(const UserRequests&) = delete;

@@ -1,13 +1,13 @@
-// Gives the events of a remote control's keys what they have on a TV, since the engine knows few of these keys.
+// Sets the values of keyboard events for the keys of a remote control, few of which the engine knows.
 //
-// Evaluates to a function that is called once for each frame, before any script of the page. `native` offers key(): the
-// JSON text of the pressed key's values, empty while none is pressed.
+// Evaluates to a function that is called once for each frame, before any script of the page. `native` provides key(),
+// which returns the pressed key's values as JSON, or an empty text if none is pressed.
 (function (native) {
   'use strict';
 
   var parse = JSON.parse;
   var define = Object.defineProperty;
-  // Kept: the engine would make another object of an event that no script refers to.
+  // Referenced, because the engine creates a new wrapper object for an event that no script references.
   var current = null;
 
   function set(event, name, value) {
@@ -21,7 +21,7 @@
     current = event;
     set(current, 'key', key.key);
     set(current, 'code', key.code);
-    // That of keypress is a character's.
+    // The code of a keypress event is that of a character.
     if (event.type === 'keypress') return;
     set(current, 'keyCode', key.keyCode);
     set(current, 'which', key.keyCode);

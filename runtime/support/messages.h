@@ -1,32 +1,33 @@
-// What the launcher's process and the web process agree on: the messages between them, by their names and the
-// types of what they hold.
+// The messages between the launcher's process and the web process: their names and the types of their
+// contents.
 #ifndef CORVIS_RUNTIME_SUPPORT_MESSAGES_H_
 #define CORVIS_RUNTIME_SUPPORT_MESSAGES_H_
 
 namespace corvis::tv {
 
-// From a page: console lines and uncaught errors; the level, text and source of each.
+// From a page: console lines and uncaught errors, each with level, text and source.
 constexpr const char* kConsoleMessage = "console";
 constexpr const char* kConsoleType = "a(sss)";
 constexpr const char* kConsoleLineType = "(sss)";
-// From a page: a new document began in the web process of this id.
+// From a page: a new document has started; the web process's id.
 constexpr const char* kProcessMessage = "process";
 constexpr const char* kProcessType = "u";
 // From a page: it closed itself.
 constexpr const char* kCloseMessage = "close";
-// From the web process as a whole: an extension is of no use; the sentence that says why.
+// From the web process: an extension can't be used; the reason in a sentence.
 constexpr const char* kBrokenExtensionMessage = "broken-extension";
 constexpr const char* kBrokenExtensionType = "s";
-// To a page: an expression. Answered with its value as JSON text, and the text of an exception (empty: none).
+// To a page: evaluate an expression. The reply has its value as JSON, and the text of an exception (empty:
+// none).
 constexpr const char* kEvaluateMessage = "evaluate";
 constexpr const char* kEvaluateType = "s";
 constexpr const char* kValueType = "(ss)";
-// To a page: what its keyboard events have from now on, as JSON text; empty for what the engine gives.
+// To a page: the values of its keyboard events from now on, as JSON; empty for the engine's own.
 constexpr const char* kKeyMessage = "key";
 constexpr const char* kKeyType = "s";
-// To a page: answered after everything that it wrote so far.
+// To a page: replies after everything that it wrote so far.
 constexpr const char* kSyncMessage = "sync";
-// To a page, before the run ends: answered when the extensions have been shut down.
+// To a page, before the run ends: replies when the extensions have been shut down.
 constexpr const char* kEndMessage = "end";
 
 }  // namespace corvis::tv

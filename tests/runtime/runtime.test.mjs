@@ -112,7 +112,7 @@ test('a crash of the page is told and healed; the console goes to the terminal',
   await until(() => /hello \{"a":1\}[^]*nowhere[^]*nobody cares|nobody cares[^]*nowhere/.test(tv.text), tv);
   const pid = Number(tv.text.match(/^created 1 in (\d+)$/m)[1]);
   process.kill(pid, 'SIGKILL');
-  await until(() => tv.text.includes("The page's process crashed; the page is loaded again."), tv);
+  await until(() => tv.text.includes("The page's process crashed; the page is reloaded."), tv);
   await until(() => tv.text.match(/created/g).length === 2, tv);
   await tv.loaded();
   assert.equal(await tv.evaluate('typeof example'), 'object');

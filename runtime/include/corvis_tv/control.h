@@ -1,43 +1,43 @@
-// The control interface of corvis-tv as it goes over the bus: what the runtime serves and what its clients
-// call, each name and signature once.
+// The D-Bus names and signatures of corvis-tv's control interface, shared by the runtime and its clients.
 //
 // A client calls the bus name APPLICATION-ID.runtime. Replies and signals arrive in the order in which they
-// were sent, on the connection that asked: whatever a page wrote before a reply was made comes ahead of that
-// reply.
+// were sent, so the signals for everything that a page wrote before a reply precede that reply.
 #ifndef CORVIS_TV_CONTROL_H_
 #define CORVIS_TV_CONTROL_H_
 
 namespace corvis::tv {
 
-// Follows the application's id in the bus name.
+// The suffix that follows the application id in the bus name.
 constexpr const char* kControlNameSuffix = ".runtime";
 constexpr const char* kControlPath = "/corvis/tv";
 constexpr const char* kControlInterface = "corvis.tv.Control";
 
-// A method, with the D-Bus signatures of its arguments and of its reply.
+// A method and the D-Bus signatures of its arguments and reply.
 struct ControlMethod {
   const char* name;
   const char* arguments;
   const char* reply;
 };
 
-// Load a page (its URL), or the present one again. Both answer when the page is loaded, or kErrorLoadFailed.
+// Load a page by URL, or reload the current one. Both reply when the page is loaded, or fail with
+// kErrorLoadFailed.
 constexpr ControlMethod kLoadMethod{"Load", "s", ""};
 constexpr ControlMethod kReloadMethod{"Reload", "", ""};
-// The value of an expression in the page's main frame, as JSON text; "null" where there is none. An exception
-// is kErrorScript.
+// Evaluates an expression in the page's main frame. Replies with its value as JSON, "null" if there is none.
+// An exception is reported as kErrorScript.
 constexpr ControlMethod kEvaluateMethod{"Evaluate", "s", "s"};
-// The visible page as the bytes of a PNG picture.
+// Replies with the visible page as PNG.
 constexpr ControlMethod kScreenshotMethod{"Screenshot", "", "ay"};
 // Press and release a key of a remote control, by its name in remote_keys.h, or the keys of a text. Both
-// answer when the page has handled the events.
+// reply when the page has handled the events.
 constexpr ControlMethod kPressKeyMethod{"PressKey", "s", ""};
 constexpr ControlMethod kTypeTextMethod{"TypeText", "s", ""};
-// Answers when the Console signals of everything that the page wrote so far have been sent.
+// Replies after the Console signals for everything that the page wrote so far.
 constexpr ControlMethod kSyncMethod{"Sync", "", ""};
-// The URIs of the privileges that the application holds from now on.
+// Replaces the application's privileges (URIs).
 constexpr ControlMethod kSetPrivilegesMethod{"SetPrivileges", "as", ""};
-// The page's URL, whether it is loading, the id of its process (0: none), and the crashes of this run.
+// Replies with the page's URL, whether it is loading, the id of its process (0: none), and the crashes of
+// this run.
 constexpr ControlMethod kGetStatusMethod{"GetStatus", "", "sbuu"};
 // Ends the runtime.
 constexpr ControlMethod kQuitMethod{"Quit", "", ""};
@@ -53,11 +53,11 @@ struct ControlSignal {
 
 // A console line: level, text, and "page", or "api" for lines of a script API.
 constexpr ControlSignal kConsoleSignal{"Console", "sss"};
-// The URL of a page that is loaded.
+// A page is loaded; the argument is its URL.
 constexpr ControlSignal kLoadedSignal{"Loaded", "s"};
-// The page's process crashed, so often in this run. The page is loaded again.
+// The page's process crashed, and the page is reloaded. The argument is the number of crashes in this run.
 constexpr ControlSignal kCrashedSignal{"Crashed", "u"};
-// The page closed itself (window.close()): the application has ended, and the runtime ends.
+// The page called window.close(): the application has ended, and the runtime ends.
 constexpr ControlSignal kClosedSignal{"Closed", ""};
 
 constexpr ControlSignal kControlSignals[] = {kConsoleSignal, kLoadedSignal, kCrashedSignal, kClosedSignal};

@@ -1,4 +1,5 @@
-// The keys of a remote control by their names: what a page gets of each, and what the window is given for it.
+// The keys of a remote control by name: the values that a page receives for each, and the key event for the
+// window.
 #ifndef CORVIS_TV_REMOTE_KEYS_H_
 #define CORVIS_TV_REMOTE_KEYS_H_
 
@@ -8,7 +9,8 @@ namespace corvis::tv {
 
 struct RemoteKey {
   std::string_view name;
-  // KeyboardEvent's `key`, `code` and `keyCode`. TVs differ in the last, which a run may change for each key.
+  // KeyboardEvent's `key`, `code` and `keyCode`. TVs differ in `keyCode`, which a run can change for each
+  // key.
   const char* key;
   const char* code;
   unsigned key_code;
@@ -16,7 +18,7 @@ struct RemoteKey {
   unsigned symbol;
 };
 
-// Where browsers have no number for a key of their own, it is the one of CTA-2014, which most TVs follow.
+// Codes of keys that browsers don't define are those of CTA-2014, which most TVs use.
 constexpr RemoteKey kRemoteKeys[] = {
     {"Left", "ArrowLeft", "ArrowLeft", 37, 0xff51},
     {"Up", "ArrowUp", "ArrowUp", 38, 0xff52},
@@ -48,7 +50,7 @@ constexpr RemoteKey kRemoteKeys[] = {
     {"9", "9", "Digit9", 57, '9'},
 };
 
-// Null when there is none.
+// Returns null for an unknown name.
 constexpr const RemoteKey* FindRemoteKey(std::string_view name) {
   for (const RemoteKey& key : kRemoteKeys) {
     if (key.name == name) return &key;
@@ -56,7 +58,7 @@ constexpr const RemoteKey* FindRemoteKey(std::string_view name) {
   return nullptr;
 }
 
-// The largest code that a key may be given.
+// The largest code that a key may have.
 constexpr unsigned kMostKeyCode = 0xffff;
 
 }  // namespace corvis::tv
