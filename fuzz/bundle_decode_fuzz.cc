@@ -1,4 +1,4 @@
-// Decoding bundles: whatever decodes is whole, and encodes to what it was decoded from.
+// Fuzzes decoding bundles: a decoded bundle is complete, and encoding it returns the same text.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -15,7 +15,7 @@ void ReadEntry(const char* key, int /*type*/, const bundle_keyval_t* keyval, voi
   void* value = nullptr;
   size_t size = 0;
   if (bundle_keyval_get_basic_val(copy, &value, &size) == 0) {
-    // Reads every byte that the size promises.
+    // Reads all `size` bytes.
     if (size > 0 && memchr(value, 0x7f, size) == value) ++*static_cast<int*>(count);
   }
   bundle_keyval_free(copy);

@@ -1,4 +1,4 @@
-// Both conversions of a command's data: any text gives an object's braces and never more.
+// Fuzzes both conversions of a command's data: the result is always one JSON object.
 #include "page.h"
 #include "testing/signed_bundle.h"
 #include "voice-interaction/bundle_json.h"

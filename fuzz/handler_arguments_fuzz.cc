@@ -1,4 +1,4 @@
-// The arguments of setCallback and Response, whatever their text.
+// Fuzzes the arguments of setCallback and Response.
 #include "page.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

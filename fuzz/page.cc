@@ -5,7 +5,7 @@
 
 FuzzPage& TheFuzzPage() {
   static FuzzPage* const page = [] {
-    // Nobody answers there, so that sending fails at once.
+    // No bus listens there, so sending fails at once.
     setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
     auto* const runtime = new fake::Runtime;
     return new FuzzPage{*runtime,

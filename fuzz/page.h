@@ -1,4 +1,4 @@
-// A page that has registered every kind of action and listens, on the platform's stand-in without a bus.
+// A page that has registered every kind of action and listens, on the platform stand-in without a bus.
 #ifndef CORVIS_FUZZ_PAGE_H_
 #define CORVIS_FUZZ_PAGE_H_
 
@@ -12,10 +12,10 @@ struct FuzzPage {
   InstanceHandle page;
 };
 
-// The page of this process, made at the first call.
+// The page of this process, created on the first call.
 FuzzPage& TheFuzzPage();
 
-// Requires of a reply that it is one of the three kinds that there are.
+// Requires that a reply is one of the three possible kinds.
 void RequireReply(const std::string& reply);
 
 #endif  // CORVIS_FUZZ_PAGE_H_

@@ -1,4 +1,4 @@
-// Phrase files, whatever they hold: they are read in time, and what they say can be said.
+// Fuzzes phrase files: any file is parsed in bounded time, and the phrases that it defines are understood.
 #include <chrono>
 
 #include "language/phrasebook.h"
@@ -26,7 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   phrases.Understand("one hour from 1990 to the third");
   phrases.Suggest("one huor");
   LanguageOf(text);
-  // Bracket upon bracket costs time, but no more than this, also with sanitizers on a busy machine.
+  // Nested brackets take time, but at most this much, even with sanitizers on a busy machine.
   Require(std::chrono::steady_clock::now() - begin < std::chrono::seconds(20), "a file is read in time");
   return 0;
 }

@@ -1,4 +1,4 @@
-// What is said or typed to the voice service, and the list of items that a page answers, whatever their text.
+// Fuzzes phrases, raw commands, and the list of items in a page's answer.
 #include <algorithm>
 #include <chrono>
 #include <vector>
@@ -13,7 +13,7 @@ namespace {
 
 using namespace corvis::kit;
 
-// Keys come out distinct and not empty, so that a bundle can be made of them.
+// Keys must be unique and not empty, so that a bundle can be built from them.
 void RequireEntries(const Command& command) {
   if (!command.is_bundle) return;
   Require(!command.entries.empty(), "a bundle has entries");
@@ -29,7 +29,7 @@ std::vector<Phrasebook> AllLanguages() {
 void Say(const std::string& text, const Phrasebook& phrases) {
   const auto begin = std::chrono::steady_clock::now();
   auto understood = phrases.Understand(text);
-  // Linear in the text's length, also with sanitizers on a busy machine.
+  // Linear in the length of the text, even with sanitizers on a busy machine.
   const auto limit = std::chrono::milliseconds(200 + text.size());
   Require(std::chrono::steady_clock::now() - begin < limit, "a text is understood in time");
   Require(phrases.Folded(phrases.Folded(text)) == phrases.Folded(text), "folding once is enough");

@@ -1,4 +1,4 @@
-// A message that arrives at the port: an encoded bundle that the channel reads and the page is told of.
+// Fuzzes messages that arrive at the port: encoded bundles, which the channel parses and posts to the page.
 #include "nurvo_desktop/bundle_ptr.h"
 #include "page.h"
 #include "testing/signed_bundle.h"

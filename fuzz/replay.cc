@@ -1,4 +1,4 @@
-// Runs a fuzz target over the files of a folder, without a fuzzer: what was found once stays mended.
+// Runs a fuzz target on the files of a folder, without a fuzzer, as a regression test of earlier findings.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
   for (const auto& file : std::filesystem::directory_iterator(argv[1])) {
     std::ifstream stream(file.path(), std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    // Said before it runs, so that the one that ends the process is known.
+    // Printed before the run, so that an input that ends the process is known.
     std::printf("%s, %zu bytes\n", file.path().filename().c_str(), text.size());
     std::fflush(stdout);
     LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(text.data()), text.size());

@@ -1,4 +1,4 @@
-// Findings.
+// Reports findings.
 #include "require.h"
 
 #include <cstdio>

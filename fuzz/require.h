@@ -1,4 +1,4 @@
-// What every fuzz target uses: its input as a text, and ending the process as a finding.
+// Helpers for all fuzz targets: the input as a text, and reporting a finding.
 #ifndef CORVIS_FUZZ_REQUIRE_H_
 #define CORVIS_FUZZ_REQUIRE_H_
 
@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-// Ends the process, as a finding, unless `holds`.
+// Unless `holds`, prints the message and aborts, which the fuzzer reports as a finding.
 void Require(bool holds, const char* what);
 
 inline std::string FuzzText(const uint8_t* data, size_t size) {

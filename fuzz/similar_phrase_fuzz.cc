@@ -1,5 +1,5 @@
-// Suggestions for phrases that are not known, whatever their text: what is suggested is known. Apart from the
-// other phrases because comparing takes its time.
+// Fuzzes suggestions for unknown phrases: every suggestion is a known phrase. Separate from phrase_fuzz.cc,
+// because comparing is slow.
 #include "language/phrasebook.h"
 #include "require.h"
 

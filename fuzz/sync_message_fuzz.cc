@@ -1,4 +1,4 @@
-// A page's synchronous call, whatever its text.
+// Fuzzes a page's synchronous calls.
 #include "page.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -1,5 +1,4 @@
-// Voice scripts, whatever their text: each line that says something becomes one step or one error at its
-// place.
+// Fuzzes voice scripts: each line with a statement becomes one step, or one error with its position.
 #include <algorithm>
 #include <string_view>
 
@@ -29,7 +28,7 @@ void RequirePlace(const ScriptPlace& place, long lines, const std::string& text)
   Require(place.column >= 1 && static_cast<size_t>(place.column) <= text.size() + 1, "a column is within it");
 }
 
-// The steps of a test, and its heading.
+// Checks a test and its steps, and returns the number of its statements.
 size_t UseTest(const ScriptTest& test, long lines, const std::string& text) {
   RequirePlace(test.place, lines, text);
   for (const Step& step : test.steps) {
@@ -40,7 +39,7 @@ size_t UseTest(const ScriptTest& test, long lines, const std::string& text) {
   return test.steps.size() + (test.name ? 1 : 0);
 }
 
-// A regular expression from outside may take its time; that is no fault.
+// Does not run regular expressions, because an untrusted one may legitimately be slow.
 void UseMatcher(const std::string& text) {
   LineReader line(text);
   const Matcher matcher = ReadMatcher(line);

@@ -66,7 +66,7 @@ export class Tv {
     this.child.stdout.on('data', (data) => (this.text += data));
     this.child.stderr.on('data', (data) => (this.text += data));
     this.exited = new Promise((resolve) => this.child.on('close', (code, signal) => resolve(code ?? signal)));
-    // A runtime that crashed says why.
+    // Print the output of a runtime that was ended by a signal.
     this.exited.then((end) => typeof end === 'string' && end !== 'SIGKILL' && console.error(end, this.text));
     t.after(() => (this.child.kill(), this.exited));
   }
@@ -97,7 +97,7 @@ export class Tv {
     return { url, pid: Number(pid), crashes: Number(crashes) };
   }
 
-  // The processes below it, as [id, name]; names are cut by the system.
+  // The descendants of the runtime as [id, name]; the system truncates names.
   children() {
     const listed = execFileSync('ps', ['-o', 'pid=,comm=', '--ppid', this.child.pid], { encoding: 'utf8' });
     return listed

@@ -1,5 +1,5 @@
-// Understanding what viewers say, in each language, and in turn with it a lookup of the same text in a hash
-// table; and loading each language. Prints nanoseconds as JSON:
+// Measures understanding viewers' phrases in each language, alternately with looking up the same text in a
+// hash table, and loading each language. Prints nanoseconds as JSON:
 //   bench_phrases FOLDER ROUNDS
 #include "language/phrasebook.h"
 

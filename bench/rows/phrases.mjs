@@ -1,4 +1,4 @@
-// What a viewer says becoming an action, in the language that takes longest; and loading a language.
+// The time to understand a viewer's phrase, in the slowest language, and to load a language.
 import path from 'node:path';
 import { atMost } from '../report/result.mjs';
 import { percentile, timeText } from '../report/statistics.mjs';

@@ -21,7 +21,7 @@ Turn NotSent(const std::string& said, const std::string& problem) {
   return {said, {}, false, Fail(problem), ""};
 }
 
-// Those on the screen, or else all.
+// The items that are on the screen; if there are none, all items.
 std::vector<Item> WithBoxes(const std::vector<Item>& items) {
   std::vector<Item> found;
   std::copy_if(items.begin(), items.end(), std::back_inserter(found),

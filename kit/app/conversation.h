@@ -29,7 +29,7 @@ struct Turn {
   Command command;
   bool is_sent = false;
   Result<Answer> answer = Fail("Nothing was said yet.");
-  // The title of the item that was named by its title alone, or by its place.
+  // The title of the item, if the phrase was only its title or named its place.
   std::string item;
 };
 
@@ -50,11 +50,11 @@ class Conversation {
   // Waits until the application has registered and its page is loaded. Fails with kNoApplication.
   Status WaitForApp(std::chrono::milliseconds timeout);
 
-  // What can be said; English unless set.
+  // The phrases of the language; English by default.
   const Phrasebook& phrases() const { return phrases_; }
   void set_phrases(Phrasebook phrases) { phrases_ = std::move(phrases); }
 
-  // Says a phrase. When none matches, a text that is the title of an item on the screen selects it.
+  // Says a phrase. A text that matches no phrase but is the title of an item on the screen selects the item.
   Turn Say(const std::string& phrase);
   Turn Send(const Command& command, const std::string& said);
   // Sends a bundle unchanged, without waiting for an answer: see VoiceService::Inject.
@@ -114,8 +114,8 @@ class Conversation {
   Status Arrive(const Arrival& arrival, Change change);
   Status WaitForArrival(const Arrival& arrival, int registered_before, Clock::time_point end);
   Error WhyAbsent(std::chrono::milliseconds timeout) const;
-  // Sends what a phrase became, with the number of the item that it is about; a turn that says why not
-  // otherwise.
+  // Sends the command of a phrase with the number of its item. Without exactly one such item, returns a turn
+  // that is not sent and says why.
   Turn SayOfItem(const std::string& phrase, Understood understood);
   Turn SayTitle(const std::string& phrase);
 

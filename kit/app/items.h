@@ -40,10 +40,10 @@ std::optional<ItemList> ReadItems(const std::string& answer);
 // The items as a table with a header line.
 std::string ItemTable(const ItemList& list);
 
-// The items whose title is `title` in the language's comparison of letters; if there are none, those whose
-// title contains it. No title contains an empty one.
+// The items whose title equals `title` by the language's comparison of letters; if there are none, those
+// whose title contains it. An empty `title` is contained in none.
 std::vector<Item> ItemsTitled(const ItemList& list, const std::string& title, const Phrasebook& phrases);
-// Those whose title is `title`, and no other.
+// Only the items whose title equals `title`.
 std::vector<Item> ItemsNamed(const ItemList& list, const std::string& title, const Phrasebook& phrases);
 
 // A change between two lists. Items are matched by title; of equal titles the first matches the first, etc.

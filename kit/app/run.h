@@ -43,7 +43,7 @@ struct RunOptions {
   std::chrono::milliseconds answer_timeout{5000};
   // Further options, passed to corvis-tv unchanged.
   std::vector<std::string> runtime_arguments;
-  // What the page may use without a user's consent, by corvis-tv's names.
+  // The permissions that the page gets without a user's consent, by the names of corvis-tv.
   std::vector<std::string> grants;
   Places places = FindPlaces();
 };

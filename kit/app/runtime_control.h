@@ -36,7 +36,7 @@ class RuntimeControl {
   void WatchConsole(ConsoleSink sink);
   // Calls `sink` when the page's process has crashed; the runtime reloads the page by itself.
   void WatchCrashes(std::function<void()> sink);
-  // Calls `sink` when the page has closed itself. The runtime ends then.
+  // Calls `sink` when the page has closed itself; the runtime then ends.
   void WatchClosing(std::function<void()> sink);
   // The time limit of each call.
   void set_timeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
@@ -57,8 +57,8 @@ class RuntimeControl {
   Result<bool> IsLoaded();
   // The visible page as PNG.
   Result<std::string> Screenshot();
-  // Press a key of a remote control, by its name in corvis_tv/remote_keys.h, or the keys of a text. Return when
-  // the page has handled the events.
+  // Press a key of a remote control, by its name in corvis_tv/remote_keys.h, or the keys of a text. Return
+  // when the page has handled the events.
   Status PressKey(const std::string& name);
   Status TypeText(const std::string& text);
   // Returns when all console lines written so far have reached the sink.

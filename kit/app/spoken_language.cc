@@ -1,4 +1,4 @@
-// Phrase files are read here; what is in them is the language folder's matter.
+// Reads phrase files from disk; kit/language parses them.
 #include "app/spoken_language.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 namespace corvis::kit {
 
 Result<PhraseFile> ReadPhraseFile(const std::string& path) {
-  // A byte more than the largest file, which the reader then refuses.
+  // Read one byte more than the limit, so that the parser rejects a larger file.
   constexpr size_t kMost = (size_t{1} << 20U) + 1;
   std::error_code error;
   std::ifstream stream;
@@ -46,7 +46,7 @@ Status SpokenLanguage::AddFile(const std::string& path) {
 }
 
 Status SpokenLanguage::Open(const std::string& tag, const std::vector<PhraseFile>& files) {
-  // Files of other languages wait until these are spoken.
+  // Files of other languages are kept until their language is selected.
   std::vector<PhraseFile> spoken;
   std::copy_if(files.begin(), files.end(), std::back_inserter(spoken), [&tag](const PhraseFile& file) {
     const std::string language = LanguageOf(file.text);

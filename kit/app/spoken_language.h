@@ -10,23 +10,22 @@
 
 namespace corvis::kit {
 
-// Fails with the mistakes of a file, or when it can't be read.
+// Reads and parses a phrase file. Fails if it can't be read or has mistakes, which the error lists.
 Result<PhraseFile> ReadPhraseFile(const std::string& path);
 
-// The language of the process's environment (LC_ALL, LC_MESSAGES, LANG) where it is built in; English
-// otherwise.
+// The tag of the environment's language (LC_ALL, LC_MESSAGES, LANG) if it is built in, otherwise that of
+// English.
 std::string EnvironmentLanguage();
 
 class SpokenLanguage {
  public:
-  // English.
+  // Starts with English.
   SpokenLanguage() = default;
 
-  // Speaks a language: one that is built in, or that a file brings, which was added before. Nothing changes
-  // on failure.
+  // Selects a language that is built in or defined by a file added before. Changes nothing on failure.
   Status Speak(const std::string& tag);
-  // Adds a phrase file. Its phrases win over those that are there; a file in another language changes the
-  // language.
+  // Adds a phrase file. Its phrases take precedence over existing ones. A file in another language selects
+  // that language.
   Status AddFile(const std::string& path);
 
   const Phrasebook& phrases() const { return phrases_; }
@@ -36,7 +35,7 @@ class SpokenLanguage {
 
   Phrasebook phrases_ = Phrasebook::English();
   std::string tag_ = "en";
-  // The last one added first.
+  // In reverse order of addition.
   std::vector<PhraseFile> files_;
 };
 

@@ -96,14 +96,14 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
           "grant only this: microphone, voicecontrol or a URI; repeatable (default both)", run.privileges,
           CheckPrivilege);
   AddList(app, "--grant", "NAME",
-          "a permission that the page gets when it asks, such as geolocation; repeatable (default none)",
-          run.grants, [](const std::string& /*name*/) { return std::string(); });
+          "grant a permission to the page, such as geolocation; repeatable (default none)", run.grants,
+          [](const std::string& /*name*/) { return std::string(); });
   AddValue(app, "--size", "WIDTHxHEIGHT", "the page's size in pixels", "1920x1080", CheckSize,
            [&run](const std::string& size) { ReadSize(size, run.width, run.height); });
-  AddFlag(app, "--single-page", "a path that names no file and has no ending gives the page, for routers",
+  AddFlag(app, "--single-page", "serve the page for paths without a file or extension",
           [&run] { run.runtime_arguments.emplace_back("--single-page"); });
-  AddList(app, "--key", "NAME=CODE", "the keyCode that the page gets of a key, such as Back=27; repeatable",
-          options.key_codes, CheckKey);
+  AddList(app, "--key", "NAME=CODE", "the keyCode of a key, such as Back=27; repeatable", options.key_codes,
+          CheckKey);
   AddDisplayOptions(app, viewer, options);
   AddText(app, "--console", "KIND", "console lines to print on standard error: page, all, none",
           options.console, CheckConsole);

@@ -1,4 +1,4 @@
-// Options for what is said.
+// Declares the language options and opens the language that they select.
 #include "cli/language.h"
 
 #include "cli/command_line.h"
@@ -6,10 +6,11 @@
 namespace corvis::kit {
 
 void AddLanguageOptions(CLI::App& app, LanguageOptions& options) {
-  app.option_defaults()->group("What is said");
+  app.option_defaults()->group("Phrases");
   AddText(app, "--language", "TAG",
-          "its language: en, de, fr, es, ko or one of --phrases (default: the environment's)", options.tag);
-  AddList(app, "--phrases", "FILE", "phrases of your own, which win; repeatable", options.phrase_files);
+          "language: en, de, fr, es, ko or one of --phrases (default: the environment's)", options.tag);
+  AddList(app, "--phrases", "FILE", "your own phrases, which take precedence; repeatable",
+          options.phrase_files);
 }
 
 Result<SpokenLanguage> OpenLanguage(const LanguageOptions& options) {

@@ -1,4 +1,4 @@
-// The language in which an application is spoken to: its options, and opening it.
+// The options for the language of phrases.
 #ifndef CORVIS_KIT_CLI_LANGUAGE_H_
 #define CORVIS_KIT_CLI_LANGUAGE_H_
 
@@ -12,7 +12,7 @@
 namespace corvis::kit {
 
 struct LanguageOptions {
-  // A tag. Empty for the environment's language, or that of the last phrase file that brings one.
+  // A language tag. If empty, the language of the last phrase file that defines one, or the environment's.
   std::string tag;
   std::vector<std::string> phrase_files;
 };
@@ -20,7 +20,7 @@ struct LanguageOptions {
 // Declares --language and --phrases.
 void AddLanguageOptions(CLI::App& app, LanguageOptions& options);
 
-// Fails with kUsage: the mistakes of a file, or a language that is not known.
+// Opens the language. Fails with kUsage if a file has mistakes or the language is unknown.
 Result<SpokenLanguage> OpenLanguage(const LanguageOptions& options);
 
 }  // namespace corvis::kit

@@ -120,7 +120,7 @@ void ReadSay(LineReader& line, Step& step) {
     session.conversation.set_phrases(phrases);
     return Report(session, session.dialogue.Say(phrase, AnswerLimit(session)));
   };
-  // What is close to no phrase may be the title of an item on the screen.
+  // A text that is similar to no phrase may be the title of an item on the screen.
   const Phrasebook& phrases = line.language().phrases();
   if (line.has_failed() || phrases.Understand(phrase) || phrases.Suggest(phrase).empty()) return;
   line = before;

@@ -16,7 +16,7 @@ namespace corvis::kit {
 // Keeps the first error and its column. After an error every read returns an empty value.
 class LineReader {
  public:
-  // `language` is what the script speaks at this line, which a statement may change.
+  // `language` is the script's language at this line; a statement may change it.
   explicit LineReader(std::string_view line, SpokenLanguage* language = nullptr)
       : line_(line), language_(language) {
     SkipSpaces();

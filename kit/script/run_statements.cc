@@ -22,7 +22,8 @@ Arrival ReadArrival(LineReader& line) {
   return {false, line.TakeWord("for") ? line.Duration() : kQuiet};
 }
 
-// The language counts for the lines that are read after this; there is nothing to do when the script runs.
+// The language applies to the lines that are parsed afterwards, so these statements have no effect at run
+// time.
 void FinishLanguage(LineReader& line, const LineReader& at, const Status& changed, Step& step) {
   step.role = StepRole::kLooks;
   step.run = [](Session& /*session*/) -> Verdict { return {}; };

@@ -67,8 +67,8 @@ void ScriptRunner::Run(const VoiceScript& script) {
   ReportPage();
 }
 
-// An application that ends with its last answer, or at a timer that is due then, has ended before the script
-// is over.
+// If the application ends with its last answer, or at a timer that is due then, wait for that, so that this
+// script reports it.
 void ScriptRunner::AwaitClosing() {
   constexpr auto kTimers = std::chrono::milliseconds(20);
   constexpr auto kDeparture = std::chrono::seconds(2);

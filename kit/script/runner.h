@@ -50,7 +50,7 @@ class ScriptRunner {
   // Whether the application has ended and this step or the next one expects that.
   bool HasEndedAsExpected(const Step& step) const;
   Verdict Do(const Step& step, bool is_last);
-  // Waits for the application's end, should that be under way.
+  // Waits for the end of the application if it is already ending.
   void AwaitClosing();
   // Adds the callback's exception, the console lines and a screenshot to a failure.
   void Document(StepDone& done);

@@ -10,7 +10,7 @@
 
 namespace corvis::kit {
 
-// Parses every line; invalid lines add to the script's errors. `language` is the one at the first line;
+// Parses every line; invalid lines add to the script's errors. `language` is that of the first line;
 // statements may change it. Accepts any bytes and never throws.
 VoiceScript ParseVoiceScript(std::string_view text, const std::string& file, const SpokenLanguage& language);
 

@@ -19,7 +19,7 @@ CORVIS_PAGE("deliver") void page_deliver(const char* message);
 // Receives an event as JSON.
 CORVIS_PAGE("event") void page_event(const char* json);
 
-// The number in decimal digits that the text is; not a number for any other text.
+// Converts a decimal number; NaN for any other text.
 CORVIS_PAGE("number") double page_number(const char* text);
 }
 

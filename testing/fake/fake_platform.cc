@@ -36,7 +36,7 @@ std::unique_ptr<Platform>& Current() {
 
 constexpr int kRefused = -1;
 
-// Each entry is "s" or "a" (an array), its key and value, and what ends it.
+// An entry is "s" or "a" (an array), its key and value, and a semicolon.
 std::string EncodeEntries(const bundle& b) {
   std::string text = "b";
   for (const bundle_keyval_t& entry : b.entries)

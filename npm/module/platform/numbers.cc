@@ -1,5 +1,5 @@
-// Numbers of JSON are read by the page's engine: the C library's reader, for all that can be written, is a
-// twentieth of the module. Both JSON libraries pass a number and nothing else.
+// Lets the page's engine convert the numbers in JSON, because the C library's general conversion would be a
+// twentieth of the module. Both JSON libraries pass only valid numbers.
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
