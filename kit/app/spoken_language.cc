@@ -33,7 +33,11 @@ std::string EnvironmentLanguage() {
 }
 
 Status SpokenLanguage::Speak(const std::string& tag) {
-  return Open(tag, files_);
+  const bool is_brought = std::any_of(
+      files_.begin(), files_.end(), [&tag](const PhraseFile& file) { return LanguageOf(file.text) == tag; });
+  // Without phrases of its own, de-AT is de.
+  const std::string built_in = BuiltInLanguage(tag);
+  return Open(is_brought || built_in.empty() ? tag : built_in, files_);
 }
 
 Status SpokenLanguage::AddFile(const std::string& path) {

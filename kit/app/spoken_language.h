@@ -22,7 +22,8 @@ class SpokenLanguage {
   // Starts with English.
   SpokenLanguage() = default;
 
-  // Selects a language that is built in or defined by a file added before. Changes nothing on failure.
+  // Selects a language that is defined by a file added before, or built in, then for any region (de-AT).
+  // Changes nothing on failure.
   Status Speak(const std::string& tag);
   // Adds a phrase file. Its phrases take precedence over existing ones. A file in another language selects
   // that language.

@@ -127,6 +127,8 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
   run.page = std::move(*page);
   for (const std::string& key : options.key_codes)
     run.runtime_arguments.insert(run.runtime_arguments.end(), {"--key", key});
+  if (const std::string tag = PageLanguage(options.language, *language); !tag.empty())
+    run.runtime_arguments.insert(run.runtime_arguments.end(), {"--language", tag});
   const auto write = [kind = options.console, console](const auto& level, const auto& text,
                                                        const auto& source) {
     if (kind == "all" || kind == source) console("[" + source + "] " + level + ": " + ForTerminal(text));

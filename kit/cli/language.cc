@@ -27,4 +27,10 @@ Result<SpokenLanguage> OpenLanguage(const LanguageOptions& options) {
   return language;
 }
 
+std::string PageLanguage(const LanguageOptions& options, const SpokenLanguage& language) {
+  if (!options.tag.empty()) return options.tag;
+  const std::string& spoken = language.phrases().tag();
+  return spoken == EnvironmentLanguage() ? "" : spoken;
+}
+
 }  // namespace corvis::kit

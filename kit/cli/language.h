@@ -23,6 +23,9 @@ void AddLanguageOptions(CLI::App& app, LanguageOptions& options);
 // Opens the language. Fails with kUsage if a file has mistakes or the language is unknown.
 Result<SpokenLanguage> OpenLanguage(const LanguageOptions& options);
 
+// The language that pages get, a tag. Empty for the environment's.
+std::string PageLanguage(const LanguageOptions& options, const SpokenLanguage& language);
+
 }  // namespace corvis::kit
 
 #endif  // CORVIS_KIT_CLI_LANGUAGE_H_

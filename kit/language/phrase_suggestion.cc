@@ -22,7 +22,7 @@ struct Guess {
   int before;
   size_t begin;
   size_t mistakes;
-  // How many words of the pattern there are.
+  // How many bytes the words of the pattern have.
   size_t fixed;
 };
 
@@ -79,21 +79,29 @@ class Corrector {
     return corrections;
   }
 
+  size_t LengthOf(size_t begin, size_t end) const {
+    size_t length = 0;
+    for (; begin < end; ++begin) length += matcher_.words()[begin].text.size();
+    return length;
+  }
+
   void Enter(StateId id, size_t at, int before, size_t mistakes, size_t fixed) {
     const PatternState& state = grammar_.phrases.state(id);
     if (!state.IsSlot()) {
       if (at == corrections_.size()) return;
       for (const auto& [word, more] : corrections_[at]) {
-        if (word == state.word) Reach({id, at + 1, before, at, mistakes + more, fixed + 1});
+        if (word == state.word)
+          Reach({id, at + 1, before, at, mistakes + more, fixed + LengthOf(at, at + 1)});
       }
       return;
     }
     if (at < corrections_.size() && state.IsForAnyWords()) Reach({id, at + 1, before, at, mistakes, fixed});
     const SlotReadings readings = state.IsForAnyWords() ? SlotReadings() : matcher_.Read(*state.slot, at);
     for (const SlotReading& reading : readings) Reach({id, reading.end, before, at, mistakes, fixed});
-    // What doesn't fit into a slot at the end is replaced by an example.
+    // What doesn't fit into a slot at the end is replaced by an example. "Das Boot" shares too little with
+    // "das {place}" for that.
     const bool is_missing = state.IsForAnyWords() ? at == corrections_.size() : readings.empty();
-    if (!is_missing || fixed == 0 || !state.is_last) return;
+    if (!is_missing || fixed <= LengthOf(at, corrections_.size()) || !state.is_last) return;
     guesses_.push_back({id, at, before, at, mistakes, fixed});
     candidates_.push_back({true, mistakes, fixed, static_cast<int>(guesses_.size()) - 1});
   }

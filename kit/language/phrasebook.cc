@@ -161,6 +161,7 @@ std::optional<Understood> Phrasebook::Understand(std::string_view text) const {
 }
 
 std::string Phrasebook::UnknownPhrase(const std::string& text) const {
+  if (text.size() > kLongestText) return "The phrase is longer than 16 KiB; expected what somebody can say.";
   const std::string similar = Suggest(text);
   return "Unknown phrase \"" + text + "\"." + (similar.empty() ? "" : " Did you mean \"" + similar + "\"?");
 }

@@ -61,6 +61,8 @@ Browser::~Browser() {
 void Browser::SetUpContext(const Options& options, const Application& application) {
   context_.reset(webkit_web_context_new_ephemeral());
   webkit_web_context_set_cache_model(context_.get(), WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
+  const char* languages[] = {options.language.c_str(), nullptr};
+  webkit_web_context_set_preferred_languages(context_.get(), languages);
   extension_data_ = ExtensionData(options, application);
   g_signal_connect(
       context_.get(), "initialize-web-extensions", G_CALLBACK(+[](WebKitWebContext* context, GVariant* data) {

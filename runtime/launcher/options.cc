@@ -119,6 +119,28 @@ std::string SetConsole(Options& options, const std::string& kind) {
   return "";
 }
 
+bool IsLanguageTag(const std::string& text) {
+  return g_regex_match_simple("^[A-Za-z]{2,8}(-[A-Za-z0-9]{1,8})*$", text.c_str(), GRegexCompileFlags(0),
+                              GRegexMatchFlags(0)) != FALSE;
+}
+
+std::string SetLanguage(Options& options, const std::string& tag) {
+  options.language = tag;
+  return IsLanguageTag(tag) ? "" : "Expected a language tag such as de-AT, not \"" + tag + "\".";
+}
+
+// The language of a locale such as de_AT.UTF-8. C, POSIX and invalid locales are American English.
+std::string LanguageOfEnvironment() {
+  std::string locale;
+  for (const char* name : {"LANG", "LC_MESSAGES", "LC_ALL"}) {
+    const char* value = g_getenv(name);
+    if (value != nullptr && *value != '\0') locale = value;
+  }
+  std::string tag = locale.substr(0, locale.find_first_of(".@"));
+  std::replace(tag.begin(), tag.end(), '_', '-');
+  return tag == "POSIX" || !IsLanguageTag(tag) ? "en-US" : tag;
+}
+
 struct OptionRow {
   const char* name;
   // The name of the value in the help; null for an option without a value.
@@ -136,6 +158,8 @@ constexpr OptionRow kRows[] = {
     {"size", "WIDTHxHEIGHT", "the page's size in pixels (default 1920x1080)", SetSize},
     {"single-page", nullptr, "serve the page for paths without a file or extension, for client-side routers",
      SetSinglePage},
+    {"language", "TAG", "the language that pages see, such as de-AT (default: the environment's)",
+     SetLanguage},
     {"headless", nullptr, "run without a window or display (starts an Xvfb)", SetHeadless},
     {"console", "KIND", "console lines to print: page (default), all (including script APIs), none",
      SetConsole},
@@ -178,6 +202,7 @@ Exit WrongUsage(const std::string& what) {
 
 std::variant<Options, Exit> ParseOptions(int argc, char** argv) {
   Options options;
+  options.language = LanguageOfEnvironment();
   const std::vector<option> table = GetoptTable();
   opterr = 0;
   for (int letter = 0; (letter = getopt_long(argc, argv, ":", table.data(), nullptr)) != -1;) {

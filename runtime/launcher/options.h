@@ -34,6 +34,8 @@ struct Options {
   bool is_single_page = false;
   KeyCodes key_codes;
   ConsoleKind console = ConsoleKind::kPage;
+  // What pages get as navigator.language: a BCP 47 tag, by default that of the environment.
+  std::string language;
   // A URL, an HTML file, or a folder.
   std::string page;
 };

@@ -27,6 +27,26 @@ function testApp(t, script, options = [], scripts = ['a.voice']) {
   return run(['test-app', ...options, folder, ...scripts], { cwd: folder });
 }
 
+test('a script speaks its languages and phrases of its own; the page sees the first language', async (t) => {
+  const folder = writePage(t, page.replace('Play it', 'Das letzte Öl'));
+  writeFileSync(path.join(folder, 'own.phrases'), '[phrases]\nruf {words} -> ACTION_CUSTOM echo={words}\n');
+  const script = `value "navigator.language" is "de-AT"
+say Halt den Film an
+show "#state" is "paused"
+say das letzte OEL, bitte
+expect action ACTION_ITEM_SELECTION
+phrases "own.phrases"
+say ruf Große Öfen bitte
+expect is "Große Öfen"
+language en
+say can you play the movie
+expect action ACTION_PLAY with is ""
+`;
+  writeFileSync(path.join(folder, 'a.voice'), script);
+  const { code, text } = await run(['test-app', '--language', 'de-AT', folder, 'a.voice'], { cwd: folder });
+  assert.equal(code, 0, text);
+});
+
 test('a failure names what belongs to it', async (t) => {
   const tooLarge = `inject after 20 ms command="ACTION_PAUSE" strData="${'x'.repeat(2 ** 17)}"\n`;
   const { text } = await testApp(

@@ -101,6 +101,26 @@ test("only the main frame of the application's own origin gets the API", async (
   assert.equal(await tv.evaluate('typeof frames[2].example'), 'undefined');
 });
 
+test('pages see the language of the option, or of the environment', async (t) => {
+  const bus = await startBus(t);
+  const rows = [
+    [['--language', 'de-AT'], { LC_ALL: 'fr_FR.UTF-8' }, 'de-AT'],
+    [[], { LC_ALL: '', LC_MESSAGES: 'pt_BR.UTF-8@euro', LANG: 'fr_FR' }, 'pt-BR'],
+    [[], { LC_ALL: 'C.UTF-8', LANG: 'fr_FR' }, 'en-US'],
+    [[], { LC_ALL: 'POSIX' }, 'en-US'],
+  ];
+  for (const [options, env, language] of rows) {
+    const tv = new Tv(t, bus, writePage(t, ''), { options, env });
+    await tv.loaded();
+    assert.equal(
+      await tv.evaluate('String([navigator.language, navigator.languages])'),
+      `${language},${language}`
+    );
+    await tv.call('Quit');
+    await tv.exited;
+  }
+});
+
 test('a crash of the page is told and healed; the console goes to the terminal', async (t) => {
   const page = writePage(
     t,
@@ -129,6 +149,7 @@ test('every way for a run to end has its status and leaves nothing', async (t) =
     [['http://127.0.0.1:1/'], {}, 3, "can't be loaded"],
     [[page], { extension: path.join(folder, 'missing.so') }, 2, 'no extension library'],
     [[page], { options: ['--size', 'big'] }, 2, 'big'],
+    [[page], { options: ['--language', 'de_AT'] }, 2, 'de_AT'],
     [[page], { options: ['--colour'] }, 2, '--colour'],
     [[page], { env: { DBUS_SESSION_BUS_ADDRESS: '' }, bus: 'unix:path=/nowhere' }, 6, 'no D-Bus session bus'],
   ];
