@@ -252,11 +252,12 @@ Status Conversation::Open(const std::string& url, const Arrival& arrival) {
   return Arrive(arrival, [&] { return runtime_.Load(**rest); });
 }
 
-Status Conversation::NoteBeginning(std::vector<std::string> privileges) {
+Status Conversation::NoteBeginning(std::vector<std::string> privileges, bool is_storage_kept) {
   const Result<std::string> here = runtime_.Address();
   if (!here) return Fail(here.error());
   home_ = *here;
   privileges_ = std::move(privileges);
+  is_storage_kept_ = is_storage_kept;
   return {};
 }
 
@@ -274,9 +275,12 @@ Status Conversation::BeginAnew() {
   // A hang belongs to the previous script's result, so the error is dropped here.
   if (!Recover()) static_cast<void>(WaitForApp(timeout_));
   if (const Status granted = runtime_.SetPrivileges(privileges_); !granted) return granted;
-  if (home_.find('#') == std::string::npos) return Open(home_);
-  const Status placed = runtime_.SetAddress(home_);
-  return placed ? Reload() : placed;
+  // The old page leaves first, since it may store more, or have a database open.
+  if (const Status left = runtime_.Load("about:blank"); !left) return left;
+  if (!is_storage_kept_) {
+    if (const Status cleared = runtime_.ClearStorage(); !cleared) return cleared;
+  }
+  return Arrive({}, [this] { return runtime_.Load(home_); });
 }
 
 }  // namespace corvis::kit

@@ -82,8 +82,9 @@ class Conversation {
   // case.
   Status Recover();
 
-  // Saves the current page and the application's privileges (URIs) as the initial state.
-  Status NoteBeginning(std::vector<std::string> privileges);
+  // Saves the current page and the application's privileges (URIs) as the initial state. What pages store is
+  // cleared to restore it, unless `is_storage_kept`.
+  Status NoteBeginning(std::vector<std::string> privileges, bool is_storage_kept);
   // Restores the initial state: grants the privileges, loads the page and waits until it listens.
   Status BeginAnew();
 
@@ -134,6 +135,7 @@ class Conversation {
   int crashes_before_ = 0;
   std::string home_;
   std::vector<std::string> privileges_;
+  bool is_storage_kept_ = false;
   Turn items_turn_;
 };
 

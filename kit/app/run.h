@@ -39,6 +39,8 @@ struct RunOptions {
   int height = 1080;
   // False: the page is shown in a window on the user's display.
   bool is_headless = true;
+  // An absolute path: what pages store is kept in this folder. Empty: each run begins with nothing stored.
+  std::string profile;
   // How long the page may take to answer a command.
   std::chrono::milliseconds answer_timeout{5000};
   // Further options, passed to corvis-tv unchanged.

@@ -245,6 +245,9 @@ Status RuntimeControl::Sync() {
 Status RuntimeControl::SetPrivileges(const std::vector<std::string>& uris) {
   return Tell(tv::kSetPrivilegesMethod, uris);
 }
+Status RuntimeControl::ClearStorage() {
+  return Tell(tv::kClearStorageMethod);
+}
 Status RuntimeControl::Quit() {
   return Tell(tv::kQuitMethod);
 }

@@ -60,9 +60,28 @@ std::string CheckKey(const std::string& value) {
   return is_key ? "" : "a key of the remote control and its keyCode, such as Back=27";
 }
 
+std::string CheckUserAgent(const std::string& value) {
+  const bool is_header = !value.empty() && std::none_of(value.begin(), value.end(), [](char letter) {
+    return letter < ' ' || letter > '~';
+  });
+  return is_header ? "" : "a text of printable ASCII characters";
+}
+
 bool IsSet(const char* variable) {
   const char* value = std::getenv(variable);
   return value != nullptr && *value != '\0';
+}
+
+// Declares what the application keeps, and how it meets servers.
+void AddStorageOptions(CLI::App& app, RunOptions& run) {
+  AddValue(app, "--profile", "DIR", "keep what the page stores there; otherwise nothing is kept", "", {},
+           [&run](const std::string& folder) { run.profile = std::filesystem::absolute(folder).string(); });
+  AddValue(app, "--user-agent", "TEXT", "the user agent that the page and servers see", "", CheckUserAgent,
+           [&run](const std::string& text) {
+             run.runtime_arguments.insert(run.runtime_arguments.end(), {"--user-agent", text});
+           });
+  AddFlag(app, "--ignore-tls-errors", "accept servers whose certificate is not trusted",
+          [&run] { run.runtime_arguments.emplace_back("--ignore-tls-errors"); });
 }
 
 // The page as the runtime expects it: a URL unchanged, an existing file or folder as an absolute path.
@@ -104,6 +123,7 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
           [&run] { run.runtime_arguments.emplace_back("--single-page"); });
   AddList(app, "--key", "NAME=CODE", "the keyCode of a key, such as Back=27; repeatable", options.key_codes,
           CheckKey);
+  AddStorageOptions(app, run);
   AddDisplayOptions(app, viewer, options);
   AddText(app, "--console", "KIND", "console lines to print on standard error: page, all, none",
           options.console, CheckConsole);

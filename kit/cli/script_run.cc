@@ -79,7 +79,7 @@ class ScriptRun {
     if (!run) return Fail(run.error());
     Conversation& conversation = (*run)->conversation();
     Status ready = WaitUntilListening(**run, options_.application);
-    if (ready) ready = conversation.NoteBeginning(PrivilegeUris());
+    if (ready) ready = conversation.NoteBeginning(PrivilegeUris(), !options_.application.run.profile.empty());
     if (!ready) return ready;
     ScriptRunner runner(conversation, events_, {options_.pace, ScreenshotFolder()});
     for (const VoiceScript& script : scripts_) runner.Run(script);

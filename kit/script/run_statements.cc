@@ -114,6 +114,12 @@ void ReadTimeout(LineReader& line, Step& step) {
   };
 }
 
+// clear storage
+void ReadClear(LineReader& line, Step& step) {
+  line.OneOf({"storage"});
+  step.run = [](Session& session) -> Verdict { return session.conversation.runtime().ClearStorage(); };
+}
+
 // wait TIME
 void ReadWait(LineReader& line, Step& step) {
   constexpr auto kLongest = std::chrono::minutes(1);

@@ -28,6 +28,7 @@ constexpr Statement kStatements[] = {
     {"privileges", ReadPrivileges},
     {"language", ReadLanguage},
     {"phrases", ReadPhrases},
+    {"clear", ReadClear},
     {"timeout", ReadTimeout},
     {"wait", ReadWait},
 };

@@ -50,6 +50,7 @@ void ReadRestart(LineReader& line, Step& step);
 void ReadLanguage(LineReader& line, Step& step);
 void ReadPhrases(LineReader& line, Step& step);
 void ReadPrivileges(LineReader& line, Step& step);
+void ReadClear(LineReader& line, Step& step);
 void ReadTimeout(LineReader& line, Step& step);
 void ReadWait(LineReader& line, Step& step);
 

@@ -88,6 +88,10 @@ Result<bool> RuntimeControl::EndHangingPage(std::chrono::milliseconds /*limit*/)
   return false;
 }
 
+Status RuntimeControl::ClearStorage() {
+  return Fail(kMissing);
+}
+
 Status RuntimeControl::SetPrivileges(const std::vector<std::string>& uris) {
   simulator::Grant({uris.begin(), uris.end()});
   return {};

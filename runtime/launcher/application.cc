@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "launcher/storage.h"
 #include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
@@ -58,11 +59,21 @@ Application FindApplication(const std::string& page, std::string& error) {
   return {};
 }
 
-std::unique_ptr<ApplicationServer> ServeApplication(Application& application, bool is_single_page,
+std::unique_ptr<ApplicationServer> ServeApplication(Application& application, const Options& options,
                                                     std::string& error) {
   if (application.folder.empty()) return nullptr;
-  auto server = ApplicationServer::Start({application.folder, is_single_page ? application.file : ""}, error);
-  if (!server) return nullptr;
+  const std::string& profile = options.profile;
+  const std::string place = ReadAuthority(profile);
+  auto server = ApplicationServer::Start({application.folder, options.is_single_page ? application.file : ""},
+                                         place, error);
+  if (!server) {
+    if (!place.empty()) error += " Does another run use the profile " + profile + "?";
+    return nullptr;
+  }
+  if (place.empty() && !WriteAuthority(profile, server->authority())) {
+    error = "The profile " + profile + " can't be written.";
+    return nullptr;
+  }
   const nurvo::GText name(g_uri_escape_string(fs::path(application.file).filename().c_str(), nullptr, TRUE));
   application.origin = server->origin();
   application.uri = application.origin + "/" + name.get();

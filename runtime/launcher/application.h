@@ -6,6 +6,7 @@
 #include <string>
 
 #include "launcher/application_server.h"
+#include "launcher/options.h"
 
 namespace corvis::tv {
 
@@ -22,10 +23,9 @@ struct Application {
 // file, and `error` is an error message.
 Application FindApplication(const std::string& page, std::string& error);
 
-// Starts a server for an application's files. With `is_single_page`, it serves the page for paths that name
-// no file. Returns null and an error message on failure, and null without a message for a URL, which needs no
-// server.
-std::unique_ptr<ApplicationServer> ServeApplication(Application& application, bool is_single_page,
+// Starts a server for an application's files, at the address that the profile remembers, if any. Returns null
+// and an error message on failure, and null without a message for a URL, which needs no server.
+std::unique_ptr<ApplicationServer> ServeApplication(Application& application, const Options& options,
                                                     std::string& error);
 
 }  // namespace corvis::tv

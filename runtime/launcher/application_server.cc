@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <utility>
 
 #include "launcher/file_response.h"
@@ -64,27 +65,32 @@ ApplicationServer::~ApplicationServer() {
   if (server_) soup_server_disconnect(server_.get());
 }
 
-std::unique_ptr<ApplicationServer> ApplicationServer::Start(ServedFolder folder, std::string& error) {
-  constexpr int kMostTries = 10;
+std::unique_ptr<ApplicationServer> ApplicationServer::Start(ServedFolder folder, const std::string& authority,
+                                                            std::string& error) {
   std::unique_ptr<ApplicationServer> server(new ApplicationServer(std::move(folder)));
+  const size_t colon = authority.find(':');
+  if (colon != std::string::npos) {
+    const int port = std::atoi(authority.c_str() + colon + 1);
+    return server->Listen(authority.substr(0, colon), port, error) ? std::move(server) : nullptr;
+  }
+  constexpr int kMostTries = 10;
   for (int i = 0; i < kMostTries; ++i) {
-    if (server->Listen(error)) return server;
+    if (server->Listen(NewHostName(), 0, error)) return server;
   }
   return nullptr;
 }
 
-bool ApplicationServer::Listen(std::string& error) {
+bool ApplicationServer::Listen(const std::string& host, int wanted_port, std::string& error) {
   // Paths stay encoded, so that an encoded slash can be distinguished from a separator.
   server_.reset(soup_server_new("raw-paths", TRUE, nullptr));
   GError* failure = nullptr;
-  soup_server_listen(server_.get(), Loopback(G_SOCKET_FAMILY_IPV4, 0).get(), SoupServerListenOptions(0),
-                     &failure);
+  soup_server_listen(server_.get(), Loopback(G_SOCKET_FAMILY_IPV4, wanted_port).get(),
+                     SoupServerListenOptions(0), &failure);
   const nurvo::GErrorPtr reason(failure);
   const int port = reason ? 0 : PortOf(server_.get());
-  const std::string host = NewHostName();
   if (port == 0 || host.empty() || !Reserve(port, reserved_)) {
     error = std::string("The files can't be served on 127.0.0.1: ") +
-            (reason ? reason->message : "no port is free") + ".";
+            (reason ? reason->message : "the port is taken") + ".";
     return false;
   }
   authority_ = host + ":" + std::to_string(port);

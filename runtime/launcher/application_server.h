@@ -21,20 +21,23 @@ class ApplicationServer {
   // Receives the path of a request whose file is missing, and the reason in a sentence.
   using MissingSink = std::function<void(const std::string& path, const std::string& reason)>;
 
-  // Returns null and an error message on failure.
-  static std::unique_ptr<ApplicationServer> Start(ServedFolder folder, std::string& error);
+  // Serves at `authority`, the "HOST:PORT" of an earlier server, or at a new one if that is empty. Returns
+  // null and an error message on failure.
+  static std::unique_ptr<ApplicationServer> Start(ServedFolder folder, const std::string& authority,
+                                                  std::string& error);
   ~ApplicationServer();
   ApplicationServer(const ApplicationServer&) = delete;
   ApplicationServer& operator=(const ApplicationServer&) = delete;
 
-  // "http://HOST:PORT"
+  // "HOST:PORT"
+  const std::string& authority() const { return authority_; }
   std::string origin() const { return "http://" + authority_; }
   void set_on_missing(MissingSink sink) { on_missing_ = std::move(sink); }
 
  private:
   explicit ApplicationServer(ServedFolder folder);
-  // Returns false if the port that the kernel chose can't also be bound for IPv6.
-  bool Listen(std::string& error);
+  // `port` 0 lets the kernel choose. Returns false if the port can't be bound, also for IPv6.
+  bool Listen(const std::string& host, int port, std::string& error);
   static void OnRequest(SoupServer* server, SoupServerMessage* message, const char* path, GHashTable* query,
                         gpointer self);
   bool IsAddressed(SoupServerMessage* message) const;

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "launcher/storage.h"
 #include "support/messages.h"
 
 namespace corvis::tv {
@@ -59,7 +60,11 @@ Browser::~Browser() {
 }
 
 void Browser::SetUpContext(const Options& options, const Application& application) {
-  context_.reset(webkit_web_context_new_ephemeral());
+  context_ = NewWebContext(options.profile);
+  if (options.are_tls_errors_ignored) {
+    webkit_website_data_manager_set_tls_errors_policy(
+        webkit_web_context_get_website_data_manager(context_.get()), WEBKIT_TLS_ERRORS_POLICY_IGNORE);
+  }
   webkit_web_context_set_cache_model(context_.get(), WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
   const char* languages[] = {options.language.c_str(), nullptr};
   webkit_web_context_set_preferred_languages(context_.get(), languages);
@@ -78,6 +83,7 @@ void Browser::SetUpView(const Options& options, const Application& application) 
       "enable-page-cache", FALSE, "hardware-acceleration-policy", WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER,
       "media-playback-requires-user-gesture", FALSE, "javascript-can-open-windows-automatically", TRUE,
       "enable-developer-extras", !options.is_headless, nullptr));
+  if (!options.user_agent.empty()) webkit_settings_set_user_agent(settings.get(), options.user_agent.c_str());
   view_ = WEBKIT_WEB_VIEW(
       g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context_.get(), "settings", settings.get(), nullptr));
   calls_ = std::make_unique<PageCalls>(view_);
@@ -104,6 +110,10 @@ void Browser::SetUpView(const Options& options, const Application& application) 
                    }),
                    this);
   gtk_widget_show_all(window_);
+}
+
+void Browser::ClearStorage(ResultCallback done) {
+  tv::ClearStorage(context_.get(), [done = std::move(done)](const std::string& error) { done("", {error}); });
 }
 
 std::string Browser::uri() const {
@@ -192,6 +202,7 @@ gboolean Browser::OnLoadFailed(WebKitWebView* /*view*/, WebKitLoadEvent /*event*
   browser->load_error_ = std::string(uri) +
                          " can't be loaded: " + (is_download ? "it would be a download" : error->message) +
                          ".";
+  if (error->domain == G_TLS_ERROR) browser->load_error_ += " --ignore-tls-errors takes it all the same.";
   return TRUE;
 }
 

@@ -115,6 +115,7 @@ void ControlService::OnCall(GDBusConnection* /*bus*/, const char* /*sender*/, co
                   {kTypeTextMethod.name, &ControlService::TypeText},
                   {kSyncMethod.name, &ControlService::Sync},
                   {kSetPrivilegesMethod.name, &ControlService::SetPrivileges},
+                  {kClearStorageMethod.name, &ControlService::ClearStorage},
                   {kGetStatusMethod.name, &ControlService::GetStatus},
                   {kQuitMethod.name, &ControlService::Quit}};
   // GDBus has checked the method name against the introspection data.
@@ -174,6 +175,10 @@ void ControlService::SetPrivileges(GVariant* arguments, GDBusMethodInvocation* c
   g_variant_iter_free(list);
   const bool is_set = set_privileges_(uris);
   Answer(call, nullptr, {is_set ? "" : "The privileges can't be set; expected URIs without spaces."});
+}
+
+void ControlService::ClearStorage(GVariant* /*arguments*/, GDBusMethodInvocation* call) {
+  browser_->ClearStorage(Finish(call));
 }
 
 void ControlService::GetStatus(GVariant* /*arguments*/, GDBusMethodInvocation* call) {

@@ -52,6 +52,7 @@ class ControlService {
   void TypeText(GVariant* arguments, GDBusMethodInvocation* call);
   void Sync(GVariant* arguments, GDBusMethodInvocation* call);
   void SetPrivileges(GVariant* arguments, GDBusMethodInvocation* call);
+  void ClearStorage(GVariant* arguments, GDBusMethodInvocation* call);
   void GetStatus(GVariant* arguments, GDBusMethodInvocation* call);
   void Quit(GVariant* arguments, GDBusMethodInvocation* call);
 

@@ -17,6 +17,7 @@
 #include "launcher/headless_display.h"
 #include "launcher/options.h"
 #include "launcher/run_folder.h"
+#include "launcher/storage.h"
 #include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
@@ -118,7 +119,7 @@ class Run {
   Browser browser_;
 };
 
-int RunApplication(const Options& options) {
+int RunApplication(Options options) {
   std::string error;
   ExitStatus status = kExitOk;
   Application application = FindApplication(options.page, error);
@@ -128,6 +129,9 @@ int RunApplication(const Options& options) {
   if (folder.path().empty() || !folder.WritePolicy(options.app_id, options.privileges)) {
     return Fail(kExitNoEnvironment, "Can't create a folder for this run; is the temporary folder writable?");
   }
+  if (options.profile.empty()) options.profile = folder.path() + "/profile";
+  error = MakeProfile(options.profile);
+  if (!error.empty()) return Fail(kExitNoEnvironment, error);
   folder.SetEnvironment(options.app_id);
   const std::unique_ptr<ControlService> control = ControlService::Start(options.app_id, status, error);
   if (!control) return Fail(status, error);
@@ -140,8 +144,7 @@ int RunApplication(const Options& options) {
   if (!gtk_init_check(nullptr, nullptr)) {
     return Fail(kExitNoEnvironment, "There is no display for a window; use --headless.");
   }
-  const std::unique_ptr<ApplicationServer> server =
-      ServeApplication(application, options.is_single_page, error);
+  const std::unique_ptr<ApplicationServer> server = ServeApplication(application, options, error);
   if (!error.empty()) return Fail(kExitNoEnvironment, error);
   return Run(options, application, server.get(), folder, *control, loop).UntilTheEnd();
 }

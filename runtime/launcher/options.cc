@@ -107,6 +107,21 @@ std::string SetSinglePage(Options& options, const std::string& /*nothing*/) {
   return "";
 }
 
+std::string SetProfile(Options& options, const std::string& folder) {
+  options.profile = folder;
+  return "";
+}
+
+std::string SetUserAgent(Options& options, const std::string& text) {
+  options.user_agent = text;
+  return "";
+}
+
+std::string IgnoreTlsErrors(Options& options, const std::string& /*nothing*/) {
+  options.are_tls_errors_ignored = true;
+  return "";
+}
+
 std::string SetConsole(Options& options, const std::string& kind) {
   if (kind == "page")
     options.console = ConsoleKind::kPage;
@@ -160,6 +175,9 @@ constexpr OptionRow kRows[] = {
      SetSinglePage},
     {"language", "TAG", "the language that pages see, such as de-AT (default: the environment's)",
      SetLanguage},
+    {"profile", "FOLDER", "keep what pages store there; otherwise nothing is kept", SetProfile},
+    {"user-agent", "TEXT", "the user agent that pages and servers see", SetUserAgent},
+    {"ignore-tls-errors", nullptr, "accept servers whose certificate is not trusted", IgnoreTlsErrors},
     {"headless", nullptr, "run without a window or display (starts an Xvfb)", SetHeadless},
     {"console", "KIND", "console lines to print: page (default), all (including script APIs), none",
      SetConsole},

@@ -32,6 +32,11 @@ struct Options {
   int height = 1080;
   bool is_headless = false;
   bool is_single_page = false;
+  // The folder of what pages store; empty: one of the run's own.
+  std::string profile;
+  // Empty: the engine's own.
+  std::string user_agent;
+  bool are_tls_errors_ignored = false;
   KeyCodes key_codes;
   ConsoleKind console = ConsoleKind::kPage;
   // What pages get as navigator.language: a BCP 47 tag, by default that of the environment.

@@ -36,15 +36,19 @@ constexpr ControlMethod kTypeTextMethod{"TypeText", "s", ""};
 constexpr ControlMethod kSyncMethod{"Sync", "", ""};
 // Replaces the application's privileges (URIs).
 constexpr ControlMethod kSetPrivilegesMethod{"SetPrivileges", "as", ""};
+// Removes everything that pages have stored: local and session storage, IndexedDB, cookies, caches, service
+// workers.
+constexpr ControlMethod kClearStorageMethod{"ClearStorage", "", ""};
 // Replies with the page's URL, whether it is loading, the id of its process (0: none), and the crashes of
 // this run.
 constexpr ControlMethod kGetStatusMethod{"GetStatus", "", "sbuu"};
 // Ends the runtime.
 constexpr ControlMethod kQuitMethod{"Quit", "", ""};
 
-constexpr ControlMethod kControlMethods[] = {
-    kLoadMethod,     kReloadMethod, kEvaluateMethod,      kScreenshotMethod, kPressKeyMethod,
-    kTypeTextMethod, kSyncMethod,   kSetPrivilegesMethod, kGetStatusMethod,  kQuitMethod};
+constexpr ControlMethod kControlMethods[] = {kLoadMethod,       kReloadMethod,        kEvaluateMethod,
+                                             kScreenshotMethod, kPressKeyMethod,      kTypeTextMethod,
+                                             kSyncMethod,       kSetPrivilegesMethod, kClearStorageMethod,
+                                             kGetStatusMethod,  kQuitMethod};
 
 struct ControlSignal {
   const char* name;
