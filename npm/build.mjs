@@ -66,6 +66,7 @@ const copied = [
   'simulator/index.d.ts',
   'component/index.d.ts',
   'playwright',
+  'kit',
 ];
 for (const file of copied) {
   cpSync(join(source, file), join(folder, file), { recursive: true });

@@ -36,13 +36,14 @@ bool WaitForInput() {
 class PlainLines : public LineSource {
  public:
   std::optional<std::string> Next() override {
-    for (;;) {
-      const size_t end = buffer_.find('\n');
+    for (size_t searched = 0;;) {
+      const size_t end = buffer_.find('\n', searched);
       if (end != std::string::npos) {
         std::string line = buffer_.substr(0, end);
         buffer_.erase(0, end + 1);
         return line;
       }
+      searched = buffer_.size();
       char bytes[4096];
       const ssize_t count = WaitForInput() ? read(STDIN_FILENO, bytes, sizeof(bytes)) : 0;
       if (count <= 0) return buffer_.empty() ? std::nullopt : std::optional(std::exchange(buffer_, {}));
@@ -181,6 +182,10 @@ void LineSource::ShowError(const std::string& lines) {
 std::unique_ptr<LineSource> OpenStandardInput(std::vector<std::string> words) {
   if (isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1)
     return std::make_unique<EditedLines>(std::move(words));
+  return OpenPlainInput();
+}
+
+std::unique_ptr<LineSource> OpenPlainInput() {
   return std::make_unique<PlainLines>();
 }
 

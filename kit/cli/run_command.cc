@@ -2,7 +2,10 @@
 #include <unistd.h>
 
 #include "cli/application.h"
+#include "cli/command_line.h"
 #include "cli/commands.h"
+#include "cli/exit_status.h"
+#include "cli/json_session.h"
 #include "cli/line_source.h"
 #include "cli/prompt.h"
 #include "service/main_loop.h"
@@ -19,12 +22,16 @@ class RunCommand : public Subcommand {
         "each of its lines is said to the page.");
     options_.console = "page";
     AddApplicationOptions(app, Viewer::kPerson, options_);
+    app.option_defaults()->group("For other programs");
+    AddFlag(app, "--json", "reads JSON commands from standard input, writes JSON events to standard output",
+            is_json_);
     DescribeStatuses(app,
                      {{kExitOk, "ended by quit, by the end of input, or by closing the window at the prompt"},
                       {kExitFailed, "the application ended by itself"}});
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
+    if (is_json_) return ExecuteJson(supervisor, operands[0]);
     const Result<SpokenLanguage> language = OpenLanguage(options_.language);
     if (!language) return Fail(language.error());
     const std::unique_ptr<LineSource> lines = OpenStandardInput(Prompt::CompletionWords(language->phrases()));
@@ -43,7 +50,36 @@ class RunCommand : public Subcommand {
   }
 
  private:
+  Result<int> ExecuteJson(Supervisor& supervisor, const std::string& application) {
+    JsonSession session(application);
+    ApplicationOptions options = options_;
+    options.console = "none";
+    const auto run =
+        StartApplication(supervisor, application, options,
+                         [&session](const std::string& sentence) { session.TakeNotice(sentence); });
+    if (run) Converse(**run, session);
+    const Error* reason = run ? WhyWaitsEnd() : &run.error();
+    const int signal = supervisor.signal_status();
+    const int status = reason == nullptr ? kExitOk : signal != 0 ? signal : StatusOf(reason->kind);
+    Result<int> ended = session.End(status, reason);
+    return ended && reason != nullptr ? Fail(*reason) : ended;
+  }
+
+  void Converse(Run& run, JsonSession& session) {
+    Conversation& conversation = run.conversation();
+    conversation.set_on_console([&session, kind = options_.console](const std::string& level,
+                                                                    const std::string& text,
+                                                                    const std::string& source) {
+      if (kind == "all" || kind == source) session.Take(ConsoleWritten{level, text, source});
+    });
+    const Status arrived = WaitUntilListening(run, options_);
+    if (!arrived && !IsInterrupted()) session.TakeNotice(arrived.error().message);
+    const std::unique_ptr<LineSource> lines = OpenPlainInput();
+    session.Run(conversation, *lines);
+  }
+
   ApplicationOptions options_;
+  bool is_json_ = false;
 };
 
 }  // namespace

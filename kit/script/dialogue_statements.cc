@@ -114,17 +114,24 @@ void ReadExpectAction(LineReader& line, Step& step) {
 void ReadSay(LineReader& line, Step& step) {
   const LineReader before = line;
   const std::string phrase = line.Peek() == '"' ? line.Text() : line.Rest("a phrase");
-  step.role = StepRole::kSpeaks;
-  step.run = [phrase, phrases = line.language().phrases()](Session& session) {
-    session.KeepPace();
+  SetPhrase(step, phrase);
+  step.run = [say = std::move(step.run), phrases = line.language().phrases()](Session& session) {
     session.conversation.set_phrases(phrases);
-    return Report(session, session.dialogue.Say(phrase, AnswerLimit(session)));
+    return say(session);
   };
   // A text that is similar to no phrase may be the title of an item on the screen.
   const Phrasebook& phrases = line.language().phrases();
   if (line.has_failed() || phrases.Understand(phrase) || phrases.Suggest(phrase).empty()) return;
   line = before;
   line.Fail(phrases.UnknownPhrase(phrase));
+}
+
+void SetPhrase(Step& step, std::string phrase) {
+  step.role = StepRole::kSpeaks;
+  step.run = [phrase = std::move(phrase)](Session& session) {
+    session.KeepPace();
+    return Report(session, session.dialogue.Say(phrase, AnswerLimit(session)));
+  };
 }
 
 // send ACTION_NAME DATA
@@ -138,10 +145,14 @@ void ReadSend(LineReader& line, Step& step) {
     return line.Fail(command.error().message);
   }
   CheckAction(line, before, command->action);
+  SetCommand(step, *command, text);
+}
+
+void SetCommand(Step& step, Command command, std::string said) {
   step.role = StepRole::kSpeaks;
-  step.run = [text, command = *command](Session& session) {
+  step.run = [command = std::move(command), said = std::move(said)](Session& session) {
     session.KeepPace();
-    return Report(session, session.dialogue.Send(command, text, AnswerLimit(session)));
+    return Report(session, session.dialogue.Send(command, said, AnswerLimit(session)));
   };
 }
 

@@ -7,6 +7,7 @@
 #include "app/page_script.h"
 #include "page_values_script.h"
 #include "script/matcher.h"
+#include "script/page_look.h"
 #include "script/session.h"
 #include "script/statements.h"
 
@@ -14,13 +15,31 @@ namespace corvis::kit {
 
 namespace {
 
-// Converts a result of page_values.js to plain text.
-Result<std::string> TakeValue(const std::string& json) {
-  const auto outcome = nlohmann::json::parse(json, nullptr, /*allow_exceptions=*/false);
+using Json = nlohmann::json;
+
+// Reads a result of page_values.js.
+Result<Json> TakeValue(const std::string& json) {
+  const auto outcome = Json::parse(json, nullptr, /*allow_exceptions=*/false);
   if (outcome.is_object() && outcome.contains("error")) return Fail(outcome["error"].get<std::string>());
   if (!outcome.is_object()) return Fail("The value can't be converted to JSON.");
-  if (!outcome.contains("value")) return "null";
-  return PlainValue(outcome["value"].dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+  return outcome.value("value", Json());
+}
+
+std::string TextOf(const Json& value) {
+  return PlainValue(value.dump(-1, ' ', false, Json::error_handler_t::replace));
+}
+
+std::string ShownTextExpression(const std::string& selector) {
+  return CallInPage(kPageValues, "shownText", Json::array({selector}));
+}
+
+std::string ValueExpression(const std::string& expression) {
+  return CallWithExpression(kPageValues, "valueOf", expression);
+}
+
+Result<Json> Evaluate(Conversation& conversation, const std::string& expression) {
+  const Result<std::string> seen = conversation.runtime().Evaluate(expression);
+  return seen ? TakeValue(*seen) : Fail(seen.error());
 }
 
 // Evaluates the expression in the page repeatedly until the value matches.
@@ -36,8 +55,8 @@ Verdict PollPage(Session& session, const std::string& expression, const Matcher&
     }
     const auto value = TakeValue(*seen);
     if (!value) return Failed(value.error().message);
-    session.shown = *value;
-    return Compared(matcher, *value);
+    session.shown = TextOf(*value);
+    return Compared(matcher, session.shown);
   });
   return readable ? verdict : Verdict(readable);
 }
@@ -51,16 +70,24 @@ void Look(Step& step, std::string expression, Matcher matcher) {
 
 }  // namespace
 
+Result<Json> ShownText(Conversation& conversation, const std::string& selector) {
+  return Evaluate(conversation, ShownTextExpression(selector));
+}
+
+Result<Json> ValueOf(Conversation& conversation, const std::string& expression) {
+  return Evaluate(conversation, ValueExpression(expression));
+}
+
 // show "SELECTOR" MATCHER
 void ReadShow(LineReader& line, Step& step) {
   const std::string selector = line.Text();
-  Look(step, CallInPage(kPageValues, "shownText", nlohmann::json::array({selector})), ReadMatcher(line));
+  Look(step, ShownTextExpression(selector), ReadMatcher(line));
 }
 
 // value "EXPRESSION" MATCHER
 void ReadValue(LineReader& line, Step& step) {
   const std::string expression = line.Text();
-  Look(step, CallWithExpression(kPageValues, "valueOf", expression), ReadMatcher(line));
+  Look(step, ValueExpression(expression), ReadMatcher(line));
 }
 
 }  // namespace corvis::kit

@@ -67,6 +67,14 @@ void ScriptRunner::Run(const VoiceScript& script) {
   ReportPage();
 }
 
+StepDone ScriptRunner::RunAlone(const Step& step) {
+  session_.next = nullptr;
+  StepDone done = RunStep(step, true);
+  // A page that doesn't respond has no further lines.
+  static_cast<void>(conversation_.runtime().Sync());
+  return done;
+}
+
 // If the application ends with its last answer, or at a timer that is due then, wait for that, so that this
 // script reports it.
 void ScriptRunner::AwaitClosing() {

@@ -36,6 +36,13 @@ class ScriptRunner {
   // after it is skipped, unless a step expects the application to end.
   void Run(const VoiceScript& script);
 
+  // Runs a step outside any script. Emits the page's events, but not the step's own. What the page wrote to
+  // its console until then has reached the sink.
+  StepDone RunAlone(const Step& step);
+
+  // Emits events for the page's registrations, crashes and end.
+  void ReportPage();
+
   // Why the run could not complete; null if it did.
   const Error* Obstacle() const;
 
@@ -54,8 +61,6 @@ class ScriptRunner {
   void AwaitClosing();
   // Adds the callback's exception, the console lines and a screenshot to a failure.
   void Document(StepDone& done);
-  // Emits events for the page's registrations, crashes and end.
-  void ReportPage();
   void Count(StepStatus status);
 
   Conversation& conversation_;

@@ -25,6 +25,10 @@ std::vector<std::string> StatementWords();
 // dialogue_statements.cc
 void ReadSay(LineReader& line, Step& step);
 void ReadSend(LineReader& line, Step& step);
+// Makes the step say a phrase in the conversation's language.
+void SetPhrase(Step& step, std::string phrase);
+// Makes the step send a command; `said` is the command as the user wrote it.
+void SetCommand(Step& step, Command command, std::string said);
 void ReadInject(LineReader& line, Step& step);
 void ReadExpect(LineReader& line, Step& step);
 void ReadWithin(LineReader& line, Step& step);

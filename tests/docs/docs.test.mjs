@@ -109,15 +109,24 @@ function assertAllIn(document, names, written = (name) => name) {
   );
 }
 
-test('every statement of voice scripts, every event and every status is described', () => {
+test('every statement of voice scripts, every event, command and status is described', () => {
   const scripts = 'docs/voice-scripts.md';
   const statements = found(read('kit/script/statements.cc'), /\{"(\w+)", Read/g);
   assertAllIn(scripts, statements, (word) => `### ${word}\n`);
-  const events = read('kit/report/json.cc');
+  const events = read('kit/report/json_forms.cc');
   assertAllIn(scripts, found(events, /(?:\{"event", |AtPlace\()"(\w+)"/g), (name) => `"event":"${name}"`);
   assertAllIn(scripts, found(events, /(?:event\[|\{)"(\w+)"(?:\]|, [^"])/g), (field) => `\`${field}\``);
+  const driving = 'docs/driving-the-kit.md';
+  const session = read('kit/cli/json_session.cc') + read('kit/cli/json_commands.cc');
+  assertAllIn(driving, found(session, /\{"event", "(\w+)"/g), (name) => `"event":"${name}"`);
+  assertAllIn(driving, found(session, /\{"(\w+)", Read\w+\}/g), (command) => `| \`${command}\` |`);
   const statuses = found(filesIn('kit/cli', '.h').map(read).join('\n'), /kExit\w+ = (\d+)/g);
-  assertAllIn(scripts, statuses, (status) => `| ${status} |`);
+  const listed = found(read(scripts), /^\| ([\d, ]+) \|/gm).flatMap((cell) => cell.split(', '));
+  assert.deepEqual(
+    statuses.filter((status) => !listed.includes(status)),
+    [],
+    'statuses'
+  );
 });
 
 test('every option of the commands for applications is described', async () => {

@@ -63,6 +63,7 @@ function environment() {
   const of = { ...process.env, PATH: `${root}:${tools}:${process.env.PATH}`, CORVIS: root, DISPLAY: '' };
   delete of.CI;
   delete of.FORCE_COLOR;
+  delete of.NODE_TEST_CONTEXT;
   return of;
 }
 

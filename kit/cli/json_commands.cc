@@ -1,0 +1,259 @@
+// The table of JSON commands. Most of them are statements of voice scripts.
+#include "cli/json_commands.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+#include "language/raw_command.h"
+#include "language/suggestions.h"
+#include "output/output_file.h"
+#include "output/text_forms.h"
+#include "script/page_look.h"
+#include "script/script_reader.h"
+#include "script/session.h"
+#include "script/statements.h"
+
+namespace corvis::kit {
+
+namespace {
+
+using Json = nlohmann::json;
+using Found = std::shared_ptr<nlohmann::ordered_json>;
+
+std::string TextOf(const Json& value) {
+  return value.is_string() ? value.get<std::string>()
+                           : value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+// The members of a command. The first problem is kept; what is read after that is empty.
+class Members {
+ public:
+  explicit Members(const Json& command) : command_(command) {}
+
+  // Null if there is none.
+  const Json* Find(const char* name) {
+    known_.emplace_back(name);
+    const auto found = command_.find(name);
+    return found == command_.end() || found->is_null() ? nullptr : &*found;
+  }
+  std::string Text(const char* name) {
+    const Json* found = Find(name);
+    if (found != nullptr && found->is_string()) return *found;
+    Note("Expected a text as the member \"" + std::string(name) + "\".");
+    return "";
+  }
+  std::string TextOr(const char* name, const char* fallback) {
+    return Find(name) == nullptr ? fallback : Text(name);
+  }
+  bool FlagOr(const char* name, bool fallback) {
+    const Json* found = Find(name);
+    if (found == nullptr) return fallback;
+    if (!found->is_boolean()) Note("Expected true or false as the member \"" + std::string(name) + "\".");
+    return found->is_boolean() && found->get<bool>();
+  }
+  // A whole number that is not negative, as text.
+  std::string NumberOr(const char* name, const char* fallback) {
+    const Json* found = Find(name);
+    if (found == nullptr) return fallback;
+    if (!found->is_number_unsigned()) Note("Expected a number as the member \"" + std::string(name) + "\".");
+    return TextOf(*found);
+  }
+
+  void Note(const std::string& problem) {
+    if (problem_.empty()) problem_ = problem;
+  }
+  // Fails with the first problem; a member that nobody read is one.
+  Status Check() {
+    for (const auto& member : command_.items()) {
+      if (std::find(known_.begin(), known_.end(), member.key()) == known_.end())
+        Note("Unknown member \"" + member.key() + "\"." + DidYouMean(member.key(), known_));
+    }
+    return problem_.empty() ? Status() : Fail(problem_);
+  }
+
+ private:
+  const Json& command_;
+  std::vector<std::string> known_ = {"id", "command"};
+  std::string problem_;
+};
+
+// A step that is one statement of a voice script.
+Result<Step> ReadStatement(const std::string& statement) {
+  VoiceScript script = ParseVoiceScript(statement, "", SpokenLanguage());
+  if (!script.errors.empty()) return Fail(script.errors[0].message);
+  const bool is_one = script.tests.size() == 1 && script.tests[0].steps.size() == 1;
+  if (!is_one || !script.tests[0].steps[0].run) return Fail("Expected one statement that does something.");
+  return std::move(script.tests[0].steps[0]);
+}
+
+Step MakeStep(StepRole role, std::string source, std::function<Verdict(Session&)> run) {
+  Step step;
+  step.role = role;
+  step.source = std::move(source);
+  step.run = std::move(run);
+  return step;
+}
+
+// Adds what the callback threw to what a step finds.
+Step WithException(Step step, const Found& found) {
+  step.run = [speak = std::move(step.run), found](Session& session) {
+    Verdict verdict = speak(session);
+    const std::string exception = session.dialogue.Exception();
+    if (!exception.empty()) (*found)["exception"] = exception;
+    return verdict;
+  };
+  return step;
+}
+
+Result<Step> ReadSay(Members& members, const Found& found) {
+  const std::string phrase = members.Text("text");
+  Step step;
+  step.source = "say " + Quoted(phrase);
+  SetPhrase(step, phrase);
+  return WithException(std::move(step), found);
+}
+
+Result<Command> ReadCommand(Members& members) {
+  const std::string action = members.Text("action");
+  const Json* data = members.Find("data");
+  if (data == nullptr || !data->is_object())
+    return ParseRawCommand(data == nullptr ? action : action + " " + TextOf(*data));
+  Command command = {action, "", {}, true};
+  for (const auto& member : data->items()) command.entries.push_back({member.key(), TextOf(member.value())});
+  return command;
+}
+
+Result<Step> ReadSend(Members& members, const Found& found) {
+  Result<Command> command = ReadCommand(members);
+  if (!command) return Fail(command.error());
+  const std::string problem = UnknownActionWarning(*command);
+  if (!problem.empty()) return Fail(problem);
+  Step step;
+  step.source = command->action + " " + DescribeData(*command);
+  SetCommand(step, std::move(*command), step.source);
+  return WithException(std::move(step), found);
+}
+
+Result<Step> ReadPress(Members& members, const Found& /*found*/) {
+  const std::string times = members.NumberOr("times", "1");
+  return ReadStatement("press " + Quoted(members.Text("key")) + (times == "1" ? "" : " " + times + " times"));
+}
+
+Result<Step> ReadType(Members& members, const Found& /*found*/) {
+  return ReadStatement("type " + Quoted(members.Text("text")));
+}
+
+// With a matcher, waits until it holds; otherwise looks once.
+template <typename Look>
+Result<Step> ReadLook(const std::string& source, const std::string& matcher, const Found& found, Look look) {
+  if (!matcher.empty()) return ReadStatement(source + " " + matcher);
+  return MakeStep(StepRole::kLooks, source, [found, look](Session& session) -> Verdict {
+    Result<Json> value = look(session.conversation);
+    if (!value) return Failed(value.error().message);
+    (*found)["value"] = std::move(*value);
+    return {};
+  });
+}
+
+Result<Step> ReadShow(Members& members, const Found& found) {
+  const std::string selector = members.Text("selector");
+  return ReadLook("show " + Quoted(selector), members.TextOr("matcher", ""), found,
+                  [selector](Conversation& conversation) { return ShownText(conversation, selector); });
+}
+
+Result<Step> ReadValue(Members& members, const Found& found) {
+  const std::string expression = members.Text("expression");
+  return ReadLook("value " + Quoted(expression), members.TextOr("matcher", ""), found,
+                  [expression](Conversation& conversation) { return ValueOf(conversation, expression); });
+}
+
+Result<Step> ReadItems(Members& members, const Found& found) {
+  const std::string title = members.TextOr("title", "");
+  return MakeStep(StepRole::kLooks, "items", [found, title](Session& session) -> Verdict {
+    const Result<ItemList> list = session.conversation.AskItems();
+    if (!list) return Failed(list.error().message);
+    (*found)["answer"] = session.conversation.items_turn().answer->data;
+    (*found)["numbers"] = Json::array();
+    for (const Item& item :
+         title.empty() ? list->items : ItemsTitled(*list, title, session.conversation.phrases()))
+      (*found)["numbers"].push_back(item.number);
+    return {};
+  });
+}
+
+Result<std::string> TakePicture(Conversation& conversation, bool has_items) {
+  if (!has_items) return conversation.runtime().Screenshot();
+  const Result<ItemList> list = conversation.AskItems();
+  return list ? conversation.PictureOf(*list) : Fail(list.error());
+}
+
+Result<Step> ReadScreenshot(Members& members, const Found& found) {
+  const std::string file = members.Text("file");
+  const bool has_items = members.FlagOr("items", false);
+  return MakeStep(StepRole::kLooks, "screenshot", [found, file, has_items](Session& session) -> Verdict {
+    const Result<std::string> picture = TakePicture(session.conversation, has_items);
+    if (!picture) return Failed(picture.error().message);
+    const Status written = WriteOutputFile(file, *picture);
+    if (written) (*found)["screenshot"] = file;
+    return written;
+  });
+}
+
+Result<Step> ReadOpen(Members& members, const Found& /*found*/) {
+  return ReadStatement("open " + Quoted(members.Text("url")));
+}
+
+Result<Step> ReadReload(Members& /*members*/, const Found& /*found*/) {
+  return ReadStatement("reload");
+}
+
+Result<Step> ReadRestart(Members& /*members*/, const Found& /*found*/) {
+  return ReadStatement("restart");
+}
+
+Result<Step> ReadAnyStatement(Members& members, const Found& /*found*/) {
+  return ReadStatement(members.Text("statement"));
+}
+
+struct Row {
+  const char* name;
+  Result<Step> (*read)(Members& members, const Found& found);
+};
+constexpr Row kCommands[] = {
+    {"say", ReadSay},     {"send", ReadSend},     {"press", ReadPress},     {"type", ReadType},
+    {"items", ReadItems}, {"show", ReadShow},     {"value", ReadValue},     {"screenshot", ReadScreenshot},
+    {"open", ReadOpen},   {"reload", ReadReload}, {"restart", ReadRestart}, {"do", ReadAnyStatement},
+};
+constexpr const char* kQuit = "quit";
+
+Result<JsonCommand> Unknown(const std::string& name) {
+  std::vector<std::string> names = {kQuit};
+  for (const Row& row : kCommands) names.emplace_back(row.name);
+  return Fail("Unknown command \"" + name + "\"." + DidYouMean(name, names));
+}
+
+}  // namespace
+
+Result<JsonCommand> ReadJsonCommand(const Json& command) {
+  if (!command.is_object())
+    return Fail(R"(Expected a JSON object such as {"id": 1, "command": "say", "text": "pause"}.)");
+  Members members(command);
+  const std::string name = members.Text("command");
+  JsonCommand read;
+  read.found = std::make_shared<nlohmann::ordered_json>(nlohmann::ordered_json::object());
+  read.is_quit = name == kQuit;
+  const auto* const row = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                       [&name](const Row& known) { return known.name == name; });
+  if (row == std::end(kCommands) && !read.is_quit && members.Find("command") != nullptr) return Unknown(name);
+  Result<Step> step = row == std::end(kCommands) ? Step() : row->read(members, read.found);
+  // A member that is wrong comes before what follows from that.
+  if (const Status checked = members.Check(); !checked) return Fail(checked.error());
+  if (!step) return Fail(step.error());
+  read.step = std::move(*step);
+  read.step.statement = name;
+  return read;
+}
+
+}  // namespace corvis::kit

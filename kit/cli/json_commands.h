@@ -1,0 +1,27 @@
+// The commands of `corvis run --json`: JSON objects, as steps. docs/driving-the-kit.md lists them.
+#ifndef CORVIS_KIT_CLI_JSON_COMMANDS_H_
+#define CORVIS_KIT_CLI_JSON_COMMANDS_H_
+
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "base/result.h"
+#include "script/script.h"
+
+namespace corvis::kit {
+
+struct JsonCommand {
+  // True for "quit", which has no step.
+  bool is_quit = false;
+  Step step;
+  // What the step found out, as members of its event. Filled while the step runs.
+  std::shared_ptr<nlohmann::ordered_json> found;
+};
+
+// Reads a command. An error says what is wrong with it.
+Result<JsonCommand> ReadJsonCommand(const nlohmann::json& command);
+
+}  // namespace corvis::kit
+
+#endif  // CORVIS_KIT_CLI_JSON_COMMANDS_H_
