@@ -19,10 +19,11 @@ set(embed_script_program ${CMAKE_CURRENT_LIST_FILE})
 # Generates the header <base name of the script>_script.h for `target`. It defines the text `name` in `namespace`.
 function(embed_script target script namespace name)
   get_filename_component(base ${script} NAME_WE)
+  get_filename_component(script ${script} ABSOLUTE)
   set(header ${CMAKE_CURRENT_BINARY_DIR}/scripts/${base}_script.h)
   add_custom_command(
     OUTPUT ${header}
-    COMMAND ${CMAKE_COMMAND} -DSCRIPT=${CMAKE_CURRENT_SOURCE_DIR}/${script} -DHEADER=${header}
+    COMMAND ${CMAKE_COMMAND} -DSCRIPT=${script} -DHEADER=${header}
             -DNAMESPACE=${namespace} -DNAME=${name} -P ${embed_script_program}
     DEPENDS ${script} ${embed_script_program}
     VERBATIM)

@@ -1,12 +1,12 @@
 // Assembles the package from its sources and the build's outputs: `node npm/build.mjs WASM SCRIPT-API FOLDER`.
 import { execFileSync } from 'node:child_process';
 import { cpSync, mkdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
-import { basename, join, resolve } from 'node:path';
+import { join, resolve } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { textOfRank } from './simulator/packing.js';
 
 const source = fileURLToPath(new URL('.', import.meta.url));
-const runtimePage = join(source, '../runtime/page/runtime.js');
+const runtimePages = ['console', 'runtime'].map((name) => join(source, `../runtime/page/${name}.js`));
 const [wasm, scriptApi, folder] = process.argv.slice(2).map((path) => resolve(path));
 const generated = `${folder}-generated`;
 
@@ -29,12 +29,16 @@ export const text = "${text}";
 }
 
 function pagePart() {
-  const runtime = readFileSync(runtimePage, 'utf8').trimEnd().replace(/;$/, '');
+  const [reports, runtime] = runtimePages.map((page) =>
+    readFileSync(page, 'utf8').trimEnd().replace(/;$/, '')
+  );
   const api = readFileSync(scriptApi, 'utf8').trim();
-  return `// ${basename(runtimePage)} and the script API, as they are on a TV.
-export const runtimeIn = (window, console) =>
+  return `// The runtime's scripts and the script API, as they are on a TV.
+export const consoleIn = (window, console) =>
+${reports};
+export const runtimeIn = (window) =>
 ${runtime};
-export function scriptApiIn(window, CorviException, xwalk, extension, console) {
+export function scriptApiIn(window, CorviException, xwalk, extension, console, String) {
 const { ${pageNames.join(', ')} } = window;
 var exports = {};
 ${api}

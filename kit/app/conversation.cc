@@ -122,12 +122,14 @@ Error Conversation::WhyAbsent(std::chrono::milliseconds timeout) const {
 }
 
 std::string Conversation::WhyItMayNotListen() const {
-  const auto is_error = [](const std::string& line) {
-    const std::string level = line.substr(0, line.find(':'));
-    return level == "error" || level == "uncaught";
-  };
-  const auto error = std::find_if(console_.begin(), console_.end(), is_error);
-  return error == console_.end() ? "Does it hold the privileges?" : "Its console says: " + *error;
+  for (const std::string level : {"uncaught: ", "error: "}) {
+    const auto line = std::find_if(console_.begin(), console_.end(), [&level](const std::string& text) {
+      return text.compare(0, level.size(), level) == 0;
+    });
+    // The stack is not for a sentence.
+    if (line != console_.end()) return "Its console says: " + line->substr(0, line->find('\n'));
+  }
+  return "Does it hold the privileges?";
 }
 
 void Conversation::WaitForLoad(std::chrono::milliseconds timeout) {

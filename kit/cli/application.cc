@@ -49,7 +49,9 @@ std::string CheckPrivilege(const std::string& value) {
 }
 
 std::string CheckConsole(const std::string& value) {
-  return value == "page" || value == "all" || value == "none" ? "" : "page, all or none";
+  return value == "errors" || value == "page" || value == "all" || value == "none"
+             ? ""
+             : "errors, page, all or none";
 }
 
 // "Back=27".
@@ -125,7 +127,7 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
           CheckKey);
   AddStorageOptions(app, run);
   AddDisplayOptions(app, viewer, options);
-  AddText(app, "--console", "KIND", "console lines to print on standard error: page, all, none",
+  AddText(app, "--console", "KIND", "console lines to print on standard error: errors, page, all, none",
           options.console, CheckConsole);
   AddTime(app, "--timeout", "MS", "time limit of an answer; four times as long for loading and listen()",
           run.answer_timeout);
@@ -151,7 +153,9 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
     run.runtime_arguments.insert(run.runtime_arguments.end(), {"--language", tag});
   const auto write = [kind = options.console, console](const auto& level, const auto& text,
                                                        const auto& source) {
-    if (kind == "all" || kind == source) console("[" + source + "] " + level + ": " + ForTerminal(text));
+    const bool is_error = source == "page" && (level == "error" || level == "uncaught");
+    if (kind == "all" || kind == source || (kind == "errors" && is_error))
+      console("[" + source + "] " + level + ": " + LinesForTerminal(text));
   };
   const auto write_line = [console](const std::string& line) { console(ForTerminal(line)); };
   auto started = Run::Start(supervisor, run, {std::move(notice), write, write_line});

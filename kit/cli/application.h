@@ -20,8 +20,8 @@ struct ApplicationOptions {
   // "NAME=CODE" of keys whose code differs from the table's.
   std::vector<std::string> key_codes;
   LanguageOptions language;
-  // The console lines to print: "page" for the page's own, "all" to include those of the script API, or
-  // "none".
+  // The console lines to print: "page" for the page's own, "errors" for its errors only, "all" to include
+  // those of the script API, or "none".
   std::string console = "none";
 };
 

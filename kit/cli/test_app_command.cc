@@ -15,6 +15,7 @@ class TestAppCommand : public Subcommand {
     app.description(
         "Runs voice scripts against the application, without a window. docs/voice-scripts.md describes the\n"
         "script language. By default the results are printed as TAP 14.");
+    options_.application.console = "errors";
     DeclareReports(app);
     app.option_defaults()->group("Limits");
     AddTime(app, "--total-timeout", "S", "time limit of the whole run in seconds", options_.total_timeout);

@@ -71,6 +71,12 @@ std::string ForTerminal(std::string_view text) {
   return Written(text, VisibleEscape);
 }
 
+std::string LinesForTerminal(std::string_view text) {
+  const size_t end = text.find('\n');
+  if (end == std::string_view::npos) return ForTerminal(text);
+  return ForTerminal(text.substr(0, end)) + "\n    " + LinesForTerminal(text.substr(end + 1));
+}
+
 std::string ForTap(std::string_view text) {
   return Written(ForTerminal(text), [](const Character& character) -> std::string {
     if (character.code == '#') return "\\#";

@@ -13,6 +13,10 @@ namespace corvis::kit {
 // (\n, \x1b, \u202e, \xff). Backslashes are kept, so the conversion is not reversible.
 std::string ForTerminal(std::string_view text);
 
+// Several lines for people: ForTerminal of each, all but the first indented, so that none passes for a line
+// of another origin.
+std::string LinesForTerminal(std::string_view text);
+
 // The description of a TAP test point, or a comment line: like ForTerminal, with "#" escaped so that it can't
 // start a directive.
 std::string ForTap(std::string_view text);

@@ -1,15 +1,17 @@
-// Attaches the unchanged script API and runtime script (runtime/page/runtime.js) to a window, as the web runtime does.
-import { runtimeIn, scriptApiIn } from '#page';
+// Attaches the unchanged script API and runtime scripts (runtime/page) to a window, as the web runtime does.
+import { consoleIn, runtimeIn, scriptApiIn } from '#page';
 
 /**
  * Publishes the script API under `path` in the window. `machine` answers its calls. `print(level, text, source)` receives
  * its console lines and, with `isWatching`, those of the page. Returns the function that receives posted messages.
  */
 export function attach(window, path, { machine, print, isWatching }) {
-  const runtime = runtimeIn(window, window.console ?? console)({ print });
-  if (isWatching) runtime.watch();
-  const build = (xwalk, extension, apiConsole) =>
-    scriptApiIn(window, window.CorviException, xwalk, extension, apiConsole);
+  const reports = consoleIn(window, window.console ?? console)({ print });
+  if (isWatching) reports.watch();
+  // Exceptions of callbacks are left to the browser's own tools.
+  const runtime = runtimeIn(window)({ ...reports, caught: () => {} }, {});
+  const build = (xwalk, extension, apiConsole, String) =>
+    scriptApiIn(window, window.CorviException, xwalk, extension, apiConsole, String);
   return runtime.attach(path, build, (text) => machine.text('call', text));
 }
 

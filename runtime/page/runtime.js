@@ -1,57 +1,44 @@
-// The runtime's side of a page: the channel objects and classes that script APIs lean on, the publishing of what
-// they export, and the way of console lines and uncaught errors to the terminal.
+// The runtime's side of a page: the channel objects and classes that script APIs lean on, and the publishing of what
+// they export.
 //
-// Evaluates to a function that is called once for each frame, before any script of the page. `native` offers
-// print(level, text, source) and, in a main frame, close(); what it returns is called by the runtime alone. What the page may change later (JSON,
-// Array.prototype, console) is taken here, while it is still the engine's own.
-(function (native) {
+// Evaluates to a function that is called once for each frame, before any script of the page. `reports` is what
+// console.js gives, and `native` offers close() in a main frame; what this returns is called by the runtime alone. What the page may change later (JSON) is taken here, while
+// it is still the engine's own.
+(function (reports, native) {
   'use strict';
 
   var parse = JSON.parse;
   var stringify = JSON.stringify;
-  var apply = Function.prototype.call.bind(Function.prototype.apply);
+  var toText = String;
 
-  // A short text for a console argument or an error.
+  // The last exception of which a script API made a text: what it writes to its console next may be that text.
+  var caught;
+
+  // A script API's String.
   function textOf(value) {
-    try {
-      if (value instanceof Error) return value.stack ? value + '\n' + value.stack : String(value);
-      if (typeof value === 'object' && value !== null) return stringify(value) || String(value);
-      return String(value);
-    } catch (error) {
-      return '(no text)';
-    }
+    if (value instanceof Error) caught = value;
+    return toText(value);
   }
 
-  function print(level, values, source) {
-    var texts = [];
-    for (var i = 0; i < values.length; i++) texts[i] = textOf(values[i]);
-    native.print(level, texts.join(' '), source);
+  function reportCaught(text) {
+    var error = caught;
+    caught = undefined;
+    if (error === undefined || typeof text !== 'string') return;
+    var end = toText(error);
+    if (text.slice(-end.length) === end) reports.caught(error);
   }
 
-  var levels = ['log', 'info', 'warn', 'error', 'debug'];
-
-  function forwardConsole() {
-    levels.forEach(function (level) {
-      var original = console[level];
-      console[level] = function () {
-        print(level, arguments, 'page');
-        return apply(original, console, arguments);
+  // The console of a script API: its lines are for whoever looks into the API, not for the page's author. What the
+  // page's functions threw is for both.
+  function apiConsole() {
+    var api = {};
+    ['log', 'info', 'warn', 'error', 'debug'].forEach(function (level) {
+      api[level] = function (text) {
+        reports.api(level, arguments);
+        reportCaught(text);
       };
     });
-  }
-
-  function whereOf(event) {
-    return event.filename ? ' (' + event.filename + ':' + event.lineno + ')' : '';
-  }
-
-  function forwardUncaught() {
-    window.addEventListener('error', function (event) {
-      // Only scripts' errors: an image that does not load fires an event of the same name without a message.
-      if (event.message) native.print('uncaught', event.message + whereOf(event), 'page');
-    });
-    window.addEventListener('unhandledrejection', function (event) {
-      native.print('uncaught', 'Unhandled rejection: ' + textOf(event.reason), 'page');
-    });
+    return api;
   }
 
   // The engine lets a page close itself only before it has gone anywhere; a TV's application ends when it says so.
@@ -59,21 +46,6 @@
     return function () {
       close();
     };
-  }
-
-  function reportUncaught(error) {
-    native.print('uncaught', textOf(error), 'page');
-  }
-
-  // The console of a script API: its lines are for whoever looks into the API, not for the page's author.
-  function apiConsole() {
-    var api = {};
-    levels.forEach(function (level) {
-      api[level] = function () {
-        print(level, arguments, 'api');
-      };
-    });
-    return api;
   }
 
   // The error type of the script APIs.
@@ -106,7 +78,7 @@
         try {
           listener(message);
         } catch (error) {
-          reportUncaught(error);
+          reports.uncaught(error);
         }
       });
     };
@@ -174,23 +146,20 @@
     });
   }
 
+  if (native.close) window.close = closeWith(native.close);
+
   return {
-    watch: function () {
-      forwardConsole();
-      forwardUncaught();
-      if (native.close) window.close = closeWith(native.close);
-    },
-    // Runs a script API. `build(xwalk, extension, console)` is its text, wrapped so that it returns its exports;
+    // Runs a script API. `build(xwalk, extension, console, String)` is its text, wrapped so that it returns its exports;
     // `sendSync` carries a call to its native side. Returns the function that takes the messages posted to it.
     attach: function (path, build, sendSync) {
       window.CorviException = CorviException;
       var extension = { sendSync: sendSync, onmessage: function () {} };
-      publish(path, build({ utils: utils }, extension, apiConsole()));
+      publish(path, build({ utils: utils }, extension, apiConsole(), textOf));
       return function (text) {
         try {
           extension.onmessage(text);
         } catch (error) {
-          reportUncaught(error);
+          reports.uncaught(error);
         }
       };
     },

@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "console_script.h"
 #include "runtime_script.h"
 #include "web-process/extension_host.h"
 
@@ -51,6 +52,16 @@ JscValue NewCloseFunction(JSCContext* context, CloseSink close) {
       G_TYPE_NONE, 0));
 }
 
+char* ReadPlace(const char* place, gpointer reader) {
+  return g_strdup((*static_cast<PlaceReader*>(reader))(place).c_str());
+}
+
+JscValue NewPlaceFunction(JSCContext* context, PlaceReader reader) {
+  return JscValue(jsc_value_new_function(
+      context, "place", G_CALLBACK(ReadPlace), new PlaceReader(std::move(reader)),
+      [](gpointer data) { delete static_cast<PlaceReader*>(data); }, G_TYPE_STRING, 1, G_TYPE_STRING));
+}
+
 JscValue NewSyncFunction(JSCContext* context, InstanceHandle instance) {
   return JscValue(jsc_value_new_function(
       context, "sendSync", G_CALLBACK(SendSync), new SyncChannel{instance},
@@ -64,19 +75,30 @@ JscValue Evaluate(JSCContext* context, const std::string& text, const char* sour
 
 }  // namespace
 
-PageBridge::PageBridge(JSCContext* context, ConsoleSink console, CloseSink close)
+PageBridge::PageBridge(JSCContext* context, ConsoleSink console, PlaceReader read_place, CloseSink close)
     : context_(nurvo::NewReference(context)), console_(std::move(console)) {
-  const JscValue start = Evaluate(context, kPageScript, "runtime.js");
-  if (TakeException("reading the runtime's script")) return;
   const JscValue native(jsc_value_new_object(context, nullptr, nullptr));
   jsc_value_object_set_property(native.get(), "print", NewPrintFunction(context, console_).get());
+  jsc_value_object_set_property(native.get(), "place",
+                                NewPlaceFunction(context, std::move(read_place)).get());
   if (close) {
     jsc_value_object_set_property(native.get(), "close", NewCloseFunction(context, std::move(close)).get());
   }
-  page_side_.reset(jsc_value_function_call(start.get(), JSC_TYPE_VALUE, native.get(), G_TYPE_NONE));
-  if (TakeException("starting the runtime's script")) return;
-  const JscValue watched(jsc_value_object_invoke_method(page_side_.get(), "watch", G_TYPE_NONE));
-  TakeException("watching the page");
+  const JscValue reports = Start(kConsoleScript, "console.js", native.get(), nullptr);
+  if (!reports) return;
+  const JscValue watched(jsc_value_object_invoke_method(reports.get(), "watch", G_TYPE_NONE));
+  if (TakeException("watching the console")) return;
+  page_side_ = Start(kPageScript, "runtime.js", reports.get(), native.get());
+}
+
+nurvo::GObjectPtr<JSCValue> PageBridge::Start(const char* script, const char* name, JSCValue* first,
+                                              JSCValue* second) {
+  const JscValue start = Evaluate(context_.get(), script, name);
+  if (TakeException(std::string("reading ") + name)) return {};
+  JSCValue* arguments[] = {first, second};
+  JscValue result(jsc_value_function_callv(start.get(), second == nullptr ? 1 : 2, arguments));
+  if (TakeException(std::string("starting ") + name)) return {};
+  return result;
 }
 
 PageBridge::~PageBridge() {
@@ -104,7 +126,7 @@ void PageBridge::AttachExtension(ExtensionHandle extension, const std::string& n
   instances_.push_back(instance);
 
   const std::string wrapped =
-      "(function(xwalk,extension,console){var exports={};" + script + "\n;return exports;})";
+      "(function(xwalk,extension,console,String){var exports={};" + script + "\n;return exports;})";
   const JscValue build = Evaluate(context_.get(), wrapped, name.c_str());
   if (TakeException("reading the script API " + name)) return;
   const JscValue path = NewString(context_.get(), name);

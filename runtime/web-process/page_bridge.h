@@ -20,12 +20,15 @@ using ConsoleSink =
     std::function<void(const std::string& level, const std::string& text, const std::string& source)>;
 using CloseSink = std::function<void()>;
 
+// Gives a place in a script, URL:LINE:COLUMN, as the script's author knows it.
+using PlaceReader = std::function<std::string(const std::string& place)>;
+
 // The page-side half in a frame's script context, before any script of the page runs.
 class PageBridge {
  public:
   // When the engine refuses the runtime's script, the reason goes to `console` and the page gets no API.
   // A page that closes itself calls `close`; empty for frames, which can't.
-  PageBridge(JSCContext* context, ConsoleSink console, CloseSink close);
+  PageBridge(JSCContext* context, ConsoleSink console, PlaceReader read_place, CloseSink close);
   // Destroys the instances of this page.
   ~PageBridge();
   PageBridge(const PageBridge&) = delete;
@@ -35,6 +38,9 @@ class PageBridge {
   void AttachExtensions();
 
  private:
+  // Evaluates one of the runtime's scripts, a function, and calls it with these, of which the second may be
+  // null. Null when that fails, which is reported.
+  nurvo::GObjectPtr<JSCValue> Start(const char* script, const char* name, JSCValue* first, JSCValue* second);
   void AttachExtension(ExtensionHandle extension, const std::string& name, const std::string& script);
   // Reports a script error that is pending, and clears it. True when there was one.
   bool TakeException(const std::string& doing);

@@ -6,13 +6,16 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "nurvo_desktop/glib_ptr.h"
 #include "support/messages.h"
 #include "web-process/console_post.h"
 #include "web-process/extension_host.h"
 #include "web-process/key_values.h"
+#include "web-process/main_frame.h"
 #include "web-process/page_bridge.h"
+#include "web-process/places.h"
 
 namespace corvis::tv {
 
@@ -23,6 +26,7 @@ struct WebProcess {
   // The bridges of the pages' main frames.
   std::map<WebKitWebPage*, std::unique_ptr<PageBridge>> pages;
   std::map<WebKitWebPage*, ConsolePost> posts;
+  std::map<WebKitWebPage*, Places> places;
   // What keyboard events have while a key of a remote control is pressed; JSON text.
   std::string key;
   bool is_ending = false;
@@ -49,10 +53,20 @@ void SendClose(WebKitWebPage* page) {
                                        nullptr, nullptr);
 }
 
+Places& PlacesOf(WebKitWebPage* page) {
+  return TheWebProcess().places.try_emplace(page, page, TheWebProcess().origin).first->second;
+}
+
+PageBridge NewBridge(JSCContext* context, WebKitWebPage* page, CloseSink close) {
+  return {context, ConsoleOf(page), [page](const auto& place) { return PlacesOf(page).Read(place); },
+          std::move(close)};
+}
+
 void OnPageGone(gpointer /*data*/, GObject* page) {
   // A page's last words may come while its bridge goes.
   TheWebProcess().pages.erase(reinterpret_cast<WebKitWebPage*>(page));
   TheWebProcess().posts.erase(reinterpret_cast<WebKitWebPage*>(page));
+  TheWebProcess().places.erase(reinterpret_cast<WebKitWebPage*>(page));
 }
 
 // The run ends: the instances go, then their extensions.
@@ -65,12 +79,7 @@ void End() {
 
 // The script context of the page's main frame, made now when the page has no script.
 nurvo::GObjectPtr<JSCContext> MainContext(WebKitWebPage* page) {
-  // There is no successor: an engine that isolates sites has the main frame in another process. This one
-  // doesn't.
-  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
-  WebKitFrame* frame = webkit_web_page_get_main_frame(page);
-  G_GNUC_END_IGNORE_DEPRECATIONS
-  return nurvo::GObjectPtr<JSCContext>(webkit_frame_get_js_context(frame));
+  return nurvo::GObjectPtr<JSCContext>(webkit_frame_get_js_context(MainFrame(page)));
 }
 
 // The value of an expression in the page's main frame as JSON text, and the text of an exception.
@@ -116,16 +125,17 @@ void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame*
   WatchKeys(context.get(), &TheWebProcess().key);
   if (!webkit_frame_is_main_frame(frame)) {
     // What watches its console belongs to the frame's script: nothing is kept here, so that it can go.
-    const PageBridge watching(context.get(), ConsoleOf(page), nullptr);
+    const PageBridge watching = NewBridge(context.get(), page, nullptr);
     return;
   }
   std::unique_ptr<PageBridge>& bridge = TheWebProcess().pages[page];
   // The old page's instances go before the new page's are made.
   bridge.reset();
+  TheWebProcess().places.erase(page);
   WebKitUserMessage* started = webkit_user_message_new(kProcessMessage, g_variant_new_uint32(getpid()));
   webkit_web_page_send_message_to_view(page, started, nullptr, nullptr, nullptr);
   const bool is_own = IsOfOrigin(context.get(), TheWebProcess().origin);
-  bridge = std::make_unique<PageBridge>(context.get(), ConsoleOf(page), [page] { SendClose(page); });
+  bridge.reset(new PageBridge(NewBridge(context.get(), page, [page] { SendClose(page); })));
   if (is_own) bridge->AttachExtensions();
 }
 

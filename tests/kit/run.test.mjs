@@ -60,7 +60,7 @@ test('what can not be run is refused in one sentence with its status', async (t)
     [['run', '--size', '100000x100', folder], 2, 'Expected a size such as 1920x1080'],
     [['run', '--timeout', '1s', folder], 2, 'Expected a whole number from 1 to'],
     [['run', '--privilege=mic', folder], 2, 'Expected microphone, voicecontrol or a URI'],
-    [['run', '--console=some', folder], 2, 'Expected page, all or none'],
+    [['run', '--console=some', folder], 2, 'Expected errors, page, all or none'],
     [['run'], 2, 'Expected a URL'],
     [['run', folder, 'second'], 2, 'Unexpected "second".'],
     [['run', '--headles', folder], 2, 'Unknown option --headles. Did you mean "--headless"?'],

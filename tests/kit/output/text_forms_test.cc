@@ -47,6 +47,10 @@ TEST(TextForms, Terminal) {
   for (const Row& row : Rows()) EXPECT_EQ(ForTerminal(row.text), row.terminal);
 }
 
+TEST(TextForms, LinesOfATerminalStayTogether) {
+  EXPECT_EQ(LinesForTerminal("a\x1b\n[page] log: b\n"), "a\\x1b\n    [page] log: b\n    ");
+}
+
 TEST(TextForms, TapHasNoDirectiveAndNoSecondLine) {
   EXPECT_EQ(ForTap("a # SKIP \\\nok 2"), R"(a \# SKIP \\\\nok 2)");
   for (const Row& row : Rows()) {
