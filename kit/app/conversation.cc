@@ -29,11 +29,18 @@ std::vector<Item> WithBoxes(const std::vector<Item>& items) {
   return found.empty() ? items : found;
 }
 
+// A page's text as part of a message of several lines.
+std::string OneLine(std::string text) {
+  const auto is_break = [](char c) { return c == '\n' || c == '\r'; };
+  std::replace_if(text.begin(), text.end(), is_break, ' ');
+  return text;
+}
+
 Result<Item> OneOf(const std::vector<Item>& items, const std::string& title) {
   if (items.size() == 1) return items[0];
   if (items.empty()) return Fail("No item on the screen is called \"" + title + "\"; items lists them.");
   std::string problem = "Several items are called \"" + title + "\"; select one by its number:";
-  for (const Item& item : items) problem += "\n  " + std::to_string(item.number) + "  " + item.title;
+  for (const Item& item : items) problem += "\n  " + std::to_string(item.number) + "  " + OneLine(item.title);
   return Fail(problem);
 }
 
@@ -200,7 +207,7 @@ Result<ItemList> Conversation::AskItems() {
   const Result<Answer>& answer = items_turn_.answer;
   if (!answer) return Fail(answer.error());
   if (auto list = ReadItems(answer->data)) return std::move(*list);
-  return Fail("Expected a list of items; the page answered: " + answer->data.substr(0, 200));
+  return Fail("Expected a list of items; the page answered: " + OneLine(answer->data.substr(0, 200)));
 }
 
 Result<std::string> Conversation::PictureOf(const ItemList& list) {

@@ -135,7 +135,7 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
 }
 
 void PrintLine(const std::string& line) {
-  std::fprintf(stderr, "%s\n", line.c_str());
+  std::fprintf(stderr, "%s\n", TextForTerminal(line).c_str());
 }
 
 Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std::string& operand,
@@ -158,7 +158,10 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
       console("[" + source + "] " + level + ": " + LinesForTerminal(text));
   };
   const auto write_line = [console](const std::string& line) { console(ForTerminal(line)); };
-  auto started = Run::Start(supervisor, run, {std::move(notice), write, write_line});
+  const auto report = [notice = std::move(notice)](const std::string& sentence) {
+    notice(ForTerminal(sentence));
+  };
+  auto started = Run::Start(supervisor, run, {report, write, write_line});
   if (started) (*started)->conversation().set_phrases(language->phrases());
   return started;
 }

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "cli/command_line.h"
+#include "output/text_forms.h"
 
 namespace corvis::kit {
 
@@ -30,7 +31,7 @@ ExitStatus StatusOf(ErrorKind kind) {
 
 void PrintError(const Error& error) {
   if (error.message.empty() || error.kind == ErrorKind::kInterrupted) return;
-  std::fprintf(stderr, "corvis: %s\n", error.message.c_str());
+  std::fprintf(stderr, "corvis: %s\n", TextForTerminal(error.message).c_str());
 }
 
 void DescribeStatuses(CLI::App& app, const std::map<int, std::string>& own) {

@@ -11,6 +11,7 @@
 #include <cwchar>
 #include <utility>
 
+#include "output/text_forms.h"
 #include "service/main_loop.h"
 
 namespace corvis::kit {
@@ -172,11 +173,11 @@ Completion Complete(const std::string& typed, const std::vector<std::string>& wo
 }
 
 void LineSource::Show(const std::string& lines) {
-  output_.Write(lines + "\n");
+  output_.Write(TextForTerminal(lines) + "\n");
 }
 
 void LineSource::ShowError(const std::string& lines) {
-  std::fprintf(stderr, "%s\n", lines.c_str());
+  std::fprintf(stderr, "%s\n", TextForTerminal(lines).c_str());
 }
 
 std::unique_ptr<LineSource> OpenStandardInput(std::vector<std::string> words) {

@@ -23,7 +23,8 @@ class LineSource {
   // The next line without its newline. Returns nothing at the end of input or when waits are ended
   // (service/main_loop.h).
   virtual std::optional<std::string> Next() = 0;
-  // Print lines on standard output or standard error without disturbing the line being typed.
+  // Print lines on standard output or standard error without disturbing the line being typed. Everything but
+  // newlines is escaped for terminals.
   virtual void Show(const std::string& lines);
   virtual void ShowError(const std::string& lines);
   // An error if writing to standard output has failed.

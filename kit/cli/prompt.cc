@@ -8,6 +8,7 @@
 
 #include "language/raw_command.h"
 #include "output/output_file.h"
+#include "output/text_forms.h"
 #include "script/script_reader.h"
 #include "script/session.h"
 
@@ -27,7 +28,8 @@ std::string DescribeAnswer(const Command& command, const Answer& answer) {
   std::snprintf(time, sizeof(time), "   (%.1f ms)",
                 std::chrono::duration<double, std::milli>(answer.took).count());
   const std::string data = DescribeData(command);
-  std::string text = command.action + (data.empty() ? "" : " " + data) + "  ->  " + answer.data + time;
+  std::string text =
+      command.action + (data.empty() ? "" : " " + data) + "  ->  " + ForTerminal(answer.data) + time;
   if (answer.pieces > 1) {
     text +=
         ", " + std::to_string(answer.data.size()) + " bytes in " + std::to_string(answer.pieces) + " pieces";
@@ -125,8 +127,8 @@ void Prompt::ShowTurn(const Turn& turn) {
     return lines_.Show((turn.is_sent ? turn.command.action + ": " : "") + turn.answer.error().message);
   const std::string exception = conversation_.ExceptionOf(turn);
   lines_.Show(DescribeAnswer(turn.command, *turn.answer) +
-              (turn.item.empty() ? "" : ", the item \"" + turn.item + "\"") +
-              (exception.empty() ? "" : "\n  the callback threw: " + exception));
+              (turn.item.empty() ? "" : ", the item \"" + ForTerminal(turn.item) + "\"") +
+              (exception.empty() ? "" : "\n  the callback threw: " + ForTerminal(exception)));
 }
 
 void Prompt::Note(const Status& status) {

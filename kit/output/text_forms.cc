@@ -77,6 +77,12 @@ std::string LinesForTerminal(std::string_view text) {
   return ForTerminal(text.substr(0, end)) + "\n    " + LinesForTerminal(text.substr(end + 1));
 }
 
+std::string TextForTerminal(std::string_view text) {
+  return Written(text, [](const Character& character) {
+    return character.code == '\n' ? std::string() : VisibleEscape(character);
+  });
+}
+
 std::string ForTap(std::string_view text) {
   return Written(ForTerminal(text), [](const Character& character) -> std::string {
     if (character.code == '#') return "\\#";

@@ -17,6 +17,9 @@ std::string ForTerminal(std::string_view text);
 // of another origin.
 std::string LinesForTerminal(std::string_view text);
 
+// Our own text of several lines: keeps newlines.
+std::string TextForTerminal(std::string_view text);
+
 // The description of a TAP test point, or a comment line: like ForTerminal, with "#" escaped so that it can't
 // start a directive.
 std::string ForTap(std::string_view text);

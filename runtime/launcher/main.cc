@@ -29,10 +29,29 @@ int Fail(ExitStatus status, const std::string& sentence) {
   return status;
 }
 
+// Whether a terminal acts on the character instead of showing it: controls, and what reorders a line.
+bool IsActive(gunichar code) {
+  return g_unichar_iscntrl(code) != FALSE || code == 0x200E || code == 0x200F ||
+         (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+}
+
+std::string Shown(const std::string& text) {
+  const nurvo::GText valid(g_utf8_make_valid(text.c_str(), -1));
+  std::string shown;
+  for (const char *at = valid.get(), *next = nullptr; *at != '\0'; at = next) {
+    next = g_utf8_next_char(at);
+    const gunichar code = g_utf8_get_char(at);
+    char escape[16];
+    std::snprintf(escape, sizeof(escape), "\\u%04x", code);
+    shown += IsActive(code) ? std::string(escape) : std::string(at, next);
+  }
+  return shown;
+}
+
 void PrintConsole(ConsoleKind kind, const std::string& level, const std::string& text,
                   const std::string& source) {
   if (kind == ConsoleKind::kNone || (kind == ConsoleKind::kPage && source != "page")) return;
-  std::fprintf(stderr, "[%s] %s: %s\n", source.c_str(), level.c_str(), text.c_str());
+  std::fprintf(stderr, "[%s] %s: %s\n", source.c_str(), level.c_str(), Shown(text).c_str());
 }
 
 // The main loop of a run. A signal ends it, even one that is received before it runs.

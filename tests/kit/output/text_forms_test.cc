@@ -44,7 +44,14 @@ const std::vector<Row>& Rows() {
 }
 
 TEST(TextForms, Terminal) {
-  for (const Row& row : Rows()) EXPECT_EQ(ForTerminal(row.text), row.terminal);
+  for (const Row& row : Rows()) {
+    EXPECT_EQ(ForTerminal(row.text), row.terminal);
+    EXPECT_EQ(ForTerminal(TextForTerminal(row.text)), row.terminal);
+  }
+}
+
+TEST(TextForms, TerminalLines) {
+  EXPECT_EQ(TextForTerminal("a\n\x1b[2J\r\nb"), "a\n\\x1b[2J\\r\nb");
 }
 
 TEST(TextForms, LinesOfATerminalStayTogether) {
