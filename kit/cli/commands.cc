@@ -43,7 +43,7 @@ const CommandRow kCommands[] = {
     {kTest, "test-app", kPageAndScripts, "run voice scripts against an application", MakeTestAppCommand},
     {kTest, "items", kPage, "list what can be selected on a page; --png FILE: draw it", MakeItemsCommand},
     {kTest, "lint", kPage, "report what would make voice fail on a page", MakeLintCommand},
-    {kTest, "phrases", kNone, "list what can be said; --explain TEXT: how a text is understood",
+    {kTest, "phrases", kNone, "list the phrases; --explain TEXT: how a text is understood",
      MakePhrasesCommand},
 };
 

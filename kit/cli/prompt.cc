@@ -144,7 +144,7 @@ void Prompt::NoteStatement(const std::string& statement, const Status& status, c
 void Prompt::Help(const std::string& /*argument*/) {
   std::string text = "Commands\n";
   for (const CommandRow& command : Commands()) text += Row(command.usage, command.help);
-  text += "\nPhrases: (a|b) is one of the two, [a] is optional, {…} is a placeholder\n";
+  text += "\nPhrases: (a|b) is a choice, [a] is optional, {…} is a placeholder\n";
   for (const Phrase& phrase : conversation_.phrases().phrases()) text += Row(phrase.pattern, phrase.becomes);
   text += "\nPieces of phrases\n";
   for (const auto& [name, pattern] : conversation_.phrases().pieces()) text += Row(name, pattern);

@@ -18,19 +18,19 @@ namespace {
 
 constexpr const char* kHelpHead = R"(Usage: corvis-tv [OPTIONS] URL|FILE|FOLDER
 
-Runs a web application as a TV would, with the extension libraries that are given.
+Runs a web application as on a TV, with the given extension libraries.
 
 )";
 
 constexpr const char* kHelpFoot = R"(  --help, --version
 
-The folder of FILE, or FOLDER (with an index.html), is served over HTTP to this run only, as an origin of its own. Only
-pages of the origin that is started with get the extensions' APIs.
+FOLDER (with an index.html), or the folder of FILE, is served over HTTP to this run only, as a new origin. Only pages of
+the application's origin get the extensions' APIs.
 
-Needs a D-Bus session bus, on which it serves its control interface as ID.runtime.
+Needs a D-Bus session bus, on which it provides its control interface as ID.runtime.
 
-Exit status: 0 ended as asked, 2 wrong usage, 3 the page can't be loaded, 4 the page's process keeps crashing,
-5 the application is running already, 6 no bus or no display.
+Exit status: 0 the page or window was closed, 2 wrong usage, 3 the page can't be loaded, 4 the page's process keeps
+crashing, 5 the application is already running, 6 no bus or no display.
 )";
 
 constexpr int kSmallestSide = 16;

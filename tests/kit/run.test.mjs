@@ -55,7 +55,7 @@ test('what can not be run is refused in one sentence with its status', async (t)
     [['run', path.join(folder, 'missing')], 3, 'does not exist'],
     [['run', folder], 3, 'has no index.html'],
     [['run', 'http://127.0.0.1:45999/'], 3, "can't be loaded"],
-    [['run', 'ftp://127.0.0.1/'], 3, 'there are http, https and file'],
+    [['run', 'ftp://127.0.0.1/'], 3, 'expected an http, https or file URL'],
     [['run', '--app-id', 'no dots', folder], 2, 'Expected a dotted name'],
     [['run', '--size', '100000x100', folder], 2, 'Expected a size such as 1920x1080'],
     [['run', '--timeout', '1s', folder], 2, 'Expected a whole number from 1 to'],
