@@ -39,6 +39,7 @@ const void* GetInterface(const char* name) {
       },
       [](InstanceHandle, const char* reply) { Registered().reply = reply; }};
   const std::string wanted = name;
+  if (wanted == Registered().runtime->missing_interface) return nullptr;
   if (wanted == kNurvoExtensionInterface) return &kExtension;
   return wanted == kNurvoMessagingInterface ? &kMessaging : nullptr;
 }
@@ -51,7 +52,7 @@ InstanceHandle NextHandle() {
 
 }  // namespace
 
-Runtime::Runtime() {
+Runtime::Runtime(std::string missing) : missing_interface(std::move(missing)) {
   Registered() = {};
   Registered().runtime = this;
   Registered().extension = NextHandle();
@@ -77,6 +78,10 @@ InstanceHandle Runtime::NewPage() {
 
 void Runtime::DestroyPage(InstanceHandle page) {
   if (pages_.erase(page) == 1) Registered().callbacks.destroyed(page, Registered().user_data);
+}
+
+void Runtime::Message(InstanceHandle page, const std::string& message) {
+  Registered().callbacks.message(page, message.c_str(), Registered().user_data);
 }
 
 std::string Runtime::CallRaw(InstanceHandle page, const std::string& message) {

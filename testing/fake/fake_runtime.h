@@ -17,7 +17,7 @@ namespace fake {
 class Runtime {
  public:
   // Initializes the library that is linked into this process; `status` is its return value.
-  Runtime();
+  explicit Runtime(std::string missing = "");
   // Destroys the remaining pages and shuts the library down.
   ~Runtime();
   Runtime(const Runtime&) = delete;
@@ -26,6 +26,8 @@ class Runtime {
   int32_t status = 0;
   std::string name;
   std::string script;
+  // An interface that the runtime does not have.
+  const std::string missing_interface;
   // The messages posted to each page, in order.
   std::map<InstanceHandle, std::vector<std::string>> posted;
   // Called for each posted message.
@@ -42,6 +44,9 @@ class Runtime {
   }
   // Like Call, with the text of the whole call.
   std::string CallRaw(InstanceHandle page, const std::string& message);
+
+  // A message that nobody waits for.
+  static void Message(InstanceHandle page, const std::string& message);
 
   // Creates a page that has registered `actions`, the elements of a JSON array, and listens.
   InstanceHandle NewListeningPage(const std::string& actions);

@@ -126,46 +126,6 @@ test('the lint names each element that voice will miss, and its rule', async (t)
   assert.ok(places('same-title').includes('items 0 1'), text);
 });
 
-// Each element as it is, and what the API takes of it for an item.
-const candidates = [
-  ['<button', true],
-  ['<li tabindex="-1"', true],
-  ['<li', false],
-  ['<div onclick="0"', true],
-  ['<a href="#"', true],
-  ['<a', false],
-  ['<link href="#"', false],
-  ['<div draggable="false"', true],
-  ['<input', false],
-];
-
-test('the lint takes for an item what the API takes for one', async (t) => {
-  const copies = (inner, id) =>
-    candidates
-      .map(([start], i) => `${start} id="${id}${i}" class="box">${inner(i)}</${start.match(/\w+/)[0]}>`)
-      .join('');
-  const page = writePage(
-    t,
-    `<style>.box{display:block;width:50px;height:9px}</style>
-     <body>${copies((i) => `Title ${i}`, 't')}${copies(() => '', 'u')}${listen}`
-  );
-  const ours = candidates.flatMap(([, isItem], i) => (isItem ? [i] : []));
-  const items = await run(['items', '--json', page]);
-  assert.deepEqual(
-    JSON.parse(items.text).map((item) => item.title),
-    ours.map((i) => `Title ${i}`)
-  );
-  const lint = await run(['lint', '--json', page]);
-  const findings = lint.text
-    .trim()
-    .split('\n')
-    .map((line) => JSON.parse(line));
-  assert.deepEqual(
-    findings.filter(({ rule }) => rule === 'title').map(({ where }) => where.replace(/.*#/, '')),
-    ours.map((i) => `u${i}`)
-  );
-});
-
 test('the lint reports a page that never listens', async (t) => {
   const { code, text } = await run(['lint', '--timeout', '300', writePage(t, '<button>Play</button>')]);
   assert.equal(code, 1, text);

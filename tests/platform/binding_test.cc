@@ -1,57 +1,27 @@
 // The extension binding, on a runtime within the test.
 #include <gtest/gtest.h>
 
-#include <map>
 #include <stdexcept>
-#include <utility>
 
 #include "nurvo/extension.h"
+#include "testing/fake/fake_runtime.h"
 #include "testing/split.h"
 
 namespace {
 
 using Texts = std::vector<std::string>;
 
-// What was registered with the runtime, and what the library did, in order.
-struct Runtime {
-  struct Loaded {
-    std::string name;
-    std::string script;
-    NurvoExtensionCallbacks callbacks = {};
-    void* user_data = nullptr;
-  };
-  std::map<ExtensionHandle, Loaded> extensions;
+// What the extension is to do, and what became of its objects, in order.
+struct Scene {
+  fake::Runtime* runtime = nullptr;
   Texts journal;
-  Texts replies;
-  std::string missing_interface;
   int initialize_result = 0;
+  bool has_pages = true;
 };
 
-Runtime* g_runtime = nullptr;
-
-const NurvoExtensionInterface kExtensionTable = {
-    [](ExtensionHandle e, const char* name) { g_runtime->extensions[e].name = name; },
-    [](ExtensionHandle e, const char* source) { g_runtime->extensions[e].script = source; },
-    [](ExtensionHandle e, const NurvoExtensionCallbacks* callbacks, void* user_data) {
-      g_runtime->extensions[e].callbacks = *callbacks;
-      g_runtime->extensions[e].user_data = user_data;
-    }};
-
-const NurvoMessagingInterface kMessagingTable = {
-    [](InstanceHandle i, const char* text) {
-      g_runtime->journal.push_back("post " + std::to_string(i) + ' ' + text);
-    },
-    [](InstanceHandle, const char* reply) { g_runtime->replies.emplace_back(reply); }};
-
-const void* GetInterface(const char* name) {
-  if (g_runtime->missing_interface == name) return nullptr;
-  const bool is_messaging = std::string(name) == kNurvoMessagingInterface;
-  return is_messaging ? static_cast<const void*>(&kMessagingTable) : &kExtensionTable;
-}
-
-void Destroy(ExtensionHandle extension, InstanceHandle page) {
-  const Runtime::Loaded& loaded = g_runtime->extensions[extension];
-  loaded.callbacks.destroyed(page, loaded.user_data);
+Scene& State() {
+  static Scene scene;
+  return scene;
 }
 
 class Page : public common::ParsedInstance {
@@ -72,14 +42,14 @@ class Page : public common::ParsedInstance {
       throw std::runtime_error("standard");
     });
     add("go", [&](const picojson::value&, picojson::object& out) {
-      Destroy(1, handle_);
+      State().runtime->DestroyPage(handle_);
       PostMessage("too late");
       ReportSuccess(out);
     });
   }
   ~Page() override {
     PostMessage("last words");
-    g_runtime->journal.push_back("gone " + std::to_string(handle_));
+    State().journal.push_back("gone " + std::to_string(handle_));
   }
   void OnAttached() override { PostMessage("hello"); }
 
@@ -96,58 +66,26 @@ class Api : public common::Extension {
   common::Instance* CreateInstance() override { return nullptr; }
 };
 
-class BindingTest : public ::testing::Test {
- protected:
-  BindingTest() { g_runtime = &runtime_; }
-  ~BindingTest() override {
-    for (const auto& item : runtime_.extensions) Shutdown(item.first);
-    g_runtime = nullptr;
-  }
+int32_t Initialize(ExtensionHandle /*extension*/, InterfaceGetter /*get_interface*/) {
+  const Api api;
+  if (State().initialize_result > 0) throw std::runtime_error("no");
+  return State().initialize_result;
+}
 
-  static int32_t Load(ExtensionHandle handle) {
-    return common::Extension::XW_Initialize(
-        handle, GetInterface,
-        [](ExtensionHandle, InterfaceGetter) -> int32_t {
-          const Api api;
-          if (g_runtime->initialize_result > 0) throw std::runtime_error("no");
-          return g_runtime->initialize_result;
-        },
-        [](InstanceHandle instance) {
-          if (instance < 0) throw std::runtime_error("no page");
-          common::Extension::OnInstanceCreated(instance, new Page(instance));
-        },
-        [](ExtensionHandle extension) {
-          g_runtime->journal.push_back("shutdown " + std::to_string(extension));
-        });
-  }
-  void Shutdown(ExtensionHandle extension) {
-    Runtime::Loaded& loaded = runtime_.extensions[extension];
-    if (const auto shutdown = std::exchange(loaded.callbacks.shutdown, nullptr)) shutdown(loaded.user_data);
-  }
-  void Create(ExtensionHandle extension, InstanceHandle page) {
-    const Runtime::Loaded& loaded = runtime_.extensions[extension];
-    loaded.callbacks.created(page, loaded.user_data);
-  }
-  // The one reply to a page's call; empty without one.
-  std::string Call(const char* text, InstanceHandle page = 7) {
-    runtime_.replies.clear();
-    runtime_.extensions[1].callbacks.sync_message(page, text, runtime_.extensions[1].user_data);
-    EXPECT_LE(runtime_.replies.size(), 1U);
-    return runtime_.replies.empty() ? "" : runtime_.replies[0];
-  }
-  void Post(const char* text, InstanceHandle page) {
-    runtime_.extensions[1].callbacks.message(page, text, runtime_.extensions[1].user_data);
-  }
-  void LoadWithPage() {
-    ASSERT_EQ(Load(1), 0);
-    Create(1, 7);
-  }
+void MakePage(InstanceHandle instance) {
+  if (!State().has_pages) throw std::runtime_error("no page");
+  common::Extension::OnInstanceCreated(instance, new Page(instance));
+}
 
-  Runtime runtime_;
+struct OnePage {
+  std::string Call(const std::string& text) const { return runtime->CallRaw(handle, text); }
+
+  std::unique_ptr<fake::Runtime> runtime = std::make_unique<fake::Runtime>();
+  InstanceHandle handle = runtime->NewPage();
 };
 
-TEST_F(BindingTest, AnswersGoodCalls) {
-  LoadWithPage();
+TEST(Binding, AnswersGoodCalls) {
+  const OnePage page;
   const std::string deep = Repeated("[", 255) + Repeated("]", 255);
   const std::string big = '"' + std::string(size_t{16} << 20, 'x') + '"';
   const std::pair<std::string, std::string> echoes[] = {
@@ -159,7 +97,7 @@ TEST_F(BindingTest, AnswersGoodCalls) {
       {big, big},
   };
   for (const auto& [sent, received] : echoes) {
-    EXPECT_EQ(Call((R"( { "args" : )" + sent + R"( , "cmd" : "echo" } )").c_str()),
+    EXPECT_EQ(page.Call(R"( { "args" : )" + sent + R"( , "cmd" : "echo" } )"),
               R"({"result":)" + received + R"(,"status":"success"})");
   }
   const std::pair<const char*, const char*> calls[] = {
@@ -171,11 +109,11 @@ TEST_F(BindingTest, AnswersGoodCalls) {
        R"({"error":{"message":"why","name":"OwnError"},"status":"error"})"},
       {R"({"cmd":"throw"})", R"({"error":{"message":"standard","name":"UnknownError"},"status":"error"})"},
   };
-  for (const auto& [call, reply] : calls) EXPECT_EQ(Call(call), reply) << call;
+  for (const auto& [call, reply] : calls) EXPECT_EQ(page.Call(call), reply) << call;
 }
 
-TEST_F(BindingTest, AnswersBadCallsWithAnError) {
-  LoadWithPage();
+TEST(Binding, AnswersBadCallsWithAnError) {
+  const OnePage page;
   constexpr size_t kMany = 1'000'000;
   Texts rows = Split(R"(| |{|[]|5|null|{}|{"args":1}|{"cmd":5}|{"cmd":"nobody"}|{"cmd":"done"} x|)"
                      R"({"cmd":"done"}}|{"cmd":"done",}|{"cmd":"silent"}|{"cmd":"throw","args":5})");
@@ -185,51 +123,55 @@ TEST_F(BindingTest, AnswersBadCallsWithAnError) {
   for (const std::string& argument : arguments) rows.push_back(R"({"cmd":"echo","args":)" + argument + "}");
   for (const char* open : {"[", "{\"a\":", "{\"a\":["}) rows.push_back(Repeated(open, kMany));
   for (const std::string& row : rows) {
-    const std::string reply = Call(row.c_str());
+    const std::string reply = page.Call(row);
     EXPECT_EQ(reply.find(R"({"error":{"message":")"), 0U) << row.substr(0, 100);
     EXPECT_NE(reply.find(R"("status":"error")"), std::string::npos);
-    Post(row.c_str(), 7);
+    fake::Runtime::Message(page.handle, row);
   }
-  EXPECT_NE(Call(nullptr).find("error"), std::string::npos);
-  EXPECT_NE(Call(R"({"cmd":"done"})", 8), "") << "a page that is not there";
+  EXPECT_NE(page.runtime->CallRaw(0, R"({"cmd":"done"})"), "") << "a page that is not there";
 }
 
-TEST_F(BindingTest, OwnsTheInstancesUntilTheirPageOrTheExtensionGoes) {
-  ASSERT_EQ(Load(1), 0);
-  ASSERT_EQ(Load(2), 0);
-  EXPECT_EQ(Load(2), -1) << "is loaded already";
-  EXPECT_EQ(runtime_.extensions[1].name, "dotted.name");
-  EXPECT_EQ(runtime_.extensions[2].script, "the script");
-  for (const auto& [extension, page] : {std::pair(1, 1), {1, 2}, {2, 3}, {1, -1}}) Create(extension, page);
-  Destroy(1, 1);
-  Destroy(1, 1);
-  Post(R"({"cmd":"done"})", 1);
-  Shutdown(1);
-  Shutdown(2);
-  EXPECT_EQ(runtime_.journal,
-            Split("post 1 hello|post 2 hello|post 3 hello|gone 1|gone 2|shutdown 1|gone 3|shutdown 2"));
+TEST(Binding, OwnsTheInstancesUntilTheirPageOrTheExtensionGoes) {
+  OnePage page;
+  EXPECT_EQ(page.runtime->status, 0);
+  EXPECT_EQ(page.runtime->name, "dotted.name");
+  EXPECT_EQ(page.runtime->script, "the script");
+  const InstanceHandle other = page.runtime->NewPage();
+  State().has_pages = false;
+  page.runtime->NewPage();
+  State() = {};
+  page.runtime->DestroyPage(page.handle);
+  fake::Runtime::Message(page.handle, R"({"cmd":"done"})");
+  EXPECT_EQ(page.runtime->TakePosted(page.handle), Texts{"hello"});
+  page.runtime->Shutdown();
+  EXPECT_EQ(page.runtime->TakePosted(other), Texts{"hello"});
+  const Texts expected = {"gone " + std::to_string(page.handle), "gone " + std::to_string(other), "shutdown"};
+  EXPECT_EQ(State().journal, expected);
 }
 
-TEST_F(BindingTest, AnInstanceThatGoesDuringItsOwnCallLivesToTheCallsEnd) {
-  LoadWithPage();
-  runtime_.journal.clear();
-  EXPECT_EQ(Call(R"({"cmd":"go"})"), "");
-  EXPECT_EQ(runtime_.journal, Texts{"gone 7"});
+TEST(Binding, AnInstanceThatGoesDuringItsOwnCallLivesToTheCallsEnd) {
+  const OnePage page;
+  State() = {};
+  State().runtime = page.runtime.get();
+  EXPECT_EQ(page.Call(R"({"cmd":"go"})"), "");
+  EXPECT_EQ(page.runtime->TakePosted(page.handle), Texts{"hello"});
+  EXPECT_EQ(State().journal, Texts{"gone " + std::to_string(page.handle)});
 }
 
-TEST_F(BindingTest, AnExtensionThatCannotBeUsedIsReportedAndForgotten) {
-  for (const char* name : {kNurvoExtensionInterface, kNurvoMessagingInterface}) {
-    runtime_.missing_interface = name;
-    EXPECT_EQ(Load(1), -1) << name;
-  }
-  runtime_.missing_interface.clear();
+TEST(Binding, AnExtensionThatCannotBeUsedIsReportedAndForgotten) {
+  for (const char* name : {kNurvoExtensionInterface, kNurvoMessagingInterface})
+    EXPECT_EQ(fake::Runtime(name).status, -1) << name;
   for (const int result : {-3, 1}) {
-    runtime_.initialize_result = result;
-    EXPECT_EQ(Load(1), result < 0 ? result : -1);
-    EXPECT_EQ(runtime_.extensions[1].callbacks.created, nullptr);
+    State().initialize_result = result;
+    EXPECT_EQ(fake::Runtime().status, result < 0 ? result : -1);
   }
-  runtime_.initialize_result = 0;
-  EXPECT_EQ(Load(1), 0);
+  State() = {};
+  EXPECT_EQ(fake::Runtime().status, 0);
 }
 
 }  // namespace
+
+extern "C" int32_t XW_Initialize(ExtensionHandle extension, InterfaceGetter get_interface) {
+  return common::Extension::XW_Initialize(extension, get_interface, Initialize, MakePage,
+                                          [](ExtensionHandle) { State().journal.emplace_back("shutdown"); });
+}
