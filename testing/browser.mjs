@@ -3,6 +3,7 @@
 import { readFileSync } from 'node:fs';
 import assert from 'node:assert/strict';
 import { createServer } from 'node:http';
+import { test } from 'node:test';
 import { inspect } from 'node:util';
 import { chromium } from 'playwright-core';
 
@@ -88,3 +89,10 @@ export async function checkTable(page, table) {
   const [actual, expected] = [0, 1].map((side) => rows.map((_, i) => row(i, values[2 * i + side])));
   assert.deepEqual(actual, expected);
 }
+
+/** Tests of a name and its table, as check('name')`rows`, on the page that `pageOf` gives when they run. */
+export const checksOf =
+  (pageOf) =>
+  (name) =>
+  (strings, ...values) =>
+    test(name, () => checkTable(pageOf(), String.raw({ raw: strings }, ...values)));

@@ -63,6 +63,13 @@ char* NewText(const std::string& text) {
   return strdup(text.c_str());
 }
 
+template <typename T>
+int Make(const char* name, T** made) {
+  if (Platform::Get().Count(name)) return kRefused;
+  *made = new T;
+  return 0;
+}
+
 }  // namespace
 
 Platform& Platform::Get() {
@@ -284,9 +291,7 @@ int message_port_send_message(const char* remote_app_id, const char* remote_port
 }
 
 int vestra_configuration_create(vestra_configuration** configuration) {
-  if (Platform::Get().Count(__func__)) return fake::kRefused;
-  *configuration = new vestra_configuration;
-  return 0;
+  return fake::Make(__func__, configuration);
 }
 
 int vestra_configuration_set_cache_size(vestra_configuration* configuration, size_t size) {
@@ -295,9 +300,7 @@ int vestra_configuration_set_cache_size(vestra_configuration* configuration, siz
 }
 
 int vestra_initialize(vestra** client, const vestra_configuration* /*configuration*/) {
-  if (Platform::Get().Count(__func__)) return fake::kRefused;
-  *client = new vestra;
-  return 0;
+  return fake::Make(__func__, client);
 }
 
 void vestra_configuration_destroy(vestra_configuration* configuration) {

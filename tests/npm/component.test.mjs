@@ -2,6 +2,7 @@
 import assert from 'node:assert/strict';
 import path from 'node:path';
 import { beforeEach, test } from 'node:test';
+import { until } from '../../testing/corvis.mjs';
 import { packageFolder, useBrowser } from './application.mjs';
 
 const html = `<!doctype html><title>A player</title>
@@ -30,16 +31,12 @@ beforeEach(async () => {
 });
 
 const append = () => page.evaluate('void document.body.append(document.createElement("corvis-voice"))');
-const answers = () => page.getByRole('log', { name: 'Answers' });
-const withoutTimes = (texts) => texts.map((text) => text.replace(/ \(\d+\.\d ms\)$/, ''));
 
 /** Waits until the answers are so many. */
 async function lines(count) {
-  await answers()
-    .locator('p')
-    .nth(count - 1)
-    .waitFor();
-  return withoutTimes(await answers().locator('p').allTextContents());
+  const paragraphs = page.getByRole('log', { name: 'Answers' }).locator('p');
+  await paragraphs.nth(count - 1).waitFor();
+  return (await paragraphs.allTextContents()).map((text) => text.replace(/ \(\d+\.\d ms\)$/, ''));
 }
 
 test('one says something by keyboard, and hears the answer', async () => {
@@ -47,10 +44,8 @@ test('one says something by keyboard, and hears the answer', async () => {
   for (let i = 0; i < 3; i++) await page.keyboard.press('Tab');
   const field = page.getByRole('combobox', { name: 'Say' });
   assert.equal(await field.evaluate((input) => input.getRootNode().activeElement === input), true);
-  assert.deepEqual(
-    await page.locator('corvis-voice option').evaluateAll((all) => all.map(({ value }) => value)),
-    ['play', 'stop']
-  );
+  const options = page.locator('corvis-voice option');
+  assert.deepEqual(await options.evaluateAll((all) => all.map(({ value }) => value)), ['play', 'stop']);
   const keysBefore = await page.evaluate('keys');
   for (const phrase of ['play', 'stop', 'puase']) {
     await page.keyboard.type(phrase);
@@ -89,19 +84,13 @@ test('numbers stand on the items; the element is none of them', async () => {
   const boxes = page.locator('corvis-voice #numbers div');
   await boxes.nth(1).waitFor();
   assert.deepEqual(await boxes.allTextContents(), ['0', '1']);
-  assert.deepEqual(
-    await boxes.evaluateAll((all) => all.map((box) => box.getBoundingClientRect().top)),
-    [10, 50]
-  );
+  const tops = () => boxes.evaluateAll((all) => all.map((box) => box.getBoundingClientRect().top));
+  assert.deepEqual(await tops(), [10, 50]);
   assert.deepEqual(await titles(), before);
   await page.evaluate(
     'document.querySelector("button").style.top = "90px"; dispatchEvent(new Event("resize"))'
   );
-  await page.waitForFunction(() =>
-    [...document.querySelector('corvis-voice').shadowRoot.querySelectorAll('#numbers div')].some(
-      (box) => box.getBoundingClientRect().top === 90
-    )
-  );
+  await until(async () => (await tops()).includes(90), { output: () => 'the box stays' });
   await page.evaluate('document.querySelector("corvis-voice").numbers = false');
   await boxes.first().waitFor({ state: 'detached' });
 });

@@ -71,13 +71,9 @@ function addLayout(window) {
   const pixels = (text, otherwise) => (text === '' ? otherwise : parseFloat(text));
   window.Element.prototype.getBoundingClientRect = function () {
     const place = 10 * [...this.ownerDocument.getElementsByTagName('*')].indexOf(this);
-    const { left, top, width, height } = this.style;
-    return {
-      left: pixels(left, place),
-      top: pixels(top, 0),
-      width: pixels(width, 5),
-      height: pixels(height, 5),
-    };
+    const otherwise = { left: place, top: 0, width: 5, height: 5 };
+    const sides = Object.entries(otherwise).map(([side, number]) => [side, pixels(this.style[side], number)]);
+    return Object.fromEntries(sides);
   };
   window.Element.prototype.scrollIntoView = () => {};
 }

@@ -38,9 +38,8 @@ TEST_F(AppEventTest, ReachesEverySubscriberOfItsNameUntilItIsRemoved) {
   Subscription once;
   Subscription always;
   Subscription other;
-  ASSERT_EQ(Subscribe(once), 0);
-  ASSERT_EQ(Subscribe(always), 0);
-  ASSERT_EQ(Subscribe(other, "event.com.example.Other"), 0);
+  const int results[] = {Subscribe(once), Subscribe(always), Subscribe(other, "event.com.example.Other")};
+  for (const int result : results) ASSERT_EQ(result, 0);
   once.remove_on_event = once.handle;
 
   for (const char* id : {"1", "2"}) Send({{"do", "publish"}, {"event", kEvent}, {"id", id}});
@@ -73,9 +72,7 @@ TEST_F(AppEventTest, DropsWhatHoldsNoBundle) {
 TEST_F(AppEventTest, RefusesNamesThatCouldMeanSomethingElse) {
   event_handler_h handle = nullptr;
   for (const std::string& name : {std::string(), std::string("a',arg1='b"), std::string(256, 'a')}) {
-    EXPECT_LT(event_add_event_handler(
-                  name.c_str(), [](const char*, bundle*, void*) {}, nullptr, &handle),
-              0);
+    EXPECT_LT(event_add_event_handler(name.c_str(), OnEvent, nullptr, &handle), 0);
     EXPECT_LT(event_publish_app_event(name.c_str(), nullptr), 0);
   }
   EXPECT_EQ(handle, nullptr);

@@ -107,40 +107,36 @@ TEST_F(StageTest, ReportsEveryLineAndThenTheEnd) {
   EXPECT_EQ(heard_, "first\nsecond\nthe runtime ended with status 3\n");
 }
 
-// What is still there when the run ends must end all the same.
+// What is still there when the run ends must end all the same, also when the bus or the keeper was killed.
 TEST_F(StageTest, LeavesNothing) {
-  const char* const kStubborn[] = {
-      "echo up; exec sleep 1000",
-      "echo up; kill -STOP $$; exec sleep 1000",
-      "trap '' TERM; echo up; while :; do sleep 1000; done",
+  const std::string waiting = "echo up; exec sleep 1000";
+  const std::pair<std::string, const char*> rows[] = {
+      {waiting, ""},
+      {waiting, "dbus-daemon"},
+      {waiting, "corvis-keeper"},
+      {"echo up; kill -STOP $$; exec sleep 1000", ""},
+      {"trap '' TERM; echo up; while :; do sleep 1000; done", ""},
       // Orphans in sessions of their own, one of which ignores what it is told.
-      "setsid sh -c 'sleep 1000 & setsid sleep 1000 &' & setsid sh -c \"trap '' TERM; sleep 1000\" & echo "
-      "up; exit 1",
+      {"setsid sh -c 'sleep 1000 & setsid sleep 1000 &' & setsid sh -c \"trap '' TERM; sleep 1000\" & echo "
+       "up; exit 1",
+       ""},
       // More output than a pipe holds, which nobody reads any more.
-      "echo up; exec yes",
+      {"echo up; exec yes", ""},
   };
-  for (const char* command : kStubborn) {
+  for (const auto& [command, killed] : rows) {
     heard_.clear();
     auto stage = Start(command);
     ASSERT_TRUE(stage) << stage.error().message;
     ASSERT_TRUE(Hears("up\n")) << command;
+    if (*killed != '\0') {
+      pid_t process = 0;
+      ASSERT_TRUE(WaitUntil([&] { return (process = DescendantNamed(killed)) > 0; }, kPatience)) << killed;
+      kill(process, SIGKILL);
+    }
+    EXPECT_TRUE(Hears(killed)) << killed;
     stage->reset();
-    EXPECT_TRUE(Descendants().empty()) << command;
-    EXPECT_TRUE(IsEmpty()) << command;
-  }
-}
-
-TEST_F(StageTest, ReportsTheBusAndTheKeeperThatAreGone) {
-  for (const char* name : {"dbus-daemon", "corvis-keeper"}) {
-    heard_.clear();
-    auto stage = Start("echo up; exec sleep 1000");
-    ASSERT_TRUE(stage) << stage.error().message;
-    ASSERT_TRUE(Hears("up\n"));
-    kill(DescendantNamed(name), SIGKILL);
-    EXPECT_TRUE(Hears(name)) << name;
-    stage->reset();
-    EXPECT_TRUE(Descendants().empty()) << name;
-    EXPECT_TRUE(IsEmpty()) << name;
+    EXPECT_TRUE(Descendants().empty()) << command << killed;
+    EXPECT_TRUE(IsEmpty()) << command << killed;
   }
 }
 
@@ -191,13 +187,12 @@ int StatusAfter(int signal, Work work) {
 }
 
 TEST(SupervisorTest, EndsWaitsAndGivesTheStatusOfTheSignal) {
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-    const int status = StatusAfter(signal, [](const Supervisor& supervisor) {
-      WaitUntil([] { return false; }, kPatience);
-      return WhyWaitsEnd()->kind == ErrorKind::kInterrupted ? supervisor.signal_status() : 1;
-    });
-    EXPECT_EQ(status, 128 + signal);
-  }
+  const auto wait = [](const Supervisor& supervisor) {
+    WaitUntil([] { return false; }, kPatience);
+    return WhyWaitsEnd()->kind == ErrorKind::kInterrupted ? supervisor.signal_status() : 1;
+  };
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
+    EXPECT_EQ(StatusAfter(signal, wait), 128 + signal);
 }
 
 TEST(SupervisorTest, EndsAProgramThatIsStuck) {

@@ -16,29 +16,25 @@ using Json = nlohmann::ordered_json;
 
 struct Row {
   std::string text;
-  const char* terminal;
-  const char* xml;
+  std::string terminal = text;
+  std::string xml = text;
 };
 
 const std::vector<Row>& Rows() {
   static const std::vector<Row> kRows = {
-      {"", "", ""},
-      {"Ελληνικά 日本語 👨‍👩‍👧 e\u0301",
-       "Ελληνικά 日本語 👨‍👩‍👧 e\u0301",
-       "Ελληνικά 日本語 👨‍👩‍👧 e\u0301"},
+      {""},
+      {"Ελληνικά 日本語 👨‍👩‍👧 e\u0301"},
       {"a\nnot ok 1 - b\r\tc", R"(a\nnot ok 1 - b\r\tc)", "a\nnot ok 1 - b\\r\tc"},
       {"\x1b[31mred\x07\x7f", R"(\x1b[31mred\x07\x7f)", "\\x1b[31mred\\x07\x7f"},
       {std::string("nul\0end", 7), R"(nul\x00end)", R"(nul\x00end)"},
       {"\u009b2J\u0085", R"(\u009b2J\u0085)", "\u009b2J\u0085"},
-      {"\u202egpj.exe\u2066\u200f\u2069\u202c", R"(\u202egpj.exe\u2066\u200f\u2069\u202c)",
-       "\u202egpj.exe\u2066\u200f\u2069\u202c"},
+      {"\u202egpj.exe\u2066\u200f\u2069\u202c", R"(\u202egpj.exe\u2066\u200f\u2069\u202c)"},
       {"line\u2028paragraph\u2029", R"(line\u2028paragraph\u2029)", "line\u2028paragraph\u2029"},
       {"\xff\xc3(\xe2\x82", R"(\xff\xc3(\xe2\x82)", R"(\xff\xc3(\xe2\x82)"},
       {"surrogates \xed\xa0\x80\xed\xb0\x80", R"(surrogates \xed\xa0\x80\xed\xb0\x80)",
        R"(surrogates \xed\xa0\x80\xed\xb0\x80)"},
       {"\uFFFE\uFFFF", "\uFFFE\uFFFF", R"(\ufffe\uffff)"},
-      {"# SKIP \\ <![CDATA[ ]]> &amp; <x a=\"'\">", "# SKIP \\ <![CDATA[ ]]> &amp; <x a=\"'\">",
-       "# SKIP \\ <![CDATA[ ]]> &amp; <x a=\"'\">"},
+      {"# SKIP \\ <![CDATA[ ]]> &amp; <x a=\"'\">"},
   };
   return kRows;
 }
@@ -78,7 +74,7 @@ TEST(TextForms, XmlIsReadBack) {
     pugi::xml_document read;
     ASSERT_TRUE(read.load_string(text.str().c_str(), pugi::parse_default | pugi::parse_ws_pcdata))
         << text.str();
-    EXPECT_STREQ(read.child("a").text().get(), row.xml);
+    EXPECT_EQ(read.child("a").text().get(), row.xml);
     EXPECT_EQ(std::string(ForXml(row.text)), row.xml);
   }
 }

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <fstream>
 #include <locale>
-#include <nlohmann/json.hpp>
 #include <pugixml.hpp>
 #include <sstream>
 
@@ -35,16 +34,13 @@ StepDone Saying(int line, const char* phrase, const char* action, const char* an
   return step;
 }
 
-StepDone Failing(int line, const char* source, Failure failure) {
-  StepDone step = Step(line, source, StepStatus::kFailed);
-  step.failure = std::move(failure);
-  return step;
-}
-
 // Two scripts, of which the second can't go on.
 std::vector<Event> SampleRun() {
   StepDone shown = Step(3, "show \"#a\" is \"on\"");
   shown.shown = "on";
+  StepDone failed = Step(6, "expect success", StepStatus::kFailed);
+  failed.failure = Failure{
+      "The callback threw: boom\nnot ok 9.", "\"success\"", "\"not_support\"", {"log: a\x1b[2Jb"}, "a-6.png"};
   return {
       RunStarted{{"a.voice", "b.voice"}, 5},
       ActionsRegistered{{"ACTION_PLAY", "ACTION_STOP"}},
@@ -54,12 +50,7 @@ std::vector<Event> SampleRun() {
       shown,
       NoteReached{{"a.voice", 4, 1}, "now #stop"},
       Saying(5, "stop", "ACTION_STOP", "not_support"),
-      Failing(6, "expect success",
-              {"The callback threw: boom\nnot ok 9.",
-               "\"success\"",
-               "\"not_support\"",
-               {"log: a\x1b[2Jb"},
-               "a-6.png"}),
+      failed,
       Step(7, "show \"#a\" is \"off\"", StepStatus::kSkipped),
       ScriptStarted{"b.voice"},
       CoverageMeasured{{"ACTION_PLAY", "ACTION_STOP"}, {}, {"ACTION_STOP"}, {"onpause"}, 100},
@@ -69,8 +60,7 @@ std::vector<Event> SampleRun() {
 }
 
 std::string Made(const char* format, const std::vector<Event>& events) {
-  const std::filesystem::path file =
-      std::filesystem::temp_directory_path() / ("corvis-report-" + std::to_string(getpid()));
+  const std::string file = testing::TempDir() + "corvis-report-" + std::to_string(getpid());
   const auto report = FindReportFormat(format).make(OutputFile(file));
   for (const Event& event : events) report->Take(event);
   EXPECT_TRUE(report->Finish());
@@ -81,89 +71,40 @@ std::string Made(const char* format, const std::vector<Event>& events) {
   return text.str();
 }
 
-TEST(Reports, Tap) {
-  EXPECT_EQ(Made("tap", SampleRun()), R"(TAP version 14
-1..5
-# A <test>
-ok 1 - a.voice:2 say
-ok 2 - a.voice:3 show "\#a" is "on"
-# now #stop
-ok 3 - a.voice:5 say
-not ok 4 - a.voice:6 expect success
-  ---
-  message: "The callback threw: boom\nnot ok 9."
-  file: "a.voice"
-  line: 6
-  column: 1
-  expected: "\"success\""
-  actual: "\"not_support\""
-  screenshot: "a-6.png"
-  console:
-    - "log: a\u001b[2Jb"
-  ...
-ok 5 - a.voice:7 show "\#a" is "off" # SKIP an earlier step failed
-# Voice coverage: 100 % (2 of 2 registered actions were spoken)
-# Spoken: ACTION_PLAY ACTION_STOP
-# Answered only not_support: ACTION_STOP
-# Callbacks that the application does not have: 1 (--json names them)
-Bail out! The bus is gone.
-)");
-}
-
-TEST(Reports, Table) {
-  const std::string text = Made("narrate", SampleRun());
-  EXPECT_THAT(text, HasSubstr("play                                  ACTION_PLAY                     "
-                              "                            on                  success          12.3 ms  ✓\n"
-                              "now #stop\n"));
-  EXPECT_THAT(
-      text,
-      HasSubstr("12.3 ms  ✗\n    a.voice:6:1: The callback threw: boom\\nnot ok 9. Expected \"success\", "
-                "not \"not_support\".\n"));
-}
-
-TEST(Reports, Json) {
-  std::istringstream lines(Made("json", SampleRun()));
-  std::string list;
-  for (std::string line; std::getline(lines, line);) {
-    const auto event = nlohmann::json::parse(line);
-    list += event["event"].get<std::string>() + " ";
-    if (event["event"] == "step") list += event["status"].get<std::string>() + " ";
-  }
-  EXPECT_EQ(list,
-            "start script test step passed step passed note step passed step failed step skipped script "
-            "coverage abort end ");
-  EXPECT_EQ(
-      Made("json",
-           {Saying(5, "stop", "ACTION_STOP", "not_support"), RunEnded{6, {3, 1, 1}, microseconds(1500)}}),
-      R"({"event":"step","file":"a.voice","line":5,"column":1,"statement":"say","source":"say",)"
-      R"("status":"passed","ms":1.6,"said":"stop","action":"ACTION_STOP","data":"","answer":"not_support",)"
-      R"("answer_ms":12.345,"pieces":1})"
-      "\n"
-      R"({"event":"end","status":6,"passed":3,"failed":1,"skipped":1,"ms":1.5})"
-      "\n");
-}
-
-TEST(Reports, JUnit) {
-  EXPECT_EQ(Made("junit", SampleRun()), R"(<?xml version="1.0" encoding="UTF-8"?>
-<testsuites>
-  <testsuite name="a.voice" tests="1" failures="1" skipped="0" time="0.008">
-    <testcase name="A &lt;test>" classname="a.voice" file="a.voice" line="1" time="0.008">
-      <failure message="The callback threw: boom&#10;not ok 9. Expected &quot;success&quot;, not &quot;not_support&quot;.">a.voice:6:1: expect success
-The callback threw: boom
-not ok 9. Expected "success", not "not_support".</failure>
-      <system-out>log: a\x1b[2Jb
-[[ATTACHMENT|a-6.png]]
-</system-out>
-    </testcase>
-  </testsuite>
-  <testsuite name="b.voice" tests="0" failures="0" skipped="0" time="0.000" />
-  <testsuite name="run" tests="1" errors="1">
-    <testcase name="run">
-      <error message="The bus is gone." />
-    </testcase>
-  </testsuite>
-</testsuites>
-)");
+// docs/voice-scripts.md shows each format as a whole, and its commands are tests; here is what they don't
+// come to.
+TEST(Reports, HoldWhateverARunMayBring) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"tap",
+       "1..5\n# A <test>\nok 1 - a.voice:2 say\nok 2 - a.voice:3 show \"\\#a\" is \"on\"\n# now #stop\nok 3"},
+      {"tap", "  message: \"The callback threw: boom\\nnot ok 9.\"\n  file: \"a.voice\"\n  line: 6\n"},
+      {"tap", "  screenshot: \"a-6.png\"\n  console:\n    - \"log: a\\u001b[2Jb\"\n  ...\n"},
+      {"tap",
+       "ok 5 - a.voice:7 show \"\\#a\" is \"off\" # SKIP an earlier step failed\n# Voice coverage: 100 %"},
+      {"tap",
+       "# Callbacks that the application does not have: 1 (--json names them)\nBail out! The bus is gone.\n"},
+      {"narrate",
+       "play                                  ACTION_PLAY                                                 on"
+       "                  success          12.3 ms  ✓\nnow #stop\n"},
+      {"narrate",
+       "12.3 ms  ✗\n    a.voice:6:1: The callback threw: boom\\nnot ok 9. Expected \"success\", "
+       "not \"not_support\".\n"},
+      {"json",
+       R"({"event":"step","file":"a.voice","line":5,"column":1,"statement":"say","source":"say",)"
+       R"("status":"passed","ms":1.6,"said":"stop","action":"ACTION_STOP","data":"","answer":"not_support",)"
+       R"("answer_ms":12.345,"pieces":1})"},
+      {"json", R"({"event":"end","status":6,"passed":3,"failed":1,"skipped":1,"ms":1000.001})"},
+      {"junit",
+       R"(<testcase name="A &lt;test>" classname="a.voice" file="a.voice" line="1" time="0.008">)"
+       "\n      <failure message=\"The callback threw: boom&#10;not ok 9. Expected &quot;success&quot;, "},
+      {"junit", "<system-out>log: a\\x1b[2Jb\n[[ATTACHMENT|a-6.png]]\n</system-out>"},
+      {"junit", R"(  <testsuite name="b.voice" tests="0" failures="0" skipped="0" time="0.000" />)"},
+      {"junit",
+       "<testsuite name=\"run\" tests=\"1\" errors=\"1\">\n    <testcase name=\"run\">\n"
+       "      <error message=\"The bus is gone.\" />"},
+  };
+  for (const auto& [format, part] : rows) EXPECT_THAT(Made(format, SampleRun()), HasSubstr(part)) << format;
+  EXPECT_TRUE(pugi::xml_document().load_string(Made("junit", SampleRun()).c_str()));
   EXPECT_THAT(Made("junit", {RunStarted{}, RunAborted{"No display."}, RunEnded{6, {}, {}}}),
               HasSubstr("<testsuite name=\"start\" tests=\"1\" errors=\"1\">"));
 }
@@ -175,10 +116,11 @@ TEST(Reports, HaveAPointInEveryLocale) {
     std::string do_grouping() const override { return "\3"; }
   };
   const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Comma));
-  EXPECT_THAT(Made("json", SampleRun()), HasSubstr("\"answer_ms\":12.345"));
-  EXPECT_THAT(Made("json", SampleRun()), HasSubstr("\"ms\":1000.001"));
-  EXPECT_THAT(Made("junit", SampleRun()), HasSubstr("time=\"0.008\""));
-  EXPECT_THAT(Made("narrate", SampleRun()), HasSubstr("12.3 ms"));
+  for (const auto& [format, part] : {std::pair("json", "\"answer_ms\":12.345"),
+                                     {"json", "\"ms\":1000.001"},
+                                     {"junit", "time=\"0.008\""},
+                                     {"narrate", "12.3 ms"}})
+    EXPECT_THAT(Made(format, SampleRun()), HasSubstr(part));
   std::locale::global(before);
 }
 

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "script/statements.h"
+#include "testing/split.h"
 
 namespace corvis::kit {
 namespace {
@@ -81,45 +82,17 @@ TEST(VoiceScript, SpeaksTheLanguageOfItsLine) {
 }
 
 TEST(VoiceScript, TakesEveryFormOfEveryStatement) {
-  const std::string rows[] = {"test \"a\"",
-                              "language de",
-                              "phrases \"" + OwnPhrases() + "\"",
-                              "note a",
-                              "say search for \"The Sea\"",
-                              "say \"pause\"",
-                              "say select The Sea",
-                              "send ACTION_CUSTOM \"a=b\"",
-                              "inject after 50ms command=x",
-                              "expect is success",
-                              "expect no answer",
-                              "expect closed",
-                              "expect action ACTION_PLAY with is \"\"",
-                              "within 50 ms",
-                              "show \"#a b\" is c",
-                              "value \"1 + 1\" one of 2 3",
-                              "press OK",
-                              "press \"5\" 2 times",
-                              "press Back 1 time",
-                              "type `a`",
-                              "items count is 3",
-                              "items count at least 3",
-                              "items changed none",
-                              "items changed moved 2",
-                              "items changed appeared 2",
-                              "items changed vanished 2",
-                              "item 3 focused",
-                              "item 3 visible",
-                              "item 3 hidden",
-                              "item 3 is \"Play\"",
-                              "item \"Play\" is 3",
-                              "reload without listening",
-                              "open \"a.html\" without listening for 1 s",
-                              "restart",
-                              "restart service",
-                              "privileges none",
-                              "privileges microphone http://a.example/b",
-                              "timeout 1 s",
-                              "wait 60 s"};
+  auto rows =
+      Split(R"(test "a"|language de|note a|say search for "The Sea"|say "pause"|say select The Sea|)"
+            R"(send ACTION_CUSTOM "a=b"|inject after 50ms command=x|expect is success|expect no answer|)"
+            R"(expect closed|expect action ACTION_PLAY with is ""|within 50 ms|show "#a b" is c|)"
+            R"(value "1 + 1" one of 2 3|press OK|press "5" 2 times|press Back 1 time|type `a`|)"
+            R"(items count is 3|items count at least 3|items changed none|items changed moved 2|)"
+            R"(items changed appeared 2|items changed vanished 2|item 3 focused|item 3 visible|)"
+            R"(item 3 hidden|item 3 is "Play"|item "Play" is 3|reload without listening|)"
+            R"(open "a.html" without listening for 1 s|restart|restart service|privileges none|)"
+            R"(privileges microphone http://a.example/b|timeout 1 s|wait 60 s)");
+  rows.push_back("phrases \"" + OwnPhrases() + "\"");
   std::string words;
   for (const std::string& row : rows) {
     EXPECT_EQ(Errors(Parse("say pause\n" + row, "a")), "");

@@ -2,17 +2,8 @@
 #include "common/XW_Extension.h"
 
 #include "library_fixture.h"
-#include "voice-interaction/script_api_source.h"
 
 using EntryPointTest = LibraryTest;
-
-TEST_F(EntryPointTest, PublishesItsNameAndItsWholeScriptOnOneLine) {
-  EXPECT_EQ(runtime->status, 0);
-  EXPECT_EQ(runtime->name, "corvis.voiceinteraction");
-  EXPECT_EQ(runtime->script, kScriptApiSource);
-  EXPECT_EQ(runtime->script.find('\n'), std::string::npos);
-  EXPECT_THAT(runtime->script, testing::EndsWith("exports=new VoiceInteractionHandler();"));
-}
 
 TEST_F(EntryPointTest, PagesHaveRegistriesOfTheirOwn) {
   const InstanceHandle first = runtime->NewListeningPage(R"("ACTION_PLAY")");

@@ -112,32 +112,31 @@ TEST_F(InstanceTest, TextsOfAnyLengthAndPercentSignsReachTheLogWhole) {
 }
 
 TEST_F(InstanceTest, EveryHandlerAnswersOnceWhateverItIsGiven) {
-  const std::string not_array = ErrorReply("TypeMismatchError", "actions is not array");
-  const std::string no_action = ErrorReply("TypeMismatchError", "action is not string");
-  const std::tuple<const char*, const char*, std::string> kRows[] = {
-      {kGetVersion, "[]", R"({"result":"1.0.8","status":"success"})"},
-      {kCheckPrivileges, "null", kSuccess},
-      {kSetCallback, R"({"actions":[]})", kSuccess},
-      {kSetCallback, R"({"actions":["ACTION_PLAY",5]})",
-       ErrorReply("TypeMismatchError", "actions contains an element that is not string")},
+  const char* const not_array = "actions is not array";
+  const char* const no_action = "action is not string";
+  const char* const no_response = "response is not string";
+  const std::tuple<const char*, const char*, const char*> kRows[] = {
+      {kCheckPrivileges, "null", ""},
+      {kSetCallback, R"({"actions":[]})", ""},
+      {kSetCallback, R"({"actions":["ACTION_PLAY",5]})", "actions contains an element that is not string"},
       {kSetCallback, R"({"actions":"ACTION_PLAY"})", not_array},
       {kSetCallback, "{}", not_array},
       {kSetCallback, "null", not_array},
       {kSetCallback, "[]", not_array},
-      {kResponse, R"({"action":"","response":""})", kSuccess},
+      {kResponse, R"({"action":"","response":""})", ""},
       {kResponse, R"({"response":"success"})", no_action},
       {kResponse, R"({"action":null,"response":"success"})", no_action},
       {kResponse, "7", no_action},
-      {kResponse, R"({"action":"ACTION_PLAY"})", ErrorReply("TypeMismatchError", "response is not string")},
-      {kResponse, R"({"action":"ACTION_PLAY","response":{}})",
-       ErrorReply("TypeMismatchError", "response is not string")},
+      {kResponse, R"({"action":"ACTION_PLAY"})", no_response},
+      {kResponse, R"({"action":"ACTION_PLAY","response":{}})", no_response},
   };
   const InstanceHandle page = runtime->NewListeningPage(R"("ACTION_PLAY")");
-  for (const auto& [handler, arguments, reply] : kRows) {
+  EXPECT_EQ(runtime->Call(page, kGetVersion, "[]"), R"({"result":"1.0.8","status":"success"})");
+  for (const auto& [handler, arguments, message] : kRows) {
     platform().log.clear();
+    const std::string reply = *message == '\0' ? kSuccess : ErrorReply("TypeMismatchError", message);
     EXPECT_EQ(runtime->Call(page, handler, arguments), reply) << handler << arguments;
-    const bool fails = reply.find("error") != std::string::npos;
-    EXPECT_EQ(platform().LogWith("> Reporting error.").size(), fails ? 1U : 0U) << arguments;
+    EXPECT_EQ(platform().LogWith("> Reporting error.").size(), *message == '\0' ? 0U : 1U) << arguments;
   }
   // The old registry is gone before the argument is looked at.
   platform().TakeSent();

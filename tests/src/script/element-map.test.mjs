@@ -1,13 +1,14 @@
 // The map of a page's activatable elements and the selection of one by its number, on pages without frames.
 import assert from 'node:assert/strict';
 import { after, before, beforeEach, test } from 'node:test';
-import { checkTable, evaluate, startBrowser } from '../../../testing/browser.mjs';
+import { checkTable, checksOf, evaluate, startBrowser } from '../../../testing/browser.mjs';
 
 let browser, page;
 before(async () => {
   browser = await startBrowser();
 });
 after(() => browser.close());
+const check = checksOf(() => page);
 
 beforeEach(async () => {
   page = await browser.open('<style>body { margin: 0 }</style>');
@@ -51,19 +52,16 @@ test('which elements count as activatable', () => {
   );
 });
 
-test('where the title comes from', () =>
-  checkTable(
-    page,
-    `titles(button('title=b aria-label=c', ' a ')) → ['a']
-    titles(button('title=b aria-label=c', ' \\n ')) → ['b']
-    titles(button('title=" " aria-label=" c  d "', '&nbsp;')) → ['c d']
-    titles(button('title', '<img title=c alt=b aria-label=a>')) → ['a']
-    titles(button('', '<img title=c alt=b aria-label=" ">')) → ['b']
-    titles(button('', '<img><img alt=""><p><img title=c></p><img alt=d>')) → ['c']
-    records(button('', '<b title=x></b><img>') + button('', 'next')).map(({ id, title }) => id + title) → ['0next']
-    titles(button('', 'a\\nb \\t\\nc\\u00a0\\u00a0d\\u00a0e\\ufeff\\u2003f')) → ['a\\nb c d\\u00a0e f']
-    titles(button('', '<script>1</script>&lt;é"&gt;')) → ['1<é">']`
-  ));
+check('where the title comes from')`
+  titles(button('title=b aria-label=c', ' a ')) → ['a']
+  titles(button('title=b aria-label=c', ' \\n ')) → ['b']
+  titles(button('title=" " aria-label=" c  d "', '&nbsp;')) → ['c d']
+  titles(button('title', '<img title=c alt=b aria-label=a>')) → ['a']
+  titles(button('', '<img title=c alt=b aria-label=" ">')) → ['b']
+  titles(button('', '<img><img alt=""><p><img title=c></p><img alt=d>')) → ['c']
+  records(button('', '<b title=x></b><img>') + button('', 'next')).map(({ id, title }) => id + title) → ['0next']
+  titles(button('', 'a\\nb \\t\\nc\\u00a0\\u00a0d\\u00a0e\\ufeff\\u2003f')) → ['a\\nb c d\\u00a0e f']
+  titles(button('', '<script>1</script>&lt;é"&gt;')) → ['1<é">']`;
 
 test('a record holds the box in whole pixels, focus and visibility', async () => {
   const link = (id, x, y, style = '') =>
@@ -86,22 +84,19 @@ ${record(5, 'f', 1, 1, 21, 9, false, true)}`
   );
 });
 
-test('paths', () =>
-  checkTable(
-    page,
-    `paths('<ul><li onclick>a<li onclick>b<p onclick>c</ul><ul><li onclick>d</ul>').slice(0, 2) → ['/html/body/ul[1]/li[1]', '/html/body/ul[1]/li[2]']
-    paths().slice(2) → ['/html/body/ul[1]/li[2]/p', '/html/body/ul[2]/li']
-    paths('<div id=box><p><i onclick>d</i></p><b onclick id=e>e</b></div>') → ['//*[@id="box"]/p/i', '//*[@id="e"]']
-    paths('<p></p><div onclick>h<div onclick>i</div></div>') → ['/html/body/div', '/html/body/div/div']
-    paths('<svg><A href=x>g</A></svg><x.y onclick>h</x.y>') → ['/html/body/svg/a', '/html/body/x.y']
-    paths('<form><input name=id><button>i</button></form>') → ['/html/body/form/button']
-    paths('<form><input name=nodeType><button>i</button></form>') → ['/html/body/form/button']
-    paths('<form><button>i</button><input name=firstElementChild><button>j</button></form>')[1] → '/html/body/form/button[2]'
-    (paths('<svg><a href=x>g</a></svg>'), peek('generateXpath')($('svg a'))) → '/html/body/svg/a'
-    [null, document, document.createTextNode('')].map((node) => peek('generateXpath')(node)) → ['', '', '']
-    peek('generateXpath')(document.createElement('p')) → '/p'
-    (paths(button('', 'a')), document.body.prepend(document.createElement('button')), paths()) → ['/html/body/button[2]']`
-  ));
+check('paths')`
+  paths('<ul><li onclick>a<li onclick>b<p onclick>c</ul><ul><li onclick>d</ul>').slice(0, 2) → ['/html/body/ul[1]/li[1]', '/html/body/ul[1]/li[2]']
+  paths().slice(2) → ['/html/body/ul[1]/li[2]/p', '/html/body/ul[2]/li']
+  paths('<div id=box><p><i onclick>d</i></p><b onclick id=e>e</b></div>') → ['//*[@id="box"]/p/i', '//*[@id="e"]']
+  paths('<p></p><div onclick>h<div onclick>i</div></div>') → ['/html/body/div', '/html/body/div/div']
+  paths('<svg><A href=x>g</A></svg><x.y onclick>h</x.y>') → ['/html/body/svg/a', '/html/body/x.y']
+  paths('<form><input name=id><button>i</button></form>') → ['/html/body/form/button']
+  paths('<form><input name=nodeType><button>i</button></form>') → ['/html/body/form/button']
+  paths('<form><button>i</button><input name=firstElementChild><button>j</button></form>')[1] → '/html/body/form/button[2]'
+  (paths('<svg><a href=x>g</a></svg>'), peek('generateXpath')($('svg a'))) → '/html/body/svg/a'
+  [null, document, document.createTextNode('')].map((node) => peek('generateXpath')(node)) → ['', '', '']
+  peek('generateXpath')(document.createElement('p')) → '/p'
+  (paths(button('', 'a')), document.body.prepend(document.createElement('button')), paths()) → ['/html/body/button[2]']`;
 
 test('what goes wrong with one element', async () => {
   await page.evaluate(() => {
@@ -137,41 +132,32 @@ test('what goes wrong with one element', async () => {
   );
 });
 
-test('selecting an item', () =>
-  checkTable(
-    page,
-    `select(0) → 'not_support'
-    records('<button id=a>a</button><div style=height:3000px></div><button id=b>b</button>').length → 2
-    select(1) → 'success,focusin b,click b'
-    $('#b').getBoundingClientRect().top < innerHeight → true
-    select('0') → 'success,focusin a,click a'
-    [2, -1, 0.5].map(select) → ['not_support', 'not_support', 'not_support']
-    select('x') → 'success,click a'
-    ($('#b').remove(), select(1)) → 'not_support'
-    (records("<button id='a&quot;b'>a</button>"), select(0)) → 'not_support'
-    (api.setCallback({ onrequestcontentcontext: () => 'own' }), records()) → 'own'`
-  ));
+check('selecting an item')`
+  select(0) → 'not_support'
+  records('<button id=a>a</button><div style=height:3000px></div><button id=b>b</button>').length → 2
+  select(1) → 'success,focusin b,click b'
+  $('#b').getBoundingClientRect().top < innerHeight → true
+  select('0') → 'success,focusin a,click a'
+  [2, -1, 0.5].map(select) → ['not_support', 'not_support', 'not_support']
+  select('x') → 'success,click a'
+  ($('#b').remove(), select(1)) → 'not_support'
+  (records("<button id='a&quot;b'>a</button>"), select(0)) → 'not_support'
+  (api.setCallback({ onrequestcontentcontext: () => 'own' }), records()) → 'own'`;
 
-test('an element without click() gets the event in the middle of its box', () =>
-  checkTable(
-    page,
-    `records('<svg><g id=s onclick=""><rect x=10 y=20 width=31 height=41 /><text>s</text></g></svg>').length → 1
-    $('#s').addEventListener('click', (event) => (window.seen = event)) → undefined
-    select(0) → 'success,click s'
-    [seen.bubbles, seen.cancelable, seen.view === window] → [false, false, true]
-    (({ x, y, w, h }) => [x + w / 2, y + h / 2])(peek('layoutMap[0]')).map(Math.floor) → [seen.clientX, seen.clientY]
-    logs.slice(-3, -1).map((line) => line.replace(/\\d.*/, '')) → ['$ClientX: ', 'ClientY: ']`
-  ));
+check('an element without click() gets the event in the middle of its box')`
+  records('<svg><g id=s onclick=""><rect x=10 y=20 width=31 height=41 /><text>s</text></g></svg>').length → 1
+  $('#s').addEventListener('click', (event) => (window.seen = event)) → undefined
+  select(0) → 'success,click s'
+  [seen.bubbles, seen.cancelable, seen.view === window] → [false, false, true]
+  (({ x, y, w, h }) => [x + w / 2, y + h / 2])(peek('layoutMap[0]')).map(Math.floor) → [seen.clientX, seen.clientY]
+  logs.slice(-3, -1).map((line) => line.replace(/\\d.*/, '')) → ['$ClientX: ', 'ClientY: ']`;
 
-test('a walk and a selection write their steps to the log', () =>
-  checkTable(
-    page,
-    `logged(() => records('')).slice(1, -1) → ['Version 1.06', '$NO ELEMENTS FOUND']
-    logged(() => records(button('title=a') + button('', 'b')))[2] → '$Empty title'
-    logs.slice(3, -1) → ['$Number of elements added to the layout map: 2']
-    logged(() => records(button('')))[3] → '$No title and no aria label'
-    (records(button('', 'a')), logged(() => select(0))).slice(2, -1) → ['/html/body/button', '$iframe: false', '$Obtained node!']`
-  ));
+check('a walk and a selection write their steps to the log')`
+  logged(() => records('')).slice(1, -1) → ['Version 1.06', '$NO ELEMENTS FOUND']
+  logged(() => records(button('title=a') + button('', 'b')))[2] → '$Empty title'
+  logs.slice(3, -1) → ['$Number of elements added to the layout map: 2']
+  logged(() => records(button('')))[3] → '$No title and no aria label'
+  (records(button('', 'a')), logged(() => select(0))).slice(2, -1) → ['/html/body/button', '$iframe: false', '$Obtained node!']`;
 
 test('20,000 items are mapped in seconds, not minutes', { timeout: 20_000 }, () =>
   checkTable(

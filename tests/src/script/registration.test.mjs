@@ -2,7 +2,7 @@
 // refused, and what stays registered after a failure.
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { checkTable, startBrowser } from '../../../testing/browser.mjs';
+import { checksOf, startBrowser } from '../../../testing/browser.mjs';
 
 let browser, page;
 before(async () => {
@@ -40,28 +40,23 @@ before(async () => {
   });
 });
 after(() => browser.close());
+const check = checksOf(() => page);
 
-test('enumerations and internals stay inside', () =>
-  checkTable(
-    page,
-    `Object.keys(api) → []
-    [api.VoiceNavigation, window.VoiceNavigation, window._callback] → [undefined, undefined, undefined]
-    voice.channel → 'the channel'`
-  ));
+check('enumerations and internals stay inside')`
+  Object.keys(api) → []
+  [api.VoiceNavigation, window.VoiceNavigation, window._callback] → [undefined, undefined, undefined]
+  voice.channel → 'the channel'`;
 
-test('the list of actions is in table order and ends with the built-in ones', () =>
-  checkTable(
-    page,
-    `sent({ foo: f }) → '…'
-    sent({ onremovalfromlist: f, onplay: f }) → 'ACTION_PLAY,ACTION_REMOVAL_FROM_LIST…'
-    sent({ onrequestcontentcontext: f, onplay: f }) → 'ACTION_PLAY…'
-    sent(Object.create({ onplay: f })) → '…'
-    sent(Object.assign(Object.create(null), { onplay: f })) → 'ACTION_PLAY…'
-    sent({ hasOwnProperty: 1, onstop: f }) → 'ACTION_STOP…'
-    sent(cycle) → 'ACTION_PLAY…'
-    sent({ onplay: f, toJSON() { throw 1; } }) → 'ACTION_PLAY…'
-    (sent({ onplay: f }), sent({ onstop: f }), [...listeners.keys()][0] + listeners.size) → 'ACTION_STOP3'`
-  ));
+check('the list of actions is in table order and ends with the built-in ones')`
+  sent({ foo: f }) → '…'
+  sent({ onremovalfromlist: f, onplay: f }) → 'ACTION_PLAY,ACTION_REMOVAL_FROM_LIST…'
+  sent({ onrequestcontentcontext: f, onplay: f }) → 'ACTION_PLAY…'
+  sent(Object.create({ onplay: f })) → '…'
+  sent(Object.assign(Object.create(null), { onplay: f })) → 'ACTION_PLAY…'
+  sent({ hasOwnProperty: 1, onstop: f }) → 'ACTION_STOP…'
+  sent(cycle) → 'ACTION_PLAY…'
+  sent({ onplay: f, toJSON() { throw 1; } }) → 'ACTION_PLAY…'
+  (sent({ onplay: f }), sent({ onstop: f }), [...listeners.keys()][0] + listeners.size) → 'ACTION_STOP3'`;
 
 test('every property registers its own action', async () => {
   const pairs =
@@ -86,43 +81,34 @@ test('every property registers its own action', async () => {
   assert.deepEqual(answered, [...rows, ['not_support', 'ACTION_ITEM_SELECTION']]);
 });
 
-test('a refused argument changes nothing, a refused property leaves nothing registered', () =>
-  checkTable(
-    page,
-    `[undefined, null, document.all].map(refused) → Array(3).fill('3 not passed')
-    [5, f].map(refused) → ['3 not object', '3 not object']
-    [{}, []].map(refused) → ['3 empty object', '3 empty object']
-    [{ onplay: 5 }, { onplay: {} }].map(refused) → Array(2).fill('0 not function type')
-    [{ onplay: null }, { onplay: undefined }].map(refused) → ['0 not defined', '0 not defined']
-    refused({ onstop: f, onplay: f, onzoom: undefined }) → '0 not defined'
-    refused({ onremovalfromlist: 1, onplay: null }) → '0 not defined'
-    peek('appActionArray') → []
-    (peek('_callback')({ action: 'ACTION_ITEM_SELECTION', param: '{}' }), calls.at(-1)[1].response) → 'not_support'`
-  ));
+check('a refused argument changes nothing, a refused property leaves nothing registered')`
+  [undefined, null, document.all].map(refused) → Array(3).fill('3 not passed')
+  [5, f].map(refused) → ['3 not object', '3 not object']
+  [{}, []].map(refused) → ['3 empty object', '3 empty object']
+  [{ onplay: 5 }, { onplay: {} }].map(refused) → Array(2).fill('0 not function type')
+  [{ onplay: null }, { onplay: undefined }].map(refused) → ['0 not defined', '0 not defined']
+  refused({ onstop: f, onplay: f, onzoom: undefined }) → '0 not defined'
+  refused({ onremovalfromlist: 1, onplay: null }) → '0 not defined'
+  peek('appActionArray') → []
+  (peek('_callback')({ action: 'ACTION_ITEM_SELECTION', param: '{}' }), calls.at(-1)[1].response) → 'not_support'`;
 
-test('a failed native call is thrown as it is', () =>
-  checkTable(
-    page,
-    `['listen', 'setCallback', 'getVersion'].map(unprivileged) → Array(3).fill('SecurityError: failed,checkPrivileges')
-    unprivileged('getDataFromSearchTerm') → 'SecurityError: failed,checkPrivileges'
-    unprivileged('buildCollectionDeeplinkData') → 'SecurityError: failed,checkPrivileges'
-    unprivileged('buildCollectionShowData') → 'SecurityError: failed,checkPrivileges'
-    failing('checkPrivileges', () => api.buildVoiceInteractionContentContextResponse([])) → ['[]', '']
-    failing('checkPrivileges', () => api.buildVoiceInteractionContentContextItem(1, 2, 't', [], true).title) → ['t', '']
-    failing('listen', () => api.listen()) → ['SecurityError: failed', 'checkPrivileges,listen']
-    failing('getVersion', () => api.getVersion()) → ['SecurityError: failed', 'checkPrivileges,getVersion']
-    failing('setCallback', () => api.setCallback({ onplay: f })) → ['SecurityError: failed', 'checkPrivileges,setCallback']
-    listeners.size → 3
-    [api.getVersion(), api.listen(), calls.at(-1)] → ['1.0.8', undefined, ['VoiceInteractionHandler_listen', {}]]`
-  ));
+check('a failed native call is thrown as it is')`
+  ['listen', 'setCallback', 'getVersion'].map(unprivileged) → Array(3).fill('SecurityError: failed,checkPrivileges')
+  unprivileged('getDataFromSearchTerm') → 'SecurityError: failed,checkPrivileges'
+  unprivileged('buildCollectionDeeplinkData') → 'SecurityError: failed,checkPrivileges'
+  unprivileged('buildCollectionShowData') → 'SecurityError: failed,checkPrivileges'
+  failing('checkPrivileges', () => api.buildVoiceInteractionContentContextResponse([])) → ['[]', '']
+  failing('checkPrivileges', () => api.buildVoiceInteractionContentContextItem(1, 2, 't', [], true).title) → ['t', '']
+  failing('listen', () => api.listen()) → ['SecurityError: failed', 'checkPrivileges,listen']
+  failing('getVersion', () => api.getVersion()) → ['SecurityError: failed', 'checkPrivileges,getVersion']
+  failing('setCallback', () => api.setCallback({ onplay: f })) → ['SecurityError: failed', 'checkPrivileges,setCallback']
+  listeners.size → 3
+  [api.getVersion(), api.listen(), calls.at(-1)] → ['1.0.8', undefined, ['VoiceInteractionHandler_listen', {}]]`;
 
-test('registering writes its steps to the log', () =>
-  checkTable(
-    page,
-    `logged(() => api.setCallback({ onremovalfromlist: f })).slice(0, 2) → ['setCallback : {}', 'Clear Callbacks']
-    logs.filter((line) => line.startsWith('Register Callback for ')).length → 32
-    logs.slice(33, 35) → ['Register Callback for ACTION_REMOVAL_FROM_LIST', 'Register User function']
-    logs.slice(35) → ['Register Content Context function', 'Register Move Focus function']
-    logged(() => api.setCallback({ onrequestcontentcontext: f })).at(-2) → 'This app has own content context handler!'
-    logged(() => api.getVersion()) → ['getVersion : {"status":"success","result":"1.0.8"}']`
-  ));
+check('registering writes its steps to the log')`
+  logged(() => api.setCallback({ onremovalfromlist: f })).slice(0, 2) → ['setCallback : {}', 'Clear Callbacks']
+  logs.filter((line) => line.startsWith('Register Callback for ')).length → 32
+  logs.slice(33, 35) → ['Register Callback for ACTION_REMOVAL_FROM_LIST', 'Register User function']
+  logs.slice(35) → ['Register Content Context function', 'Register Move Focus function']
+  logged(() => api.setCallback({ onrequestcontentcontext: f })).at(-2) → 'This app has own content context handler!'
+  logged(() => api.getVersion()) → ['getVersion : {"status":"success","result":"1.0.8"}']`;
