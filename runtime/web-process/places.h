@@ -10,12 +10,14 @@
 
 namespace corvis::tv {
 
-// Of the document that a page's main frame shows. Lives as long as that.
+// Of the documents that a page shows, one after the other.
 class Places {
  public:
   // `origin` is the application's.
   Places(WebKitWebPage* page, std::string origin) : page_(page), origin_(std::move(origin)) {}
 
+  // A new document begins.
+  void Forget() { map_.reset(); }
   // A place, URL:LINE:COLUMN, by the script's source map if it has one, which is read now. URLs of a folder
   // that is served are paths in it.
   std::string Read(const std::string& place);

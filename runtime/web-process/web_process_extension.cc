@@ -13,6 +13,7 @@
 #include "web-process/console_post.h"
 #include "web-process/extension_host.h"
 #include "web-process/key_values.h"
+#include "web-process/load_failures.h"
 #include "web-process/main_frame.h"
 #include "web-process/page_bridge.h"
 #include "web-process/places.h"
@@ -27,6 +28,7 @@ struct WebProcess {
   std::map<WebKitWebPage*, std::unique_ptr<PageBridge>> pages;
   std::map<WebKitWebPage*, ConsolePost> posts;
   std::map<WebKitWebPage*, Places> places;
+  std::map<WebKitWebPage*, LoadFailures> failures;
   // What keyboard events have while a key of a remote control is pressed; JSON text.
   std::string key;
   bool is_ending = false;
@@ -57,6 +59,10 @@ Places& PlacesOf(WebKitWebPage* page) {
   return TheWebProcess().places.try_emplace(page, page, TheWebProcess().origin).first->second;
 }
 
+LoadFailures& FailuresOf(WebKitWebPage* page) {
+  return TheWebProcess().failures.try_emplace(page, ConsoleOf(page), PlacesOf(page)).first->second;
+}
+
 PageBridge NewBridge(JSCContext* context, WebKitWebPage* page, CloseSink close) {
   return {context, ConsoleOf(page), [page](const auto& place) { return PlacesOf(page).Read(place); },
           std::move(close)};
@@ -65,6 +71,7 @@ PageBridge NewBridge(JSCContext* context, WebKitWebPage* page, CloseSink close) 
 void OnPageGone(gpointer /*data*/, GObject* page) {
   // A page's last words may come while its bridge goes.
   TheWebProcess().pages.erase(reinterpret_cast<WebKitWebPage*>(page));
+  TheWebProcess().failures.erase(reinterpret_cast<WebKitWebPage*>(page));
   TheWebProcess().posts.erase(reinterpret_cast<WebKitWebPage*>(page));
   TheWebProcess().places.erase(reinterpret_cast<WebKitWebPage*>(page));
 }
@@ -108,13 +115,24 @@ gboolean OnMessage(WebKitWebPage* page, WebKitUserMessage* message, gpointer /*d
   } else if (name != kSyncMessage) {
     return FALSE;
   }
+  FailuresOf(page).Flush();
   PostOf(page).Flush();
   webkit_user_message_send_reply(message, webkit_user_message_new(name.c_str(), reply));
   return TRUE;
 }
 
+// The engine's own lines; of what pages write it reports none.
+void OnEngineLine(WebKitWebPage* page, WebKitConsoleMessage* message, gpointer /*data*/) {
+  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+  if (webkit_console_message_get_source(message) != WEBKIT_CONSOLE_MESSAGE_SOURCE_NETWORK) return;
+  FailuresOf(page).TakeEngineLine(webkit_console_message_get_source_id(message),
+                                  webkit_console_message_get_text(message));
+  G_GNUC_END_IGNORE_DEPRECATIONS
+}
+
 void OnPageCreated(WebKitWebExtension* /*process*/, WebKitWebPage* page, gpointer /*data*/) {
   g_object_weak_ref(G_OBJECT(page), OnPageGone, nullptr);
+  g_signal_connect(page, "console-message-sent", G_CALLBACK(OnEngineLine), nullptr);
   g_signal_connect(page, "user-message-received", G_CALLBACK(OnMessage), nullptr);
 }
 
@@ -123,7 +141,13 @@ void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame*
   if (TheWebProcess().is_ending) return;
   const nurvo::GObjectPtr<JSCContext> context(webkit_frame_get_js_context_for_script_world(frame, world));
   WatchKeys(context.get(), &TheWebProcess().key);
-  if (!webkit_frame_is_main_frame(frame)) {
+  const bool is_main_frame = webkit_frame_is_main_frame(frame) != FALSE;
+  if (is_main_frame) {
+    FailuresOf(page).Forget();
+    PlacesOf(page).Forget();
+  }
+  FailuresOf(page).Watch(context.get(), is_main_frame);
+  if (!is_main_frame) {
     // What watches its console belongs to the frame's script: nothing is kept here, so that it can go.
     const PageBridge watching = NewBridge(context.get(), page, nullptr);
     return;
@@ -131,7 +155,6 @@ void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame*
   std::unique_ptr<PageBridge>& bridge = TheWebProcess().pages[page];
   // The old page's instances go before the new page's are made.
   bridge.reset();
-  TheWebProcess().places.erase(page);
   WebKitUserMessage* started = webkit_user_message_new(kProcessMessage, g_variant_new_uint32(getpid()));
   webkit_web_page_send_message_to_view(page, started, nullptr, nullptr, nullptr);
   const bool is_own = IsOfOrigin(context.get(), TheWebProcess().origin);

@@ -6,6 +6,7 @@ import { writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
 import { run, scratchFolder } from '../../testing/corvis.mjs';
+import { servePages } from '../../testing/tv.mjs';
 
 // Runs a script against a folder of these files; gives what was printed.
 async function runPage(t, files, script, options = []) {
@@ -121,3 +122,73 @@ for (const kind of ['', '=inline']) {
     assert.match(text, /^ {4}- "uncaught: TypeError: [^\n]*\\n {4}at \w+ \(app\.ts:4:\d+\)\\n/m);
   });
 }
+
+// What a page asks for, and what is reported of it. OTHER is a server of another origin.
+const requests = [
+  [
+    '<link rel="stylesheet" href="no.css">',
+    'no.css: status 404 .*; asked for by <link href="no.css"> in index.html',
+  ],
+  ['<img src="no.png">', 'no.png: status 404 .*; asked for by <img src="no.png"> in index.html'],
+  ['<script src="no.js"></script>', 'no.js: status 404 .*; asked for by <script src="no.js"> in index.html'],
+  [
+    '<script type="module" src="no.mjs"></script>',
+    'no.mjs: status 404 .*; asked for by <script src="no.mjs"> in index.html',
+  ],
+  [
+    '<video src="no.mp4"></video>',
+    'no.mp4: it is missing, or in no format that can be played here; asked for by <video',
+  ],
+  [
+    '<img src="broken.png">',
+    "broken.png: the engine refuses it, or its content can't be used; asked for by <img",
+  ],
+  [
+    '<link rel="stylesheet" href="style.css"><i>font</i>',
+    'no.woff2: status 404 .*; asked for by a style sheet, style.css',
+  ],
+  ['<p style="background: url(back.png)">', 'back.png: status 404 .*; asked for by <p> in index.html'],
+  [
+    '<img src="OTHER/policy.png">',
+    'OTHER/policy.png: blocked by the content-security policy, img-src; asked for by <img',
+  ],
+  ['<script>fetch("none").then(String)</script>', 'none: status 404 .*; asked for by index.html:\\d+:\\d+'],
+  [
+    '<script>fetch("OTHER/cors"); 1</script>',
+    'OTHER/cors: Origin .* is not allowed by Access-Control-Allow-Origin.*; asked for by index.html:',
+  ],
+  [
+    '<script>fetch("http://127.0.0.1:1/").catch(String)</script>',
+    'http://127.0.0.1:1/: the engine refuses it, .*; asked for by index.html:',
+  ],
+  [
+    '<script>x = new XMLHttpRequest(); x.open("GET", "xhr"); x.send()</script>',
+    'xhr: status 404 .*; asked for by index.html:',
+  ],
+];
+
+test('what does not load is one line each, and nothing changes for the page', async (t) => {
+  const other = await servePages(t, { '/cors': 'x' });
+  const policy = `<meta http-equiv="Content-Security-Policy" content="img-src 'self'">`;
+  const page = requests
+    .map(([html]) => `${html}\n`)
+    .join('')
+    .replaceAll('OTHER', other);
+  const probe = `<script>var unhandled = 0; addEventListener('unhandledrejection', function () { unhandled++; });
+    var stopped = new AbortController(); fetch('style.css', { signal: stopped.signal }).catch(String); stopped.abort();</script>`;
+  const files = {
+    'index.html': `${head}${policy}${probe}${page}<script>${listen}</script>`,
+    'style.css': '@font-face { font-family: q; src: url(no.woff2); } i { font-family: q; }',
+    'broken.png': 'no picture',
+  };
+  const script = 'value "unhandled" is 1\nwait 500 ms\nshow "#nothing" is "there"\n';
+  const text = await runPage(t, files, script, ['--timeout', '1000']);
+  const lines = text.split('\n').filter((line) => line.startsWith("[page] error: Can't load "));
+  for (const [html, expected] of requests) {
+    const line = new RegExp(`^\\[page\\] error: Can't load ${expected.replaceAll('OTHER', other)}`);
+    assert.equal(lines.filter((candidate) => line.test(candidate)).length, 1, `${html}:\n${text}`);
+  }
+  assert.equal(lines.length, requests.length, text);
+  assert.match(text, /^ok 1 /m);
+  assert.match(text, /^ {4}- "error: Can't load /m, 'in the block of a failure');
+});

@@ -1,0 +1,168 @@
+// What a page asks for and doesn't get, and where it asked.
+//
+// Evaluates to a function that is called once for each frame, before any script of the page. `native` offers
+// asked(url, where) for what a script asks for, failed(url, reason, where) for what does not come (an empty reason when
+// the page isn't told any), blocked(url, reason, where) for what a policy keeps away, and url(text) and place(text), which
+// give a URL and a place in a script as the author knows them.
+// Gives a function that finds out where in the document a URL is asked for; an empty text when it doesn't know.
+(function (native) {
+  'use strict';
+
+  var toText = String;
+  var apply = Function.prototype.call.bind(Function.prototype.apply);
+  var then = Function.prototype.call.bind(Promise.prototype.then);
+  var listen = Function.prototype.call.bind(EventTarget.prototype.addEventListener);
+  var document = window.document;
+  var addressOf = ['currentSrc', 'src', 'href', 'data'];
+  var written = ['src', 'href', 'data', 'poster', 'srcset'];
+
+  function absolute(url) {
+    try {
+      return new URL(toText(url), document.baseURI).href;
+    } catch (error) {
+      return toText(url);
+    }
+  }
+
+  // The innermost place of a stack that is no script of the runtime.
+  function callPlace() {
+    var lines = toText(new Error().stack).split('\n');
+    for (var i = 0; i < lines.length; i++) {
+      var place = /((?:[\w+.-]+:\/|blob:|about:).*:\d+:\d+)$/.exec(lines[i]);
+      if (place) return place[1];
+    }
+    return '';
+  }
+
+  function elementText(element) {
+    var text = '<' + element.localName;
+    written.forEach(function (name) {
+      var value = element.getAttribute(name);
+      if (value) text += ' ' + name + '="' + value.slice(0, 200) + '"';
+    });
+    return text + '> in ' + native.url(document.URL);
+  }
+
+  function urlOf(element) {
+    var name = addressOf.find(function (candidate) {
+      return typeof element[candidate] === 'string' && element[candidate] !== '';
+    });
+    return name ? element[name] : '';
+  }
+
+  // What the page can know of a reason; empty where that is nothing.
+  function reasonFor(url) {
+    var isMixed = location.protocol === 'https:' && url.indexOf('http:') === 0;
+    return isMixed ? 'mixed content: a page of https may not load http' : '';
+  }
+
+  function mediaReason(element) {
+    var isMedia = element.error || element.localName === 'source';
+    var said = element.error && element.error.message;
+    return isMedia ? said || 'it is missing, or in no format that can be played here' : '';
+  }
+
+  function onError(event) {
+    var element = event.target;
+    // A style sheet that is there lacks what it imports.
+    if (!element || element.nodeType !== 1 || urlOf(element) === '' || element.sheet) return;
+    var url = absolute(urlOf(element));
+    native.failed(url, reasonFor(url) || mediaReason(element), elementText(element));
+  }
+
+  function onViolation(event) {
+    if (event.disposition !== 'enforce') return;
+    var place = event.sourceFile
+      ? native.place(event.sourceFile + ':' + event.lineNumber + ':' + event.columnNumber)
+      : native.url(document.URL);
+    native.blocked(
+      event.blockedURI,
+      'blocked by the content-security policy, ' + event.effectiveDirective,
+      place
+    );
+  }
+
+  function watchFetch() {
+    var original = window.fetch;
+    if (typeof original !== 'function') return;
+    window.fetch = function fetch(input) {
+      var url = absolute(input && typeof input === 'object' && 'url' in input ? input.url : input);
+      var where = callPlace();
+      native.asked(url, where);
+      // The page gets a promise of its own, which is its to handle.
+      return then(apply(original, window, arguments), undefined, function (error) {
+        if (!error || error.name !== 'AbortError') native.failed(url, reasonFor(url), native.place(where));
+        throw error;
+      });
+    };
+  }
+
+  function watchRequests() {
+    var prototype = window.XMLHttpRequest.prototype;
+    var open = prototype.open;
+    var send = prototype.send;
+    var urls = new WeakMap();
+    prototype.open = function () {
+      urls.set(this, absolute(arguments[1]));
+      return apply(open, this, arguments);
+    };
+    prototype.send = function () {
+      var url = urls.get(this);
+      var where = callPlace();
+      if (url !== undefined) {
+        native.asked(url, where);
+        listen(this, 'error', function () {
+          native.failed(url, reasonFor(url), native.place(where));
+        });
+      }
+      return apply(send, this, arguments);
+    };
+  }
+
+  function elementFor(url) {
+    var elements = document.querySelectorAll('[src], [href], [data], [srcset], [poster]');
+    var found = [].find.call(elements, function (element) {
+      return absolute(urlOf(element)) === url || element.poster === url;
+    });
+    return found ? elementText(found) : '';
+  }
+
+  function nameIn(url) {
+    return url.split('/').pop().split(/[?#]/)[0];
+  }
+
+  function styledElementFor(url) {
+    var name = nameIn(url);
+    var found = [].find.call(document.querySelectorAll('[style]'), function (element) {
+      return name !== '' && element.style.cssText.indexOf(name) >= 0;
+    });
+    return found ? elementText(found) : '';
+  }
+
+  function sheetFor(url) {
+    var name = nameIn(url);
+    var sheet = [].find.call(document.styleSheets, function (candidate) {
+      try {
+        return [].some.call(candidate.cssRules, function (rule) {
+          return rule.cssText.indexOf(name) >= 0;
+        });
+      } catch (error) {
+        return false;
+      }
+    });
+    return sheet ? 'a style sheet, ' + native.url(sheet.href || document.URL) : '';
+  }
+
+  listen(window, 'error', onError, true);
+  listen(window, 'securitypolicyviolation', onViolation, true);
+  watchFetch();
+  watchRequests();
+
+  return function (url) {
+    try {
+      return elementFor(url) || styledElementFor(url) || sheetFor(url) || native.url(document.URL);
+    } catch (error) {
+      return '';
+    }
+  };
+});
