@@ -29,7 +29,7 @@ the application's origin get the extensions' APIs.
 
 Needs a D-Bus session bus, on which it provides its control interface as ID.runtime.
 
-Exit status: 0 the page or window was closed, 2 wrong usage, 3 the page can't be loaded, 4 the page's process keeps
+Exit status: 0 ended normally, 2 wrong usage, 3 the page can't be loaded, 4 the page's process keeps
 crashing, 5 the application is already running, 6 no bus or no display.
 )";
 

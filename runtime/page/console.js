@@ -1,9 +1,9 @@
-// What a page writes to its console, and the errors that nobody catches, as lines of text.
+// Formats console calls and uncaught errors of a page as lines of text.
 //
-// Evaluates to a function that is called once for each frame, before any script of the page. `native` offers
-// print(level, text, source), and may offer place(text), which gives a place (URL:LINE:COLUMN) as its author knows
-// it; what it returns is called by the runtime alone. What the page may change later is taken
-// here, while it is still the engine's own; what fails all the same gives a short text and no exception.
+// Evaluates to a function that is called once for each frame, before any script of the page. `native` provides
+// print(level, text, source), and optionally place(text), which maps a position (URL:LINE:COLUMN) to the author's source.
+// Only the runtime calls the functions of the result. Built-ins that the page may change later are read here, while they
+// are still the engine's own; a value that can't be formatted even so becomes a short text, never an exception.
 (function (native) {
   'use strict';
 
@@ -22,7 +22,7 @@
   var deepest = 4;
   var mostEntries = 100;
 
-  // "at" and the place of each call in a stack, innermost first, without those of the runtime's scripts. Engines write
+  // The name and position of each call in a stack, innermost first, without calls in the runtime's scripts. Engines write
   // "name@place" or "    at name (place)".
   function framesOf(error) {
     return toText((error && error.stack) || '')
@@ -36,7 +36,7 @@
       .filter(Boolean);
   }
 
-  // Also of another window's kind.
+  // Also recognizes errors of another window.
   function isError(value) {
     return value instanceof Error || /^\[object (Error|DOMException)\]$/.test(classOf(value));
   }
@@ -49,7 +49,7 @@
       .join('');
   }
 
-  // Message and place in one line, and the stack where it says more.
+  // The message and position in one line, followed by the stack if it has further calls.
   function describe(error, message, place) {
     var frames = framesOf(error);
     var where = place || (frames[0] && frames[0].place);
@@ -71,7 +71,7 @@
     return text + '>';
   }
 
-  // The texts of the first entries of a list; `describeEntry` gives that of each.
+  // Formats the first entries of a list with `describeEntry`.
   function entries(list, describeEntry) {
     var texts = list.slice(0, mostEntries).map(describeEntry);
     if (list.length > mostEntries) texts.push('… ' + (list.length - mostEntries) + ' more');
@@ -86,7 +86,7 @@
     return name + '(' + list.length + ') {' + entries(list, toText) + '}';
   }
 
-  // A getter may do anything, so that none is called.
+  // Getters are not called, because they may have side effects.
   function membersText(value, inner) {
     return entries(keysOf(value), function (key) {
       var property = descriptor(value, key);
@@ -101,7 +101,7 @@
     return name === 'Object' ? '' : name;
   }
 
-  // Objects whose own members say nothing of them; by the names of their classes.
+  // Formatters, by class name, for objects whose own properties don't describe them.
   var special = {
     Date: function (value) {
       return isNaN(value) ? 'Invalid Date' : value.toISOString();
@@ -132,7 +132,7 @@
     return (title ? title + ' ' : '') + '{' + membersText(value, inner) + '}';
   }
 
-  // `outer`: the objects around the value, outermost first.
+  // `outer` lists the objects that contain the value, outermost first.
   function inspect(value, outer) {
     if (typeof value === 'string') return stringify(value);
     if (typeof value === 'bigint') return toText(value) + 'n';
@@ -164,7 +164,7 @@
   };
   specifiers.O = specifiers.o;
 
-  // What the arguments of a console method say.
+  // Formats the arguments of a console method.
   function format(values) {
     var rest = [].slice.call(values);
     if (typeof rest[0] === 'string' && rest.length > 1) {
@@ -178,7 +178,7 @@
     return rest.map(plain).join(' ');
   }
 
-  // Rows and columns, with the keys of both.
+  // Formats data as a table with the keys of its rows and columns.
   function table(data) {
     if (typeof data !== 'object' || data === null) return plain(data);
     var names = [];
@@ -221,10 +221,10 @@
       .join('\n');
   }
 
-  // What a formatting calls of the page may write lines itself; they would have no end.
+  // Set during formatting, because code of the page that formatting calls could log recursively.
   var isPrinting = false;
 
-  // `makeText` gives a line's text, or undefined for no line.
+  // `makeText` returns the text of a line, or undefined for no line.
   function print(level, source, makeText) {
     if (isPrinting) return;
     isPrinting = true;
@@ -232,7 +232,7 @@
     try {
       text = makeText();
     } catch (error) {
-      // It stays without a text.
+      // Keeps the placeholder text.
     }
     isPrinting = false;
     if (text !== undefined) native.print(level, text, source);
@@ -270,7 +270,7 @@
     return label + ': ' + counts.get(label);
   }
 
-  // Each method's level, and the text that it writes of its arguments, or undefined.
+  // The level of each method, and a function that returns its text, or undefined for no line.
   var methods = {
     log: ['log', format],
     info: ['info', format],
@@ -372,7 +372,7 @@
 
   function forwardUncaught() {
     window.addEventListener('error', function (event) {
-      // Only scripts' errors: an image that does not load fires an event of the same name without a message.
+      // Only script errors have a message; an image that fails to load fires an event of the same name.
       if (!event.message) return;
       var place = event.filename ? placeOf(event.filename + ':' + event.lineno + ':' + event.colno) : '';
       uncaught(event.error, event.message, place);
@@ -391,13 +391,13 @@
       forwardConsole();
       forwardUncaught();
     },
-    // Of an exception that reached the runtime.
+    // Reports an exception that reached the runtime.
     uncaught: uncaught,
-    // Of one that a script API caught, when a watched page's function threw it.
+    // Reports an exception that a script API caught, if a function of a watched page threw it.
     caught: function (error) {
       if (isWatching && framesOf(error).length > 0) uncaught(error);
     },
-    // A line of a script API.
+    // Writes a line of a script API.
     api: function (level, values) {
       print(level, 'api', function () {
         return format(values);

@@ -1,10 +1,10 @@
-// What a page asks for and doesn't get, and where it asked.
+// Reports requests of a page that fail, and the position of the request.
 //
-// Evaluates to a function that is called once for each frame, before any script of the page. `native` offers
-// asked(url, where) for what a script asks for, failed(url, reason, where) for what does not come (an empty reason when
-// the page isn't told any), blocked(url, reason, where) for what a policy keeps away, and url(text) and place(text), which
-// give a URL and a place in a script as the author knows them.
-// Gives a function that finds out where in the document a URL is asked for; an empty text when it doesn't know.
+// Evaluates to a function that is called once for each frame, before any script of the page. `native` provides
+// asked(url, where) for requests of scripts, failed(url, reason, where) for failed requests (the reason is empty if the
+// page can't know it), blocked(url, reason, where) for requests blocked by a policy, and url(text) and place(text), which
+// map a URL and a position in a script to the author's source. The function returns another function, which finds the
+// position in the document that requests a URL; its result is empty if unknown.
 (function (native) {
   'use strict';
 
@@ -24,7 +24,7 @@
     }
   }
 
-  // The innermost place of a stack that is no script of the runtime.
+  // The innermost position in the stack outside the runtime's scripts.
   function callPlace() {
     var lines = toText(new Error().stack).split('\n');
     for (var i = 0; i < lines.length; i++) {
@@ -50,7 +50,7 @@
     return name ? element[name] : '';
   }
 
-  // What the page can know of a reason; empty where that is nothing.
+  // The reason for a failure, as far as the page can know it; otherwise empty.
   function reasonFor(url) {
     var isMixed = location.protocol === 'https:' && url.indexOf('http:') === 0;
     return isMixed ? 'mixed content: a page of https may not load http' : '';
@@ -64,7 +64,7 @@
 
   function onError(event) {
     var element = event.target;
-    // A style sheet that is there lacks what it imports.
+    // A style sheet that exists has failed because of one of its imports.
     if (!element || element.nodeType !== 1 || urlOf(element) === '' || element.sheet) return;
     var url = absolute(urlOf(element));
     native.failed(url, reasonFor(url) || mediaReason(element), elementText(element));
@@ -89,7 +89,7 @@
       var url = absolute(input && typeof input === 'object' && 'url' in input ? input.url : input);
       var where = callPlace();
       native.asked(url, where);
-      // The page gets a promise of its own, which is its to handle.
+      // Returns a separate promise, whose rejection the page handles.
       return then(apply(original, window, arguments), undefined, function (error) {
         if (!error || error.name !== 'AbortError') native.failed(url, reasonFor(url), native.place(where));
         throw error;

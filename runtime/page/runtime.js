@@ -1,9 +1,9 @@
-// The runtime's side of a page: the channel objects and classes that script APIs lean on, and the publishing of what
-// they export.
+// The runtime's side of a page: the channel objects and classes that script APIs use, and the publishing of their
+// exports.
 //
-// Evaluates to a function that is called once for each frame, before any script of the page. `reports` is what
-// console.js gives, and `native` offers close() in a main frame; what this returns is called by the runtime alone. What the page may change later (JSON) is taken here, while
-// it is still the engine's own.
+// Evaluates to a function that is called once for each frame, before any script of the page. `reports` is the result of
+// console.js, and `native` provides close() in a main frame. Only the runtime calls the functions of the result. Built-ins
+// that the page may change later (JSON) are read here, while they are still the engine's own.
 (function (reports, native) {
   'use strict';
 
@@ -11,10 +11,10 @@
   var stringify = JSON.stringify;
   var toText = String;
 
-  // The last exception of which a script API made a text: what it writes to its console next may be that text.
+  // The last exception that a script API converted to text; the next line on its console may contain that text.
   var caught;
 
-  // A script API's String.
+  // The String function of script APIs.
   function textOf(value) {
     if (value instanceof Error) caught = value;
     return toText(value);
@@ -28,8 +28,8 @@
     if (text.slice(-end.length) === end) reports.caught(error);
   }
 
-  // The console of a script API: its lines are for whoever looks into the API, not for the page's author. What the
-  // page's functions threw is for both.
+  // The console of a script API. Its lines are for debugging the API, not for the page's author; exceptions of the page's
+  // functions are for both.
   function apiConsole() {
     var api = {};
     ['log', 'info', 'warn', 'error', 'debug'].forEach(function (level) {
@@ -41,7 +41,7 @@
     return api;
   }
 
-  // The engine lets a page close itself only before it has gone anywhere; a TV's application ends when it says so.
+  // The engine lets a page close itself only before it has navigated, but a TV application may end at any time.
   function closeWith(close) {
     return function () {
       close();
@@ -60,20 +60,20 @@
   });
   CorviException.TYPE_MISMATCH_ERR = 'TypeMismatchError';
 
-  // The call's text. The page may have changed every prototype by now (Object.prototype.toJSON for one), so that only
-  // the arguments are made by what looks at those: the name is the one that the script API gave.
+  // The text of a call. The page may have changed prototypes (such as Object.prototype.toJSON), which affects only the
+  // serialization of the arguments; the name is inserted as the script API passed it.
   function messageText(name, args) {
     return '{"cmd":' + stringify(name) + ',"args":' + stringify(args) + '}';
   }
 
-  // Speaks with the native side of one extension. `extension` is its channel.
+  // Communicates with the native side of one extension. `extension` is its channel.
   function NativeManager(extension) {
     this.extension_ = extension;
     this.listeners_ = new Map();
     var self = this;
     extension.onmessage = function (text) {
       var message = parse(text);
-      // A copy: a listener may change the list.
+      // A copy, because a listener may change the list.
       (self.listeners_.get(message.listenerId) || []).slice().forEach(function (listener) {
         try {
           listener(message);
@@ -84,7 +84,7 @@
     };
   }
 
-  // Calls the native handler `name` and gives its reply object.
+  // Calls the native handler `name` and returns its reply object.
   NativeManager.prototype.callSync = function (name, args) {
     return parse(this.extension_.sendSync(messageText(name, args === undefined ? {} : args)));
   };
@@ -98,7 +98,7 @@
     return new CorviException(error.name || 'UnknownError', error.message || 'The call failed');
   };
 
-  // Adds a listener for the messages of one id; one that is there already is not added again.
+  // Adds a listener for the messages of one id, unless it is already registered.
   NativeManager.prototype.addListener = function (id, listener) {
     var listeners = this.listeners_.get(id) || [];
     if (listeners.indexOf(listener) < 0) this.listeners_.set(id, listeners.concat([listener]));
@@ -122,7 +122,7 @@
     validator: { Types: {} },
   };
 
-  // Puts an object under a dotted path of names on the global object.
+  // Publishes an object under a dotted path on the global object.
   function publish(path, value) {
     var names = path.split('.');
     var last = names.pop();
@@ -149,8 +149,8 @@
   if (native.close) window.close = closeWith(native.close);
 
   return {
-    // Runs a script API. `build(xwalk, extension, console, String)` is its text, wrapped so that it returns its exports;
-    // `sendSync` carries a call to its native side. Returns the function that takes the messages posted to it.
+    // Runs a script API. `build(xwalk, extension, console, String)` is its source, wrapped so that it returns its exports;
+    // `sendSync` passes a call to its native side. Returns the function that receives messages posted to it.
     attach: function (path, build, sendSync) {
       window.CorviException = CorviException;
       var extension = { sendSync: sendSync, onmessage: function () {} };

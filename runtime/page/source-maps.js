@@ -1,11 +1,11 @@
-// From places in scripts as they run to places in the files that were written, by source maps.
+// Maps positions in running scripts to positions in the source files, with source maps.
 //
-// Evaluates to a function that is called once for each page, in a world of its own, where neither the page's scripts nor
-// its content-security policy reach. `sourceMap` is the library of that name.
+// Evaluates to a function that is called once for each page, in an isolated world, to which neither the page's scripts nor
+// its content security policy apply. `sourceMap` is the library of that name.
 (function (sourceMap) {
   'use strict';
 
-  // By the scripts' URLs; null for a script without a map.
+  // The consumers by script URL; null for a script without a map.
   var consumers = new Map();
 
   function request(url) {
@@ -28,7 +28,7 @@
     if (!mapUrl) return null;
     var address = new URL(mapUrl, url).href;
     var map = request(address);
-    // What an inline map's files are named by is the script's place.
+    // The file names in an inline map are relative to the script.
     return (
       map &&
       new sourceMap.SourceMapConsumer(
@@ -46,7 +46,7 @@
     return consumers.get(url);
   }
 
-  // The place in the written file; the same place where no map knows it.
+  // Returns the position in the source file, or the same position if no map contains it.
   return function (place) {
     try {
       var parts = /^(.*):(\d+):(\d+)$/.exec(place);

@@ -1,4 +1,4 @@
-// Joining the engine's lines with what the page's side sees.
+// Combines the engine's console lines with the reports of the page's script.
 #include "web-process/load_failures.h"
 
 #include <algorithm>
@@ -14,12 +14,13 @@ namespace {
 
 using JscValue = nurvo::GObjectPtr<JSCValue>;
 
-// What belongs together comes within a few turns of the main loop.
+// Reports of one failure arrive within a few turns of the main loop.
 constexpr guint kDelayMs = 100;
-// Where so many scripts asked is kept.
+// The maximum number of script positions that are stored.
 constexpr size_t kMostRequests = 2000;
 
-// "Failed to load resource: the server responded with a status of 404 (Not Found)" as its reason alone.
+// Extracts the reason from lines such as "Failed to load resource: the server responded with a status of 404
+// (Not Found)".
 std::string ReasonIn(const std::string& line) {
   static const std::regex kStart("^Failed to load resource: ");
   static const std::regex kStatus(R"(the server responded with a status of (\d+) \((.*)\))");
@@ -36,7 +37,7 @@ void AddFunction(JSCContext* context, JSCValue* native, const char* name, GCallb
 
 }  // namespace
 
-// What the page's side calls.
+// The functions that the page's script calls.
 struct LoadFailures::Native {
   static void Asked(const char* url, const char* where, gpointer failures) {
     static_cast<LoadFailures*>(failures)->TakeRequest(url, where);
@@ -74,7 +75,7 @@ void LoadFailures::Watch(JSCContext* context, bool is_main_frame) {
 }
 
 void LoadFailures::Forget() {
-  // The document that could be asked has gone.
+  // The document that could be queried is gone.
   find_in_document_.reset();
   WriteAll();
   requests_.clear();
@@ -150,9 +151,9 @@ void LoadFailures::Write(const Failure& failure) {
       failure.reason.empty() ? "the engine refuses it, or its content can't be used" : failure.reason;
   const std::string line = "Can't load " + places_.ShortUrl(failure.url) + ": " + reason +
                            (where.empty() ? "" : "; asked for by " + where) + ".";
-  // What an element asks for the engine may try, and report, several times.
+  // The engine may try, and report, the request of an element several times.
   if (where[0] == '<' && !lines_of_elements_.insert(line).second) return;
-  // The engine's other lines are whole sentences.
+  // Other lines of the engine are complete sentences.
   console_("error", failure.url.empty() ? reason : line, "page");
 }
 

@@ -1,4 +1,4 @@
-// What a page asked for and did not get: one console line each.
+// Reports each failed request of a page in one console line.
 #ifndef CORVIS_RUNTIME_WEB_PROCESS_LOAD_FAILURES_H_
 #define CORVIS_RUNTIME_WEB_PROCESS_LOAD_FAILURES_H_
 
@@ -15,34 +15,35 @@
 
 namespace corvis::tv {
 
-// Of the documents that a page shows, one after the other, and their frames. The engine says that and why
-// something failed, the page's side where it was asked for, in any order: what comes together is one line,
-// written soon after.
+// One object per page, for its successive documents and their frames. The engine reports that and why a
+// request failed, and the page's script reports its position, in any order. Reports of the same failure are
+// combined into one line, which is written shortly afterwards.
 class LoadFailures {
  public:
-  // `places` outlives it.
+  // `places` must outlive this object.
   LoadFailures(ConsoleSink console, Places& places) : console_(std::move(console)), places_(places) {}
   ~LoadFailures();
   LoadFailures(const LoadFailures&) = delete;
   LoadFailures& operator=(const LoadFailures&) = delete;
 
-  // A new document begins in the main frame.
+  // Call this when a new document starts in the main frame.
   void Forget();
-  // Watches what a frame asks for; no script of it has run. Of the main frame it also asks where.
+  // Watches the requests of a frame, before any of its scripts runs. For the main frame it can also find
+  // their positions.
   void Watch(JSCContext* context, bool is_main_frame);
-  // Takes a line that the engine writes to the console.
+  // Receives a line that the engine writes to the console.
   void TakeEngineLine(const std::string& url, const std::string& text);
-  // Writes what has a reason by now.
+  // Writes the failures whose reason is known.
   void Flush();
 
  private:
   struct Failure {
     std::string url;
-    // Empty while the engine has said none.
+    // Empty until the engine reports a reason.
     std::string reason;
-    // Empty while the page's side has said nothing.
+    // Empty until the page's script reports a position.
     std::string where;
-    // What it is asked for by at least; may be empty.
+    // An approximate position; may be empty.
     std::string document;
   };
   struct Native;
@@ -57,10 +58,11 @@ class LoadFailures {
 
   ConsoleSink console_;
   Places& places_;
-  // Where scripts asked last, by URL.
+  // The positions of the last requests of scripts, by URL.
   std::map<std::string, std::string> requests_;
   std::vector<Failure> waiting_;
-  // Lines without a place that were written, by URL: what the page's side says of these later is known.
+  // Lines that were written without a position, by URL; later reports of the page's script for these are
+  // ignored.
   std::map<std::string, int> written_;
   std::set<std::string> lines_of_elements_;
   nurvo::GObjectPtr<JSCValue> find_in_document_;

@@ -7,8 +7,8 @@
 namespace corvis::tv {
 
 inline WebKitFrame* MainFrame(WebKitWebPage* page) {
-  // There is no successor: an engine that isolates sites has the main frame in another process. This one
-  // doesn't.
+  // Deprecated without a replacement, because an engine with site isolation may have the main frame in
+  // another process. This engine has no site isolation.
   G_GNUC_BEGIN_IGNORE_DEPRECATIONS
   return webkit_web_page_get_main_frame(page);
   G_GNUC_END_IGNORE_DEPRECATIONS

@@ -1,4 +1,4 @@
-// Evaluates the page-side script, and carries calls and messages across.
+// Evaluates the runtime's scripts in a page, and passes calls and messages between page and extensions.
 #include "web-process/page_bridge.h"
 
 #include <memory>
@@ -14,14 +14,14 @@ namespace {
 
 using JscValue = nurvo::GObjectPtr<JSCValue>;
 
-// Text from outside may be broken UTF-8, which the script engine does not take.
+// Replaces invalid UTF-8, which the script engine does not accept.
 JscValue NewString(JSCContext* context, const std::string& text) {
   const nurvo::GText valid(g_utf8_make_valid(text.c_str(), static_cast<gssize>(text.size())));
   return JscValue(jsc_value_new_string(context, valid.get()));
 }
 
-// What the script's functions of the runtime refer to; owned by the script's function object, so that it
-// outlives the page and turns calls from a page that has gone into nothing.
+// The state of the native functions in the script. The script's function object owns it, so that it outlives
+// the page and calls from a closed page have no effect.
 struct SyncChannel {
   InstanceHandle instance;
 };
@@ -115,7 +115,8 @@ void PageBridge::AttachExtensions() {
 
 void PageBridge::AttachExtension(ExtensionHandle extension, const std::string& name,
                                  const std::string& script) {
-  // The function that takes the messages exists only after the script ran, and the script may already call.
+  // Set later, because the function that receives messages exists only after the script has run, and the
+  // script may already make calls.
   const auto deliver = std::make_shared<JscValue>();
   const InstanceHandle instance = CreateInstance(extension, [this, deliver](const std::string& message) {
     if (!*deliver) return;
@@ -147,8 +148,8 @@ bool PageBridge::TakeException(const std::string& doing) {
 }
 
 bool IsOfOrigin(JSCContext* context, const std::string& origin) {
-  // The address and the origin may differ: an empty page has the origin of the one that opened it, and a
-  // sandboxed page none at all.
+  // Checks both, because address and origin may differ: an empty page has the origin of its opener, and a
+  // sandboxed page has none.
   const JscValue value =
       Evaluate(context, "location.protocol + '//' + location.host + ' ' + self.origin", "runtime.js");
   const nurvo::GText text(jsc_value_to_string(value.get()));

@@ -1,4 +1,4 @@
-// By a script in a world of its own, which is loaded when the first place is asked for.
+// Maps positions with a script in an isolated world, which is loaded on first use.
 #include "web-process/places.h"
 
 #include <utility>
@@ -13,7 +13,7 @@ namespace {
 
 using JscValue = nurvo::GObjectPtr<JSCValue>;
 
-// Never destroyed, as WebKit's own world.
+// Never destroyed, like WebKit's own world.
 WebKitScriptWorld* OwnWorld() {
   static WebKitScriptWorld* const world = webkit_script_world_new_with_name("corvis");
   return world;

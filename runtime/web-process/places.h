@@ -1,4 +1,4 @@
-// Places in a page's scripts, as their author knows them.
+// Maps positions and URLs in a page to those in the author's source.
 #ifndef CORVIS_RUNTIME_WEB_PROCESS_PLACES_H_
 #define CORVIS_RUNTIME_WEB_PROCESS_PLACES_H_
 
@@ -10,20 +10,20 @@
 
 namespace corvis::tv {
 
-// Of the documents that a page shows, one after the other.
+// One object per page, for its successive documents.
 class Places {
  public:
   // `origin` is the application's.
   Places(WebKitWebPage* page, std::string origin) : page_(page), origin_(std::move(origin)) {}
 
-  // A new document begins.
+  // Call this when a new document starts.
   void Forget() { map_.reset(); }
-  // A place, URL:LINE:COLUMN, by the script's source map if it has one, which is read now. URLs of a folder
-  // that is served are paths in it.
+  // Maps a position, URL:LINE:COLUMN, with the script's source map, if it has one, which is loaded now. URLs
+  // of the served folder become paths in it.
   std::string Read(const std::string& place);
-  // A URL likewise.
+  // Shortens a URL of the served folder to a path in it.
   std::string ShortUrl(const std::string& url) const;
-  // Whether it is reading a map now. What can't be loaded then is no matter of the page's.
+  // Whether a map is being loaded. Load failures during that time are not the page's.
   bool is_reading() const { return is_reading_; }
 
  private:
@@ -32,7 +32,7 @@ class Places {
   WebKitWebPage* page_;
   std::string origin_;
   bool is_reading_ = false;
-  // The script's function; null before the first place.
+  // The script's function; null before first use.
   nurvo::GObjectPtr<JSCValue> map_;
 };
 

@@ -1,5 +1,5 @@
-// The runtime's part of the web process: loads the extension libraries and follows pages and frames. WebKit
-// loads this module and calls its one entry point.
+// The runtime's module in the web process: loads the extension libraries and tracks pages and frames. WebKit
+// loads this module and calls its only entry point.
 #include <unistd.h>
 #include <webkit2/webkit-web-extension.h>
 
@@ -29,7 +29,7 @@ struct WebProcess {
   std::map<WebKitWebPage*, ConsolePost> posts;
   std::map<WebKitWebPage*, Places> places;
   std::map<WebKitWebPage*, LoadFailures> failures;
-  // What keyboard events have while a key of a remote control is pressed; JSON text.
+  // The values of keyboard events while a key of a remote control is pressed, as JSON.
   std::string key;
   bool is_ending = false;
 };
@@ -69,14 +69,14 @@ PageBridge NewBridge(JSCContext* context, WebKitWebPage* page, CloseSink close) 
 }
 
 void OnPageGone(gpointer /*data*/, GObject* page) {
-  // A page's last words may come while its bridge goes.
+  // Destroying the bridge may still produce console lines.
   TheWebProcess().pages.erase(reinterpret_cast<WebKitWebPage*>(page));
   TheWebProcess().failures.erase(reinterpret_cast<WebKitWebPage*>(page));
   TheWebProcess().posts.erase(reinterpret_cast<WebKitWebPage*>(page));
   TheWebProcess().places.erase(reinterpret_cast<WebKitWebPage*>(page));
 }
 
-// The run ends: the instances go, then their extensions.
+// Destroys all instances and then shuts down the extensions, at the end of the run.
 void End() {
   WebProcess& process = TheWebProcess();
   process.is_ending = true;
@@ -84,12 +84,12 @@ void End() {
   ShutDownExtensions();
 }
 
-// The script context of the page's main frame, made now when the page has no script.
+// The script context of the page's main frame; created if the page has no script.
 nurvo::GObjectPtr<JSCContext> MainContext(WebKitWebPage* page) {
   return nurvo::GObjectPtr<JSCContext>(webkit_frame_get_js_context(MainFrame(page)));
 }
 
-// The value of an expression in the page's main frame as JSON text, and the text of an exception.
+// Evaluates an expression in the page's main frame. Returns its value as JSON, and the text of an exception.
 GVariant* Evaluate(WebKitWebPage* page, const char* expression) {
   const nurvo::GObjectPtr<JSCContext> context = MainContext(page);
   const nurvo::GObjectPtr<JSCValue> value(jsc_context_evaluate(context.get(), expression, -1));
@@ -101,7 +101,7 @@ GVariant* Evaluate(WebKitWebPage* page, const char* expression) {
   return g_variant_new(kValueType, json ? json.get() : "null", error ? error.get() : "");
 }
 
-// Answers when what the message asks for is done, after the lines that the page has written by then.
+// Replies to a message when it is handled, after the console lines that the page has written by then.
 gboolean OnMessage(WebKitWebPage* page, WebKitUserMessage* message, gpointer /*data*/) {
   const std::string name = webkit_user_message_get_name(message);
   GVariant* content = webkit_user_message_get_parameters(message);
@@ -121,7 +121,7 @@ gboolean OnMessage(WebKitWebPage* page, WebKitUserMessage* message, gpointer /*d
   return TRUE;
 }
 
-// The engine's own lines; of what pages write it reports none.
+// Reports the engine's own console lines. The engine does not pass on those of pages.
 void OnEngineLine(WebKitWebPage* page, WebKitConsoleMessage* message, gpointer /*data*/) {
   G_GNUC_BEGIN_IGNORE_DEPRECATIONS
   if (webkit_console_message_get_source(message) != WEBKIT_CONSOLE_MESSAGE_SOURCE_NETWORK) return;
@@ -136,7 +136,7 @@ void OnPageCreated(WebKitWebExtension* /*process*/, WebKitWebPage* page, gpointe
   g_signal_connect(page, "user-message-received", G_CALLBACK(OnMessage), nullptr);
 }
 
-// A new document begins in a frame; no script of it has run.
+// A new document starts in a frame, and none of its scripts has run.
 void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame* frame, gpointer /*data*/) {
   if (TheWebProcess().is_ending) return;
   const nurvo::GObjectPtr<JSCContext> context(webkit_frame_get_js_context_for_script_world(frame, world));
@@ -148,12 +148,12 @@ void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame*
   }
   FailuresOf(page).Watch(context.get(), is_main_frame);
   if (!is_main_frame) {
-    // What watches its console belongs to the frame's script: nothing is kept here, so that it can go.
+    // Not stored, because the frame's script owns the functions that watch its console.
     const PageBridge watching = NewBridge(context.get(), page, nullptr);
     return;
   }
   std::unique_ptr<PageBridge>& bridge = TheWebProcess().pages[page];
-  // The old page's instances go before the new page's are made.
+  // Destroys the old page's instances before the new page's are created.
   bridge.reset();
   WebKitUserMessage* started = webkit_user_message_new(kProcessMessage, g_variant_new_uint32(getpid()));
   webkit_web_page_send_message_to_view(page, started, nullptr, nullptr, nullptr);
