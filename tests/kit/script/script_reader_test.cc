@@ -118,6 +118,7 @@ TEST(VoiceScript, SaysWhatIsWrongAndWhere) {
       {"say", "1:4: Expected a phrase."},
       {"say serch for The Sea",
        "1:5: Unknown phrase \"serch for The Sea\". Did you mean \"search for The Sea\"?"},
+      "clear storage",
       {"send ACTION_PUASE", "1:6: Unknown action ACTION_PUASE. Did you mean \"ACTION_PAUSE\"?"},
       {"send", "1:5: Expected an action, for example ACTION_PLAY."},
       {"inject a=b a=c", "1:12: The key a is given twice."},
