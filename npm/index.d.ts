@@ -1,8 +1,8 @@
 // TypeScript declarations of corvis.voiceinteraction, the API through which web applications on a TV support voice
 // control. The comments are the API's reference.
 //
-// A script references the global object with `/// <reference types="corvis-voiceinteraction" />`, and imports types with
-// `import type { VoiceCallbacks } from 'corvis-voiceinteraction'`.
+// A script references the global object with `/// <reference types="corvis-voiceinteraction" />`, and imports types
+// with `import type { VoiceCallbacks } from 'corvis-voiceinteraction'`.
 
 /**
  * Where an application is, as an answer to {@link VoiceCallbacks.onupdatestate}: `"None"`, `"Home"`, `"List"`,

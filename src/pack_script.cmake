@@ -1,5 +1,5 @@
-# Joins the files of the script API in the given order, removes comments and white space, and writes the result twice: as
-# voiceinteraction_api.js, and as the C++ string literal kScriptApiSource.
+# Joins the files of the script API in the given order, removes comments and white space, and writes the result twice:
+# as voiceinteraction_api.js, and as the C++ string literal kScriptApiSource.
 #   cmake -DSOURCES=a.js,b.js -DESBUILD=esbuild -DSCRIPT=out.js -DCODE=out.cc -P pack_script.cmake
 string(REPLACE "," ";" sources "${SOURCES}")
 execute_process(COMMAND ${CMAKE_COMMAND} -E cat ${sources} OUTPUT_FILE ${SCRIPT}.joined RESULT_VARIABLE result)

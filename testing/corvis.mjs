@@ -12,8 +12,8 @@ export const build = process.env.CORVIS_BUILD ?? path.join(root, 'build');
 export const privilegeUri = (name) =>
   `http://${readFileSync(path.join(build, 'privilege-host'), 'utf8')}/privilege/${name}`;
 
-// Creates a folder that is removed after the test. Runs create their private folders in it, so that leftovers are found.
-// Its name contains characters that are valid in paths but often mishandled.
+// Creates a folder that is removed after the test. Runs create their private folders in it, so that leftovers are
+// found. Its name contains characters that are valid in paths but often mishandled.
 export function scratchFolder(t) {
   const folder = mkdtempSync(path.join(tmpdir(), 'corvis test & ü '));
   t.after(() => rmSync(folder, { recursive: true, force: true }));

@@ -75,7 +75,8 @@ export class Tv {
     return this.text;
   }
 
-  // Calls a method of the control interface. Resolves with the tuple that `gdbus` prints; rejects with the error's text.
+  // Calls a method of the control interface. Resolves with the tuple that `gdbus` prints; rejects with the error's
+  // text.
   async call(method, ...values) {
     const target = ['--dest', 'com.example.app.runtime', '--object-path', '/corvis/tv'];
     const texts = values.map((value) => JSON.stringify(value));

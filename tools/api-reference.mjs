@@ -1,5 +1,5 @@
-// Generates docs/api.md, the API reference, from npm/index.d.ts: `node tools/api-reference.mjs`. The text comes from the
-// comments of the declarations; this file adds only the order and the headings.
+// Generates docs/api.md, the API reference, from npm/index.d.ts: `node tools/api-reference.mjs`. The text comes from
+// the comments of the declarations; this file adds only the order and the headings.
 import { writeFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
 import ts from 'typescript';

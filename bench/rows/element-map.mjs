@@ -1,5 +1,5 @@
-// The time that the script takes to map a page, compared with the floor (only visiting the same elements and reading box,
-// style and text), with two packages that find elements and their names, and with the plainest implementation.
+// The time that the script takes to map a page, compared with the floor (only visiting the same elements and reading
+// box, style and text), with two packages that find elements and their names, and with the plainest implementation.
 import path from 'node:path';
 import { plainElementMap, startBrowser } from '../../testing/browser.mjs';
 import { atLeast, atMost, ratioAtMost } from '../report/result.mjs';

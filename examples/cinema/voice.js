@@ -219,7 +219,8 @@
     // Two actions are missing on purpose: a film can't be rotated, and after a start there is nothing to continue.
   };
 
-  // The lists describe their own items, with shorter names as aliases. Every other screen uses the script's element map.
+  // The lists describe their own items, with shorter names as aliases. Every other screen uses the script's element
+  // map.
   function describeLists() {
     var items = screens.focusables().map(function (node) {
       var box = node.getBoundingClientRect();

@@ -108,8 +108,8 @@ class Voice {
 }
 
 /**
- * Adds a TV's voice control to the page, from its next document on, and returns the object to say phrases with. `options`
- * are those of the simulator, and `timeout`, the time to wait until the page listens, in milliseconds.
+ * Adds a TV's voice control to the page, from its next document on, and returns the object to say phrases with.
+ * `options` are those of the simulator, and `timeout`, the time to wait until the page listens, in milliseconds.
  */
 export async function installVoice(page, { timeout = 20_000, ...options } = {}) {
   await page.addInitScript({ content: installing(options) });
@@ -117,8 +117,8 @@ export async function installVoice(page, { timeout = 20_000, ...options } = {}) 
 }
 
 /**
- * Fixtures for `test.extend`: `voice`, and the option `voiceOptions`. Automatic, so that the page has voice control even
- * if a hook that uses only `page` loads it.
+ * Fixtures for `test.extend`: `voice`, and the option `voiceOptions`. Automatic, so that the page has voice control
+ * even if a hook that uses only `page` loads it.
  */
 export const voiceFixtures = {
   voiceOptions: [{}, { option: true }],

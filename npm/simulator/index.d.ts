@@ -10,8 +10,8 @@ export interface SimulatorOptions {
   /** The privileges of the application; by default the two that the API requires. */
   privileges?: Privilege[];
   /**
-   * The console lines that become events: `none` (the default), the page's own (`page`), or also those of the script API
-   * (`all`).
+   * The console lines that become events: `none` (the default), the page's own (`page`), or also those of the script
+   * API (`all`).
    */
   console?: 'none' | 'page' | 'all';
 }
@@ -58,7 +58,9 @@ export interface NoticeEvent {
 
 export type SimulatorEvent = StepEvent | ConsoleEvent | NoticeEvent;
 
-/** The TV around a page: the actions of the viewer and the voice service. Commands arrive in a later turn of the page. */
+/**
+ * The TV around a page: the actions of the viewer and the voice service. Commands arrive in a later turn of the page.
+ */
 export interface Tv {
   /** Says a phrase, such as `go to 1:30`, or `select` and the title of an item on the screen. */
   say(text: string): Promise<StepEvent>;

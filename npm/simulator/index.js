@@ -55,7 +55,9 @@ class Tv {
     });
   }
 
-  /** Handles the page's synchronous calls. Messages that they send to the voice service are delivered in a later turn. */
+  /**
+   * Handles the page's synchronous calls. Messages that they send to the voice service are delivered in a later turn.
+   */
   #calls() {
     return {
       text: (...args) => {

@@ -2,8 +2,9 @@
 import { consoleIn, runtimeIn, scriptApiIn } from '#page';
 
 /**
- * Publishes the script API under `path` in the window. `machine` answers its calls. `print(level, text, source)` receives
- * its console lines and, with `isWatching`, those of the page. Returns the function that receives posted messages.
+ * Publishes the script API under `path` in the window. `machine` answers its calls. `print(level, text, source)`
+ * receives its console lines and, with `isWatching`, those of the page. Returns the function that receives posted
+ * messages.
  */
 export function attach(window, path, { machine, print, isWatching }) {
   const reports = consoleIn(window, window.console ?? console)({ print });

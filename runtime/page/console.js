@@ -1,9 +1,10 @@
 // Formats console calls and uncaught errors of a page as lines of text.
 //
 // Evaluates to a function that is called once for each frame, before any script of the page. `native` provides
-// print(level, text, source), and optionally place(text), which maps a position (URL:LINE:COLUMN) to the author's source.
-// Only the runtime calls the functions of the result. Built-ins that the page may change later are read here, while they
-// are still the engine's own; a value that can't be formatted even so becomes a short text, never an exception.
+// print(level, text, source), and optionally place(text), which maps a position (URL:LINE:COLUMN) to the author's
+// source. Only the runtime calls the functions of the result. Built-ins that the page may change later are read here,
+// while they are still the engine's own; a value that can't be formatted even so becomes a short text, never an
+// exception.
 (function (native) {
   'use strict';
 
@@ -22,8 +23,8 @@
   var deepest = 4;
   var mostEntries = 100;
 
-  // The name and position of each call in a stack, innermost first, without calls in the runtime's scripts. Engines write
-  // "name@place" or "    at name (place)".
+  // The name and position of each call in a stack, innermost first, without calls in the runtime's scripts. Engines
+  // write "name@place" or "    at name (place)".
   function framesOf(error) {
     return toText((error && error.stack) || '')
       .split('\n')

@@ -2,9 +2,9 @@
 //
 // Evaluates to a function that is called once for each frame, before any script of the page. `native` provides
 // asked(url, where) for requests of scripts, failed(url, reason, where) for failed requests (the reason is empty if the
-// page can't know it), blocked(url, reason, where) for requests blocked by a policy, and url(text) and place(text), which
-// map a URL and a position in a script to the author's source. The function returns another function, which finds the
-// position in the document that requests a URL; its result is empty if unknown.
+// page can't know it), blocked(url, reason, where) for requests blocked by a policy, and url(text) and place(text),
+// which map a URL and a position in a script to the author's source. The function returns another function, which finds
+// the position in the document that requests a URL; its result is empty if unknown.
 (function (native) {
   'use strict';
 

@@ -2,8 +2,8 @@
 // exports.
 //
 // Evaluates to a function that is called once for each frame, before any script of the page. `reports` is the result of
-// console.js, and `native` provides close() in a main frame. Only the runtime calls the functions of the result. Built-ins
-// that the page may change later (JSON) are read here, while they are still the engine's own.
+// console.js, and `native` provides close() in a main frame. Only the runtime calls the functions of the result.
+// Built-ins that the page may change later (JSON) are read here, while they are still the engine's own.
 (function (reports, native) {
   'use strict';
 
@@ -28,8 +28,8 @@
     if (text.slice(-end.length) === end) reports.caught(error);
   }
 
-  // The console of a script API. Its lines are for debugging the API, not for the page's author; exceptions of the page's
-  // functions are for both.
+  // The console of a script API. Its lines are for debugging the API, not for the page's author; exceptions of the
+  // page's functions are for both.
   function apiConsole() {
     var api = {};
     ['log', 'info', 'warn', 'error', 'debug'].forEach(function (level) {
@@ -149,8 +149,8 @@
   if (native.close) window.close = closeWith(native.close);
 
   return {
-    // Runs a script API. `build(xwalk, extension, console, String)` is its source, wrapped so that it returns its exports;
-    // `sendSync` passes a call to its native side. Returns the function that receives messages posted to it.
+    // Runs a script API. `build(xwalk, extension, console, String)` is its source, wrapped so that it returns its
+    // exports; `sendSync` passes a call to its native side. Returns the function that receives messages posted to it.
     attach: function (path, build, sendSync) {
       window.CorviException = CorviException;
       var extension = { sendSync: sendSync, onmessage: function () {} };

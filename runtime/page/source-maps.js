@@ -1,7 +1,7 @@
 // Maps positions in running scripts to positions in the source files, with source maps.
 //
-// Evaluates to a function that is called once for each page, in an isolated world, to which neither the page's scripts nor
-// its content security policy apply. `sourceMap` is the library of that name.
+// Evaluates to a function that is called once for each page, in an isolated world, to which neither the page's scripts
+// nor its content security policy apply. `sourceMap` is the library of that name.
 (function (sourceMap) {
   'use strict';
 

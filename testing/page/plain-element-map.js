@@ -1,5 +1,5 @@
-// A reference implementation of the element map, to compare the script's with: no optimization, every path is built from
-// the element upwards. The body of a function that runs inside a page and returns {layout, paths}.
+// A reference implementation of the element map, to compare the script's with: no optimization, every path is built
+// from the element upwards. The body of a function that runs inside a page and returns {layout, paths}.
 const layout = [];
 const paths = [];
 let insideIframe = false;

@@ -1,8 +1,8 @@
 // Dispatches each voice command to its handler and sends the handler's result back as the answer. Every command gets
 // exactly one answer, whatever the handler does.
 
-// The parameter converters. Actions that are not listed pass on the text unchanged, among them ACTION_DEFAULT_SEARCH and
-// ACTION_CUSTOM, whose text is JSON.
+// The parameter converters. Actions that are not listed pass on the text unchanged, among them ACTION_DEFAULT_SEARCH
+// and ACTION_CUSTOM, whose text is JSON.
 var paramConverterByAction = new Map([
   [VoiceInteractionAppAction.ACTION_NAVIGATION, GetVoiceNavigationFromParam],
   [VoiceInteractionAppAction.ACTION_SEARCH, GetVoiceSearchTermFromParam],
@@ -28,8 +28,8 @@ function convertVoiceInteractionParam(action, param) {
   return convert ? convert(param) : param;
 }
 
-// Calls the action's handler with the converted parameter, or without an argument if there is none. Throws if the handler
-// throws or the action has no handler.
+// Calls the action's handler with the converted parameter, or without an argument if there is none. Throws if the
+// handler throws or the action has no handler.
 function callHandler(result, action, param) {
   var handler = handlerOf(action);
   var line = '_callback ' + logJson(result) + ' ' + logText(action);

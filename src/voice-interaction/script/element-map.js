@@ -11,8 +11,8 @@ var xpathMap = [];
 // The number of the next element.
 var itemId = 0;
 
-// Whether the walk is inside an inline frame. The end of every frame resets it, so elements after a nested frame count as
-// the page's. A walk that ends with an exception does not reset it.
+// Whether the walk is inside an inline frame. The end of every frame resets it, so elements after a nested frame count
+// as the page's. A walk that ends with an exception does not reset it.
 var insideIframe = false;
 
 // The last inline frame of the walk. Elements inside frames are looked up in its document later.
@@ -37,8 +37,8 @@ function updateLayoutMap() {
   }
 }
 
-// Walks the elements of one document, including its frames. `walkMemory` is the cache of generateXpath. It is only valid
-// for this walk, because the page may change afterwards.
+// Walks the elements of one document, including its frames. `walkMemory` is the cache of generateXpath. It is only
+// valid for this walk, because the page may change afterwards.
 function addToLayoutMap(elements, walkMemory) {
   var count = elements.length;
   for (var i = 0; i < count; i++) {

@@ -1,8 +1,8 @@
-// Builds the XPath that finds an element of the map again: from its document's root, or from the nearest ancestor with an
-// id.
+// Builds the XPath that finds an element of the map again: from its document's root, or from the nearest ancestor with
+// an id.
 
-// `walkMemory` is a Map from parent to childrenOf(), which a walk keeps for its duration, so that ancestors and siblings
-// are read only once instead of for each element. Without it nothing is cached.
+// `walkMemory` is a Map from parent to childrenOf(), which a walk keeps for its duration, so that ancestors and
+// siblings are read only once instead of for each element. Without it nothing is cached.
 function generateXpath(element, walkMemory) {
   var id = element && idOf(element);
   if (id) {
@@ -54,8 +54,8 @@ function childrenOf(parent, element, path) {
   return { path: path, tags: tags, at: null, tag: null, next: first };
 }
 
-// Advances to the given child, counting by tag name, and returns the cached data of its tag name. A walk asks in document
-// order, so each child is passed once. Returns nothing if the child is not ahead.
+// Advances to the given child, counting by tag name, and returns the cached data of its tag name. A walk asks in
+// document order, so each child is passed once. Returns nothing if the child is not ahead.
 function advanceTo(element, children) {
   while (children.at !== element && children.next) {
     children.at = children.next;

@@ -66,8 +66,8 @@ function GetListItem(param) {
   return convertByTable('GetListItemFromParam', listItemByParam, param, ListItem.LIST_UNKNOWN);
 }
 
-// JavaScript's conversion of a text to a number; 0 if it isn't one. Catches exceptions, because the conversion of a JSON
-// object such as {"valueOf": 0, "toString": 0} throws.
+// JavaScript's conversion of a text to a number; 0 if it isn't one. Catches exceptions, because the conversion of a
+// JSON object such as {"valueOf": 0, "toString": 0} throws.
 function numberFromParam(param) {
   try {
     var number = Number(param);

@@ -1,7 +1,7 @@
 // The page's registration. Only the functions of the registration files change these variables.
 
-// The object of callbacks that the application passed last. Its functions are read when it is passed; later changes have
-// no effect until the next setCallback.
+// The object of callbacks that the application passed last. Its functions are read when it is passed; later changes
+// have no effect until the next setCallback.
 var callbacks;
 
 // The names of the actions that the page handles, in the order of registration.

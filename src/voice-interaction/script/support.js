@@ -1,5 +1,5 @@
-// Common helpers of the script: the runtime's utilities and the channel to the page's native instance, calls that throw on
-// failure, the script's error type, and texts for log lines.
+// Common helpers of the script: the runtime's utilities and the channel to the page's native instance, calls that throw
+// on failure, the script's error type, and texts for log lines.
 
 // The runtime wraps the joined source in a function that provides `extension` and `exports`.
 var utils_ = xwalk.utils;
