@@ -91,7 +91,7 @@ TEST(VoiceScript, TakesEveryFormOfEveryStatement) {
             R"(items changed appeared 2|items changed vanished 2|item 3 focused|item 3 visible|)"
             R"(item 3 hidden|item 3 is "Play"|item "Play" is 3|reload without listening|)"
             R"(open "a.html" without listening for 1 s|restart|restart service|privileges none|)"
-            R"(privileges microphone http://a.example/b|timeout 1 s|wait 60 s)");
+            R"(privileges microphone http://a.example/b|clear storage|timeout 1 s|wait 60 s)");
   rows.push_back("phrases \"" + OwnPhrases() + "\"");
   std::string words;
   for (const std::string& row : rows) {
@@ -118,7 +118,6 @@ TEST(VoiceScript, SaysWhatIsWrongAndWhere) {
       {"say", "1:4: Expected a phrase."},
       {"say serch for The Sea",
        "1:5: Unknown phrase \"serch for The Sea\". Did you mean \"search for The Sea\"?"},
-      "clear storage",
       {"send ACTION_PUASE", "1:6: Unknown action ACTION_PUASE. Did you mean \"ACTION_PAUSE\"?"},
       {"send", "1:5: Expected an action, for example ACTION_PLAY."},
       {"inject a=b a=c", "1:12: The key a is given twice."},
