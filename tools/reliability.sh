@@ -53,7 +53,7 @@ fuzz_one() {
   return 1
 }
 
-reliability_programs=(service-restarts departures web-process-crashes load hostile-peers permissions)
+reliability_programs=(service-restarts departures web-process-crashes load hostile-peers permissions signals)
 
 reliability_usage() {
   cat <<EOT
@@ -67,6 +67,7 @@ seconds instead of minutes. Without a name all programs are run:
   web-process-crashes    the page's process is killed during commands
   load                   very many commands, and answers of critical sizes
   hostile-peers          messages that are malformed in every way
+  signals                runs are interrupted at random moments: they end in time and leave nothing
   permissions            access without privileges, by other users, and to other folders is refused
   processors             the native tests on 32-bit and 64-bit ARM, emulated; not part of --short unless named
 

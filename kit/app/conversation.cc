@@ -244,6 +244,13 @@ Status Conversation::Arrive(const Arrival& arrival, Change change) {
   return WaitForArrival(arrival, before, end);
 }
 
+Status Conversation::StartAgain(const std::function<Status()>& start, std::chrono::milliseconds limit) {
+  const int before = service_.registrations(app_id_);
+  if (const Status started = start(); !started) return started;
+  const Status arrived = WaitForArrival({}, before, Clock::now() + limit);
+  return arrived ? WaitForApp(limit) : arrived;
+}
+
 Status Conversation::Restart(const Arrival& arrival) {
   return Arrive(arrival, [this] { return service_.Restart(); });
 }

@@ -72,6 +72,9 @@ class Conversation {
   // A screenshot of the page with the items' boxes and numbers drawn on it, as PNG.
   Result<std::string> PictureOf(const ItemList& list);
 
+  // Runs `start`, which starts the application again, and waits until it has registered.
+  Status StartAgain(const std::function<Status()>& start, std::chrono::milliseconds limit);
+
   // Simulates a restart of the voice service, then waits for `arrival`.
   Status Restart(const Arrival& arrival = {});
   // Reloads the page, or loads another one, then waits for `arrival`.

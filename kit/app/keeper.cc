@@ -68,7 +68,6 @@ class Keeper {
     bus_ = StartBus(socket);
     close(socket);
     runtime_ = StartRuntime();
-    close(task_.runtime_output);
     return bus_ > 0 && runtime_ > 0 ? "" : "Can't start a process; has this user reached a process limit?";
   }
 
@@ -162,9 +161,25 @@ class Keeper {
     pollfd watched[] = {{channel_, POLLIN, 0}, {children_, POLLIN, 0}};
     for (;;) {
       poll(watched, std::size(watched), -1);
-      if (watched[0].revents != 0) return;
+      if (watched[0].revents != 0 && !TakeRequest()) return;
       Reap();
     }
+  }
+
+  // False if the other end has no more requests.
+  bool TakeRequest() {
+    char request = 0;
+    if (recv(channel_, &request, sizeof(request), MSG_DONTWAIT) <= 0) return false;
+    EndRuntime();
+    runtime_ = StartRuntime();
+    Report(kReportStarted, folder_);
+    return true;
+  }
+
+  void EndRuntime() {
+    if (runtime_ <= 0) return;
+    TellToEnd(runtime_);
+    if (!WaitForChild(runtime_, kRuntimeGrace)) kill(runtime_, SIGKILL);
   }
 
   void Reap() {
@@ -192,10 +207,7 @@ class Keeper {
 
   // Ends the runtime before the bus, because its page unregisters over the bus.
   void End() {
-    if (runtime_ > 0) {
-      TellToEnd(runtime_);
-      WaitForChild(runtime_, kRuntimeGrace);
-    }
+    EndRuntime();
     EndDescendants(kOthersGrace);
     std::error_code ignored;
     if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);

@@ -31,6 +31,10 @@ enum KeeperReport : char {
   kReportBusEnded = 'B',
 };
 
+// The one request to a keeper, a packet of this byte: start the runtime again, after ending what is left of
+// the last one. Answered with kReportStarted.
+constexpr char kRequestRuntime = 'A';
+
 // The largest packet, in bytes.
 constexpr size_t kReportSize = 8192;
 

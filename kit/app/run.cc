@@ -103,12 +103,15 @@ struct Run::Parts {
 
   void NoteEnd(Error reason) {
     if (ending) return;
+    // The news of the last end may be late.
+    if (is_starting_again && reason.kind == ErrorKind::kClosed) return;
     ending = std::make_unique<Error>(std::move(reason));
     EndWaits(*ending);
   }
 
   RunSinks sinks;
   bool is_ending = false;
+  bool is_starting_again = false;
   std::string last_sentence;
   std::unique_ptr<Error> ending;
   VoiceService service;
@@ -149,6 +152,18 @@ Result<std::unique_ptr<Run>> Run::Start(Supervisor& supervisor, const RunOptions
 
 Conversation& Run::conversation() {
   return *parts_->conversation;
+}
+
+Status Run::StartAgain(std::chrono::milliseconds limit) {
+  Parts& parts = *parts_;
+  if (const Status resumed = ResumeWaits(); !resumed) return resumed;
+  parts.ending.reset();
+  parts.last_sentence.clear();
+  parts.is_starting_again = true;
+  const Status started =
+      parts.conversation->StartAgain([&parts] { return parts.stage->StartRuntimeAgain(); }, limit);
+  parts.is_starting_again = false;
+  return started;
 }
 
 const Error* Run::ending() const {

@@ -74,6 +74,10 @@ class Run {
 
   Conversation& conversation();
 
+  // After the application has ended by itself: starts it again, lets waits go on, and waits at most for
+  // `limit` until it has registered.
+  Status StartAgain(std::chrono::milliseconds limit);
+
   // Why the application ended: the runtime's last message, with the kind of its exit status. kClosed after
   // window.close() or when the window was closed. Null while the application runs. The end of the application
   // also ends every wait on the main loop (service/main_loop.h) with this error.

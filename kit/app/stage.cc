@@ -95,6 +95,16 @@ Result<std::unique_ptr<Stage>> Stage::Start(Supervisor& supervisor, const std::v
   return Fail(stage->problem_, ErrorKind::kNoEnvironment);
 }
 
+Status Stage::StartRuntimeAgain() {
+  is_starting_again_ = true;
+  const char request = kRequestRuntime;
+  if (send(reports_, &request, sizeof(request), MSG_NOSIGNAL) > 0)
+    WaitUntil([this] { return !is_starting_again_ || !problem_.empty(); }, kStartTime);
+  if (!is_starting_again_) return {};
+  if (IsInterrupted()) return Fail(*WhyWaitsEnd());
+  return Fail("The web runtime can't be started again.", ErrorKind::kNoEnvironment);
+}
+
 Status Stage::Fork(const std::vector<std::string>& runtime) {
   const auto failure =
       Fail("Can't start the run's processes; has this user reached a limit of processes or open files?",
@@ -145,12 +155,15 @@ void Stage::TakeReport(const std::string& report) {
   const std::string text = report.substr(1);
   int status = 0;
   const char* const words = std::from_chars(text.data(), text.data() + text.size(), status).ptr;
-  if (report[0] == kReportStarted) folder_ = text;
+  if (report[0] == kReportStarted) {
+    folder_ = text;
+    is_starting_again_ = false;
+  }
   if (report[0] == kReportProblem) problem_ = text;
   if (is_ending_) return;
   if (report[0] == kReportBusEnded)
     events_.on_broken("The run's bus (dbus-daemon) " + HowItEnded(status) + ":" + words);
-  if (report[0] != kReportRuntimeEnded) return;
+  if (report[0] != kReportRuntimeEnded || is_starting_again_) return;
   // Everything that the runtime printed is in the pipe by now; read it before reporting the end.
   while (ReadOutput()) {
   }

@@ -37,6 +37,9 @@ class Stage {
   Stage(const Stage&) = delete;
   Stage& operator=(const Stage&) = delete;
 
+  // Starts the runtime again after its end, of which nothing more is reported then.
+  Status StartRuntimeAgain();
+
   // The run's folder.
   const std::string& folder() const { return folder_; }
 
@@ -68,6 +71,7 @@ class Stage {
   std::string folder_;
   std::string problem_;
   bool is_ending_ = false;
+  bool is_starting_again_ = false;
   // Guards the members that the supervisor's thread also uses.
   mutable std::mutex mutex_;
   pid_t keeper_ = 0;

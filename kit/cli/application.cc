@@ -166,9 +166,13 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
   return started;
 }
 
-Status WaitUntilListening(Run& run, const ApplicationOptions& options) {
+std::chrono::milliseconds LoadingLimit(const ApplicationOptions& options) {
   constexpr int kLoadingFactor = 4;
-  return run.conversation().WaitForApp(options.run.answer_timeout * kLoadingFactor);
+  return options.run.answer_timeout * kLoadingFactor;
+}
+
+Status WaitUntilListening(Run& run, const ApplicationOptions& options) {
+  return run.conversation().WaitForApp(LoadingLimit(options));
 }
 
 }  // namespace corvis::kit

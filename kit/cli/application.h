@@ -45,6 +45,9 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
                                               const ApplicationOptions& options, Printer notice = PrintLine,
                                               const Printer& console = PrintLine);
 
+// How long the page may take to load and to register.
+std::chrono::milliseconds LoadingLimit(const ApplicationOptions& options);
+
 // Waits until the application listens, for a multiple of the answer timeout, because loading takes longer.
 Status WaitUntilListening(Run& run, const ApplicationOptions& options);
 

@@ -78,10 +78,13 @@ class ScriptRun {
     const auto run = StartApplication(supervisor_, application, options_.application);
     if (!run) return Fail(run.error());
     Conversation& conversation = (*run)->conversation();
-    Status ready = WaitUntilListening(**run, options_.application);
-    if (ready) ready = conversation.NoteBeginning(PrivilegeUris(), !options_.application.run.profile.empty());
-    if (!ready) return ready;
-    ScriptRunner runner(conversation, events_, {options_.pace, ScreenshotFolder()});
+    const auto note = [&](const Status& ready) {
+      const bool has_profile = !options_.application.run.profile.empty();
+      return ready ? conversation.NoteBeginning(PrivilegeUris(), has_profile) : ready;
+    };
+    if (const Status ready = note(WaitUntilListening(**run, options_.application)); !ready) return ready;
+    const auto start_again = [&] { return note((*run)->StartAgain(LoadingLimit(options_.application))); };
+    ScriptRunner runner(conversation, events_, {options_.pace, ScreenshotFolder(), start_again});
     for (const VoiceScript& script : scripts_) runner.Run(script);
     totals_ = runner.totals();
     if (options_.is_coverage_reported || options_.least_coverage > 0) events_.Take(coverage_.Measure());

@@ -85,7 +85,14 @@ void ScriptRunner::AwaitClosing() {
 }
 
 Status ScriptRunner::PrepareScript() {
-  if (std::exchange(is_first_script_, false) || IsInterrupted()) return {};
+  if (std::exchange(is_first_script_, false)) return {};
+  if (has_ended_as_expected_ && Obstacle() == nullptr && options_.start_again) {
+    has_ended_as_expected_ = false;
+    is_closing_reported_ = false;
+    conversation_.ForgetConsole();
+    return options_.start_again();
+  }
+  if (IsInterrupted()) return {};
   conversation_.ForgetConsole();
   return conversation_.BeginAnew();
 }

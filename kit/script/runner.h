@@ -3,6 +3,7 @@
 #define CORVIS_KIT_SCRIPT_RUNNER_H_
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,9 @@ struct RunnerOptions {
   std::chrono::milliseconds pace{0};
   // The folder for screenshots of failed steps; empty for none.
   std::string screenshot_folder;
+  // Starts the application again for the next script if a step expected its end; null if that is not
+  // possible.
+  std::function<Status()> start_again;
 };
 
 // Emits the events of the scripts and of the page. The caller emits those of the whole run, of coverage and

@@ -44,6 +44,15 @@ void EndWaits(Error reason) {
   g_main_context_wakeup(nullptr);
 }
 
+Status ResumeWaits() {
+  const Error* reason = Reason().load();
+  if (reason == nullptr) return {};
+  // Not freed: another thread may still look at it.
+  const bool is_closing =
+      reason->kind == ErrorKind::kClosed && Reason().compare_exchange_strong(reason, nullptr);
+  return is_closing ? Status() : Fail(*reason);
+}
+
 const Error* WhyWaitsEnd() {
   return Reason().load();
 }

@@ -17,6 +17,9 @@ bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds tim
 void EndWaits(Error reason);
 // The reason passed to EndWaits; null if it was not called.
 const Error* WhyWaitsEnd();
+// Lets waits go on after the application has ended, before it is started again. An error if they are ended
+// for another reason, which is then the error.
+Status ResumeWaits();
 inline bool IsInterrupted() {
   return WhyWaitsEnd() != nullptr;
 }

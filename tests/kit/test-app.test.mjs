@@ -113,6 +113,16 @@ test('every way for a run to end has its status', async (t) => {
   }
 });
 
+test('the next script has the application again that a script expected to end', async (t) => {
+  const app = writePage(t, page);
+  const [closing, other] = ['closing', 'other'].map((name) => path.join(app, `${name}.voice`));
+  writeFileSync(closing, 'say exit\nexpect closed\n');
+  writeFileSync(other, 'say pause\nexpect success\n');
+  const { code, text } = await run(['test-app', app, closing, closing, other, other, closing]);
+  assert.equal(code, 0, text);
+  assert.equal(text.match(/^ok (?!.*# SKIP)/gm).length, 10, text);
+});
+
 test('scripts are read once, from pipes as from files', async (t) => {
   const folder = writePage(t, page);
   execFileSync('mkfifo', [path.join(folder, 'fifo.voice')]);

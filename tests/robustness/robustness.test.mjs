@@ -9,6 +9,7 @@ const programs = {
   'web-process-crashes': /3 kills, 3 pages listening again .* ends the run after \d crashes/,
   load: /12000 commands answered in order.* byte for byte/,
   'hostile-peers': /2000 hostile messages .* page untouched/,
+  signals: /6 signals .* 2 Ctrl-C .* 2 times SIGKILL.* no process and no file left/,
   permissions: /6 guarded methods refuse/,
 };
 
