@@ -12,7 +12,7 @@ const heading = `<!-- Made from npm/index.d.ts by \`node tools/api-reference.mjs
 # API reference
 
 The object \`corvis.voiceinteraction\` in a page of a TV application. The same text stands in the TypeScript
-declarations, \`npm/index.d.ts\`, where an editor shows it beside the code.
+declarations, \`npm/index.d.ts\`, where an editor shows it next to the code.
 [Voice control in ten minutes](ten-minutes.md) is the way in.
 `;
 
