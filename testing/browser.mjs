@@ -90,7 +90,7 @@ export async function checkTable(page, table) {
   assert.deepEqual(actual, expected);
 }
 
-/** Tests of a name and its table, as check('name')`rows`, on the page that `pageOf` gives when they run. */
+/** Defines tests with a name and a table, as check('name')`rows`, on the page that `pageOf` returns when they run. */
 export const checksOf =
   (pageOf) =>
   (name) =>

@@ -29,7 +29,7 @@ std::vector<Item> WithBoxes(const std::vector<Item>& items) {
   return found.empty() ? items : found;
 }
 
-// A page's text as part of a message of several lines.
+// Escapes a page's text for use in a message of several lines.
 std::string OneLine(std::string text) {
   const auto is_break = [](char c) { return c == '\n' || c == '\r'; };
   std::replace_if(text.begin(), text.end(), is_break, ' ');
@@ -133,7 +133,7 @@ std::string Conversation::WhyItMayNotListen() const {
     const auto line = std::find_if(console_.begin(), console_.end(), [&level](const std::string& text) {
       return text.compare(0, level.size(), level) == 0;
     });
-    // The stack is not for a sentence.
+    // Omit the stack.
     if (line != console_.end()) return "Its console says: " + line->substr(0, line->find('\n'));
   }
   return "Does it hold the privileges?";
@@ -291,7 +291,7 @@ Status Conversation::BeginAnew() {
   // A hang belongs to the previous script's result, so the error is dropped here.
   if (!Recover()) static_cast<void>(WaitForApp(timeout_));
   if (const Status granted = runtime_.SetPrivileges(privileges_); !granted) return granted;
-  // The old page leaves first, since it may store more, or have a database open.
+  // Unload the old page first, because it may store more data or keep a database open.
   if (const Status left = runtime_.Load("about:blank"); !left) return left;
   if (!is_storage_kept_) {
     if (const Status cleared = runtime_.ClearStorage(); !cleared) return cleared;

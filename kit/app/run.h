@@ -39,7 +39,7 @@ struct RunOptions {
   int height = 1080;
   // False: the page is shown in a window on the user's display.
   bool is_headless = true;
-  // An absolute path: what pages store is kept in this folder. Empty: each run begins with nothing stored.
+  // The absolute path of a folder for data that pages store. If empty, each run starts without stored data.
   std::string profile;
   // How long the page may take to answer a command.
   std::chrono::milliseconds answer_timeout{5000};

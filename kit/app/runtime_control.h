@@ -67,7 +67,7 @@ class RuntimeControl {
   // Returns whether it was killed.
   Result<bool> EndHangingPage(std::chrono::milliseconds limit);
   Status SetPrivileges(const std::vector<std::string>& uris);
-  // Removes all that pages have stored.
+  // Removes all data that pages have stored.
   Status ClearStorage();
   Status Quit();
 

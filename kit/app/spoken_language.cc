@@ -35,7 +35,7 @@ std::string EnvironmentLanguage() {
 Status SpokenLanguage::Speak(const std::string& tag) {
   const bool is_brought = std::any_of(
       files_.begin(), files_.end(), [&tag](const PhraseFile& file) { return LanguageOf(file.text) == tag; });
-  // Without phrases of its own, de-AT is de.
+  // A region without its own phrases, such as de-AT, uses those of the language.
   const std::string built_in = BuiltInLanguage(tag);
   return Open(is_brought || built_in.empty() ? tag : built_in, files_);
 }

@@ -74,9 +74,9 @@ bool IsSet(const char* variable) {
   return value != nullptr && *value != '\0';
 }
 
-// Declares what the application keeps, and how it meets servers.
+// Declares the options for stored data and for connections to servers.
 void AddStorageOptions(CLI::App& app, RunOptions& run) {
-  AddValue(app, "--profile", "DIR", "keep what the page stores there; otherwise nothing is kept", "", {},
+  AddValue(app, "--profile", "DIR", "folder for data that the page stores (default: nothing is kept)", "", {},
            [&run](const std::string& folder) { run.profile = std::filesystem::absolute(folder).string(); });
   AddValue(app, "--user-agent", "TEXT", "the user agent that the page and servers see", "", CheckUserAgent,
            [&run](const std::string& text) {

@@ -1,4 +1,4 @@
-// The table of JSON commands. Most of them are statements of voice scripts.
+// The table of JSON commands. Most of them run a statement of voice scripts.
 #include "cli/json_commands.h"
 
 #include <algorithm>
@@ -27,7 +27,7 @@ std::string TextOf(const Json& value) {
                            : value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-// The members of a command. The first problem is kept; what is read after that is empty.
+// Reads the members of a command. Keeps the first error; after it every read returns an empty value.
 class Members {
  public:
   explicit Members(const Json& command) : command_(command) {}
@@ -53,7 +53,7 @@ class Members {
     if (!found->is_boolean()) Note("Expected true or false as the member \"" + std::string(name) + "\".");
     return found->is_boolean() && found->get<bool>();
   }
-  // A whole number that is not negative, as text.
+  // A non-negative whole number, as text.
   std::string NumberOr(const char* name, const char* fallback) {
     const Json* found = Find(name);
     if (found == nullptr) return fallback;
@@ -64,7 +64,7 @@ class Members {
   void Note(const std::string& problem) {
     if (problem_.empty()) problem_ = problem;
   }
-  // Fails with the first problem; a member that nobody read is one.
+  // Fails with the first error. A member that was not read is an error.
   Status Check() {
     for (const auto& member : command_.items()) {
       if (std::find(known_.begin(), known_.end(), member.key()) == known_.end())
@@ -84,7 +84,8 @@ Result<Step> ReadStatement(const std::string& statement) {
   VoiceScript script = ParseVoiceScript(statement, "", SpokenLanguage());
   if (!script.errors.empty()) return Fail(script.errors[0].message);
   const bool is_one = script.tests.size() == 1 && script.tests[0].steps.size() == 1;
-  if (!is_one || !script.tests[0].steps[0].run) return Fail("Expected one statement that does something.");
+  if (!is_one || !script.tests[0].steps[0].run)
+    return Fail("Expected one statement other than a test or note.");
   return std::move(script.tests[0].steps[0]);
 }
 
@@ -96,7 +97,7 @@ Step MakeStep(StepRole role, std::string source, std::function<Verdict(Session&)
   return step;
 }
 
-// Adds what the callback threw to what a step finds.
+// Adds the exception of the callback to the results of a step.
 Step WithException(Step step, const Found& found) {
   step.run = [speak = std::move(step.run), found](Session& session) {
     Verdict verdict = speak(session);
@@ -145,7 +146,7 @@ Result<Step> ReadType(Members& members, const Found& /*found*/) {
   return ReadStatement("type " + Quoted(members.Text("text")));
 }
 
-// With a matcher, waits until it holds; otherwise looks once.
+// Waits until the matcher holds; without a matcher looks only once.
 template <typename Look>
 Result<Step> ReadLook(const std::string& source, const std::string& matcher, const Found& found, Look look) {
   if (!matcher.empty()) return ReadStatement(source + " " + matcher);
@@ -248,7 +249,7 @@ Result<JsonCommand> ReadJsonCommand(const Json& command) {
                                        [&name](const Row& known) { return known.name == name; });
   if (row == std::end(kCommands) && !read.is_quit && members.Find("command") != nullptr) return Unknown(name);
   Result<Step> step = row == std::end(kCommands) ? Step() : row->read(members, read.found);
-  // A member that is wrong comes before what follows from that.
+  // Report an invalid member before any error that results from it.
   if (const Status checked = members.Check(); !checked) return Fail(checked.error());
   if (!step) return Fail(step.error());
   read.step = std::move(*step);

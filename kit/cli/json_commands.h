@@ -1,4 +1,5 @@
-// The commands of `corvis run --json`: JSON objects, as steps. docs/driving-the-kit.md lists them.
+// Converts the commands of `corvis run --json`, which are JSON objects, to steps. docs/driving-the-kit.md
+// lists them.
 #ifndef CORVIS_KIT_CLI_JSON_COMMANDS_H_
 #define CORVIS_KIT_CLI_JSON_COMMANDS_H_
 
@@ -15,11 +16,11 @@ struct JsonCommand {
   // True for "quit", which has no step.
   bool is_quit = false;
   Step step;
-  // What the step found out, as members of its event. Filled while the step runs.
+  // The results of the step, as members of its event. Filled while the step runs.
   std::shared_ptr<nlohmann::ordered_json> found;
 };
 
-// Reads a command. An error says what is wrong with it.
+// Parses a command. The error says what was expected.
 Result<JsonCommand> ReadJsonCommand(const nlohmann::json& command);
 
 }  // namespace corvis::kit

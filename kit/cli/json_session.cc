@@ -1,4 +1,4 @@
-// Each command is a step of the script runner, which makes the events.
+// Runs each command as a step of the script runner, which emits the events.
 #include "cli/json_session.h"
 
 #include <utility>
@@ -16,7 +16,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// The events that only a session has. Null for others.
+// The forms of events that only a session has; null for others.
 Json SessionFormOf(const ActionsRegistered& registered) {
   return {{"event", "registered"}, {"actions", registered.actions}};
 }
@@ -34,7 +34,7 @@ Json SessionFormOf(const Other& /*event*/) {
   return nullptr;
 }
 
-// A step's event, without the place in a script that it doesn't have.
+// A step's event, without the position in a script.
 Json FormOf(const StepDone& done, const Json& id, const Json& found) {
   Json form = {{"event", "step"}, {"id", id}};
   form.update(JsonFormOf(done));

@@ -1,4 +1,4 @@
-// A conversation that another program drives: JSON commands in, JSON events out, one a line.
+// A conversation that another program drives with JSON commands and events, one per line.
 #ifndef CORVIS_KIT_CLI_JSON_SESSION_H_
 #define CORVIS_KIT_CLI_JSON_SESSION_H_
 
@@ -21,20 +21,20 @@ class JsonSession : public EventSink {
   explicit JsonSession(const std::string& application);
 
   void Take(const Event& event) override;
-  // Writes the event of a sentence of the voice service.
+  // Writes the event for a notice of the voice service.
   void TakeNotice(const std::string& sentence);
 
-  // Runs the commands that the lines hold, until "quit", the end of the lines or that of the application.
+  // Runs the commands in the lines until "quit", the end of input, or the end of the application.
   void Run(Conversation& conversation, LineSource& lines);
 
-  // Writes the last event, after that of an error. Returns `status`, or another if not every event could be
-  // written.
+  // Writes the event for the error, if any, and the last event. Returns `status`, or an error status if an
+  // event could not be written.
   Result<int> End(int status, const Error* error);
 
  private:
   using Json = nlohmann::ordered_json;
 
-  // Whether the session goes on.
+  // Runs one command. Returns whether the session continues.
   bool RunLine(ScriptRunner& runner, const std::string& line);
   void Write(const Json& event);
 

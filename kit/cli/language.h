@@ -23,7 +23,7 @@ void AddLanguageOptions(CLI::App& app, LanguageOptions& options);
 // Opens the language. Fails with kUsage if a file has mistakes or the language is unknown.
 Result<SpokenLanguage> OpenLanguage(const LanguageOptions& options);
 
-// The language that pages get, a tag. Empty for the environment's.
+// The tag of the language that pages see; empty for the environment's.
 std::string PageLanguage(const LanguageOptions& options, const SpokenLanguage& language);
 
 }  // namespace corvis::kit

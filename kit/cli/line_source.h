@@ -48,7 +48,7 @@ Completion Complete(const std::string& typed, const std::vector<std::string>& wo
 // Opens a prompt with `words` for completion if standard input and output are terminals, and plain standard
 // input otherwise.
 std::unique_ptr<LineSource> OpenStandardInput(std::vector<std::string> words);
-// Lines from standard input as they come, also from a terminal.
+// Opens plain standard input, even if it is a terminal.
 std::unique_ptr<LineSource> OpenPlainInput();
 
 }  // namespace corvis::kit

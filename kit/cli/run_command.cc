@@ -23,7 +23,7 @@ class RunCommand : public Subcommand {
     options_.console = "page";
     AddApplicationOptions(app, Viewer::kPerson, options_);
     app.option_defaults()->group("For other programs");
-    AddFlag(app, "--json", "reads JSON commands from standard input, writes JSON events to standard output",
+    AddFlag(app, "--json", "read JSON commands from standard input, write JSON events to standard output",
             is_json_);
     DescribeStatuses(app,
                      {{kExitOk, "ended by quit, by the end of input, or by closing the window at the prompt"},

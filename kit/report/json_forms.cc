@@ -1,4 +1,4 @@
-// Events as JSON objects.
+// Converts events to JSON objects.
 #include "report/json_forms.h"
 
 #include <nlohmann/json.hpp>

@@ -1,4 +1,4 @@
-// Events as JSON objects, for programs. docs/voice-scripts.md describes them.
+// Converts events to JSON objects, which docs/voice-scripts.md describes.
 #ifndef CORVIS_KIT_REPORT_JSON_FORMS_H_
 #define CORVIS_KIT_REPORT_JSON_FORMS_H_
 

@@ -1,4 +1,4 @@
-// One look at what the page shows and holds.
+// Reads texts and values of the page once, without waiting.
 #ifndef CORVIS_KIT_SCRIPT_PAGE_LOOK_H_
 #define CORVIS_KIT_SCRIPT_PAGE_LOOK_H_
 

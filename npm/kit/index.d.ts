@@ -4,13 +4,13 @@ import type { ContentContextItem, ElementMapItem, VoiceInteractionAppAction } fr
 import type { StepEvent } from '../simulator/index.js';
 
 export interface LaunchOptions {
-  /** The kit's program; `corvis`, as found by PATH, unless given. */
+  /** The kit's program; by default `corvis` in PATH. */
   command?: string;
   /** Options of `corvis run`, such as `['--size', '1280x720']`. */
   args?: string[];
-  /** Environment variables besides those of this process. */
+  /** Additional environment variables. */
   env?: Record<string, string>;
-  /** The folder in which relative paths begin. */
+  /** The folder to which relative paths refer. */
   cwd?: string;
 }
 
@@ -21,8 +21,8 @@ export interface KitEvent {
 }
 
 /**
- * A running application. A method rejects with an Error that has the kit's sentence, and the event as its member
- * `event`.
+ * A running application. On failure methods reject with an Error that has the kit's message, and the event as its
+ * member `event`.
  */
 export interface Kit {
   /** Says a phrase, or `select` and the title of an item on the screen. */
@@ -36,31 +36,31 @@ export interface Kit {
   press(key: string, times?: number): Promise<StepEvent>;
   /** Types into the focused field. */
   type(text: string): Promise<StepEvent>;
-  /** What can be selected on the screen; with a title what `select` and this title means. */
+  /** The items on the screen; with a title only those that `select` with this title matches. */
   items(title?: string): Promise<Array<ElementMapItem | ContentContextItem>>;
-  /** What the first element shows that the selector finds; with a matcher, waits until it holds. */
+  /** The text of the first element that the selector matches; with a matcher, waits until it holds. */
   show(selector: string, matcher?: string): Promise<string>;
   /** The value of a JavaScript expression; with a matcher, waits until it holds. */
   value(expression: string, matcher?: string): Promise<any>;
-  /** Writes what the window shows as a PNG file; `items` draws the numbers of the items on it. */
+  /** Saves a screenshot as a PNG file; `items` draws the numbers of the items on it. */
   screenshot(file: string, options?: { items?: boolean }): Promise<StepEvent>;
   /** Loads another page. */
   open(url: string): Promise<StepEvent>;
-  /** Loads the page again. */
+  /** Reloads the page. */
   reload(): Promise<StepEvent>;
-  /** The voice service restarts. */
+  /** Restarts the voice service. */
   restartService(): Promise<StepEvent>;
-  /** Any other statement of voice scripts, such as `privileges none`. */
+  /** Runs any other statement of voice scripts, such as `privileges none`. */
   do(statement: string): Promise<StepEvent>;
-  /** The last thing said; throws when nothing has been said. */
+  /** The last step that said or sent something; throws if there is none. */
   readonly last: StepEvent;
-  /** Its answer. */
+  /** The answer to that step. */
   readonly answer: string | undefined;
-  /** Everything that happened, oldest first. */
+  /** All events, oldest first. */
   events(): KitEvent[];
-  /** Calls `listener` with every further event; returns a function that ends that. */
+  /** Calls `listener` with every further event. Returns a function that removes the listener. */
   onEvent(listener: (event: KitEvent) => void): () => void;
-  /** Ends the application and everything that was started for it. */
+  /** Ends the application and all processes of its run. */
   close(): Promise<void>;
   [Symbol.asyncDispose](): Promise<void>;
 }

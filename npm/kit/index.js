@@ -1,11 +1,11 @@
-// The desktop kit for tests in Node: runs an application in the kit's web engine, by `corvis run --json`.
+// The desktop kit for tests in Node: runs an application in the kit's web engine, with `corvis run --json`.
 import { spawn } from 'node:child_process';
 import { createInterface } from 'node:readline';
 
-// How long the kit may take to end by itself, in milliseconds; it ends its processes within two seconds.
+// How long the kit may take to exit by itself, in milliseconds; it ends its processes within two seconds.
 const grace = 5_000;
 
-/** Kits that run; they end with this process. */
+/** The running kits, which end with this process. */
 const running = new Set();
 process.on('exit', () => running.forEach((child) => child.kill()));
 
@@ -23,13 +23,13 @@ function start(app, { command, args, env, cwd }) {
     cwd,
     env: { ...process.env, ...env },
   });
-  // A kit that has ended takes no command; its end says why.
+  // Ignored: the exit of the kit reports why it no longer accepts commands.
   child.stdin.on('error', () => {});
   running.add(child);
   return child;
 }
 
-/** The rest of an event's line, as the events of the simulator. */
+/** The items in an event, in the form of the simulator's. */
 function itemsOf({ answer, numbers }) {
   const items = JSON.parse(answer);
   return numbers.map((number) => items[number]);
@@ -178,8 +178,8 @@ class Kit {
 }
 
 /**
- * Runs an application: a folder with an index.html, an HTML file or a URL. Everything said waits for its answer; what
- * fails is an Error with the kit's sentence.
+ * Runs an application: a folder with an index.html, an HTML file or a URL. All commands wait for their answer; a
+ * failure is an Error with the kit's message.
  */
 export async function launch(app, options = {}) {
   const kit = new Kit(start(app, checkedOptions(options)));

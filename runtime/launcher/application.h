@@ -23,8 +23,8 @@ struct Application {
 // file, and `error` is an error message.
 Application FindApplication(const std::string& page, std::string& error);
 
-// Starts a server for an application's files, at the address that the profile remembers, if any. Returns null
-// and an error message on failure, and null without a message for a URL, which needs no server.
+// Starts a server for an application's files, at the address stored in the profile, if any. Returns null and
+// an error message on failure, and null without a message for a URL, which needs no server.
 std::unique_ptr<ApplicationServer> ServeApplication(Application& application, const Options& options,
                                                     std::string& error);
 

@@ -202,7 +202,8 @@ gboolean Browser::OnLoadFailed(WebKitWebView* /*view*/, WebKitLoadEvent /*event*
   browser->load_error_ = std::string(uri) +
                          " can't be loaded: " + (is_download ? "it would be a download" : error->message) +
                          ".";
-  if (error->domain == G_TLS_ERROR) browser->load_error_ += " --ignore-tls-errors takes it all the same.";
+  if (error->domain == G_TLS_ERROR)
+    browser->load_error_ += " Use --ignore-tls-errors to accept the certificate.";
   return TRUE;
 }
 

@@ -44,7 +44,7 @@ class Browser {
   // during another one cancels it, and the other's `done` receives kAnotherLoad.
   void Load(const std::string& uri, ResultCallback done);
   void Reload(ResultCallback done);
-  // Removes everything that pages have stored.
+  // Removes all data that pages have stored.
   void ClearStorage(ResultCallback done);
   // For the end of the run: waits, up to a limit, until the page's extensions have shut down, and answers
   // pending calls.

@@ -175,7 +175,7 @@ constexpr OptionRow kRows[] = {
      SetSinglePage},
     {"language", "TAG", "the language that pages see, such as de-AT (default: the environment's)",
      SetLanguage},
-    {"profile", "FOLDER", "keep what pages store there; otherwise nothing is kept", SetProfile},
+    {"profile", "FOLDER", "folder for data that pages store (default: nothing is kept)", SetProfile},
     {"user-agent", "TEXT", "the user agent that pages and servers see", SetUserAgent},
     {"ignore-tls-errors", nullptr, "accept servers whose certificate is not trusted", IgnoreTlsErrors},
     {"headless", nullptr, "run without a window or display (starts an Xvfb)", SetHeadless},

@@ -32,14 +32,14 @@ struct Options {
   int height = 1080;
   bool is_headless = false;
   bool is_single_page = false;
-  // The folder of what pages store; empty: one of the run's own.
+  // The folder for data that pages store; if empty, one in the run's folder.
   std::string profile;
-  // Empty: the engine's own.
+  // If empty, the engine's own.
   std::string user_agent;
   bool are_tls_errors_ignored = false;
   KeyCodes key_codes;
   ConsoleKind console = ConsoleKind::kPage;
-  // What pages get as navigator.language: a BCP 47 tag, by default that of the environment.
+  // The value of navigator.language, a BCP 47 tag; by default that of the environment.
   std::string language;
   // A URL, an HTML file, or a folder.
   std::string page;

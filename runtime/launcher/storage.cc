@@ -1,4 +1,4 @@
-// Sets up the engine's storage and clears it; remembers a profile's address.
+// Sets up and clears the engine's storage, and stores a profile's address.
 #include "launcher/storage.h"
 
 #include <memory>
@@ -43,7 +43,7 @@ void ClearStorage(WebKitWebContext* context, Done done) {
 std::string MakeProfile(const std::string& profile) {
   constexpr int kForItsUser = 0700;
   if (g_mkdir_with_parents(profile.c_str(), kForItsUser) == 0) return "";
-  return "The profile " + profile + " can't be made: " + g_strerror(errno) + ".";
+  return "The profile " + profile + " can't be created: " + g_strerror(errno) + ".";
 }
 
 std::string ReadAuthority(const std::string& profile) {

@@ -15,15 +15,15 @@ namespace corvis::tv {
 // workers.
 nurvo::GObjectPtr<WebKitWebContext> NewWebContext(const std::string& profile);
 
-// Removes everything that pages have stored. `done` gets an error message, empty on success.
+// Removes all data that pages have stored. `done` receives an error message, empty on success.
 void ClearStorage(WebKitWebContext* context, std::function<void(const std::string& error)> done);
 
-// Creates a profile's folder if necessary, accessible to its user only. Returns an error message, empty on
+// Creates a profile's folder, accessible only to its user, if necessary. Returns an error message, empty on
 // success.
 std::string MakeProfile(const std::string& profile);
 
-// The HOST:PORT where the profile's application was served, empty for a new profile. It is served there
-// again, since storage belongs to an origin.
+// The HOST:PORT at which the profile's application was served; empty for a new profile. It is served there
+// again, because stored data belongs to an origin.
 std::string ReadAuthority(const std::string& profile);
 bool WriteAuthority(const std::string& profile, const std::string& authority);
 

@@ -26,7 +26,7 @@ class Runtime {
   int32_t status = 0;
   std::string name;
   std::string script;
-  // An interface that the runtime does not have.
+  // The name of an interface that the runtime does not provide.
   const std::string missing_interface;
   // The messages posted to each page, in order.
   std::map<InstanceHandle, std::vector<std::string>> posted;
@@ -45,7 +45,7 @@ class Runtime {
   // Like Call, with the text of the whole call.
   std::string CallRaw(InstanceHandle page, const std::string& message);
 
-  // A message that nobody waits for.
+  // Delivers a message that expects no reply.
   static void Message(InstanceHandle page, const std::string& message);
 
   // Creates a page that has registered `actions`, the elements of a JSON array, and listens.
