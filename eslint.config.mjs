@@ -55,6 +55,8 @@ export default [
         // Of the script API and kit/app/item_rules.js, for those that ask what an item is.
         isActivatable: 'readonly',
         titleOf: 'readonly',
+        hasFocus: 'readonly',
+        isVisible: 'readonly',
         isItem: 'writable',
       },
     },

@@ -51,6 +51,7 @@ set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Voice control for web applications on a
 set(CPACK_DEBIAN_KIT_PACKAGE_NAME corvis-kit)
 set(CPACK_DEBIAN_KIT_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_KIT_PACKAGE_DEPENDS "dbus, xvfb, fonts-dejavu-core")
+set(CPACK_DEBIAN_KIT_PACKAGE_RECOMMENDS "gstreamer1.0-plugins-bad, gstreamer1.0-libav, fonts-wqy-microhei")
 set(CPACK_COMPONENT_KIT_DESCRIPTION "Voice control for web applications on a TV: try and test on a desktop")
 set(CPACK_COMPONENT_KIT_DEPENDS library)
 include(CPack)

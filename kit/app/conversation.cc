@@ -78,8 +78,10 @@ Conversation::Conversation(VoiceService& service, std::string app_id, std::chron
     : service_(service), app_id_(std::move(app_id)), timeout_(timeout), runtime_(app_id_) {
   runtime_.WatchConsole(
       [this](const auto& level, const auto& text, const auto& source) { TakeConsole(level, text, source); });
+  runtime_.WatchLoads([this] { ++loads_; });
   runtime_.WatchCrashes([this] {
     ++crashes_;
+    loads_before_crash_ = loads_;
     if (on_crash_) on_crash_();
   });
 }
@@ -96,6 +98,8 @@ void Conversation::TakeConsole(const std::string& level, const std::string& text
     return registered_.TakeLine(text);
   }
   console_.push_back(level + ": " + text);
+  const bool is_uncaught = level == "uncaught" && page_error_.compare(0, level.size(), level) != 0;
+  if (is_uncaught || (level == "error" && page_error_.empty())) page_error_ = console_.back();
   if (console_.size() > kConsoleLines) console_.pop_front();
 }
 
@@ -104,6 +108,32 @@ std::string Conversation::ExceptionOf(const Turn& turn) {
   // Console lines arrive over a different connection than the answer; wait until they are here.
   const Status heard = runtime_.Sync();
   return heard ? callbacks_.ExceptionOf(turn.command.action) : "";
+}
+
+Status Conversation::WaitForPage(std::chrono::milliseconds timeout) {
+  const auto is_there = [this] { return loads_ > loads_before_crash_ || service_.HasApp(app_id_); };
+  if (WaitUntil(is_there, timeout)) {
+    WaitForLoad(timeout);
+    if (!IsInterrupted()) return {};
+  }
+  if (IsInterrupted()) return Fail(*WhyWaitsEnd());
+  return Fail("The page has not loaded within " + std::to_string(timeout.count()) + " ms." + ConsoleError(),
+              ErrorKind::kNoApplication);
+}
+
+void Conversation::WaitForRest() {
+  constexpr auto kRest = std::chrono::milliseconds(250);
+  constexpr auto kInterval = std::chrono::milliseconds(50);
+  const auto end = Clock::now() + timeout_;
+  auto quiet_since = Clock::now();
+  std::string last;
+  while (!IsInterrupted() && Clock::now() < end && Clock::now() - quiet_since < kRest) {
+    const Result<std::string> now = runtime_.Activity();
+    if (!now) return;
+    if (*now != last) quiet_since = Clock::now();
+    last = *now;
+    WaitUntil([] { return false; }, kInterval);
+  }
 }
 
 Status Conversation::WaitForApp(std::chrono::milliseconds timeout) {
@@ -128,15 +158,34 @@ Error Conversation::WhyAbsent(std::chrono::milliseconds timeout) const {
   return {"The application " + app_id_ + " " + sentence, ErrorKind::kNoApplication};
 }
 
+Status Conversation::CheckListening() {
+  const auto is_there = [this] { return service_.HasApp(app_id_); };
+  if (WaitUntil(is_there, waits_to_be_heard_ ? timeout_ : std::chrono::milliseconds(0))) return {};
+  if (waits_to_be_heard_) return Fail(WhyAbsent(timeout_));
+  return Fail("The application " + app_id_ + " is not running, or its page has not called listen() yet. " +
+              WhyItMayNotListen());
+}
+
+std::string Conversation::ConsoleError() const {
+  // The stack is not for a sentence.
+  if (!page_error_.empty()) return " Its console says: " + page_error_.substr(0, page_error_.find('\n'));
+  return "";
+}
+
 std::string Conversation::WhyItMayNotListen() const {
-  for (const std::string level : {"uncaught: ", "error: "}) {
-    const auto line = std::find_if(console_.begin(), console_.end(), [&level](const std::string& text) {
-      return text.compare(0, level.size(), level) == 0;
-    });
-    // Omit the stack.
-    if (line != console_.end()) return "Its console says: " + line->substr(0, line->find('\n'));
-  }
-  return "Does it hold the privileges?";
+  const std::string error = ConsoleError();
+  if (!error.empty()) return error.substr(1);
+  const auto is_held = [this](const char* name) {
+    return std::find(held_privileges_.begin(), held_privileges_.end(), PrivilegeUri(name)) !=
+           held_privileges_.end();
+  };
+  return is_held("microphone") && is_held("voicecontrol") ? "Its console shows no error."
+                                                          : "Does it hold the privileges?";
+}
+
+Status Conversation::SetPrivileges(std::vector<std::string> uris) {
+  held_privileges_ = std::move(uris);
+  return runtime_.SetPrivileges(held_privileges_);
 }
 
 void Conversation::WaitForLoad(std::chrono::milliseconds timeout) {
@@ -151,6 +200,10 @@ void Conversation::WaitForLoad(std::chrono::milliseconds timeout) {
 
 Turn Conversation::Send(const Command& command, const std::string& said) {
   Turn turn{said, command, true, {}, ""};
+  if (const Status listening = CheckListening(); !listening) {
+    turn.answer = Fail(listening.error());
+    return turn;
+  }
   crashes_before_ = crashes_;
   const Result<uint64_t> id = service_.Send(app_id_, command);
   turn.answer = id ? Await(*id, timeout_) : Result<Answer>(Fail(id.error()));
@@ -210,6 +263,13 @@ Result<ItemList> Conversation::AskItems() {
   return Fail("Expected a list of items; the page answered: " + OneLine(answer->data.substr(0, 200)));
 }
 
+Result<ItemList> Conversation::LookForItems() {
+  const Result<std::string> seen = runtime_.Items();
+  if (!seen) return Fail(seen.error());
+  if (auto list = ReadItems(*seen)) return std::move(*list);
+  return Fail("The page returned no list of items. Does it replace built-in functions of the browser?");
+}
+
 Result<std::string> Conversation::PictureOf(const ItemList& list) {
   const Result<std::string> looked_up = runtime_.Evaluate(PlacesExpression(list));
   if (!looked_up) return Fail("Can't locate the items on the page. " + looked_up.error().message);
@@ -240,15 +300,17 @@ template <typename Change>
 Status Conversation::Arrive(const Arrival& arrival, Change change) {
   const int before = service_.registrations(app_id_);
   const auto end = Clock::now() + timeout_;
+  page_error_.clear();
   if (const Status changed = change(); !changed) return changed;
   return WaitForArrival(arrival, before, end);
 }
 
 Status Conversation::StartAgain(const std::function<Status()>& start, std::chrono::milliseconds limit) {
-  const int before = service_.registrations(app_id_);
+  page_error_.clear();
+  loads_before_crash_ = loads_;
   if (const Status started = start(); !started) return started;
-  const Status arrived = WaitForArrival({}, before, Clock::now() + limit);
-  return arrived ? WaitForApp(limit) : arrived;
+  const bool is_loaded = WaitUntil([this] { return loads_ > loads_before_crash_; }, limit);
+  return is_loaded ? Status() : WaitForPage(std::chrono::milliseconds(0));
 }
 
 Status Conversation::Restart(const Arrival& arrival) {
@@ -289,14 +351,17 @@ Status Conversation::Recover() {
 
 Status Conversation::BeginAnew() {
   // A hang belongs to the previous script's result, so the error is dropped here.
-  if (!Recover()) static_cast<void>(WaitForApp(timeout_));
-  if (const Status granted = runtime_.SetPrivileges(privileges_); !granted) return granted;
+  if (!Recover()) static_cast<void>(WaitForPage(timeout_));
+  if (const Status granted = SetPrivileges(privileges_); !granted) return granted;
   // Unload the old page first, because it may store more data or keep a database open.
   if (const Status left = runtime_.Load("about:blank"); !left) return left;
   if (!is_storage_kept_) {
     if (const Status cleared = runtime_.ClearStorage(); !cleared) return cleared;
   }
-  return Arrive({}, [this] { return runtime_.Load(home_); });
+  // What is said from now on is for the new page.
+  page_error_.clear();
+  WaitUntil([this] { return !service_.HasApp(app_id_); }, timeout_);
+  return runtime_.Load(home_);
 }
 
 }  // namespace corvis::kit

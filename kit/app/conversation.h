@@ -47,8 +47,15 @@ class Conversation {
  public:
   Conversation(VoiceService& service, std::string app_id, std::chrono::milliseconds timeout);
 
+  // Waits until the page is loaded, whether it listens or not. Fails with kNoApplication.
+  Status WaitForPage(std::chrono::milliseconds timeout);
   // Waits until the application has registered and its page is loaded. Fails with kNoApplication.
   Status WaitForApp(std::chrono::milliseconds timeout);
+  // Waits, up to the time limit, until the page has loaded and changed nothing for a quarter of a second.
+  void WaitForRest();
+  // Lets Say and Send wait for a page that doesn't listen yet, up to the time limit. Otherwise they fail at
+  // once.
+  void WaitToBeHeard() { waits_to_be_heard_ = true; }
 
   // The phrases of the language; English by default.
   const Phrasebook& phrases() const { return phrases_; }
@@ -66,13 +73,15 @@ class Conversation {
 
   // Asks the application for the items on its screen.
   Result<ItemList> AskItems();
+  // Looks for the items in the page, whether it listens or not.
+  Result<ItemList> LookForItems();
   // The turn of the last AskItems.
   const Turn& items_turn() const { return items_turn_; }
 
   // A screenshot of the page with the items' boxes and numbers drawn on it, as PNG.
   Result<std::string> PictureOf(const ItemList& list);
 
-  // Runs `start`, which starts the application again, and waits until it has registered.
+  // Runs `start`, which starts the application again, and waits until its page is loaded.
   Status StartAgain(const std::function<Status()>& start, std::chrono::milliseconds limit);
 
   // Simulates a restart of the voice service, then waits for `arrival`.
@@ -88,9 +97,15 @@ class Conversation {
   // Saves the current page and the application's privileges (URIs) as the initial state. What pages store is
   // cleared to restore it, unless `is_storage_kept`.
   Status NoteBeginning(std::vector<std::string> privileges, bool is_storage_kept);
-  // Restores the initial state: grants the privileges, loads the page and waits until it listens.
+  // Restores the initial state: grants the privileges and loads the page.
   Status BeginAnew();
 
+  // Replaces the privileges (URIs) of the application.
+  Status SetPrivileges(std::vector<std::string> uris);
+  // Notes the privileges with which the application was started.
+  void NotePrivileges(std::vector<std::string> uris) { held_privileges_ = std::move(uris); }
+
+  bool is_listening() const { return service_.HasApp(app_id_); }
   VoiceService& service() { return service_; }
   RuntimeControl& runtime() { return runtime_; }
   const std::string& app_id() const { return app_id_; }
@@ -103,6 +118,8 @@ class Conversation {
   void ForgetConsole() { console_.clear(); }
   // A sentence with the first error on the page's console, or, if there is none, a hint.
   std::string WhyItMayNotListen() const;
+  // " Its console says: …" with the first error on the page's console, or nothing.
+  std::string ConsoleError() const;
   // Callbacks for console lines and crashes, as they happen.
   void set_on_console(RuntimeControl::ConsoleSink take) { on_console_ = std::move(take); }
   void set_on_crash(std::function<void()> take) { on_crash_ = std::move(take); }
@@ -117,6 +134,8 @@ class Conversation {
   template <typename Change>
   Status Arrive(const Arrival& arrival, Change change);
   Status WaitForArrival(const Arrival& arrival, int registered_before, Clock::time_point end);
+  // Fails unless the page listens, or starts to in time.
+  Status CheckListening();
   Error WhyAbsent(std::chrono::milliseconds timeout) const;
   // Sends the command of a phrase with the number of its item. Without exactly one such item, returns a turn
   // that is not sent and says why.
@@ -136,8 +155,15 @@ class Conversation {
   int crashes_ = 0;
   // The value of crashes_ at the last send.
   int crashes_before_ = 0;
+  bool waits_to_be_heard_ = false;
+  // The first uncaught error of the page, or else the first error on its console.
+  std::string page_error_;
+  // The number of loaded pages so far, and as of the last crash.
+  int loads_ = 0;
+  int loads_before_crash_ = 0;
   std::string home_;
   std::vector<std::string> privileges_;
+  std::vector<std::string> held_privileges_;
   bool is_storage_kept_ = false;
   Turn items_turn_;
 };

@@ -143,6 +143,9 @@ Result<std::unique_ptr<Run>> Run::Start(Supervisor& supervisor, const RunOptions
     return Fail(parts->ending ? *parts->ending : started.error());
   parts->conversation =
       std::make_unique<Conversation>(parts->service, options.app_id, options.answer_timeout);
+  std::vector<std::string> privileges;
+  for (const std::string& name : options.privileges) privileges.push_back(PrivilegeUri(name));
+  parts->conversation->NotePrivileges(std::move(privileges));
   parts->conversation->set_on_console(parts->sinks.console);
   parts->conversation->set_on_crash(
       [&to = *parts] { to.Notice("The page's process crashed; the runtime reloads the page."); });

@@ -62,7 +62,7 @@ struct RunSinks {
 
 class Run {
  public:
-  // Starts the processes and the voice service. Does not wait for the page; conversation().WaitForApp does.
+  // Starts the processes and the voice service. Does not wait for the page; conversation().WaitForPage does.
   // Fails with kNoEnvironment if a program is missing or the folder can't be created.
   static Result<std::unique_ptr<Run>> Start(Supervisor& supervisor, const RunOptions& options,
                                             RunSinks sinks);

@@ -11,6 +11,8 @@
 #include "nurvo_desktop/bus.h"
 #include "nurvo_desktop/sd_bus_ptr.h"
 #include "page_address_script.h"
+#include "page_items_script.h"
+#include "page_rest_script.h"
 #include "service/main_loop.h"
 
 namespace corvis::kit {
@@ -159,6 +161,10 @@ void RuntimeControl::WatchClosing(std::function<void()> sink) {
   closing_ = NewWatch(tv::kClosedSignal, [sink = std::move(sink)](sd_bus_message* /*signal*/) { sink(); });
 }
 
+void RuntimeControl::WatchLoads(std::function<void()> sink) {
+  loads_ = NewWatch(tv::kLoadedSignal, [sink = std::move(sink)](sd_bus_message* /*signal*/) { sink(); });
+}
+
 Result<std::string> RuntimeControl::Ask(const tv::ControlMethod& method,
                                         const std::vector<std::string>& arguments) const {
   Call call;
@@ -228,6 +234,13 @@ Result<bool> RuntimeControl::IsLoaded() {
   const auto state = CallPage("loadingState");
   if (!state) return Fail(state.error());
   return PlainValue(*state) == "complete";
+}
+
+Result<std::string> RuntimeControl::Items() {
+  return Evaluate(CallAboutItems(kPageItems, "pageItems"));
+}
+Result<std::string> RuntimeControl::Activity() {
+  return Evaluate(CallInPage(kPageRest, "activity", std::vector<std::string>()));
 }
 
 Result<std::string> RuntimeControl::Screenshot() {

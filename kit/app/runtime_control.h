@@ -38,6 +38,8 @@ class RuntimeControl {
   void WatchCrashes(std::function<void()> sink);
   // Calls `sink` when the page has closed itself; the runtime then ends.
   void WatchClosing(std::function<void()> sink);
+  // Calls `sink` when a page is loaded.
+  void WatchLoads(std::function<void()> sink);
   // The time limit of each call.
   void set_timeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
 
@@ -55,6 +57,10 @@ class RuntimeControl {
   Result<std::optional<std::string>> GoToPlace(const std::string& url);
   // Whether the page is loaded, including its images and frames.
   Result<bool> IsLoaded();
+  // A text that changes whenever the page has loaded or changed something since the first call.
+  Result<std::string> Activity();
+  // The page's items as JSON, as the script API would list them.
+  Result<std::string> Items();
   // The visible page as PNG.
   Result<std::string> Screenshot();
   // Press a key of a remote control, by its name in corvis_tv/remote_keys.h, or the keys of a text. Return
@@ -88,6 +94,7 @@ class RuntimeControl {
   std::chrono::milliseconds timeout_;
   std::unique_ptr<Watch> console_;
   std::unique_ptr<Watch> crashes_;
+  std::unique_ptr<Watch> loads_;
   std::unique_ptr<Watch> closing_;
 };
 

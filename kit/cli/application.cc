@@ -171,6 +171,10 @@ std::chrono::milliseconds LoadingLimit(const ApplicationOptions& options) {
   return options.run.answer_timeout * kLoadingFactor;
 }
 
+Status WaitUntilLoaded(Run& run, const ApplicationOptions& options) {
+  return run.conversation().WaitForPage(LoadingLimit(options));
+}
+
 Status WaitUntilListening(Run& run, const ApplicationOptions& options) {
   return run.conversation().WaitForApp(LoadingLimit(options));
 }

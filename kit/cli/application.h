@@ -48,7 +48,9 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
 // How long the page may take to load and to register.
 std::chrono::milliseconds LoadingLimit(const ApplicationOptions& options);
 
-// Waits until the application listens, for a multiple of the answer timeout, because loading takes longer.
+// Wait until the page is loaded, or until the application listens, for a multiple of the answer timeout,
+// because loading takes longer.
+Status WaitUntilLoaded(Run& run, const ApplicationOptions& options);
 Status WaitUntilListening(Run& run, const ApplicationOptions& options);
 
 }  // namespace corvis::kit

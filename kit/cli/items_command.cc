@@ -31,6 +31,7 @@ class ItemsCommand : public Subcommand {
     if (!run) return Fail(run.error());
     const Status arrived = WaitUntilListening(**run, options_);
     if (!arrived) return Fail(arrived.error());
+    (*run)->conversation().WaitForRest();
     return ShowItems((*run)->conversation());
   }
 

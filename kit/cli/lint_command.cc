@@ -45,6 +45,7 @@ class LintCommand : public Subcommand {
     if (!run) return Fail(run.error());
     // A page that never listens is a finding, not an error.
     static_cast<void>(WaitUntilListening(**run, options_));
+    (*run)->conversation().WaitForRest();
     const Result<std::vector<Finding>> findings = Lint((*run)->conversation(), is_calling_);
     if (!findings) return Fail(WhyWaitsEnd() == nullptr ? findings.error() : *WhyWaitsEnd());
     return Print(*findings);

@@ -179,6 +179,7 @@ void Prompt::Items(const std::string& argument) {
   const Result<ItemsArguments> arguments = ReadItemsArguments(argument);
   if (!arguments) return lines_.Show(arguments.error().message);
   Result<ItemList> items = conversation_.AskItems();
+  if (!items && !conversation_.is_listening()) return ShowItemsOfSilentPage(arguments->png_file);
   if (!items) return lines_.Show(items.error().message);
   const std::string text =
       arguments->is_diff && items_ ? Describe(CompareItems(*items_, *items)) : ItemTable(*items);
@@ -202,6 +203,13 @@ void Prompt::Press(const std::string& argument) {
 
 void Prompt::Type(const std::string& argument) {
   RunStatement("type " + argument);
+}
+
+void Prompt::ShowItemsOfSilentPage(const std::string& png_file) {
+  const Result<ItemList> items = conversation_.LookForItems();
+  if (!items) return lines_.Show(items.error().message);
+  lines_.Show(ItemTable(*items) + "They can be selected by voice once the page has called listen().");
+  if (!png_file.empty()) SavePicture(*items, png_file);
 }
 
 void Prompt::SavePicture(const ItemList& items, const std::string& file) {
@@ -228,6 +236,8 @@ void Prompt::Restart(const std::string& /*argument*/) {
 }
 
 void Prompt::Reload(const std::string& /*argument*/) {
+  if (!conversation_.is_listening())
+    return NoteStatement("reload", conversation_.runtime().Reload(), "The page has been reloaded.");
   NoteStatement("reload", conversation_.Reload(), "The page has been reloaded and listens.");
 }
 

@@ -40,6 +40,8 @@ class Prompt {
   void ShowTurn(const Turn& turn);
   // Does and records a statement of voice scripts.
   void RunStatement(const std::string& statement);
+  // Lists the items of a page that doesn't listen, with a picture unless `png_file` is empty.
+  void ShowItemsOfSilentPage(const std::string& png_file);
   void SavePicture(const ItemList& items, const std::string& file);
   // Prints an error; prints nothing on success.
   void Note(const Status& status);

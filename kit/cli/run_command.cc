@@ -39,8 +39,15 @@ class RunCommand : public Subcommand {
         supervisor, operands[0], options_, [&lines](const std::string& sentence) { lines->Show(sentence); },
         [&lines](const std::string& line) { lines->ShowError(line); });
     if (!run) return Fail(run.error());
-    const Status arrived = WaitUntilListening(**run, options_);
-    if (!arrived && !IsInterrupted()) lines->Show(arrived.error().message);
+    if (isatty(STDIN_FILENO) == 1) {
+      lines->Show(
+          "The page is loading; voice works when it has called listen(). Everything else works before.");
+    } else if (const Status arrived = WaitUntilLoaded(**run, options_); !arrived && !IsInterrupted()) {
+      lines->Show(arrived.error().message);
+    } else {
+      // Nobody would say it again.
+      (*run)->conversation().WaitToBeHeard();
+    }
     Prompt((*run)->conversation(), *lines).Run();
     if (!lines->status()) return Fail(lines->status().error());
     const Error* reason = WhyWaitsEnd();
@@ -72,7 +79,8 @@ class RunCommand : public Subcommand {
                                                                     const std::string& source) {
       if (kind == "all" || kind == source) session.Take(ConsoleWritten{level, text, source});
     });
-    const Status arrived = WaitUntilListening(run, options_);
+    conversation.WaitToBeHeard();
+    const Status arrived = WaitUntilLoaded(run, options_);
     if (!arrived && !IsInterrupted()) session.TakeNotice(arrived.error().message);
     const std::unique_ptr<LineSource> lines = OpenPlainInput();
     session.Run(conversation, *lines);

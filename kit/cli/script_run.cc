@@ -78,11 +78,12 @@ class ScriptRun {
     const auto run = StartApplication(supervisor_, application, options_.application);
     if (!run) return Fail(run.error());
     Conversation& conversation = (*run)->conversation();
+    conversation.WaitToBeHeard();
     const auto note = [&](const Status& ready) {
       const bool has_profile = !options_.application.run.profile.empty();
       return ready ? conversation.NoteBeginning(PrivilegeUris(), has_profile) : ready;
     };
-    if (const Status ready = note(WaitUntilListening(**run, options_.application)); !ready) return ready;
+    if (const Status ready = note(WaitUntilLoaded(**run, options_.application)); !ready) return ready;
     const auto start_again = [&] { return note((*run)->StartAgain(LoadingLimit(options_.application))); };
     ScriptRunner runner(conversation, events_, {options_.pace, ScreenshotFolder(), start_again});
     for (const VoiceScript& script : scripts_) runner.Run(script);

@@ -73,7 +73,14 @@ void Dialogue::Begin() {
 const Turn& Dialogue::Say(const std::string& phrase, std::chrono::milliseconds timeout) {
   const TimeLimit limit(conversation_, timeout);
   DropInjected();
-  return turn_ = conversation_.Say(phrase);
+  constexpr auto kInterval = std::chrono::milliseconds(50);
+  const auto end = Clock::now() + timeout;
+  // An item may appear later, like anything that a script looks for.
+  for (turn_ = conversation_.Say(phrase); !turn_.is_sent && !IsInterrupted() && Clock::now() < end;
+       turn_ = conversation_.Say(phrase)) {
+    WaitUntil([] { return false; }, kInterval);
+  }
+  return turn_;
 }
 
 const Turn& Dialogue::Send(const Command& command, const std::string& said,

@@ -83,7 +83,7 @@ void ReadPrivileges(LineReader& line, Step& step) {
     line.OneOf({"microphone", "voicecontrol"});
   }
   step.run = [uris](Session& session) -> Verdict {
-    return session.conversation.runtime().SetPrivileges(uris);
+    return session.conversation.SetPrivileges(uris);
   };
 }
 

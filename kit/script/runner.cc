@@ -99,7 +99,7 @@ Status ScriptRunner::PrepareScript() {
 
 Status ScriptRunner::PrepareTest() {
   if (std::exchange(settled_crashes_, conversation_.crashes()) == conversation_.crashes()) return {};
-  return conversation_.WaitForApp(conversation_.timeout());
+  return conversation_.WaitForPage(conversation_.timeout());
 }
 
 void ScriptRunner::RunTest(const ScriptTest& test, bool is_last) {

@@ -43,6 +43,8 @@ void RuntimeControl::WatchConsole(ConsoleSink sink) {
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the header of the runtime's client sets the signature.
+void RuntimeControl::WatchLoads(std::function<void()> /*sink*/) {}
+
 void RuntimeControl::WatchCrashes(std::function<void()> /*sink*/) {}
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is the runtime's client's.
@@ -73,6 +75,14 @@ Result<std::optional<std::string>> RuntimeControl::GoToPlace(const std::string& 
 }
 
 Result<bool> RuntimeControl::IsLoaded() {
+  return Fail(kMissing);
+}
+
+Result<std::string> RuntimeControl::Items() {
+  return Fail(kMissing);
+}
+
+Result<std::string> RuntimeControl::Activity() {
   return Fail(kMissing);
 }
 

@@ -55,7 +55,7 @@ Tv::Tv(const std::string& app_id, const std::vector<std::string>& privileges)
 void Tv::SetPrivileges(const std::vector<std::string>& privileges) {
   std::vector<std::string> uris(privileges.size());
   std::transform(privileges.begin(), privileges.end(), uris.begin(), kit::PrivilegeUri);
-  static_cast<void>(conversation_.runtime().SetPrivileges(uris));
+  static_cast<void>(conversation_.SetPrivileges(uris));
 }
 
 void Tv::Step(const char* statement, const std::string& argument, const Run& run) {
