@@ -145,13 +145,18 @@ test('every way for a run to end has its status and leaves nothing', async (t) =
   const page = writePage(t, '<p>Here');
   writeFileSync(path.join(folder, 'no-extension.so'), 'nothing');
   const rows = [
-    [['/nowhere/at/all'], {}, 3, 'There is no'],
+    [['/nowhere/at/all'], {}, 3, 'does not exist'],
     [['http://127.0.0.1:1/'], {}, 3, "can't be loaded"],
     [[page], { extension: path.join(folder, 'missing.so') }, 2, 'no extension library'],
     [[page], { options: ['--size', 'big'] }, 2, 'big'],
     [[page], { options: ['--language', 'de_AT'] }, 2, 'de_AT'],
     [[page], { options: ['--colour'] }, 2, '--colour'],
-    [[page], { env: { DBUS_SESSION_BUS_ADDRESS: '' }, bus: 'unix:path=/nowhere' }, 6, 'no D-Bus session bus'],
+    [
+      [page],
+      { env: { DBUS_SESSION_BUS_ADDRESS: '' }, bus: 'unix:path=/nowhere' },
+      6,
+      "session bus can't be reached",
+    ],
   ];
   for (const [[target], options, status, sentence] of rows) {
     const tv = new Tv(t, options.bus ?? bus, target, { ...options, env: { ...options.env, TMPDIR: folder } });
