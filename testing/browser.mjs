@@ -3,7 +3,7 @@
 import { readFileSync } from 'node:fs';
 import assert from 'node:assert/strict';
 import { createServer } from 'node:http';
-import { test } from 'node:test';
+import { after, before, test } from 'node:test';
 import { inspect } from 'node:util';
 import { chromium } from 'playwright-core';
 
@@ -96,3 +96,18 @@ export const checksOf =
   (name) =>
   (strings, ...values) =>
     test(name, () => checkTable(pageOf(), String.raw({ raw: strings }, ...values)));
+
+/** The same on one empty page, in which `prepare` has run; `check.page()` is that. */
+export function checksInPage(prepare) {
+  let browser, page;
+  before(async () => {
+    browser = await startBrowser();
+    page = await browser.open('');
+    await page.evaluate(prepare);
+  });
+  after(() => browser.close());
+  return Object.assign(
+    checksOf(() => page),
+    { page: () => page }
+  );
+}

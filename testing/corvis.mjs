@@ -51,6 +51,18 @@ export async function run(args, options = {}) {
   return result;
 }
 
+// The lines of an output that are JSON objects.
+export const jsonLines = (text) => (text.match(/^\{.*\}$/gm) ?? []).map((line) => JSON.parse(line));
+
+// Runs voice scripts, of which `script` is a.voice, against an application: its files by their names, or its page.
+export async function testApp(t, app, script, options = [], scripts = ['a.voice']) {
+  const isPage = typeof app === 'string';
+  const folder = isPage ? writePage(t, app) : scratchFolder(t);
+  for (const [name, text] of Object.entries({ ...(isPage ? {} : app), 'a.voice': script }))
+    writeFileSync(path.join(folder, name), text);
+  return { folder, ...(await run(['test-app', ...options, folder, ...scripts], { cwd: folder })) };
+}
+
 // Waits until `holds` returns a truthy value and returns it. After `seconds`, kills the command, for which the test
 // runner would otherwise wait, and fails with its output.
 export async function until(holds, command, seconds = 20) {

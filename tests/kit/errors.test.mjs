@@ -5,59 +5,45 @@ import { execFileSync } from 'node:child_process';
 import { writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { run, scratchFolder } from '../../testing/corvis.mjs';
+import { run, scratchFolder, testApp } from '../../testing/corvis.mjs';
 import { servePages } from '../../testing/tv.mjs';
 
-// Runs a script against a folder of these files; gives what was printed.
+// What is printed when a script runs against a folder of these files.
 async function runPage(t, files, script, options = []) {
-  const folder = scratchFolder(t);
-  for (const [name, text] of Object.entries(files)) writeFileSync(path.join(folder, name), text);
-  writeFileSync(path.join(folder, 'a.voice'), script);
-  const { text } = await run(['test-app', '--timeout', '3000', ...options, folder, 'a.voice'], {
-    cwd: folder,
-  });
+  const { text } = await testApp(t, files, script, ['--timeout', '3000', ...options]);
   return text.replace(/^ALSA .*\n|^AL lib: .*\n/gm, '');
 }
+
+// The rows of a table, the two sides of each parted by an arrow; ¶ is the end of a line.
+const rowsOf = (table) =>
+  table
+    .trim()
+    .split('\n')
+    .map((row) => row.trim().replaceAll('¶', '\n').split(' → '));
 
 const head = '<!doctype html><meta charset="utf-8">';
 const listen =
   'corvis.voiceinteraction.setCallback({ onplay: function () {} }); corvis.voiceinteraction.listen();';
 
 // Calls of the console, and the lines that they write.
-const rows = [
-  [
-    'log("%s is %d %i %f %o %% %c!", { x: 1 }, "42", 3.7, "2.5", [1], "color: red", "rest")',
-    'log: {"x":1} is 42 3 2.5 [1] % ! rest',
-  ],
-  ['log("%s", "50% of %s")', 'log: 50% of %s'],
-  ['info({ a: { b: { c: { d: { e: 1 } } } } })', 'info: {"a":{"b":{"c":{"d":{…}}}}}'],
-  [
-    'warn(new Map([[1, { a: 2 }]]), new Set("ab"), 10n, Symbol("q"))',
-    'warn: Map(1) {1 => {"a":2}} Set(2) {"a","b"} 10n Symbol(q)',
-  ],
-  ['debug(loop, new Foo())', 'debug: {"self":(circular)} Foo {"a":undefined}'],
-  ['log({ get a() { throw 1; } }, document.querySelector("b"))', 'log: {"a":(getter)} <b id="i" class="c">'],
-  [
-    'log({ toJSON: function () { throw 1; } }, new Date(0))',
-    'log: {"toJSON":function toJSON()} 1970-01-01T00:00:00.000Z',
-  ],
-  ['log(new Array(105).fill(0))', `log: [${'0,'.repeat(100)}… 5 more]`],
-  ['dir(["a"])', 'log: ["a"]'],
-  ['table([{ a: 1, b: "x" }, { a: 22 }])', 'log: (index)  a   b\n    0        1   x\n    1        22'],
-  ['assert(true), console.assert(false, "as %s", "sert")', 'error: Assertion failed: as sert'],
-  [
-    'group("g"), console.log("a\\nb"), console.groupEnd(), console.log("c")',
-    'log: g\n[page] log:   a\n      b\n[page] log: c',
-  ],
-  [
-    'count(), console.count(), console.countReset(), console.count("x")',
-    'log: default: 1\n[page] log: default: 2\n[page] log: x: 1',
-  ],
-  ['timeEnd("t")', 'log: There is no timer "t".'],
-  ['error(new TypeError("boom"))', 'error: TypeError: boom (index.html:2:'],
-  ['trace("here")', 'log: Trace: here\n        at global code (index.html:2:'],
-  ['log(hostile)', 'log: (no text)'],
-];
+const rows = rowsOf(String.raw`
+  log("%s is %d %i %f %o %% %c!", { x: 1 }, "42", 3.7, "2.5", [1], "color: red", "rest") → log: {"x":1} is 42 3 2.5 [1] % ! rest
+  log("%s", "50% of %s") → log: 50% of %s
+  info({ a: { b: { c: { d: { e: 1 } } } } }) → info: {"a":{"b":{"c":{"d":{…}}}}}
+  warn(new Map([[1, { a: 2 }]]), new Set("ab"), 10n, Symbol("q")) → warn: Map(1) {1 => {"a":2}} Set(2) {"a","b"} 10n Symbol(q)
+  debug(loop, new Foo()) → debug: {"self":(circular)} Foo {"a":undefined}
+  log({ get a() { throw 1; } }, document.querySelector("b")) → log: {"a":(getter)} <b id="i" class="c">
+  log({ toJSON: function () { throw 1; } }, new Date(0)) → log: {"toJSON":function toJSON()} 1970-01-01T00:00:00.000Z
+  log(new Array(105).fill(0)) → log: [${'0,'.repeat(100)}… 5 more]
+  dir(["a"]) → log: ["a"]
+  table([{ a: 1, b: "x" }, { a: 22 }]) → log: (index)  a   b¶    0        1   x¶    1        22
+  assert(true), console.assert(false, "as %s", "sert") → error: Assertion failed: as sert
+  group("g"), console.log("a\nb"), console.groupEnd(), console.log("c") → log: g¶[page] log:   a¶      b¶[page] log: c
+  count(), console.count(), console.countReset(), console.count("x") → log: default: 1¶[page] log: default: 2¶[page] log: x: 1
+  timeEnd("t") → log: There is no timer "t".
+  error(new TypeError("boom")) → error: TypeError: boom (index.html:2:
+  trace("here") → log: Trace: here¶        at global code (index.html:2:
+  log(hostile) → log: (no text)`);
 
 test('every method of the console writes what it says', async (t) => {
   const calls = rows.map(([call]) => `console.${call};`).join('');
@@ -88,20 +74,12 @@ corvis.voiceinteraction.setCallback({
 corvis.voiceinteraction.listen();
 `;
 
-function compiled(t, kind) {
-  const folder = scratchFolder(t);
-  writeFileSync(path.join(folder, 'app.ts'), source);
-  execFileSync(
-    'esbuild',
-    ['app.ts', '--minify', `--sourcemap${kind}`, '--outfile=app.js', '--log-level=error'],
-    { cwd: folder }
-  );
-  return folder;
-}
-
 for (const kind of ['', '=inline']) {
   test(`errors have their places in the written file, by a source map (${kind || 'beside the file'})`, async (t) => {
-    const folder = compiled(t, kind);
+    const folder = scratchFolder(t);
+    const args = ['app.ts', '--minify', `--sourcemap${kind}`, '--outfile=app.js', '--log-level=error'];
+    writeFileSync(path.join(folder, 'app.ts'), source);
+    execFileSync('esbuild', args, { cwd: folder });
     // The map is no concern of the page's policy.
     const policy = `<meta http-equiv="Content-Security-Policy" content="default-src 'self'; connect-src 'none'">`;
     writeFileSync(path.join(folder, 'index.html'), `${head}${policy}<script src="app.js"></script>`);
@@ -124,48 +102,20 @@ for (const kind of ['', '=inline']) {
 }
 
 // What a page asks for, and what is reported of it. OTHER is a server of another origin.
-const requests = [
-  [
-    '<link rel="stylesheet" href="no.css">',
-    'no.css: status 404 .*; asked for by <link href="no.css"> in index.html',
-  ],
-  ['<img src="no.png">', 'no.png: status 404 .*; asked for by <img src="no.png"> in index.html'],
-  ['<script src="no.js"></script>', 'no.js: status 404 .*; asked for by <script src="no.js"> in index.html'],
-  [
-    '<script type="module" src="no.mjs"></script>',
-    'no.mjs: status 404 .*; asked for by <script src="no.mjs"> in index.html',
-  ],
-  [
-    '<video src="no.mp4"></video>',
-    'no.mp4: it is missing, or in no format that can be played here; asked for by <video',
-  ],
-  [
-    '<img src="broken.png">',
-    "broken.png: the engine refuses it, or its content can't be used; asked for by <img",
-  ],
-  [
-    '<link rel="stylesheet" href="style.css"><i>font</i>',
-    'no.woff2: status 404 .*; asked for by a style sheet, style.css',
-  ],
-  ['<p style="background: url(back.png)">', 'back.png: status 404 .*; asked for by <p> in index.html'],
-  [
-    '<img src="OTHER/policy.png">',
-    'OTHER/policy.png: blocked by the content-security policy, img-src; asked for by <img',
-  ],
-  ['<script>fetch("none").then(String)</script>', 'none: status 404 .*; asked for by index.html:\\d+:\\d+'],
-  [
-    '<script>fetch("OTHER/cors"); 1</script>',
-    'OTHER/cors: Origin .* is not allowed by Access-Control-Allow-Origin.*; asked for by index.html:',
-  ],
-  [
-    '<script>fetch("http://127.0.0.1:1/").catch(String)</script>',
-    'http://127.0.0.1:1/: the engine refuses it, .*; asked for by index.html:',
-  ],
-  [
-    '<script>x = new XMLHttpRequest(); x.open("GET", "xhr"); x.send()</script>',
-    'xhr: status 404 .*; asked for by index.html:',
-  ],
-];
+const requests = rowsOf(String.raw`
+  <link rel="stylesheet" href="no.css"> → no.css: status 404 .*; asked for by <link href="no.css"> in index.html
+  <img src="no.png"> → no.png: status 404 .*; asked for by <img src="no.png"> in index.html
+  <script src="no.js"></script> → no.js: status 404 .*; asked for by <script src="no.js"> in index.html
+  <script type="module" src="no.mjs"></script> → no.mjs: status 404 .*; asked for by <script src="no.mjs"> in index.html
+  <video src="no.mp4"></video> → no.mp4: it is missing, or in no format that can be played here; asked for by <video
+  <img src="broken.png"> → broken.png: the engine refuses it, or its content can't be used; asked for by <img
+  <link rel="stylesheet" href="style.css"><i>font</i> → no.woff2: status 404 .*; asked for by a style sheet, style.css
+  <p style="background: url(back.png)"> → back.png: status 404 .*; asked for by <p> in index.html
+  <img src="OTHER/policy.png"> → OTHER/policy.png: blocked by the content-security policy, img-src; asked for by <img
+  <script>fetch("none").then(String)</script> → none: status 404 .*; asked for by index.html:\d+:\d+
+  <script>fetch("OTHER/cors"); 1</script> → OTHER/cors: Origin .* is not allowed by Access-Control-Allow-Origin.*; asked for by index.html:
+  <script>fetch("http://127.0.0.1:1/").catch(String)</script> → http://127.0.0.1:1/: the engine refuses it, .*; asked for by index.html:
+  <script>x = new XMLHttpRequest(); x.open("GET", "xhr"); x.send()</script> → xhr: status 404 .*; asked for by index.html:`);
 
 test('what does not load is one line each, and nothing changes for the page', async (t) => {
   const other = await servePages(t, { '/cors': 'x' });

@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { readFileSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { run, scratchFolder, writePage } from '../../testing/corvis.mjs';
+import { jsonLines, run, scratchFolder, writePage } from '../../testing/corvis.mjs';
 
 const listen = `<script>
   corvis.voiceinteraction.setCallback({ oncustom: function () { return document.title; } });
@@ -12,42 +12,36 @@ const listen = `<script>
 
 const button = (title) => `<button onclick="top.document.title = this.textContent">${title}</button>`;
 
-// Takes the lines typed at the prompt, and what is expected of each.
-async function converse(page, rows) {
-  const input = rows.map(([line]) => `${line}\n`).join('');
-  const { code, text } = await run(['run', page], { input });
-  assert.equal(code, 0, text);
-  let from = 0;
-  for (const [line, expected] of rows) {
-    const at = text.indexOf(expected, from);
-    assert.ok(at >= 0, `${line}: "${expected}" is missing after ${from} characters of:\n${text}`);
-    from = at;
-  }
-}
+// What is typed at the prompt, and what follows it.
+const typed = [
+  ['items', 'Trailer'],
+  ['select 1', 'ACTION_ITEM_SELECTION id=1  ->  success'],
+  ['ACTION_CUSTOM', '->  Add to list'],
+  ['select trailer', 'ACTION_ITEM_SELECTION id=2  ->  success'],
+  ['ACTION_CUSTOM', '->  Trailer'],
+  ['select play', 'Several items are called "play"'],
+  ['select 3', 'id=3  ->  success'],
+  ['select 9', 'ACTION_ITEM_SELECTION id=9  ->  not_support'],
+  ['the third one', 'ACTION_ITEM_SELECTION id=2  ->  success'],
+  ['ACTION_CUSTOM', '->  Trailer'],
+  ['select the fifth one', 'There are 4 items on the screen, not 5'],
+  ['add to LIST, please', 'ACTION_ITEM_SELECTION id=1  ->  success'],
+  ['ACTION_CUSTOM', '->  Add to list'],
+  ['add to', 'Unknown phrase "add to"'],
+  ['items --diff', 'No item changed its number.'],
+];
 
 test('items are selected by number and by title, in the page and in a frame', async (t) => {
-  const page = writePage(
-    t,
-    `${button('Play')}${button('Add to list')}<iframe src="inner.html"></iframe>${listen}`
-  );
+  const html = `${button('Play')}${button('Add to list')}<iframe src="inner.html"></iframe>${listen}`;
+  const page = writePage(t, html);
   writeFileSync(path.join(page, 'inner.html'), `<!doctype html><p>${button('Trailer')}${button('Play')}</p>`);
-  await converse(page, [
-    ['items', 'Trailer'],
-    ['select 1', 'ACTION_ITEM_SELECTION id=1  ->  success'],
-    ['ACTION_CUSTOM', '->  Add to list'],
-    ['select trailer', 'ACTION_ITEM_SELECTION id=2  ->  success'],
-    ['ACTION_CUSTOM', '->  Trailer'],
-    ['select play', 'Several items are called "play"'],
-    ['select 3', 'id=3  ->  success'],
-    ['select 9', 'ACTION_ITEM_SELECTION id=9  ->  not_support'],
-    ['the third one', 'ACTION_ITEM_SELECTION id=2  ->  success'],
-    ['ACTION_CUSTOM', '->  Trailer'],
-    ['select the fifth one', 'There are 4 items on the screen, not 5'],
-    ['add to LIST, please', 'ACTION_ITEM_SELECTION id=1  ->  success'],
-    ['ACTION_CUSTOM', '->  Add to list'],
-    ['add to', 'Unknown phrase "add to"'],
-    ['items --diff', 'No item changed its number.'],
-  ]);
+  const { code, text } = await run(['run', page], { input: typed.map(([line]) => `${line}\n`).join('') });
+  assert.equal(code, 0, text);
+  let from = 0;
+  for (const [line, expected] of typed) {
+    from = text.indexOf(expected, from);
+    assert.ok(from >= 0, `${line}: "${expected}" is missing in:\n${text}`);
+  }
 });
 
 const strange = [
@@ -59,10 +53,8 @@ const strange = [
 ];
 
 test('thousands of items with titles of every kind come in pieces, byte for byte, and are drawn', async (t) => {
-  const titles = Array.from(
-    { length: 5000 },
-    (_, i) => `${strange[i % strange.length]} ${'é'.repeat(i % 7)}${i}`
-  );
+  const titleOf = (_, i) => `${strange[i % strange.length]} ${'é'.repeat(i % 7)}${i}`;
+  const titles = Array.from({ length: 5000 }, titleOf);
   const page = writePage(
     t,
     `<div id="list"></div><script>
@@ -111,18 +103,19 @@ test('the lint names each element that voice will miss, and its rule', async (t)
   writeFileSync(path.join(page, 'inner.html'), '<button>Inner</button>');
   const { code, text } = await run(['lint', '--json', '--call', page]);
   assert.equal(code, 1, text);
-  const found = text
-    .trim()
-    .split('\n')
-    .map((line) => JSON.parse(line));
-  const places = (rule) => found.filter((finding) => finding.rule === rule).map((finding) => finding.where);
-  assert.deepEqual(places('title'), ['button#empty'], text);
-  assert.deepEqual(places('label'), ['button#label'], text);
-  assert.deepEqual(places('item'), ['div#pointer'], text);
-  assert.deepEqual(places('id'), ['div#same', 'div#same'], text);
-  assert.deepEqual(places('shadow'), ['div#host'], text);
+  const places = (name) => jsonLines(text).flatMap(({ rule, where }) => (rule === name ? [where] : []));
+  const rules = ['title', 'label', 'item', 'id', 'shadow', 'callback'];
+  const expected = [
+    'button#empty',
+    'button#label',
+    'div#pointer',
+    'div#same',
+    'div#same',
+    'div#host',
+    'onpause',
+  ];
+  assert.deepEqual(rules.flatMap(places), expected, text);
   assert.equal(places('frame').length, 1, text);
-  assert.deepEqual(places('callback'), ['onpause'], text);
   assert.ok(places('same-title').includes('items 0 1'), text);
 });
 

@@ -4,7 +4,7 @@ import assert from 'node:assert/strict';
 import { readFileSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { root, run, writePage } from '../../testing/corvis.mjs';
+import { root, run, testApp, writePage } from '../../testing/corvis.mjs';
 
 const listen =
   'corvis.voiceinteraction.setCallback({ onplay: function () {} }); corvis.voiceinteraction.listen();';
@@ -16,10 +16,8 @@ const table = values(
 );
 
 async function runScript(t, html, script, options = []) {
-  const folder = writePage(t, html);
-  writeFileSync(path.join(folder, 'a.voice'), script);
-  const done = await run(['test-app', '--timeout', '2000', ...options, folder, 'a.voice'], { cwd: folder });
-  assert.equal(done.code, 0, done.text);
+  const { code, text } = await testApp(t, html, script, ['--timeout', '2000', ...options]);
+  assert.equal(code, 0, text);
 }
 
 test('every key has the values of the table, which is the one of the document', async (t) => {
@@ -75,9 +73,7 @@ test('a page that a key hangs or takes away fails its step only', async (t) => {
   const html = `<script>
     document.onkeydown = function (event) { if (event.key === 'ColorF0Red') for (;;); };
     ${listen}</script>`;
-  const folder = writePage(t, html);
-  writeFileSync(path.join(folder, 'a.voice'), 'timeout 500 ms\npress Blue\npress Red\n');
-  const { code, text } = await run(['test-app', folder, 'a.voice'], { cwd: folder });
+  const { code, text } = await testApp(t, html, 'timeout 500 ms\npress Blue\npress Red\n');
   assert.equal(code, 1, text);
   assert.match(
     text,

@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import path from 'node:path';
 import { test } from 'node:test';
-import { run, scratchFolder, start, until, writePage } from '../../testing/corvis.mjs';
+import { jsonLines, run, scratchFolder, start, until, writePage } from '../../testing/corvis.mjs';
 
 const page = `<button>Play it</button><input autofocus><script>
   corvis.voiceinteraction.setCallback({
@@ -14,54 +14,29 @@ const page = `<button>Play it</button><input autofocus><script>
   corvis.voiceinteraction.listen();
 </script>`;
 
-const eventsOf = (text) =>
-  text
-    .split('\n')
-    .filter((line) => line.startsWith('{"event"'))
-    .map((line) => JSON.parse(line));
-
 // Commands, and what their events have.
-const conversation = [
-  [
-    { id: 1, command: 'say', text: 'pause' },
-    { event: 'step', id: 1, status: 'passed', answer: 'success' },
-  ],
-  [
-    { id: 'two', command: 'say', text: 'play' },
-    { id: 'two', answer: 'not_support', exception: 'Error: no film' },
-  ],
-  [
-    { command: 'say', text: 'puase' },
-    { status: 'failed', message: 'Unknown phrase "puase". Did you mean "pause"? help lists the phrases.' },
-  ],
-  [{ command: 'send', action: 'ACTION_CUSTOM', data: { a: '"é" \n', b: 2 } }, { data: 'a=""é" \n" b=2' }],
-  [{ command: 'items', title: 'play it' }, { numbers: [0] }],
-  [{ command: 'value', expression: '({a: [1, null]})' }, { value: { a: [1, null] } }],
-  [
-    { command: 'value', expression: 'nothing' },
-    { status: 'failed', console: ['log: pausing \u202e'] },
-  ],
-  [
-    { command: 'show', selector: 'button', matcher: 'is "Stop"' },
-    { expected: '"Stop"', actual: '"Play it"' },
-  ],
-  [{ command: 'type', text: 'a "b"' }, { status: 'passed' }],
-  [
-    { command: 'press', key: 'Left', times: 2 },
-    { status: 'passed', source: 'press "Left" 2 times' },
-  ],
-  [{ command: 'value', expression: 'document.querySelector("input").value' }, { value: 'a "b"' }],
-  [{ command: 'restart' }, { status: 'passed' }],
-  [{ command: 'do', statement: 'wait 1 ms' }, { source: 'wait 1 ms' }],
-  [{ command: 'do', statement: 'note nothing' }, { event: 'error' }],
-  [
-    { id: 7, command: 'reload', hard: true },
-    { event: 'error', id: 7, message: 'Unknown member "hard".' },
-  ],
-  [{ command: 'press', key: 'Left', times: -1 }, { message: 'Expected a number as the member "times".' }],
-  [[], { event: 'error' }],
-  [{}, { message: 'Expected a text as the member "command".' }],
-];
+const conversation = String.raw`
+  {"id":1,"command":"say","text":"pause"} → {"event":"step","id":1,"status":"passed","answer":"success"}
+  {"id":"two","command":"say","text":"play"} → {"id":"two","answer":"not_support","exception":"Error: no film"}
+  {"command":"say","text":"puase"} → {"status":"failed","message":"Unknown phrase \"puase\". Did you mean \"pause\"? help lists the phrases."}
+  {"command":"send","action":"ACTION_CUSTOM","data":{"a":"\"é\" \n","b":2}} → {"data":"a=\"\"é\" \n\" b=2"}
+  {"command":"items","title":"play it"} → {"numbers":[0]}
+  {"command":"value","expression":"({a: [1, null]})"} → {"value":{"a":[1,null]}}
+  {"command":"value","expression":"nothing"} → {"status":"failed","console":["log: pausing \u202e","uncaught: Error: no film (index.html:4:42)"]}
+  {"command":"show","selector":"button","matcher":"is \"Stop\""} → {"expected":"\"Stop\"","actual":"\"Play it\""}
+  {"command":"type","text":"a \"b\""} → {"status":"passed"}
+  {"command":"press","key":"Left","times":2} → {"status":"passed","source":"press \"Left\" 2 times"}
+  {"command":"value","expression":"document.querySelector(\"input\").value"} → {"value":"a \"b\""}
+  {"command":"restart"} → {"status":"passed"}
+  {"command":"do","statement":"wait 1 ms"} → {"source":"wait 1 ms"}
+  {"command":"do","statement":"note nothing"} → {"event":"error"}
+  {"id":7,"command":"reload","hard":true} → {"event":"error","id":7,"message":"Unknown member \"hard\"."}
+  {"command":"press","key":"Left","times":-1} → {"message":"Expected a number as the member \"times\"."}
+  [] → {"event":"error"}
+  {} → {"message":"Expected a text as the member \"command\"."}`
+  .trim()
+  .split('\n')
+  .map((row) => row.split(' → ').map((side) => JSON.parse(side)));
 
 test('each line gets its event, in order, and garbage an error', async (t) => {
   const picture = path.join(scratchFolder(t), 'page.png');
@@ -73,7 +48,7 @@ test('each line gets its event, in order, and garbage an error', async (t) => {
   const input = `${rows.map(([command]) => JSON.stringify(command)).join('\n')}\n\n\xff[[[\n{"command":"quit"}\nlost`;
   const { code, text } = await run(['run', '--json', '--timeout', '400', writePage(t, page)], { input });
   assert.equal(code, 0, text);
-  const events = eventsOf(text);
+  const events = jsonLines(text);
   const replies = events.filter(({ event }) => event === 'step' || event === 'error');
   assert.equal(replies.length, rows.length + 1, text);
   rows.forEach(([command, expected], index) => {
@@ -99,6 +74,6 @@ test('a run that ends before its input does says why', async (t) => {
     if (input === undefined) command.child.kill('SIGINT');
     const { code, text } = await command.exited;
     assert.equal(code, status, text);
-    assert.equal(eventsOf(text).at(-1).status, status, text);
+    assert.equal(jsonLines(text).at(-1).status, status, text);
   }
 });

@@ -5,7 +5,7 @@ import { execFileSync, spawnSync } from 'node:child_process';
 import { closeSync, openSync, readFileSync, writeFile, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { root, run, writePage } from '../../testing/corvis.mjs';
+import { jsonLines, root, run, testApp, writePage } from '../../testing/corvis.mjs';
 
 const page = `<button>Play it</button><p id="state">idle</p><script>
   var state = document.getElementById('state');
@@ -13,19 +13,12 @@ const page = `<button>Play it</button><p id="state">idle</p><script>
     onpause: function () { state.textContent = 'paused'; console.log('pausing now'); },
     oncustom: function (json) { return JSON.parse(json).echo; },
     onstop: function () { var end = Date.now() + 1e9; while (Date.now() < end); },
-    onplay: function () { return false; },
+    onplay: function () { console.log('_callback exception : none'); return false; },
     onrewind: function () { throw new Error('boom'); },
     onexit: function () { window.close(); }
   });
   corvis.voiceinteraction.listen();
 </script>`;
-
-// Writes the page and a script, and runs it.
-function testApp(t, script, options = [], scripts = ['a.voice']) {
-  const folder = writePage(t, page);
-  writeFileSync(path.join(folder, 'a.voice'), script);
-  return run(['test-app', ...options, folder, ...scripts], { cwd: folder });
-}
 
 test('a script speaks its languages and phrases of its own; the page sees the first language', async (t) => {
   const folder = writePage(t, page.replace('Play it', 'Das letzte Öl'));
@@ -51,6 +44,7 @@ test('a failure names what belongs to it', async (t) => {
   const tooLarge = `inject after 20 ms command="ACTION_PAUSE" strData="${'x'.repeat(2 ** 17)}"\n`;
   const { text } = await testApp(
     t,
+    page,
     `test "thrown"\nsay rewind\nexpect success\n` +
       `test "an exception of the test before"\nsay play\nexpect success\n` +
       `test "a message of the past"\n${tooLarge}wait 200 ms\nsay pause\n` +
@@ -107,7 +101,7 @@ test('every way for a run to end has its status', async (t) => {
     ],
   ];
   for (const [script, options, status, part] of rows) {
-    const { code, text } = await testApp(t, script, options);
+    const { code, text } = await testApp(t, page, script, options);
     assert.equal(code, status, `${script}${options}\n${text}`);
     assert.ok(text.includes(part), `${script}${options}\n${text}`);
   }
@@ -142,6 +136,7 @@ test('what was recorded at the prompt passes when it is replayed', async (t) => 
     'record talk.voice\npause\nACTION_CUSTOM echo="a b, c"\nplay\nnonsense\nselect play it\nitems\nrestart\npause\n';
   const recorded = await run(['run', folder], { input, cwd: folder });
   assert.equal(recorded.code, 0, recorded.text);
+  assert.match(recorded.text, /has registered again/);
   const { code, text } = await run(['test-app', folder, 'talk.voice'], { cwd: folder });
   assert.equal(code, 0, text + readFileSync(path.join(folder, 'talk.voice'), 'utf8'));
   assert.match(text, /^1\.\.12$/m);
@@ -163,9 +158,9 @@ expect success
 `;
 
 test('a page that hangs spoils the test in which it does, and nothing else', async (t) => {
-  const { code, text } = await testApp(t, hanging, ['--json'], ['a.voice', 'a.voice']);
+  const { code, text } = await testApp(t, page, hanging, ['--json'], ['a.voice', 'a.voice']);
   assert.equal(code, 1, text);
-  const steps = text.match(/^\{"event":"step".*/gm).map((line) => JSON.parse(line));
+  const steps = jsonLines(text).filter(({ event }) => event === 'step');
   const failed = steps.filter(({ status }) => status === 'failed');
   assert.deepEqual(
     failed.map(({ line }) => line),

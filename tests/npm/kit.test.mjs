@@ -23,7 +23,9 @@ test('a conversation, item by item, to its end', async (t) => {
   const [item] = await tv.items('go');
   assert.equal((await tv.send('ACTION_ITEM_SELECTION', { id: item.id })).answer, 'success');
   assert.equal(await tv.value('state.textContent'), 'selected');
-  await assert.rejects(tv.say('puase'), { message: 'Unknown phrase "puase". Did you mean "pause"? help lists the phrases.' });
+  await assert.rejects(tv.say('puase'), {
+    message: 'Unknown phrase "puase". Did you mean "pause"? help lists the phrases.',
+  });
   await assert.rejects(tv.show('#none'), { message: 'The page has no element #none.' });
   assert.equal(tv.answer, 'success');
   await tv.close();

@@ -46,14 +46,9 @@ test('items by title, and what is said to them', async () => {
   const { page, voice } = await open();
   await page.goto('http://tv.test/');
   assert.equal((await voice.item('play')).id, 0);
-  assert.deepEqual(
-    (await voice.items('trailer')).map(({ title }) => title),
-    ['Play trailer']
-  );
-  await assert.rejects(
-    voice.item('stop'),
-    /one item with the title "stop", found 0; there are "Play", "Play trailer"/
-  );
+  assert.equal((await voice.items('trailer'))[0].title, 'Play trailer');
+  const missing = /one item with the title "stop", found 0; there are "Play", "Play trailer"/;
+  await assert.rejects(voice.item('stop'), missing);
   await voice.say('select play');
   assert.equal(await page.title(), 'played');
   await voice.restartService();

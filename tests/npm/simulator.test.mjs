@@ -93,10 +93,8 @@ test('everything is an event; what a callback threw is in it, console lines as f
     assert.deepEqual(tv.events().at(-1), event);
     assert.deepEqual(heard, tv.events());
     const lines = heard.filter((each) => each.event === 'console');
-    const kinds = lines.map(({ source, level, text }) =>
-      source === 'api' ? source : `page: ${level}: ${text}`
-    );
-    assert.deepEqual([...new Set(kinds)].sort(), expected);
+    const kindOf = ({ source, level, text }) => (source === 'api' ? source : `page: ${level}: ${text}`);
+    assert.deepEqual([...new Set(lines.map(kindOf))].sort(), expected);
     stop();
     await tv.restartService();
     assert.equal(heard.includes(tv.events().at(-1)), false);

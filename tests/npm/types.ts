@@ -71,14 +71,10 @@ export const refused: VoiceCallbacks[] = [
   { onplay: async () => true },
   // @ts-expect-error a function has no JSON text
   { onplay: () => () => true },
-  // @ts-expect-error a symbol has no JSON text
-  { onplay: () => Symbol('s') },
   // @ts-expect-error JSON refuses a BigInt
   { onplay: () => 10n },
   // @ts-expect-error the text may be missing
   { onplay: (text) => text.length },
-  // @ts-expect-error positions are numbers
-  { onsetplayposition: (position: string) => position },
   // @ts-expect-error NAV_UNKNOWN is never delivered
   { onnavigation: (direction) => direction === 'NAV_UNKNOWN' },
   // @ts-expect-error a member may be missing

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "nurvo/message_port.h"
-#include "nurvo_desktop/bundle_extras.h"
 #include "robustness/stage.h"
 #include "service/bundles.h"
 #include "service/wire.h"
@@ -64,19 +63,6 @@ std::string Message(const std::string& command, const std::string& data) {
   return EncodeEntries({{wire::kCommandKey, command}, {wire::kDataKey, data}});
 }
 
-// A command and data that are no strings.
-std::string MessageOfBytes() {
-  const BundlePtr made(bundle_create());
-  const char* const texts[] = {"a", "b"};
-  bundle_add_byte(made.get(), wire::kCommandKey, "\0\1\2", 3);
-  bundle_add_str_array(made.get(), wire::kDataKey, texts, 2);
-  bundle_raw* text = nullptr;
-  int length = 0;
-  if (bundle_encode(made.get(), &text, &length) != 0) return "";
-  const nurvo::MallocPtr<bundle_raw> owner(text);
-  return {reinterpret_cast<const char*>(text), static_cast<size_t>(length)};
-}
-
 std::vector<std::string> With(std::vector<std::string> texts, const std::vector<std::string>& more) {
   texts.insert(texts.end(), more.begin(), more.end());
   return texts;
@@ -123,10 +109,10 @@ const HostilePeer::Kind HostilePeer::kKinds[] = {
      }},
     {"incomplete messages", 98,
      [](HostilePeer& peer) {
-       peer.Deliver(
-           peer.OneOf({EncodeEntries({}), EncodeEntries({{wire::kCommandKey, "ACTION_PLAY"}}),
-                       EncodeEntries({{wire::kDataKey, "1"}}),
-                       EncodeEntries({{"Command", "ACTION_PLAY"}, {"strdata", "1"}}), MessageOfBytes()}));
+       peer.Deliver(peer.OneOf({EncodeEntries({}), EncodeEntries({{wire::kCommandKey, "ACTION_PLAY"}}),
+                                EncodeEntries({{wire::kDataKey, "1"}}),
+                                EncodeEntries({{"Command", "ACTION_PLAY"}, {"strdata", "1"}}),
+                                SignedBundle("b7:command6:000102a7:strData2:1:a1:b")}));
      }},
     {"unknown actions", 100,
      [](HostilePeer& peer) {

@@ -22,24 +22,19 @@ using testing::AllOf;
 using testing::HasSubstr;
 
 // Lines that are typed one after the other, and what is shown.
-class TypedLines : public LineSource {
- public:
-  explicit TypedLines(std::deque<std::string> lines) : lines_(std::move(lines)) {}
+struct TypedLines : public LineSource {
+  explicit TypedLines(std::deque<std::string> typed) : left(std::move(typed)) {}
 
   std::optional<std::string> Next() override {
-    if (lines_.empty()) return {};
-    std::string line = lines_.front();
-    lines_.pop_front();
+    if (left.empty()) return {};
+    std::string line = left.front();
+    left.pop_front();
     return line;
   }
-  void Show(const std::string& lines) override { shown_ += lines + "\n"; }
+  void Show(const std::string& lines) override { shown += lines + "\n"; }
 
-  const std::string& shown() const { return shown_; }
-  size_t left() const { return lines_.size(); }
-
- private:
-  std::deque<std::string> lines_;
-  std::string shown_;
+  std::deque<std::string> left;
+  std::string shown;
 };
 
 class PromptTest : public testing::Test {
@@ -52,8 +47,8 @@ class PromptTest : public testing::Test {
     VoiceService service([](const std::string&) {});
     Conversation conversation(service, "com.example.app", std::chrono::milliseconds(100));
     Prompt(conversation, lines).Run();
-    lines_left_ = lines.left();
-    return lines.shown();
+    lines_left_ = lines.left.size();
+    return lines.shown;
   }
 
   size_t lines_left_ = 0;

@@ -37,8 +37,8 @@ class ChannelTest : public LibraryTest {
 
 TEST_F(ChannelTest, AMessageCarriesItsEntriesInOrder) {
   VoiceInteractionChannel::Send("result", "success");
-  EXPECT_THAT(platform().sent, ElementsAre(fake::Entries{
-                                   {"command", "result"}, {"strData", "success"}, {"sdkVersion", "1.0.8"}}));
+  const fake::Entries expected = {{"command", "result"}, {"strData", "success"}, {"sdkVersion", "1.0.8"}};
+  EXPECT_THAT(platform().sent, ElementsAre(expected));
 }
 
 TEST_F(ChannelTest, TwelveKibibytesGoWholeAndOneByteMoreIsCut) {

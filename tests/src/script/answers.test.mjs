@@ -1,26 +1,18 @@
 // Reading search terms and building answers: what the methods make of good arguments, and which check decides where
 // several arguments are wrong.
-import { after, before } from 'node:test';
-import { checksOf, startBrowser } from '../../../testing/browser.mjs';
+import { checksInPage } from '../../../testing/browser.mjs';
 
-let browser, page;
-before(async () => {
-  browser = await startBrowser();
-  page = await browser.open('');
-  await page.evaluate(() => {
-    const { api, mismatch, outcome } = window.voice;
-    window.read = api.getDataFromSearchTerm;
-    window.readTitle = (st) => outcome(() => window.read(st, 'SEARCH_TERM_TITLE'));
-    window.term = { utterance: 'u', title: 't', genre: 'g', cast: 'c', contentType: 'k', from: 'f', to: 'e' };
-    window.badTerm = mismatch('param is not valid object');
-    window.badField = mismatch('field value is invalid');
-    window.item = api.buildVoiceInteractionContentContextItem;
-    window.answer = api.buildVoiceInteractionContentContextResponse;
-    window.refusal = (items) => outcome(() => window.answer(items));
-  });
+const check = checksInPage(() => {
+  const { api, mismatch, outcome } = window.voice;
+  window.read = api.getDataFromSearchTerm;
+  window.readTitle = (st) => outcome(() => window.read(st, 'SEARCH_TERM_TITLE'));
+  window.term = { utterance: 'u', title: 't', genre: 'g', cast: 'c', contentType: 'k', from: 'f', to: 'e' };
+  window.badTerm = mismatch('param is not valid object');
+  window.badField = mismatch('field value is invalid');
+  window.item = api.buildVoiceInteractionContentContextItem;
+  window.answer = api.buildVoiceInteractionContentContextResponse;
+  window.refusal = (items) => outcome(() => window.answer(items));
 });
-after(() => browser.close());
-const check = checksOf(() => page);
 
 check('a field of a search term')`
   ['UTTERANCE', 'TITLE', 'GENRE', 'CAST'].map((field) => read(term, 'SEARCH_TERM_' + field)).join('') → 'utgc'

@@ -1,38 +1,27 @@
 // The path of a command through the script: what its callback receives for a parameter text, and which answer its
 // result becomes.
-import { after, before } from 'node:test';
-import { checksOf, startBrowser } from '../../../testing/browser.mjs';
+import { checksInPage } from '../../../testing/browser.mjs';
 
-let browser, page;
-before(async () => {
-  browser = await startBrowser();
-  page = await browser.open('');
-  await page.evaluate(() => {
-    const { api, deliver, peek } = window.voice;
-    let received;
-    const record = (...args) => void (received = args);
-    const everyCallback = Object.fromEntries(
-      peek('callbackProperties').map(([property]) => [property, record])
-    );
-    /** The arguments that the callback of ACTION_<name> gets for each of the parameters. */
-    window.args = (name, ...params) => {
-      api.setCallback(everyCallback);
-      return params.map((param) => (deliver(`ACTION_${name}`, param), received));
-    };
-    /** What the callback of ACTION_<name> gets for each of the parameter texts, which spaces separate. */
-    window.got = (name, params) => window.args(name, ...params.split(' ')).flat();
-    window.itemId = (param) => peek('convertVoiceInteractionParam')('ACTION_ITEM_SELECTION', param);
-    /** The answer to a command whose callback is `callback`. */
-    window.answer = (callback, param) => (
-      api.setCallback({ onplay: callback }),
-      deliver('ACTION_PLAY', param)
-    );
-    window.cycle = {};
-    window.cycle.self = window.cycle;
-  });
+const check = checksInPage(() => {
+  const { api, deliver, peek } = window.voice;
+  let received;
+  const record = (...args) => void (received = args);
+  const everyCallback = Object.fromEntries(
+    peek('callbackProperties').map(([property]) => [property, record])
+  );
+  /** The arguments that the callback of ACTION_<name> gets for each of the parameters. */
+  window.args = (name, ...params) => {
+    api.setCallback(everyCallback);
+    return params.map((param) => (deliver(`ACTION_${name}`, param), received));
+  };
+  /** What the callback of ACTION_<name> gets for each of the parameter texts, which spaces separate. */
+  window.got = (name, params) => window.args(name, ...params.split(' ')).flat();
+  window.itemId = (param) => peek('convertVoiceInteractionParam')('ACTION_ITEM_SELECTION', param);
+  /** The answer to a command whose callback is `callback`. */
+  window.answer = (callback, param) => (api.setCallback({ onplay: callback }), deliver('ACTION_PLAY', param));
+  window.cycle = {};
+  window.cycle.self = window.cycle;
 });
-after(() => browser.close());
-const check = checksOf(() => page);
 
 check('parameter texts become the values that callbacks expect')`
   got('NAVIGATION', 'PreviousPageCommand NextPageCommand') → ['NAV_PREVIOUS', 'NAV_NEXT']

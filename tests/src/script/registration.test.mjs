@@ -1,46 +1,40 @@
 // Registering callbacks, listening, the version: which native calls each makes, in which order the arguments are
 // refused, and what stays registered after a failure.
 import assert from 'node:assert/strict';
-import { after, before, test } from 'node:test';
-import { checksOf, startBrowser } from '../../../testing/browser.mjs';
+import { readFileSync } from 'node:fs';
+import { test } from 'node:test';
+import { checksInPage } from '../../../testing/browser.mjs';
 
-let browser, page;
-before(async () => {
-  browser = await startBrowser();
-  page = await browser.open('');
-  await page.evaluate(() => {
-    const { api, calls, listeners, outcome } = window.voice;
-    const names = () => calls.map(([name]) => name.slice('VoiceInteractionHandler_'.length)).join();
-    window.f = () => undefined;
-    /** The actions that setCallback passes to the native side, without the built-in ones that end the list. */
-    window.sent = (callbacks) => {
-      api.setCallback(callbacks);
-      const list = calls.at(-1)[1].actions.join();
-      return list.replace(/,?ACTION_REQUEST_CONTENT_CONTEXT,ACTION_ITEM_SELECTION$/, '…');
-    };
-    window.cycle = { onplay: window.f };
-    window.cycle.self = window.cycle;
-    /** What a refused setCallback leaves of a registration for "onpause": how many listen, and its error. */
-    window.refused = (callbacks) => {
-      api.setCallback({ onpause: window.f });
-      calls.length = 0;
-      const failure = outcome(() => api.setCallback(callbacks));
-      if (names() !== 'checkPrivileges') return `it called ${names()}`;
-      return `${listeners.size} ${failure.replace('TypeMismatchError: callback is ', '')}`;
-    };
-    /** What comes of `action` while a native call fails, and which calls it made. */
-    window.failing = (name, action) => {
-      window.voice.failing = { [`VoiceInteractionHandler_${name}`]: 'failed' };
-      calls.length = 0;
-      const result = outcome(action);
-      window.voice.failing = {};
-      return [result, names()];
-    };
-    window.unprivileged = (method) => window.failing('checkPrivileges', () => api[method]()).join();
-  });
+const check = checksInPage(() => {
+  const { api, calls, listeners, outcome } = window.voice;
+  const names = () => calls.map(([name]) => name.slice('VoiceInteractionHandler_'.length)).join();
+  window.f = () => undefined;
+  /** The actions that setCallback passes to the native side, without the built-in ones that end the list. */
+  window.sent = (callbacks) => {
+    api.setCallback(callbacks);
+    const list = calls.at(-1)[1].actions.join();
+    return list.replace(/,?ACTION_REQUEST_CONTENT_CONTEXT,ACTION_ITEM_SELECTION$/, '…');
+  };
+  window.cycle = { onplay: window.f };
+  window.cycle.self = window.cycle;
+  /** What a refused setCallback leaves of a registration for "onpause": how many listen, and its error. */
+  window.refused = (callbacks) => {
+    api.setCallback({ onpause: window.f });
+    calls.length = 0;
+    const failure = outcome(() => api.setCallback(callbacks));
+    if (names() !== 'checkPrivileges') return `it called ${names()}`;
+    return `${listeners.size} ${failure.replace('TypeMismatchError: callback is ', '')}`;
+  };
+  /** What comes of `action` while a native call fails, and which calls it made. */
+  window.failing = (name, action) => {
+    window.voice.failing = { [`VoiceInteractionHandler_${name}`]: 'failed' };
+    calls.length = 0;
+    const result = outcome(action);
+    window.voice.failing = {};
+    return [result, names()];
+  };
+  window.unprivileged = (method) => window.failing('checkPrivileges', () => api[method]()).join();
 });
-after(() => browser.close());
-const check = checksOf(() => page);
 
 check('enumerations and internals stay inside')`
   Object.keys(api) → []
@@ -58,21 +52,12 @@ check('the list of actions is in table order and ends with the built-in ones')`
   sent({ onplay: f, toJSON() { throw 1; } }) → 'ACTION_PLAY…'
   (sent({ onplay: f }), sent({ onstop: f }), [...listeners.keys()][0] + listeners.size) → 'ACTION_STOP3'`;
 
-test('every property registers its own action', async () => {
-  const pairs =
-    `onupdatestate REQUEST_APP_CONTEXT onnavigation NAVIGATION onsearch SEARCH onplay PLAY onstop STOP
-    onpause PAUSE onexit EXIT onselection SELECTION ontitleselection TITLE_SELECTION oncustom CUSTOM
-    onfastforward FAST_FORWARD onrewind REWIND ondefaultsearch DEFAULT_SEARCH
-    onsearchcollection SEARCH_COLLECTION onchangeappstate CHANGE_APP_STATE
-    onchangeprevioustrack MEDIA_TRACK_PREVIOUS onchangenexttrack MEDIA_TRACK_NEXT onrestart MEDIA_RESTART
-    onskipbackward MEDIA_SKIP_BACKWARD onskipforward MEDIA_SKIP_FORWARD
-    onsetplayposition MEDIA_SET_PLAY_POSITION onchangesubtitlemode MEDIA_SET_SUBTITLE
-    onchangeshufflemode MEDIA_SET_SHUFFLE onchangescreenfitmode MEDIA_SET_SCREEN_FIT onzoom MEDIA_SET_ZOOM
-    onrotate MEDIA_SET_ROTATE onchange360mode MEDIA_SET_360_MODE onchangerepeatmode MEDIA_SET_REPEAT
-    oncontinuewatching MEDIA_CONTINUE_WATCHING onrequestcontentcontext REQUEST_CONTENT_CONTEXT
-    onadditiontolist ADDITION_TO_LIST onremovalfromlist REMOVAL_FROM_LIST`.match(/(\w+)\s+(\w+)/g);
-  const rows = pairs.map((pair) => pair.split(/\s+/)).map(([property, name]) => [property, `ACTION_${name}`]);
-  const answered = await page.evaluate((rows) => {
+test('every property registers its own action, which is the one that the declarations name', async () => {
+  const declarations = readFileSync(new URL('../../../npm/index.d.ts', import.meta.url), 'utf8');
+  const declared = declarations.matchAll(/`(ACTION_\w+)`:[^/]*\*\/\s+(on\w+)\?:/g);
+  const rows = [...declared].map(([, action, property]) => [property, action]);
+  assert.equal(rows.length, 32);
+  const answered = await check.page().evaluate((rows) => {
     const callbacks = Object.fromEntries(rows.map(([property]) => [property, () => property]).reverse());
     window.voice.api.setCallback(callbacks);
     const actions = window.voice.calls.at(-1)[1].actions;
