@@ -51,6 +51,9 @@ export async function run(args, options = {}) {
   return result;
 }
 
+// The rows of a table, the two sides of each parted by an arrow; ¶ is the end of a line.
+export const rowsOf = (table) => table.match(/\S.*/g).map((row) => row.replaceAll('¶', '\n').split(' → '));
+
 // The lines of an output that are JSON objects.
 export const jsonLines = (text) => (text.match(/^\{.*\}$/gm) ?? []).map((line) => JSON.parse(line));
 

@@ -41,9 +41,3 @@ test('every row is measured and printed, with its samples and plots kept', async
   assert.deepEqual(readdirSync(folder).sort(), [path.basename(plots), path.basename(json)]);
   assert.deepEqual(processesWith(folder), []);
 });
-
-test('a name that there is not ends in one sentence', async () => {
-  const { code, text } = await run(['bench', 'nonsense'], { seconds: 300 });
-  assert.equal(code, 2, text);
-  assert.match(text, /Unknown benchmark nonsense; use round-trip, .*simulator\./);
-});

@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import path from 'node:path';
 import { test } from 'node:test';
-import { jsonLines, run, scratchFolder, start, until, writePage } from '../../testing/corvis.mjs';
+import { jsonLines, rowsOf, run, scratchFolder, start, until, writePage } from '../../testing/corvis.mjs';
 
 const page = `<button>Play it</button><input autofocus><script>
   corvis.voiceinteraction.setCallback({
@@ -15,7 +15,7 @@ const page = `<button>Play it</button><input autofocus><script>
 </script>`;
 
 // Commands, and what their events have.
-const conversation = String.raw`
+const conversation = rowsOf(String.raw`
   {"id":1,"command":"say","text":"pause"} → {"event":"step","id":1,"status":"passed","answer":"success"}
   {"id":"two","command":"say","text":"play"} → {"id":"two","answer":"not_support","exception":"Error: no film"}
   {"command":"say","text":"puase"} → {"status":"failed","message":"Unknown phrase \"puase\". Did you mean \"pause\"? help lists the phrases."}
@@ -33,10 +33,9 @@ const conversation = String.raw`
   {"id":7,"command":"reload","hard":true} → {"event":"error","id":7,"message":"Unknown member \"hard\"."}
   {"command":"press","key":"Left","times":-1} → {"message":"Expected a number as the member \"times\"."}
   [] → {"event":"error"}
-  {} → {"message":"Expected a text as the member \"command\"."}`
-  .trim()
-  .split('\n')
-  .map((row) => row.split(' → ').map((side) => JSON.parse(side)));
+  {} → {"message":"Expected a text as the member \"command\"."}`).map((row) =>
+  row.map((side) => JSON.parse(side))
+);
 
 test('each line gets its event, in order, and garbage an error', async (t) => {
   const picture = path.join(scratchFolder(t), 'page.png');
@@ -56,9 +55,8 @@ test('each line gets its event, in order, and garbage an error', async (t) => {
     assert.deepEqual(actual, expected, `${JSON.stringify(command)} got ${JSON.stringify(replies[index])}`);
   });
   assert.equal(replies.at(-1).message, 'This is not JSON.');
-  assert.deepEqual(events.at(-1).status, 0);
-  const registered = events.find(({ event }) => event === 'registered').actions;
-  assert.ok(registered.includes('ACTION_PAUSE'), text);
+  assert.equal(events.at(-1).status, 0);
+  assert.ok(events.find(({ event }) => event === 'registered').actions.includes('ACTION_PAUSE'), text);
 });
 
 test('a run that ends before its input does says why', async (t) => {

@@ -49,9 +49,8 @@ test('nothing is left running when a test dies', async (t) => {
   const program = `const { launch } = await import(${JSON.stringify(entry)});
     await launch(${JSON.stringify(writePage(t, page))}, { command: ${JSON.stringify(command)} });
     console.log('up');`;
-  const child = spawn(process.execPath, ['--input-type=module', '-e', program], {
-    env: { ...process.env, TMPDIR: marker, DISPLAY: '' },
-  });
+  const env = { ...process.env, TMPDIR: marker, DISPLAY: '' };
+  const child = spawn(process.execPath, ['--input-type=module', '-e', program], { env });
   let text = '';
   child.stdout.on('data', (data) => (text += data));
   await until(() => text.includes('up'), { child, output: () => text });

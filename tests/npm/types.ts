@@ -71,8 +71,6 @@ export const refused: VoiceCallbacks[] = [
   { onplay: async () => true },
   // @ts-expect-error a function has no JSON text
   { onplay: () => () => true },
-  // @ts-expect-error JSON refuses a BigInt
-  { onplay: () => 10n },
   // @ts-expect-error the text may be missing
   { onplay: (text) => text.length },
   // @ts-expect-error NAV_UNKNOWN is never delivered
@@ -86,8 +84,6 @@ export const refused: VoiceCallbacks[] = [
 ];
 // @ts-expect-error cannot be read
 voice.getDataFromSearchTerm({ title: 'a' }, 'SEARCH_TERM_RAW');
-// @ts-expect-error no such member
-voice.getDataFromSearchTerm({ year: '1' }, 'SEARCH_TERM_TITLE');
 // @ts-expect-error the thumbnail is missing
 voice.buildCollectionShowData('app', 'title', 'payload');
 // @ts-expect-error the focus is missing

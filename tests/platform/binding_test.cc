@@ -133,7 +133,6 @@ TEST(Binding, AnswersBadCallsWithAnError) {
 
 TEST(Binding, OwnsTheInstancesUntilTheirPageOrTheExtensionGoes) {
   OnePage page;
-  EXPECT_EQ(page.runtime->status, 0);
   EXPECT_EQ(page.runtime->name, "dotted.name");
   EXPECT_EQ(page.runtime->script, "the script");
   const InstanceHandle other = page.runtime->NewPage();

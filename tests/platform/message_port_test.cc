@@ -3,8 +3,6 @@
 #include <systemd/sd-bus.h>
 
 #include <csignal>
-#include <string>
-#include <vector>
 
 #include "bus/payload.h"
 #include "bus_fixture.h"

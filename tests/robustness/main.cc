@@ -24,7 +24,6 @@ int main(int argc, char** argv) {
       return 1;
     }
   }
-  std::fprintf(stderr,
-               "Usage: robustness_programs load|hostile-peers|web-process-crashes|departures [--short]\n");
+  std::fprintf(stderr, "Usage: robustness_programs PROGRAM [--short]\n");
   return 2;
 }

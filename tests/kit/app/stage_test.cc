@@ -154,19 +154,17 @@ TEST_F(StageTest, EndsByItselfWhenItsProgramIsKilled) {
 }
 
 TEST_F(StageTest, NamesWhatIsMissing) {
-  const auto no_program = StartProgram({"/nowhere/corvis-tv"});
-  ASSERT_FALSE(no_program);
-  EXPECT_EQ(no_program.error().kind, ErrorKind::kNoEnvironment);
-  EXPECT_NE(no_program.error().message.find("/nowhere/corvis-tv is missing"), std::string::npos);
-
+  const auto expect = [](const Result<std::unique_ptr<Stage>>& stage, const char* part) {
+    ASSERT_FALSE(stage);
+    EXPECT_EQ(stage.error().kind, ErrorKind::kNoEnvironment);
+    EXPECT_NE(stage.error().message.find(part), std::string::npos) << stage.error().message;
+  };
+  expect(StartProgram({"/nowhere/corvis-tv"}), "/nowhere/corvis-tv is missing");
   const fs::path long_name = folder_ / std::string(150, 'x');
   fs::create_directory(long_name);
   for (const fs::path& parent : {fs::path("/nowhere"), long_name}) {
     setenv("TMPDIR", parent.c_str(), 1);
-    const auto no_folder = Start("exec sleep 1000");
-    ASSERT_FALSE(no_folder);
-    EXPECT_EQ(no_folder.error().kind, ErrorKind::kNoEnvironment);
-    EXPECT_NE(no_folder.error().message.find("TMPDIR"), std::string::npos) << no_folder.error().message;
+    expect(Start("exec sleep 1000"), "TMPDIR");
   }
   EXPECT_TRUE(IsAlone(kPatience));
   EXPECT_TRUE(fs::is_empty(long_name));

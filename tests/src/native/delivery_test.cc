@@ -101,8 +101,8 @@ TEST_F(DeliveryTest, AMessageWithoutCommandOrDataIsDroppedAfterItsLine) {
   for (const auto& [entries, line] : kRows) {
     platform().log.clear();
     platform().Deliver(entries);
-    EXPECT_EQ(platform().log.size(), 1U);
-    EXPECT_THAT(platform().LogWith("Fail to get"), ElementsAre(EndsWith(line)));
+    ASSERT_EQ(platform().log.size(), 1U);
+    EXPECT_THAT(platform().log[0].text, EndsWith(line));
   }
   EXPECT_THAT(platform().TakeSent(), ElementsAre());
   platform().Deliver({{"strData", "1"}, {"extra", "x"}, {"command", "ACTION_PLAY"}});

@@ -98,16 +98,16 @@ TEST(Destruction, APageEndsWithinAnyCallOfThePlatform) {
 }
 
 TEST(Destruction, APageEndsWithinThePostingOfACommand) {
-  using End = void (*)(fake::Runtime & runtime, InstanceHandle page, InstanceHandle other);
+  using fake::Runtime;
+  using End = void (*)(Runtime & runtime, InstanceHandle page, InstanceHandle other);
   const End kEnds[] = {
-      [](fake::Runtime& runtime, InstanceHandle page, InstanceHandle) { runtime.DestroyPage(page); },
-      [](fake::Runtime& runtime, InstanceHandle, InstanceHandle other) { runtime.DestroyPage(other); },
-      [](fake::Runtime& runtime, InstanceHandle page, InstanceHandle other) {
-        runtime.DestroyPage(other);
-        runtime.DestroyPage(page);
+      [](Runtime& runtime, InstanceHandle page, InstanceHandle) { runtime.DestroyPage(page); },
+      [](Runtime& runtime, InstanceHandle, InstanceHandle other) { runtime.DestroyPage(other); },
+      [](Runtime& runtime, InstanceHandle page, InstanceHandle other) {
+        for (const InstanceHandle each : {other, page}) runtime.DestroyPage(each);
         runtime.NewListeningPage(kSomeActions);
       },
-      [](fake::Runtime& runtime, InstanceHandle, InstanceHandle) { runtime.Shutdown(); },
+      [](Runtime& runtime, InstanceHandle, InstanceHandle) { runtime.Shutdown(); },
   };
   for (const End end : kEnds) {
     fake::Platform::Reset();

@@ -18,12 +18,11 @@ TEST_F(InstanceTest, ConstructionOpensNothingAndLogsTheVersionTwice) {
   runtime->NewPage();
   EXPECT_THAT(platform().calls, ElementsAre());
   ASSERT_EQ(platform().log.size(), 5U);  // the runtime's callback and the constructor, and between them:
-  EXPECT_EQ(platform().log[2].priority, 6);
-  EXPECT_EQ(platform().log[2].tag, "WEB-VIHandler");
-  EXPECT_THAT(
-      platform().log[2].text,
-      MatchesRegex(
-          R"(\[v1\.0\.8\] VoiceInteractionInstance\([0-9]+\): VoiceInteractionInstance \[1\.0\.8\])"));
+  const fake::LogLine& line = platform().log[2];
+  EXPECT_EQ(std::tie(line.priority, line.tag), std::make_tuple(6, "WEB-VIHandler"));
+  const char* const kText =
+      R"(\[v1\.0\.8\] VoiceInteractionInstance\([0-9]+\): VoiceInteractionInstance \[1\.0\.8\])";
+  EXPECT_THAT(line.text, MatchesRegex(kText));
 }
 
 TEST_F(InstanceTest, ListenOpensThePortOnceAndSubscribesOnce) {

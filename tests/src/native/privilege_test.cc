@@ -36,9 +36,8 @@ TEST_F(PrivilegeTest, TheMicrophoneIsAskedForFirst) {
       {{"/privilege/voicecontrol"}, ErrorReply("SecurityError", "Microphone PrivilegeException"), 1},
       {{"/privilege/microphone"}, ErrorReply("SecurityError", "Voice Control PrivilegeException"), 2},
   };
-  const std::string kUris = "http://" CORVIS_PRIVILEGE_HOST
-                            "/privilege/microphone, "
-                            "http://" CORVIS_PRIVILEGE_HOST "/privilege/voicecontrol";
+  const std::string host = "http://" CORVIS_PRIVILEGE_HOST;
+  const std::string kUris = host + "/privilege/microphone, " + host + "/privilege/voicecontrol";
   for (const auto& [granted, reply, questions] : kRows) {
     platform().granted_paths = granted;
     platform().log.clear();
