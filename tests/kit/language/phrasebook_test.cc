@@ -83,7 +83,7 @@ constexpr Row kPhrases[] = {
     {"where am i?", "REQUEST_APP_CONTEXT|"},
     {"what can I select", "REQUEST_CONTENT_CONTEXT|"},
     {"search for comedies", "SEARCH|utterance=\"search for comedies\" genre=comedy raw=comedies"},
-    {"choose the lot", "nothing"},
+    {"rotate the lot", "nothing"},
     {"skip forward a lot", "nothing"},
     {"please", "nothing"},
     {" .!? ", "nothing"},
