@@ -69,6 +69,15 @@ std::string CheckUserAgent(const std::string& value) {
   return is_header ? "" : "a text of printable ASCII characters";
 }
 
+// Whether a line of the runtime's standard error is of the libraries that play media, which report each
+// device and plug-in that a machine doesn't have.
+bool IsChatter(const std::string& line) {
+  constexpr const char* kBeginnings[] = {"ALSA lib ", "AL lib: ", "(WebKit", "** (WebKit",
+                                         "libva ",    "libEGL ",  "MESA",    "WebKit wasn't able"};
+  return line.empty() || std::any_of(std::begin(kBeginnings), std::end(kBeginnings),
+                                     [&line](const char* text) { return line.rfind(text, 0) == 0; });
+}
+
 bool IsSet(const char* variable) {
   const char* value = std::getenv(variable);
   return value != nullptr && *value != '\0';
@@ -157,7 +166,9 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
     if (kind == "all" || kind == source || (kind == "errors" && is_error))
       console("[" + source + "] " + level + ": " + LinesForTerminal(text));
   };
-  const auto write_line = [console](const std::string& line) { console(ForTerminal(line)); };
+  const auto write_line = [kind = options.console, console](const std::string& line) {
+    if (kind == "all" || !IsChatter(line)) console(ForTerminal(line));
+  };
   const auto report = [notice = std::move(notice)](const std::string& sentence) {
     notice(ForTerminal(sentence));
   };

@@ -40,6 +40,8 @@ const CommandRow kCommands[] = {
     {kTry, "demo", kNone, "run the example application and hold a short conversation with it",
      MakeDemoCommand},
     {kTry, "run", kPage, "run your own page, with a prompt for phrases", MakeRunCommand},
+    {kTry, "doctor", kNone, "report what this machine can play and show, and what to install",
+     MakeDoctorCommand},
     {kTest, "test-app", kPageAndScripts, "run voice scripts against an application", MakeTestAppCommand},
     {kTest, "items", kPage, "list what can be selected on a page; --png FILE: draw it", MakeItemsCommand},
     {kTest, "lint", kPage, "report what would make voice fail on a page", MakeLintCommand},

@@ -33,6 +33,7 @@ std::unique_ptr<Subcommand> MakeTestAppCommand();
 std::unique_ptr<Subcommand> MakeItemsCommand();
 std::unique_ptr<Subcommand> MakeLintCommand();
 std::unique_ptr<Subcommand> MakePhrasesCommand();
+std::unique_ptr<Subcommand> MakeDoctorCommand();
 
 // Runs the command that the arguments (without the program's name) name. Returns the exit status.
 Result<int> RunTool(Supervisor& supervisor, const std::vector<std::string>& arguments);

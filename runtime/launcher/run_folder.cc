@@ -45,6 +45,8 @@ void RunFolder::SetEnvironment(const std::string& app_id) const {
   setenv("GIO_USE_VFS", "local", 1);
   setenv("GSETTINGS_BACKEND", "memory", 1);
   setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
+  // HLS streams play as on a TV; the engine's default leaves them to scripts.
+  setenv("WEBKIT_GST_ENABLE_HLS_SUPPORT", "1", 1);
   setenv("WEBKIT_DISABLE_COMPOSITING_MODE", "1", 1);
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <initializer_list>
 #include <regex>
+#include <string_view>
 #include <utility>
 
 #include "requests_script.h"
@@ -11,6 +12,11 @@
 namespace corvis::tv {
 
 namespace {
+
+bool IsDefaultIcon(std::string_view url) {
+  constexpr std::string_view kName = "/favicon.ico";
+  return url.size() > kName.size() && url.substr(url.size() - kName.size()) == kName;
+}
 
 using JscValue = nurvo::GObjectPtr<JSCValue>;
 
@@ -147,6 +153,8 @@ void LoadFailures::Write(const Failure& failure) {
     where = WhereAsked(failure.url);
   }
   if (where.empty()) where = failure.document;
+  // The engine itself requests the icon of a page: no element and no line of a script did.
+  if (where.find_first_of("<:") == std::string::npos && IsDefaultIcon(failure.url)) return;
   const std::string reason =
       failure.reason.empty() ? "the engine refuses it, or its content can't be used" : failure.reason;
   const std::string line = "Can't load " + places_.ShortUrl(failure.url) + ": " + reason +

@@ -1,0 +1,93 @@
+// corvis doctor: what this machine has of what applications use.
+#include <fmt/format.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "app/json_text.h"
+#include "app/page_script.h"
+#include "cli/application.h"
+#include "cli/commands.h"
+#include "engine_checks_script.h"
+#include "output/output_file.h"
+
+namespace corvis::kit {
+
+namespace {
+
+struct Check {
+  std::string name;
+  bool holds = false;
+  // What to do, or what it means, if it doesn't hold.
+  std::string advice;
+};
+
+std::string LineOf(const Check& check) {
+  return fmt::format("{:<8}  {}{}\n", check.holds ? "ok" : "missing", check.name,
+                     check.holds ? "" : ": " + check.advice);
+}
+
+bool IsSet(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value != nullptr && *value != '\0';
+}
+
+bool HasSound() {
+  std::error_code ignored;
+  const char* folder = std::getenv("XDG_RUNTIME_DIR");
+  const std::filesystem::path runtime = folder == nullptr ? "" : folder;
+  const bool has_server = IsSet("PULSE_SERVER") || std::filesystem::exists(runtime / "pulse/native", ignored);
+  return has_server || std::filesystem::exists("/dev/snd/timer", ignored);
+}
+
+std::vector<Check> MachineChecks() {
+  return {{"display", IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY"),
+           "applications run headless; --window needs a graphical session"},
+          {"sound device", HasSound(), "media plays silently"}};
+}
+
+Result<std::vector<Check>> EngineChecks(RuntimeControl& runtime) {
+  const Result<std::string> value = runtime.Evaluate(CallInPage(kEngineChecks, "engineChecks"));
+  if (!value) return Fail(value.error());
+  const auto rows = ParseJson(*value);
+  if (!rows) return Fail(rows.error());
+  std::vector<Check> checks;
+  for (const auto& row : *rows)
+    checks.push_back(
+        {row.at(0).get<std::string>(), row.at(1).get<bool>(), "apt install " + row.at(2).get<std::string>()});
+  return checks;
+}
+
+class DoctorCommand : public Subcommand {
+ public:
+  void Declare(CLI::App& app) override {
+    app.description(
+        "Starts the web engine and prints what this machine has of what applications use: containers and\n"
+        "codecs, fonts, a display, a sound device; for each thing missing, what to install.");
+    DescribeStatuses(app, {{kExitOk, "demo and test-app can run, whatever else is missing"}});
+  }
+
+  Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& /*operands*/) override {
+    ApplicationOptions options;
+    const std::string page = options.run.places.examples + "/minimal";
+    const auto run = StartApplication(supervisor, page, options);
+    if (!run) return Fail(run.error());
+    if (const Status loaded = WaitUntilLoaded(**run, options); !loaded) return Fail(loaded.error());
+    const auto checks = EngineChecks((*run)->conversation().runtime());
+    if (!checks) return Fail(checks.error());
+    std::string text = LineOf({"web engine, bus and virtual display", true, ""});
+    for (const Check& check : *checks) text += LineOf(check);
+    for (const Check& check : MachineChecks()) text += LineOf(check);
+    const Status printed = WriteStandardOutput(text);
+    return printed ? Result<int>(kExitOk) : Fail(printed.error());
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Subcommand> MakeDoctorCommand() {
+  return std::make_unique<DoctorCommand>();
+}
+
+}  // namespace corvis::kit
