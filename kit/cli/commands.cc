@@ -80,7 +80,7 @@ Status CheckOperands(const CommandRow& row, const std::vector<std::string>& oper
   return Fail("Unexpected \"" + operands[row.operands.most] + "\".", ErrorKind::kUsage);
 }
 
-Result<int> RunCommand(const CommandRow& row, Supervisor& supervisor, std::vector<std::string> arguments) {
+Result<int> Execute(const CommandRow& row, Supervisor& supervisor, std::vector<std::string> arguments) {
   CLI::App app;
   app.set_help_flag();
   const std::unique_ptr<Subcommand> command = row.make();
@@ -106,8 +106,7 @@ Result<int> RunTool(Supervisor& supervisor, const std::vector<std::string>& argu
   if (name == "--version") return Print("corvis " CORVIS_VERSION "\n", kExitOk);
   const auto* const row = std::find_if(std::begin(kCommands), std::end(kCommands),
                                        [&name](const CommandRow& command) { return command.name == name; });
-  if (row != std::end(kCommands))
-    return RunCommand(*row, supervisor, {arguments.begin() + 1, arguments.end()});
+  if (row != std::end(kCommands)) return Execute(*row, supervisor, {arguments.begin() + 1, arguments.end()});
   std::vector<std::string> names;
   for (const CommandRow& command : kCommands) names.emplace_back(command.name);
   const std::string kind = name.compare(0, 1, "-") == 0 ? "option " : "command ";

@@ -117,8 +117,7 @@ TEST_F(StageTest, LeavesNothing) {
       {"echo up; kill -STOP $$; exec sleep 1000", ""},
       {"trap '' TERM; echo up; while :; do sleep 1000; done", ""},
       // Orphans in sessions of their own, one of which ignores what it is told.
-      {"setsid sh -c 'sleep 1000 & setsid sleep 1000 &' & setsid sh -c \"trap '' TERM; sleep 1000\" & echo "
-       "up; exit 1",
+      {R"(setsid sh -c 'sleep 99 & setsid sleep 99 &' & setsid sh -c "trap '' TERM; sleep 99" & echo up; exit 1)",
        ""},
       // More output than a pipe holds, which nobody reads any more.
       {"echo up; exec yes", ""},
