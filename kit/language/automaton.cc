@@ -10,7 +10,7 @@ namespace {
 // Of one automaton: what a hostile phrase file may cost.
 constexpr size_t kMostTransitions = 2'000'000;
 // Of the parts of one word: ein[e[m|n|r|s]].
-constexpr size_t kMostWordings = 500;
+constexpr size_t kMostWordWordings = 500;
 
 // The states with which a part of a pattern may begin and end, and whether it may be left out.
 struct Ends {
@@ -103,8 +103,8 @@ class PatternAdder {
   Ends AddCompound(const Pattern& parts) {
     Ends ends;
     ends.is_optional = false;
-    const auto wordings = Expand(parts, kMostWordings + 1, SlotName);
-    if (wordings.size() > kMostWordings) message_ = "A word with brackets has too many wordings.";
+    const auto wordings = Expand(parts, kMostWordWordings + 1, SlotName);
+    if (wordings.size() > kMostWordWordings) message_ = "A word with brackets has too many wordings.";
     for (const std::string& wording : wordings) {
       if (wording.empty()) {
         ends.is_optional = true;

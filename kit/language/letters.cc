@@ -63,9 +63,9 @@ FoldTable ReadFoldTable() {
     table.letters.push_back({from, static_cast<unsigned>(table.text.size()), is_one ? 1 : number});
     if (is_one) {
       distance += number % 2 == 0 ? static_cast<int>(number / 2) : -static_cast<int>(number / 2) - 1;
-      table.text += from + distance;
+      table.text += static_cast<char32_t>(from + distance);
     } else {
-      for (unsigned i = 0; i < number; ++i) table.text += reader.Number();
+      for (unsigned i = 0; i < number; ++i) table.text += static_cast<char32_t>(reader.Number());
     }
   }
   return table;

@@ -235,7 +235,9 @@ std::vector<std::string> ExpandMarked(const Pattern& pattern, size_t limit, cons
       for (const std::string& wording : wordings) {
         if (longer.size() >= limit) break;
         const bool has_space = part.is_spaced && !text.empty() && !wording.empty();
-        longer.push_back(text + (has_space ? " " : "") + wording);
+        longer.push_back(text);
+        if (has_space) longer.back() += ' ';
+        longer.back() += wording;
       }
     }
     texts = std::move(longer);

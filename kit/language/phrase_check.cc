@@ -12,7 +12,7 @@ namespace {
 
 constexpr size_t kMostOthers = 3;
 // Of each phrase. With more, some of all are looked at.
-constexpr size_t kMostWordings = 3000;
+constexpr size_t kMostPhraseWordings = 3000;
 constexpr size_t kMostChecked = 250;
 
 std::string Count(size_t words) {
@@ -84,7 +84,7 @@ namespace {
 
 // Texts of a phrase's wordings, with slots filled in.
 std::vector<std::string> Wordings(const Grammar& grammar, const PhraseRow& row) {
-  const auto all = Expand(row.pattern, kMostWordings, [&grammar](const Slot& slot) {
+  const auto all = Expand(row.pattern, kMostPhraseWordings, [&grammar](const Slot& slot) {
     // Words that no pattern has.
     return slot.kind == SlotKind::kWords ? std::string("\"?\"") : grammar.Example(slot);
   });

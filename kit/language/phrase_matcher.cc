@@ -18,7 +18,7 @@ bool IsDigit(char c) {
 }
 
 // Of at most nine digits.
-double Number(std::string_view digits) {
+double ParseDigits(std::string_view digits) {
   long number = 0;
   for (const char c : digits) number = number * 10 + (c - '0');
   return static_cast<double>(number);
@@ -38,8 +38,8 @@ std::optional<double> ClockSeconds(std::string_view text) {
   for (; fields < 3 && !text.empty(); ++fields) {
     const size_t colon = std::min(text.find(':'), text.size());
     const std::string_view field = text.substr(0, colon);
-    if (!IsDigits(field, 1, kMostDigits) || (fields > 0 && Number(field) >= kMinute)) return {};
-    seconds = seconds * kMinute + Number(field);
+    if (!IsDigits(field, 1, kMostDigits) || (fields > 0 && ParseDigits(field) >= kMinute)) return {};
+    seconds = seconds * kMinute + ParseDigits(field);
     text.remove_prefix(std::min(colon + 1, text.size()));
   }
   return text.empty() && fields >= 2 ? std::optional(seconds) : std::nullopt;
@@ -53,7 +53,7 @@ std::optional<double> Fraction(std::string_view text) {
   if (!IsDigits(whole, 1, kMostDigits) || !IsDigits(fraction, 1, kMostDigits)) return {};
   double unit = 1;
   for (size_t i = 0; i < fraction.size(); ++i) unit *= 10;
-  return Number(whole) + Number(fraction) / unit;
+  return ParseDigits(whole) + ParseDigits(fraction) / unit;
 }
 
 bool IsIsoDate(std::string_view text) {
@@ -332,7 +332,7 @@ SlotReadings PhraseMatcher::ReadMonths(size_t begin) {
 SlotReadings PhraseMatcher::ReadYear(size_t begin) const {
   const std::string& text = words_[begin].text;
   if (!IsDigits(text, 4, 4)) return {};
-  return {{begin + 1, Number(text), text, ""}};
+  return {{begin + 1, ParseDigits(text), text, ""}};
 }
 
 SlotReadings PhraseMatcher::ReadDecades(size_t begin) {

@@ -101,6 +101,11 @@ const LanguageText* FindLanguage(std::string_view tag) {
   return found == end ? nullptr : found;
 }
 
+tl::unexpected<Error> OtherLanguage(const std::string& file, const std::string& language,
+                                    const std::string& wanted) {
+  return Fail("The language of " + file + " is " + language + ", not " + wanted + ".", ErrorKind::kUsage);
+}
+
 }  // namespace
 
 void Understood::SetItem(long number) {
@@ -124,8 +129,7 @@ Result<Phrasebook> Phrasebook::Open(const std::string& tag, const std::vector<Ph
     if (wanted.empty()) wanted = language;
     is_brought = is_brought || (!language.empty() && language == wanted);
     if (language.empty() || language == wanted) continue;
-    return Fail("The language of " + file.name + " is " + language + ", not " + wanted + ".",
-                ErrorKind::kUsage);
+    return OtherLanguage(file.name, language, wanted);
   }
   if (wanted.empty()) wanted = "en";
   std::vector<PhraseFile> all = files;

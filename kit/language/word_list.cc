@@ -9,10 +9,10 @@ namespace corvis::kit {
 namespace {
 
 // "Nine hundred and ninety-nine" takes two; nothing sensible takes more than this.
-constexpr int kDeepest = 4;
-constexpr size_t kMostWordings = 1000;
+constexpr int kDeepestNesting = 4;
+constexpr size_t kMostEntryWordings = 1000;
 constexpr size_t kMostReadings = 32;
-constexpr long kGreatestNumber = 1'000'000;
+constexpr long kGreatestListed = 1'000'000;
 
 // A slot, in an expanded pattern: no letter is the same.
 constexpr char kSlotMark = '{';
@@ -22,7 +22,7 @@ NumberReadings ReadDigits(std::string_view text, size_t begin) {
   const char* const end = text.data() + text.size();
   const char* const first = text.data() + begin;
   const auto [after, error] = std::from_chars(first, end, number);
-  if (after == first || *first == '-' || error != std::errc() || number > kGreatestNumber) return {};
+  if (after == first || *first == '-' || error != std::errc() || number > kGreatestListed) return {};
   return {{static_cast<size_t>(after - text.data()), static_cast<double>(number)}};
 }
 
@@ -38,11 +38,11 @@ std::string NumberLetters(const LetterFolding& folding, std::string_view text) {
 
 std::string WordList::Add(const Pattern& pattern, double value, const LetterFolding& folding) {
   Slot slot;
-  const auto wordings = Expand(pattern, kMostWordings + 1, [&slot](const Slot& found) {
+  const auto wordings = Expand(pattern, kMostEntryWordings + 1, [&slot](const Slot& found) {
     slot = found;
     return std::string(1, kSlotMark);
   });
-  if (wordings.size() > kMostWordings) return "The pattern has too many wordings.";
+  if (wordings.size() > kMostEntryWordings) return "The pattern has too many wordings.";
   for (const std::string& wording : wordings) {
     Entry entry{NumberLetters(folding, wording), value};
     const size_t at = entry.letters.find(kSlotMark);
@@ -96,7 +96,7 @@ NumberReadings WordList::Read(std::string_view text, size_t begin, const WordLis
 NumberReadings WordList::ReadNested(std::string_view text, size_t begin, const WordList* numbers,
                                     int depth) const {
   const WordList& in_slots = numbers != nullptr ? *numbers : *this;
-  if (depth == kDeepest) return {};
+  if (depth == kDeepestNesting) return {};
   NumberReadings readings = numbers == nullptr ? ReadDigits(text, begin) : NumberReadings();
   const auto add = [&readings](size_t end, double value) {
     if (readings.size() < kMostReadings) readings.push_back({end, value});

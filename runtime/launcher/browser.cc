@@ -262,7 +262,7 @@ gboolean Browser::OnUserMessage(WebKitWebView* view, WebKitUserMessage* message,
   return TRUE;
 }
 
-void Browser::TakeConsole(GVariant* content) {
+void Browser::TakeConsole(GVariant* content) const {
   if (!events_.on_console) return;
   GVariantIter lines;
   g_variant_iter_init(&lines, content);

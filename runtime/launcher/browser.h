@@ -73,7 +73,7 @@ class Browser {
   void SetUpView(const Options& options, const Application& application);
   void BeginLoad(ResultCallback done);
   void CheckCommitted();
-  void TakeConsole(GVariant* content);
+  void TakeConsole(GVariant* content) const;
   void OnLoadFinished();
   void FinishLoad(const std::string& error);
   void ReloadAfterCrash();
