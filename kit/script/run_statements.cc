@@ -82,9 +82,7 @@ void ReadPrivileges(LineReader& line, Step& step) {
     line = before;
     line.OneOf({"microphone", "voicecontrol"});
   }
-  step.run = [uris](Session& session) -> Verdict {
-    return session.conversation.SetPrivileges(uris);
-  };
+  step.run = [uris](Session& session) -> Verdict { return session.conversation.SetPrivileges(uris); };
 }
 
 // language TAG

@@ -84,7 +84,7 @@ void Browser::SetUpView(const Options& options, const Application& application) 
       "media-playback-requires-user-gesture", FALSE, "javascript-can-open-windows-automatically", TRUE,
       "enable-developer-extras", !options.is_headless, nullptr));
   if (!options.user_agent.empty()) webkit_settings_set_user_agent(settings.get(), options.user_agent.c_str());
-  // A voice command is no gesture for the engine, and may start playback with sound all the same.
+  // Commands that reach the page without a gesture of a user may start playback with sound all the same.
   const nurvo::GObjectPtr<WebKitWebsitePolicies> policies(
       webkit_website_policies_new_with_policies("autoplay", WEBKIT_AUTOPLAY_ALLOW, nullptr));
   view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context_.get(), "settings",
