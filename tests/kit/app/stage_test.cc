@@ -122,7 +122,9 @@ TEST_F(StageTest, LeavesNothing) {
       // More output than a pipe holds, which nobody reads any more.
       {"echo up; exec yes", ""},
   };
-  for (const auto& [command, killed] : rows) {
+  for (const auto& row : rows) {
+    const std::string& command = row.first;
+    const char* const killed = row.second;
     heard_.clear();
     auto stage = Start(command);
     ASSERT_TRUE(stage) << stage.error().message;
