@@ -176,7 +176,7 @@ class Keeper {
     return true;
   }
 
-  void EndRuntime() {
+  void EndRuntime() const {
     if (runtime_ <= 0) return;
     TellToEnd(runtime_);
     if (!WaitForChild(runtime_, kRuntimeGrace)) kill(runtime_, SIGKILL);
