@@ -49,7 +49,14 @@ return exports;
 
 function bundle(entry, output, ...options) {
   const aliases = ['module', 'page'].map((name) => `--alias:#${name}=${join(generated, `${name}.js`)}`);
-  const common = ['--bundle', '--target=es2022', '--charset=utf8', '--log-level=warning', ...aliases];
+  const common = [
+    '--bundle',
+    '--target=es2022',
+    '--charset=utf8',
+    '--log-level=warning',
+    '--minify',
+    ...aliases,
+  ];
   execFileSync('esbuild', [join(source, entry), `--outfile=${join(folder, output)}`, ...common, ...options]);
 }
 

@@ -143,5 +143,5 @@ test('the file stays small', () => {
   const bytes = readFileSync(file);
   const packed = gzipSync(bytes, { level: 9 }).length;
   assert.ok(bytes.length < 350_000, `${bytes.length} bytes`);
-  assert.ok(packed < 135_000, `${packed} bytes compressed`);
+  assert.ok(packed < 140_000, `${packed} bytes compressed`);
 });
