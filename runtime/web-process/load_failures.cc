@@ -21,7 +21,7 @@ bool IsDefaultIcon(std::string_view url) {
 using JscValue = nurvo::GObjectPtr<JSCValue>;
 
 // Reports of one failure arrive within a few turns of the main loop.
-constexpr guint kDelayMs = 100;
+constexpr guint kReportDelayMs = 100;
 // The maximum number of script positions that are stored.
 constexpr size_t kMostRequests = 2000;
 
@@ -125,7 +125,7 @@ void LoadFailures::Add(Failure failure) {
   waiting_.push_back(std::move(failure));
   if (timer_ != 0) return;
   timer_ = g_timeout_add(
-      kDelayMs,
+      kReportDelayMs,
       [](gpointer failures) {
         static_cast<LoadFailures*>(failures)->timer_ = 0;
         static_cast<LoadFailures*>(failures)->WriteAll();

@@ -63,9 +63,10 @@ LoadFailures& FailuresOf(WebKitWebPage* page) {
   return TheWebProcess().failures.try_emplace(page, ConsoleOf(page), PlacesOf(page)).first->second;
 }
 
-PageBridge NewBridge(JSCContext* context, WebKitWebPage* page, CloseSink close) {
-  return {context, ConsoleOf(page), [page](const auto& place) { return PlacesOf(page).Read(place); },
-          std::move(close)};
+std::unique_ptr<PageBridge> NewBridge(JSCContext* context, WebKitWebPage* page, CloseSink close) {
+  return std::make_unique<PageBridge>(
+      context, ConsoleOf(page), [page](const auto& place) { return PlacesOf(page).Read(place); },
+      std::move(close));
 }
 
 void OnPageGone(gpointer /*data*/, GObject* page) {
@@ -149,7 +150,7 @@ void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame*
   FailuresOf(page).Watch(context.get(), is_main_frame);
   if (!is_main_frame) {
     // Not stored, because the frame's script owns the functions that watch its console.
-    const PageBridge watching = NewBridge(context.get(), page, nullptr);
+    const auto watching = NewBridge(context.get(), page, nullptr);
     return;
   }
   std::unique_ptr<PageBridge>& bridge = TheWebProcess().pages[page];
@@ -158,7 +159,7 @@ void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame*
   WebKitUserMessage* started = webkit_user_message_new(kProcessMessage, g_variant_new_uint32(getpid()));
   webkit_web_page_send_message_to_view(page, started, nullptr, nullptr, nullptr);
   const bool is_own = IsOfOrigin(context.get(), TheWebProcess().origin);
-  bridge.reset(new PageBridge(NewBridge(context.get(), page, [page] { SendClose(page); })));
+  bridge = NewBridge(context.get(), page, [page] { SendClose(page); });
   if (is_own) bridge->AttachExtensions();
 }
 
