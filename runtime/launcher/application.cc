@@ -29,7 +29,9 @@ Application FileApplication(const fs::path& path, std::string& error) {
         is_folder ? "The folder " + path.string() + " has no index.html." : path.string() + " is not a file.";
     return {};
   }
-  return {"", "", file.string(), file.parent_path().string()};
+  // Routers and relative links find a folder's page where a web server has it.
+  const nurvo::GText name(g_uri_escape_string(file.filename().c_str(), nullptr, TRUE));
+  return {is_folder ? "/" : std::string("/") + name.get(), "", file.string(), file.parent_path().string()};
 }
 
 struct SecurityOriginDeleter {
@@ -74,9 +76,8 @@ std::unique_ptr<ApplicationServer> ServeApplication(Application& application, co
     error = "The profile " + profile + " can't be written.";
     return nullptr;
   }
-  const nurvo::GText name(g_uri_escape_string(fs::path(application.file).filename().c_str(), nullptr, TRUE));
   application.origin = server->origin();
-  application.uri = application.origin + "/" + name.get();
+  application.uri = application.origin + application.uri;
   return server;
 }
 

@@ -11,7 +11,7 @@
 namespace corvis::tv {
 
 struct Application {
-  // For files, set when they are served.
+  // For files, a path until they are served.
   std::string uri;
   std::string origin;
   // The page and the folder to serve, with links resolved; empty for a URL.

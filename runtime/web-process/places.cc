@@ -37,9 +37,10 @@ JscValue LoadMapper(WebKitWebPage* page) {
 std::string Places::ShortUrl(const std::string& url) const {
   const bool is_served = origin_.find(".localhost:") != std::string::npos;
   const std::string start = origin_ + "/";
-  return is_served && url.compare(0, start.size(), start) == 0 && url.size() > start.size()
-             ? url.substr(start.size())
-             : url;
+  if (!is_served || url.compare(0, start.size(), start) != 0) return url;
+  const std::string rest = url.substr(start.size());
+  const bool is_file = !rest.empty() && std::string(":?#").find(rest[0]) == std::string::npos;
+  return is_file ? rest : "index.html" + rest;
 }
 
 std::string Places::Mapped(const std::string& place) {

@@ -102,6 +102,8 @@ function trespasses(origin) {
 test('a folder is served as a web server does, to those who know its name', async (t) => {
   const { site, tv, origin } = await startSite(t);
   const get = (target, headers) => ask(origin, target, headers);
+  // Where a router expects the page.
+  assert.equal((await tv.status()).url, `${origin}/`);
   assert.match(origin, /^http:\/\/app-[0-9a-f]{32}\.localhost:\d+$/);
 
   await t.test('files, parts of files, and what is no file', async () => {
