@@ -131,9 +131,8 @@ HeadlessDisplay::~HeadlessDisplay() {
   if (server_ <= 0) return;
   kill(server_, SIGTERM);
   kill(server_, SIGCONT);
-  if (AwaitChild(server_, kEndGrace)) return;
-  kill(server_, SIGKILL);
-  // The files that the server would have removed itself.
+  if (!AwaitChild(server_, kEndGrace)) kill(server_, SIGKILL);
+  // A server that was killed has not removed them itself.
   unlink(("/tmp/.X" + number_ + "-lock").c_str());
   unlink(SocketOf(number_).c_str());
 }
