@@ -132,7 +132,7 @@ void Conversation::WaitForRest() {
     if (!now) return;
     if (*now != last) quiet_since = Clock::now();
     last = *now;
-    WaitUntil([] { return false; }, kInterval);
+    RunFor(kInterval);
   }
 }
 
@@ -193,8 +193,8 @@ void Conversation::WaitForLoad(std::chrono::milliseconds timeout) {
   const auto end = Clock::now() + timeout;
   for (;;) {
     const Result<bool> is_loaded = runtime_.IsLoaded();
-    if (!is_loaded || *is_loaded || Clock::now() > end) return;
-    WaitUntil([] { return false; }, kInterval);
+    if (!is_loaded || *is_loaded || (Clock::now() > end && !AreTimeLimitsSuspended())) return;
+    RunFor(kInterval);
   }
 }
 
@@ -285,7 +285,7 @@ Status Conversation::WaitForArrival(const Arrival& arrival, int registered_befor
     return service_.HasApp(app_id_) && service_.registrations(app_id_) > registered_before;
   };
   if (!arrival.is_listening) {
-    if (!WaitUntil(has_registered, arrival.quiet)) return {};
+    if (!HappensWithin(has_registered, arrival.quiet)) return {};
     return Fail("Expected the application not to listen, but it has registered.");
   }
   const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
@@ -342,6 +342,7 @@ Status Conversation::NoteBeginning(std::vector<std::string> privileges, bool is_
 Status Conversation::Recover() {
   // A page that takes longer than this counts as hung, not as busy.
   constexpr auto kResponseTime = std::chrono::seconds(1);
+  if (AreTimeLimitsSuspended()) return {};
   const int crashes_before = crashes_;
   const Result<bool> is_ended = runtime_.EndHangingPage(kResponseTime);
   if (!is_ended || !*is_ended) return {};

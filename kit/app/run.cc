@@ -149,6 +149,7 @@ Result<std::unique_ptr<Run>> Run::Start(Supervisor& supervisor, const RunOptions
   parts->conversation->set_on_console(parts->sinks.console);
   parts->conversation->set_on_crash(
       [&to = *parts] { to.Notice("The page's process crashed; the runtime reloads the page."); });
+  parts->conversation->runtime().WatchInspector(SuspendTimeLimits);
   parts->conversation->runtime().WatchClosing([&to = *parts] { to.NoteEnd(Closed()); });
   return std::unique_ptr<Run>(new Run(std::move(parts)));
 }

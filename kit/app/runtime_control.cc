@@ -157,6 +157,14 @@ void RuntimeControl::WatchCrashes(std::function<void()> sink) {
   crashes_ = NewWatch(tv::kCrashedSignal, [sink = std::move(sink)](sd_bus_message* /*signal*/) { sink(); });
 }
 
+void RuntimeControl::WatchInspector(std::function<void(bool is_attached)> sink) {
+  inspector_ = NewWatch(tv::kInspectedSignal, [sink = std::move(sink)](sd_bus_message* signal) {
+    int is_attached = 0;
+    if (sd_bus_message_read(signal, tv::kInspectedSignal.arguments, &is_attached) >= 0)
+      sink(is_attached != 0);
+  });
+}
+
 void RuntimeControl::WatchClosing(std::function<void()> sink) {
   closing_ = NewWatch(tv::kClosedSignal, [sink = std::move(sink)](sd_bus_message* /*signal*/) { sink(); });
 }

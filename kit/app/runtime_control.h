@@ -40,6 +40,8 @@ class RuntimeControl {
   void WatchClosing(std::function<void()> sink);
   // Calls `sink` when a page is loaded.
   void WatchLoads(std::function<void()> sink);
+  // Calls `sink` when a browser connects to the inspector, and when the last one has gone.
+  void WatchInspector(std::function<void(bool is_attached)> sink);
   // The time limit of each call.
   void set_timeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
 
@@ -96,6 +98,7 @@ class RuntimeControl {
   std::unique_ptr<Watch> crashes_;
   std::unique_ptr<Watch> loads_;
   std::unique_ptr<Watch> closing_;
+  std::unique_ptr<Watch> inspector_;
 };
 
 }  // namespace corvis::kit

@@ -131,6 +131,10 @@ class Supervisor::Watch {
 
   void TakeDeadline() {
     if (is_ending_) EndNow();
+    if (AreTimeLimitsSuspended()) {
+      deadline_ = Clock::now() + kGrace;
+      return;
+    }
     BeginEnd({"The time limit for the whole run (--total-timeout) is over.", ErrorKind::kTimeOver},
              time_over_status_);
   }

@@ -143,6 +143,13 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
   AddLanguageOptions(app, options.language);
 }
 
+void AddInspectOption(CLI::App& app, ApplicationOptions& options) {
+  app.add_flag("--inspect{0}", options.inspector_port,
+               "serve the web engine's inspector on the loopback interface (default: any free port)")
+      ->type_name("[=PORT]")
+      ->take_last();
+}
+
 void PrintLine(const std::string& line) {
   std::fprintf(stderr, "%s\n", TextForTerminal(line).c_str());
 }
@@ -158,6 +165,8 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
   run.page = std::move(*page);
   for (const std::string& key : options.key_codes)
     run.runtime_arguments.insert(run.runtime_arguments.end(), {"--key", key});
+  if (!options.inspector_port.empty())
+    run.runtime_arguments.insert(run.runtime_arguments.end(), {"--inspect", options.inspector_port});
   if (const std::string tag = PageLanguage(options.language, *language); !tag.empty())
     run.runtime_arguments.insert(run.runtime_arguments.end(), {"--language", tag});
   const auto write = [kind = options.console, console](const auto& level, const auto& text,

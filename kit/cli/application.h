@@ -19,6 +19,8 @@ struct ApplicationOptions {
   RunOptions run;
   // "NAME=CODE" of keys whose code differs from the table's.
   std::vector<std::string> key_codes;
+  // The port of the inspector, "0" for any; empty for no inspector.
+  std::string inspector_port;
   LanguageOptions language;
   // The console lines to print: "page" for the page's own, "errors" for its errors only, "all" to include
   // those of the script API, or "none".
@@ -36,6 +38,9 @@ void AddDisplayOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options
 void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options);
 
 // Prints one line, given without its newline.
+// Declares --inspect.
+void AddInspectOption(CLI::App& app, ApplicationOptions& options);
+
 using Printer = std::function<void(const std::string& line)>;
 void PrintLine(const std::string& line);
 

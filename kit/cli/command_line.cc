@@ -70,7 +70,8 @@ Result<std::vector<std::string>> OperandsIn(const CLI::App& app) {
 std::string DescribeOption(const CLI::Option& option) {
   const std::string value = option.get_type_name();
   const std::string fallback = option.get_default_str();
-  return HelpLine(option.get_name(false, true) + (value.empty() ? "" : " " + value),
+  const bool is_separate = !value.empty() && value[0] != '[';
+  return HelpLine("--" + option.get_lnames().front() + (is_separate ? " " : "") + value,
                   option.get_description() + (fallback.empty() ? "" : " (default " + fallback + ")"));
 }
 

@@ -22,6 +22,7 @@ class RunCommand : public Subcommand {
         "each of its lines is said to the page.");
     options_.console = "page";
     AddApplicationOptions(app, Viewer::kPerson, options_);
+    AddInspectOption(app, options_);
     app.option_defaults()->group("For other programs");
     AddFlag(app, "--json", "read JSON commands from standard input, write JSON events to standard output",
             is_json_);

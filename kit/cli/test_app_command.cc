@@ -20,6 +20,7 @@ class TestAppCommand : public Subcommand {
     app.option_defaults()->group("Limits");
     AddTime(app, "--total-timeout", "S", "time limit of the whole run in seconds", options_.total_timeout);
     AddApplicationOptions(app, Viewer::kProgram, options_.application);
+    AddInspectOption(app, options_.application);
     DescribeStatuses(
         app, {{kExitOk, "every expectation held"},
               {kExitFailed, "one failed"},

@@ -78,7 +78,7 @@ const Turn& Dialogue::Say(const std::string& phrase, std::chrono::milliseconds t
   // An item may appear later, like anything that a script looks for.
   for (turn_ = conversation_.Say(phrase); !turn_.is_sent && !IsInterrupted() && Clock::now() < end;
        turn_ = conversation_.Say(phrase)) {
-    WaitUntil([] { return false; }, kInterval);
+    RunFor(kInterval);
   }
   return turn_;
 }

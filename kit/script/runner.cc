@@ -81,7 +81,7 @@ void ScriptRunner::AwaitClosing() {
   constexpr auto kTimers = std::chrono::milliseconds(20);
   constexpr auto kDeparture = std::chrono::seconds(2);
   const bool is_there = conversation_.runtime().Sync().has_value();
-  WaitUntil([] { return IsInterrupted(); }, is_there ? kTimers : kDeparture);
+  HappensWithin([] { return IsInterrupted(); }, is_there ? kTimers : kDeparture);
 }
 
 Status ScriptRunner::PrepareScript() {

@@ -10,14 +10,14 @@ bool HasApplicationClosed() {
 }
 
 void Session::Pause(std::chrono::milliseconds time) {
-  WaitUntil([] { return false; }, time);
+  RunFor(time);
 }
 
 Verdict Session::Poll(std::chrono::milliseconds interval, const std::function<Verdict()>& look) const {
   const auto end = Clock::now() + conversation.timeout();
   for (;;) {
     Verdict verdict = look();
-    if (verdict || Clock::now() >= end || IsInterrupted()) return verdict;
+    if (verdict || (Clock::now() >= end && !AreTimeLimitsSuspended()) || IsInterrupted()) return verdict;
     Pause(interval);
   }
 }

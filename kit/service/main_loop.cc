@@ -19,22 +19,49 @@ std::atomic<const Error*>& Reason() {
   return reason;
 }
 
+std::atomic<bool>& Suspension() {
+  static std::atomic<bool> are_suspended{false};
+  return are_suspended;
+}
+
 guint AddTimer(std::chrono::milliseconds time, GSourceFunc then, gpointer data) {
   return g_timeout_add(static_cast<guint>(std::clamp<int64_t>(time.count(), 0, G_MAXINT)), then, data);
 }
 
-}  // namespace
-
-bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds timeout) {
+// Runs the main loop as long as `may_go_on` says, which gets whether the time is over.
+template <typename MayGoOn>
+void RunWhile(const MayGoOn& may_go_on, std::chrono::milliseconds time) {
   bool is_over = false;
   const auto set_over = [](gpointer flag) -> gboolean {
     *static_cast<bool*>(flag) = true;
     return G_SOURCE_CONTINUE;
   };
-  const guint timer = AddTimer(timeout, set_over, &is_over);
-  while (!holds() && !is_over && !IsInterrupted()) g_main_context_iteration(nullptr, TRUE);
+  const guint timer = AddTimer(time, set_over, &is_over);
+  while (may_go_on(is_over) && !IsInterrupted()) g_main_context_iteration(nullptr, TRUE);
   g_source_remove(timer);
+}
+
+}  // namespace
+
+bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds timeout) {
+  RunWhile([&holds](bool is_over) { return !holds() && (!is_over || AreTimeLimitsSuspended()); }, timeout);
   return holds();
+}
+
+bool HappensWithin(const std::function<bool()>& holds, std::chrono::milliseconds time) {
+  RunWhile([&holds](bool is_over) { return !holds() && !is_over; }, time);
+  return holds();
+}
+
+void RunFor(std::chrono::milliseconds time) {
+  RunWhile([](bool is_over) { return !is_over; }, time);
+}
+
+void SuspendTimeLimits(bool are_suspended) {
+  Suspension() = are_suspended;
+}
+bool AreTimeLimitsSuspended() {
+  return Suspension();
 }
 
 void EndWaits(Error reason) {

@@ -13,6 +13,16 @@ namespace corvis::kit {
 // value of `holds`.
 bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds timeout);
 
+// The same for what is expected not to happen: the time is never suspended.
+bool HappensWithin(const std::function<bool()>& holds, std::chrono::milliseconds time);
+
+// Runs the main loop for this time, or until EndWaits is called.
+void RunFor(std::chrono::milliseconds time);
+
+// Suspends the time limits of all WaitUntil, as long as somebody debugs the page. Thread-safe.
+void SuspendTimeLimits(bool are_suspended);
+bool AreTimeLimitsSuspended();
+
 // Ends every current and future wait of the process. Only the first reason is kept. Thread-safe.
 void EndWaits(Error reason);
 // The reason passed to EndWaits; null if it was not called.

@@ -82,7 +82,7 @@ void Browser::SetUpView(const Options& options, const Application& application) 
   const nurvo::GObjectPtr<WebKitSettings> settings(webkit_settings_new_with_settings(
       "enable-page-cache", FALSE, "hardware-acceleration-policy", WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER,
       "media-playback-requires-user-gesture", FALSE, "javascript-can-open-windows-automatically", TRUE,
-      "enable-developer-extras", !options.is_headless, nullptr));
+      "enable-developer-extras", !options.is_headless || options.inspector_port.has_value(), nullptr));
   if (!options.user_agent.empty()) webkit_settings_set_user_agent(settings.get(), options.user_agent.c_str());
   // Commands that reach the page without a gesture of a user may start playback with sound all the same.
   const nurvo::GObjectPtr<WebKitWebsitePolicies> policies(

@@ -207,6 +207,9 @@ void ControlService::EmitLoaded(const std::string& uri) {
 void ControlService::EmitCrashed(unsigned times) {
   Emit(kCrashedSignal, g_variant_new("(u)", times));
 }
+void ControlService::EmitInspected(bool is_attached) {
+  Emit(kInspectedSignal, g_variant_new("(b)", is_attached));
+}
 void ControlService::EmitClosed() {
   Emit(kClosedSignal, nullptr);
 }

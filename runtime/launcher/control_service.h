@@ -37,6 +37,7 @@ class ControlService {
   void EmitLoaded(const std::string& uri);
   void EmitCrashed(unsigned times);
   void EmitClosed();
+  void EmitInspected(bool is_attached);
 
  private:
   explicit ControlService(nurvo::GObjectPtr<GDBusConnection> bus);

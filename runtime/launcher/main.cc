@@ -15,6 +15,7 @@
 #include "launcher/child_processes.h"
 #include "launcher/control_service.h"
 #include "launcher/headless_display.h"
+#include "launcher/inspector.h"
 #include "launcher/options.h"
 #include "launcher/run_folder.h"
 #include "launcher/storage.h"
@@ -80,13 +81,19 @@ class MainLoop {
 // A run, from the first load to the end of the main loop.
 class Run {
  public:
-  // `server` is null for a URL.
+  // `server` is null for a URL, `inspector` unless it is asked for.
   Run(const Options& options, const Application& application, ApplicationServer* server,
-      const RunFolder& folder, ControlService& control, MainLoop& loop)
+      const RunFolder& folder, ControlService& control, MainLoop& loop, Inspector* inspector)
       : loop_(loop), events_(Events(options.console, control)), browser_(options, application, events_) {
     if (server != nullptr) {
       server->set_on_missing([this](const std::string& path, const std::string& reason) {
         events_.on_console("error", path + " is missing. " + reason, "page");
+      });
+    }
+    if (inspector != nullptr) {
+      inspector->Watch([this, &control](bool is_attached) {
+        browser_.calls().set_is_unlimited(is_attached);
+        control.EmitInspected(is_attached);
       });
     }
     control.Serve(
@@ -165,7 +172,13 @@ int RunApplication(Options options) {
   }
   const std::unique_ptr<ApplicationServer> server = ServeApplication(application, options, error);
   if (!error.empty()) return Fail(kExitNoEnvironment, error);
-  return Run(options, application, server.get(), folder, *control, loop).UntilTheEnd();
+  std::unique_ptr<Inspector> inspector;
+  if (options.inspector_port) {
+    inspector = Inspector::Start(*options.inspector_port, error);
+    if (!inspector) return Fail(kExitNoEnvironment, error);
+    std::fprintf(stderr, "Inspector: open %s in a browser.\n", inspector->address().c_str());
+  }
+  return Run(options, application, server.get(), folder, *control, loop, inspector.get()).UntilTheEnd();
 }
 
 }  // namespace

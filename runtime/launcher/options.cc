@@ -84,6 +84,16 @@ std::string AddKey(Options& options, const std::string& text) {
   return "";
 }
 
+std::string SetInspector(Options& options, const std::string& text) {
+  constexpr int kMostPort = 65535;
+  std::istringstream stream(text);
+  int port = -1;
+  if (!(stream >> port) || stream.peek() != EOF || port < 0 || port > kMostPort)
+    return "Expected a port from 0 (any) to 65535, not \"" + text + "\".";
+  options.inspector_port = port;
+  return "";
+}
+
 std::string SetSize(Options& options, const std::string& text) {
   const auto is_side = [](int side) { return side >= kSmallestSide && side <= kLargestSide; };
   std::istringstream stream(text);
@@ -170,6 +180,8 @@ constexpr OptionRow kRows[] = {
     {"privilege", "URI", "grant a privilege to the application; repeatable", AddPrivilege},
     {"grant", "NAME", "grant a permission to pages that request it; repeatable", AddGrant},
     {"key", "NAME=CODE", "the keyCode of a key, such as Back=27; repeatable", AddKey},
+    {"inspect", "PORT", "serve the engine's inspector on this port of the loopback interface; 0: any",
+     SetInspector},
     {"size", "WIDTHxHEIGHT", "the page's size in pixels (default 1920x1080)", SetSize},
     {"single-page", nullptr, "serve the page for paths without a file or extension, for client-side routers",
      SetSinglePage},

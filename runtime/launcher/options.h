@@ -2,6 +2,7 @@
 #ifndef CORVIS_RUNTIME_LAUNCHER_OPTIONS_H_
 #define CORVIS_RUNTIME_LAUNCHER_OPTIONS_H_
 
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -38,6 +39,8 @@ struct Options {
   std::string user_agent;
   bool are_tls_errors_ignored = false;
   KeyCodes key_codes;
+  // The inspector's port, 0 for any; nothing for no inspector.
+  std::optional<int> inspector_port;
   ConsoleKind console = ConsoleKind::kPage;
   // The value of navigator.language, a BCP 47 tag; by default that of the environment.
   std::string language;

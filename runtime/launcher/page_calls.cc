@@ -49,6 +49,7 @@ struct PageCalls::Call {
 
 gboolean PageCalls::Call::OnDeadline(gpointer data) {
   const CallPtr call = *static_cast<CallPtr*>(data);
+  if (call->owner->is_unlimited_) return G_SOURCE_CONTINUE;
   call->deadline = 0;
   call->error.sentence = "The page has not responded for " + std::to_string(kLimitSeconds) +
                          " s; one of its scripts may be stuck.";

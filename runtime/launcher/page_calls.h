@@ -45,6 +45,9 @@ class PageCalls {
   // Sets the values of the page's keyboard events from now on, as JSON; empty for the engine's own.
   void AnnounceKey(const std::string& json);
 
+  // Sets whether calls may take any time, as they do while the page is debugged.
+  void set_is_unlimited(bool is_unlimited) { is_unlimited_ = is_unlimited; }
+
   // Answers all pending calls with an error.
   void FailAll(const std::string& sentence);
 
@@ -58,6 +61,7 @@ class PageCalls {
   void Finish(const CallPtr& call);
 
   WebKitWebView* view_;
+  bool is_unlimited_ = false;
   std::set<CallPtr> calls_;
 };
 

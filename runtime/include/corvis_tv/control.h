@@ -64,7 +64,11 @@ constexpr ControlSignal kCrashedSignal{"Crashed", "u"};
 // The page called window.close(): the application has ended, and the runtime ends.
 constexpr ControlSignal kClosedSignal{"Closed", ""};
 
-constexpr ControlSignal kControlSignals[] = {kConsoleSignal, kLoadedSignal, kCrashedSignal, kClosedSignal};
+// Whether a browser is connected to the inspector now.
+constexpr ControlSignal kInspectedSignal{"Inspected", "b"};
+
+constexpr ControlSignal kControlSignals[] = {kInspectedSignal, kConsoleSignal, kLoadedSignal, kCrashedSignal,
+                                             kClosedSignal};
 
 constexpr const char* kErrorLoadFailed = "corvis.tv.Error.LoadFailed";
 constexpr const char* kErrorScript = "corvis.tv.Error.ScriptError";
