@@ -11,6 +11,7 @@ const page = `<script>
     onplay: function () { return 'played'; }
   });
   corvis.voiceinteraction.listen();
+  setTimeout(function () { console.log('listening'); }, 500);
 </script>`;
 
 // Runs the page on a pseudo terminal. `type` types, `shows` waits until the terminal has shown something more.
@@ -32,6 +33,7 @@ function terminal(t) {
 
 test('a line is completed, edited and repeated; a console line leaves it alone', async (t) => {
   const { type, shows, exited } = terminal(t);
+  await shows('log: listening');
   await shows('> ');
   type('pau\t');
   await shows('se ');
