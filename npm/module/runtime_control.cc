@@ -42,13 +42,11 @@ void RuntimeControl::WatchConsole(ConsoleSink sink) {
   simulator::Sink() = std::move(sink);
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): the header of the runtime's client sets the signature.
+// NOLINTBEGIN(performance-unnecessary-value-param): the header of the runtime's client sets the signatures.
 void RuntimeControl::WatchLoads(std::function<void()> /*sink*/) {}
-
 void RuntimeControl::WatchCrashes(std::function<void()> /*sink*/) {}
-
-// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is the runtime's client's.
 void RuntimeControl::WatchClosing(std::function<void()> /*sink*/) {}
+// NOLINTEND(performance-unnecessary-value-param)
 
 Status RuntimeControl::Load(const std::string& /*url*/) {
   return Fail(kMissing);
