@@ -159,7 +159,8 @@ void OrderMarks(std::vector<Letter>& letters) {
 void LetterFolding::Add(std::string_view letter, std::string_view text) {
   std::u32string from;
   std::u32string to;
-  for (const Letter& folded : Fold(text)) to += folded.code;
+  // Without the language's own letters: replacements of replacements could grow without end.
+  for (const Letter& folded : LetterFolding().Fold(text)) to += folded.code;
   for (const Letter& folded : LetterFolding().Fold(letter)) from += folded.code;
   if (from.size() > 1) own_[from] = to;
   if (!letter.empty()) own_[std::u32string(1, Decode(letter, 0).code)] = to;

@@ -261,6 +261,10 @@ bool FileReader::HasSlots(const Line& line, const Pattern& pattern, std::vector<
 }
 
 void FileReader::AddLetters(const Line& line) {
+  // Longer replacements would let a short file make any text huge.
+  constexpr size_t kLongestReplacement = 16;
+  if (line.value.text.size() > kLongestReplacement)
+    return Fail(line, line.value.column, "Expected at most 16 bytes of letters.");
   for (std::string_view rest = line.pattern.text; !rest.empty();) {
     const size_t end = std::min(rest.find(' '), rest.size());
     if (end > 0) grammar_.folding.Add(rest.substr(0, end), line.value.text);
@@ -431,7 +435,9 @@ Grammar ReadPhraseFiles(const std::vector<PhraseFile>& files, std::vector<Phrase
 std::string LanguageOf(std::string_view text) {
   std::vector<PhraseMistake> ignored;
   FileReader reader(ignored);
-  reader.Split({"", std::string(text.substr(0, text.find("\n[")))});
+  // The reader keeps views of the text until it has built.
+  const PhraseFile header{"", std::string(text.substr(0, text.find("\n[")))};
+  reader.Split(header);
   return reader.Build().tag;
 }
 

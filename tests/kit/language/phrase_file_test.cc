@@ -144,6 +144,8 @@ TEST(PhraseFile, HostileFilesEndWithAnError) {
       doubling + "[phrases]\n<z> -> ACTION_PLAY\n",
       "[phrases]\n" + Repeated("x " + Repeated("[a b c] ", 3900) + " -> ACTION_PLAY\n", 900000),
       "[numbers]\n" + Repeated("(a|b) (c|d)", 4000) + " -> 1",
+      "[letters]\na -> " + Repeated("a", 100) + "\nb -> " + Repeated("a", 100) + "\nc -> " +
+          Repeated("b", 100),
       Repeated("x\n", (1 << 20) + 1),
   };
   for (const std::string& text : texts) {
