@@ -15,7 +15,8 @@ EOT
 compile_module() {
   local module=$build/npm/module log=$build/npm/module.log
   mkdir -p "$module"
-  if ! grep -qs "^CMAKE_HOME_DIRECTORY:.*=$home/npm\$" "$module/CMakeCache.txt" || [ ! -f "$module/build.ninja" ]; then
+  if ! grep -qs "^CMAKE_HOME_DIRECTORY:.*=$home/npm\$" "$module/CMakeCache.txt" || [ ! -f "$module/build.ninja" ] ||
+    [ "$home/tools/npm.sh" -nt "$module/CMakeCache.txt" ]; then
     rm -rf "$module"
     emcmake cmake -S "$home/npm" -B "$module" -G Ninja -DCORVIS_PRIVILEGE_HOST="$(cat "$build/privilege-host")" \
       -DCORVIS_LANGUAGE_DATA="$build/npm/language_data.cc" \

@@ -13,6 +13,10 @@ bool WaitUntil(const std::function<bool()>& holds, std::chrono::milliseconds /*t
   return true;
 }
 
+bool HappensWithin(const std::function<bool()>& holds, std::chrono::milliseconds time) {
+  return WaitUntil(holds, time);
+}
+
 const Error* WhyWaitsEnd() {
   return nullptr;
 }
