@@ -18,6 +18,7 @@ docs/performance.md explains the figures. Without a name all are measured:
   script         the script API's start, and a command in it
   library        loading the library, and its memory per page
   size           the library, its script and its memory; without --short also for 32-bit and 64-bit ARM
+  phrases        understanding a phrase, and loading a language
   logging        the cost of log calls while logging is off
   simulator      the npm package in a browser: size, start, a phrase
 

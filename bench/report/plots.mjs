@@ -3,7 +3,7 @@
 
 const panel = { width: 380, height: 280, left: 58, right: 14, top: 66, bottom: 40 };
 const columns = 2;
-const colours = ['#1b6ac9', '#d1571a', '#5f7d1f', '#8a4bb0'];
+const colours = ['#1b6ac9', '#d1571a', '#5f7d1f', '#8a4bb0', '#a8325e'];
 
 const escape = (text) =>
   String(text).replace(/[&<>"]/g, (c) => ({ '&': '&amp;', '<': '&lt;', '>': '&gt;', '"': '&quot;' })[c]);
