@@ -17,6 +17,8 @@ test('replies come after what the page wrote before them', async (t) => {
     await until(() => bus.records.some(([name]) => name === method), bus);
     return bus.records.splice(0);
   };
+  const begun = (method, count = 1) =>
+    until(() => [...bus.calls.values()].filter((name) => name === method).length >= count, bus);
 
   await t.test('those that an expression writes', async () => {
     for (const [expression, reply] of [
@@ -34,8 +36,7 @@ test('replies come after what the page wrote before them', async (t) => {
     // The page's process is busy until the call is under way; then it writes a line of the kind that waits for others.
     const origin = await serve(t, (request, response) => {
       tv.call('Sync');
-      const isUnderWay = () => [...bus.calls.values()].filter((name) => name === 'Sync').length >= count;
-      until(isUnderWay, bus).then(() =>
+      begun('Sync', count).then(() =>
         response.writeHead(200, { 'access-control-allow-origin': '*' }).end()
       );
     });
@@ -50,9 +51,13 @@ test('replies come after what the page wrote before them', async (t) => {
 
   await t.test('a crash', async () => {
     const { pid } = await tv.status();
+    bus.calls.clear();
+    // Each call is a process of its own, so the page is busy before the next two are made.
+    for (const [method, ...values] of [['Evaluate', 'for (;;) {}'], ['Sync'], ['Screenshot']]) {
+      tv.call(method, ...values).catch(() => {});
+      await begun(method);
+    }
     bus.records.splice(0);
-    for (const call of [['Evaluate', 'for (;;) {}'], ['Sync'], ['Screenshot']])
-      tv.call(...call).catch(() => {});
     process.kill(pid, 'SIGKILL');
     await until(() => bus.records.length >= 4, bus);
     assert.deepEqual(bus.records[0], ['Crashed', 1]);
