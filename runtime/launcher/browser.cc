@@ -48,9 +48,7 @@ Browser::Browser(const Options& options, const Application& application, Browser
 }
 
 Browser::~Browser() {
-  for (const guint source : {alive_timer_, reload_}) {
-    if (source != 0) g_source_remove(source);
-  }
+  if (reload_ != 0) g_source_remove(reload_);
   g_signal_handlers_disconnect_by_data(context_.get(), this);
   g_signal_handlers_disconnect_by_data(view_, this);
   g_signal_handlers_disconnect_by_data(window_, this);
@@ -173,15 +171,7 @@ void Browser::OnLoadFinished() {
   // The page to reload after a crash.
   last_uri_ = uri();
   if (load_error_.empty()) {
-    if (alive_timer_ != 0) g_source_remove(alive_timer_);
-    alive_timer_ = g_timeout_add(
-        kAliveMs,
-        [](gpointer data) {
-          static_cast<Browser*>(data)->crashes_in_a_row_ = 0;
-          static_cast<Browser*>(data)->alive_timer_ = 0;
-          return G_SOURCE_REMOVE;
-        },
-        this);
+    alive_timer_.Start(kAliveMs);
     if (events_.on_loaded) events_.on_loaded(uri());
   } else if (!load_done_ && events_.on_console) {
     // No caller waits for this load: the page navigated by itself or was reloaded after a crash.
@@ -216,7 +206,7 @@ void Browser::OnTerminated(WebKitWebView* /*view*/, WebKitWebProcessTerminationR
   if (browser->is_leaving_) return;
   ++browser->crashes_;
   ++browser->crashes_in_a_row_;
-  if (browser->alive_timer_ != 0) g_source_remove(std::exchange(browser->alive_timer_, 0));
+  browser->alive_timer_.Stop();
   if (browser->events_.on_crashed) browser->events_.on_crashed(browser->crashes_);
   browser->calls_->FailAll("The page's process crashed before it answered.");
   if (browser->crashes_in_a_row_ > kMaxCrashesInARow) {

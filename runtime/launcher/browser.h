@@ -15,6 +15,7 @@
 #include "launcher/page_calls.h"
 #include "launcher/user_requests.h"
 #include "nurvo_desktop/glib_ptr.h"
+#include "support/timer.h"
 
 namespace corvis::tv {
 
@@ -97,7 +98,7 @@ class Browser {
   unsigned crashes_ = 0;
   // The number of crashes since a page last stayed alive.
   unsigned crashes_in_a_row_ = 0;
-  guint alive_timer_ = 0;
+  Timer alive_timer_{[this] { crashes_in_a_row_ = 0; }};
   guint reload_ = 0;
 };
 

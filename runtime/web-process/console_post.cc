@@ -9,23 +9,11 @@ namespace {
 constexpr guint kDelayMs = 5;
 }  // namespace
 
-ConsolePost::~ConsolePost() {
-  if (timer_ != 0) g_source_remove(timer_);
-}
-
 void ConsolePost::Take(const std::string& level, const std::string& text, const std::string& source) {
   lines_.emplace_back(
       g_variant_ref_sink(g_variant_new(kConsoleLineType, level.c_str(), text.c_str(), source.c_str())));
   if (source != "api") return Flush();
-  if (timer_ != 0) return;
-  timer_ = g_timeout_add(
-      kDelayMs,
-      [](gpointer post) {
-        static_cast<ConsolePost*>(post)->timer_ = 0;
-        static_cast<ConsolePost*>(post)->Flush();
-        return G_SOURCE_REMOVE;
-      },
-      this);
+  if (!timer_.is_running()) timer_.Start(kDelayMs);
 }
 
 void ConsolePost::Flush() {

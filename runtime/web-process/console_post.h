@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "nurvo_desktop/glib_ptr.h"
+#include "support/timer.h"
 
 namespace corvis::tv {
 
@@ -18,9 +19,6 @@ class ConsolePost {
  public:
   // `page` must outlive this object.
   explicit ConsolePost(WebKitWebPage* page) : page_(page) {}
-  ~ConsolePost();
-  ConsolePost(const ConsolePost&) = delete;
-  ConsolePost& operator=(const ConsolePost&) = delete;
 
   void Take(const std::string& level, const std::string& text, const std::string& source);
   // Sends the collected lines.
@@ -29,7 +27,7 @@ class ConsolePost {
  private:
   WebKitWebPage* page_;
   std::vector<nurvo::GVariantPtr> lines_;
-  guint timer_ = 0;
+  Timer timer_{[this] { Flush(); }};
 };
 
 }  // namespace corvis::tv

@@ -62,10 +62,6 @@ struct LoadFailures::Native {
   }
 };
 
-LoadFailures::~LoadFailures() {
-  if (timer_ != 0) g_source_remove(timer_);
-}
-
 void LoadFailures::Watch(JSCContext* context, bool is_main_frame) {
   const JscValue start(jsc_context_evaluate_with_source_uri(context, kRequestsScript, -1, "requests.js", 1));
   const JscValue native(jsc_value_new_object(context, nullptr, nullptr));
@@ -123,15 +119,7 @@ void LoadFailures::TakeFailure(const std::string& url, const std::string& reason
 
 void LoadFailures::Add(Failure failure) {
   waiting_.push_back(std::move(failure));
-  if (timer_ != 0) return;
-  timer_ = g_timeout_add(
-      kReportDelayMs,
-      [](gpointer failures) {
-        static_cast<LoadFailures*>(failures)->timer_ = 0;
-        static_cast<LoadFailures*>(failures)->WriteAll();
-        return G_SOURCE_REMOVE;
-      },
-      this);
+  if (!timer_.is_running()) timer_.Start(kReportDelayMs);
 }
 
 void LoadFailures::Flush() {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "nurvo_desktop/glib_ptr.h"
+#include "support/timer.h"
 #include "web-process/page_bridge.h"
 #include "web-process/places.h"
 
@@ -22,9 +23,6 @@ class LoadFailures {
  public:
   // `places` must outlive this object.
   LoadFailures(ConsoleSink console, Places& places) : console_(std::move(console)), places_(places) {}
-  ~LoadFailures();
-  LoadFailures(const LoadFailures&) = delete;
-  LoadFailures& operator=(const LoadFailures&) = delete;
 
   // Call this when a new document starts in the main frame.
   void Forget();
@@ -66,7 +64,7 @@ class LoadFailures {
   std::map<std::string, int> written_;
   std::set<std::string> lines_of_elements_;
   nurvo::GObjectPtr<JSCValue> find_in_document_;
-  guint timer_ = 0;
+  Timer timer_{[this] { WriteAll(); }};
 };
 
 }  // namespace corvis::tv
