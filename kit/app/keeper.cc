@@ -12,6 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -205,10 +206,14 @@ class Keeper {
     return last;
   }
 
-  // Ends the runtime before the bus, because its page unregisters over the bus.
+  // Ends the runtime before the bus, because its page unregisters over the bus. The others get what it leaves
+  // of its time: a display server that is killed leaves its socket behind.
   void End() {
+    using std::chrono::steady_clock;
+    const auto end = steady_clock::now() + kRuntimeGrace;
     EndRuntime();
-    EndDescendants(kOthersGrace);
+    const auto left = std::max(end - steady_clock::now(), steady_clock::duration::zero());
+    EndDescendants(std::chrono::duration_cast<std::chrono::milliseconds>(left) + kOthersGrace);
     std::error_code ignored;
     if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
   }

@@ -24,9 +24,9 @@ enum KeeperReport : char {
   kReportStarted = 'S',
   // Starting failed, and the keeper ends. The text is an error message.
   kReportProblem = 'P',
-  // The runtime or the bus has ended. The text is its wait status in decimal; for the bus, a space and its
+  // The runtime or the bus has ended. The text is its wait status in decimal; for the bus, a space and the
   // last
-  // line of output follow.
+  // line of its output follow.
   kReportRuntimeEnded = 'R',
   kReportBusEnded = 'B',
 };
