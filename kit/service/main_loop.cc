@@ -1,11 +1,10 @@
 // Waits by iterating GLib's default main context.
 #include "service/main_loop.h"
 
-#include <glib-unix.h>
+#include <glib.h>
 
 #include <algorithm>
 #include <atomic>
-#include <csignal>
 #include <memory>
 #include <utility>
 
@@ -24,10 +23,6 @@ std::atomic<bool>& Suspension() {
   return are_suspended;
 }
 
-guint AddTimer(std::chrono::milliseconds time, GSourceFunc then, gpointer data) {
-  return g_timeout_add(static_cast<guint>(std::clamp<int64_t>(time.count(), 0, G_MAXINT)), then, data);
-}
-
 // Runs the main loop as long as `may_go_on` says, which gets whether the time is over.
 template <typename MayGoOn>
 void RunWhile(const MayGoOn& may_go_on, std::chrono::milliseconds time) {
@@ -36,7 +31,8 @@ void RunWhile(const MayGoOn& may_go_on, std::chrono::milliseconds time) {
     *static_cast<bool*>(flag) = true;
     return G_SOURCE_CONTINUE;
   };
-  const guint timer = AddTimer(time, set_over, &is_over);
+  const auto limit = static_cast<guint>(std::clamp<int64_t>(time.count(), 0, G_MAXINT));
+  const guint timer = g_timeout_add(limit, set_over, &is_over);
   while (may_go_on(is_over) && !IsInterrupted()) g_main_context_iteration(nullptr, TRUE);
   g_source_remove(timer);
 }
@@ -82,22 +78,6 @@ Status ResumeWaits() {
 
 const Error* WhyWaitsEnd() {
   return Reason().load();
-}
-
-void EndWaitsOnSignals() {
-  const auto end = [](gpointer /*data*/) -> gboolean {
-    EndWaits({"The run was interrupted.", ErrorKind::kInterrupted});
-    return G_SOURCE_CONTINUE;
-  };
-  for (const int signal : {SIGINT, SIGTERM}) g_unix_signal_add(signal, end, nullptr);
-}
-
-void EndWaitsAfter(std::chrono::milliseconds time) {
-  const auto end = [](gpointer /*data*/) -> gboolean {
-    EndWaits({"The time limit for the whole run is over.", ErrorKind::kTimeOver});
-    return G_SOURCE_REMOVE;
-  };
-  AddTimer(time, end, nullptr);
 }
 
 }  // namespace corvis::kit

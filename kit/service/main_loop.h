@@ -33,15 +33,6 @@ Status ResumeWaits();
 inline bool IsInterrupted() {
   return WhyWaitsEnd() != nullptr;
 }
-// Whether waits ended because of the time limit of the whole run.
-inline bool IsTimeOver() {
-  return IsInterrupted() && WhyWaitsEnd()->kind == ErrorKind::kTimeOver;
-}
-
-// Makes SIGINT and SIGTERM call EndWaits instead of ending the process.
-void EndWaitsOnSignals();
-// Calls EndWaits after `time`.
-void EndWaitsAfter(std::chrono::milliseconds time);
 
 }  // namespace corvis::kit
 
