@@ -29,7 +29,7 @@ std::vector<Item> WithBoxes(const std::vector<Item>& items) {
   return found.empty() ? items : found;
 }
 
-// Escapes a page's text for use in a message of several lines.
+// Keeps a page's text on one line of a message that has several.
 std::string OneLine(std::string text) {
   const auto is_break = [](char c) { return c == '\n' || c == '\r'; };
   std::replace_if(text.begin(), text.end(), is_break, ' ');

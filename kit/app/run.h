@@ -75,7 +75,7 @@ class Run {
   Conversation& conversation();
 
   // After the application has ended by itself: starts it again, lets waits go on, and waits at most for
-  // `limit` until it has registered.
+  // `limit` until its page is loaded.
   Status StartAgain(std::chrono::milliseconds limit);
 
   // Why the application ended: the runtime's last message, with the kind of its exit status. kClosed after

@@ -10,7 +10,7 @@
 
 namespace corvis::kit {
 
-// Reads and parses a phrase file. Fails if it can't be read or has mistakes, which the error lists.
+// Reads the text of a phrase file. Fails with kUsage if it can't be read.
 Result<PhraseFile> ReadPhraseFile(const std::string& path);
 
 // The tag of the environment's language (LC_ALL, LC_MESSAGES, LANG) if it is built in, otherwise that of
