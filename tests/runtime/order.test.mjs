@@ -36,9 +36,7 @@ test('replies come after what the page wrote before them', async (t) => {
     // The page's process is busy until the call is under way; then it writes a line of the kind that waits for others.
     const origin = await serve(t, (request, response) => {
       tv.call('Sync');
-      begun('Sync', count).then(() =>
-        response.writeHead(200, { 'access-control-allow-origin': '*' }).end()
-      );
+      begun('Sync', count).then(() => response.writeHead(200, { 'access-control-allow-origin': '*' }).end());
     });
     const script = `open.open('GET', '${origin}', false); open.send(); example.echo.log('late');`;
     let count = 0;
