@@ -2,7 +2,6 @@
 #include "cli/json_session.h"
 
 #include <utility>
-#include <variant>
 
 #include "app/json_text.h"
 #include "cli/exit_status.h"
@@ -16,29 +15,11 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// The forms of events that only a session has; null for others.
-Json SessionFormOf(const ActionsRegistered& registered) {
-  return {{"event", "registered"}, {"actions", registered.actions}};
-}
-Json SessionFormOf(const ConsoleWritten& line) {
-  return {{"event", "console"}, {"level", line.level}, {"text", line.text}, {"source", line.source}};
-}
-Json SessionFormOf(const PageCrashed& /*crash*/) {
-  return {{"event", "crash"}};
-}
-Json SessionFormOf(const ApplicationClosed& /*closed*/) {
-  return {{"event", "closed"}};
-}
-template <typename Other>
-Json SessionFormOf(const Other& /*event*/) {
-  return nullptr;
-}
-
 // A step's event, without the position in a script.
 Json FormOf(const StepDone& done, const Json& id, const Json& found) {
   Json form = {{"event", "step"}, {"id", id}};
   form.update(JsonFormOf(done));
-  for (const char* name : {"file", "line", "column"}) form.erase(name);
+  for (const char* name : {"file", "line", "column", "shown"}) form.erase(name);
   if (!done.shown.empty()) form["value"] = done.shown;
   form.update(found);
   return form;
@@ -51,8 +32,7 @@ JsonSession::JsonSession(const std::string& application) {
 }
 
 void JsonSession::Take(const Event& event) {
-  const Json form = std::visit([](const auto& kind) { return SessionFormOf(kind); }, event);
-  if (!form.is_null()) Write(form);
+  Write(JsonFormOf(event));
 }
 
 void JsonSession::TakeNotice(const std::string& sentence) {

@@ -13,6 +13,7 @@
 #include "events/events.h"
 #include "report/coverage.h"
 #include "report/reports.h"
+#include "report/tally.h"
 #include "script/runner.h"
 #include "script/script_reader.h"
 
@@ -50,6 +51,7 @@ class ScriptRun {
  public:
   ScriptRun(Supervisor& supervisor, const std::vector<VoiceScript>& scripts, const ScriptRunOptions& options)
       : supervisor_(supervisor), scripts_(scripts), options_(options) {
+    events_.Add(tally_);
     events_.Add(coverage_);
     AddReport(options.report, OutputFile::Standard());
     for (const auto& [format, file] : options.report_files) {
@@ -87,7 +89,6 @@ class ScriptRun {
     const auto start_again = [&] { return note((*run)->StartAgain(LoadingLimit(options_.application))); };
     ScriptRunner runner(conversation, events_, {options_.pace, ScreenshotFolder(), start_again});
     for (const VoiceScript& script : scripts_) runner.Run(script);
-    totals_ = runner.totals();
     if (options_.is_coverage_reported || options_.least_coverage > 0) events_.Take(coverage_.Measure());
     const Error* obstacle = runner.Obstacle();
     return obstacle == nullptr ? Status() : Fail(*obstacle);
@@ -101,7 +102,7 @@ class ScriptRun {
 
   // The exit status of a completed run.
   int StatusOfTotals() {
-    if (totals_.failed > 0) return kExitFailed;
+    if (tally_.steps().failed > 0) return kExitFailed;
     const int percent = coverage_.Measure().percent;
     if (percent >= options_.least_coverage) return kExitOk;
     const std::string sentence = "The voice coverage is " + std::to_string(percent) + " %, less than the " +
@@ -113,8 +114,8 @@ class ScriptRun {
 
   // Finishes the reports. Returns `status`, or an error status if a report can't be written.
   int End(int status) {
-    events_.Take(RunEnded{status, totals_,
-                          std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin_)});
+    const auto time = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin_);
+    events_.Take(RunEnded{status, tally_.steps(), time, tally_.tests()});
     for (const auto& report : reports_) {
       const Status written = report->Finish();
       if (written) continue;
@@ -139,7 +140,7 @@ class ScriptRun {
   Coverage coverage_;
   std::vector<std::unique_ptr<Report>> reports_;
   EventFanOut events_;
-  Totals totals_;
+  Tally tally_;
 };
 
 }  // namespace

@@ -36,9 +36,12 @@ struct ScriptStarted {
   std::string file;
 };
 
+// A test with a name. With retries it is started once for each attempt, one right after the other.
 struct TestStarted {
   ScriptPlace place;
   std::string name;
+  // Counted from 1.
+  int attempt = 1;
 };
 
 struct NoteReached {
@@ -91,6 +94,31 @@ struct StepDone {
   std::string shown;
   // Set if and only if the step failed.
   std::optional<Failure> failure;
+  // The attempt of its test.
+  int attempt = 1;
+  // The attempt failed and another one follows, so the step does not count.
+  bool is_replaced = false;
+};
+
+// A flaky test failed in an attempt and passed in a later one.
+enum class TestOutcome { kPassed, kFailed, kSkipped, kFlaky };
+
+// Once for each test, after all its attempts.
+struct TestDone {
+  // The place of its `test` statement; without a name, that of its first step.
+  ScriptPlace place;
+  // Empty for the steps before the script's first test.
+  std::optional<std::string> name;
+  TestOutcome outcome = TestOutcome::kPassed;
+  int attempts = 1;
+  // The time of all its steps, in all attempts.
+  std::chrono::microseconds duration{0};
+};
+
+// All steps of a script have been reported.
+struct ScriptDone {
+  std::string file;
+  std::chrono::microseconds duration{0};
 };
 
 // The page has registered callbacks for these actions, which replace its earlier ones.
@@ -131,10 +159,19 @@ struct RunAborted {
   std::string message;
 };
 
+// The numbers of steps that count.
 struct Totals {
   int passed = 0;
   int failed = 0;
   int skipped = 0;
+};
+
+// The numbers of tests.
+struct TestTotals {
+  int passed = 0;
+  int failed = 0;
+  int skipped = 0;
+  int flaky = 0;
 };
 
 // The last event of every run.
@@ -144,11 +181,12 @@ struct RunEnded {
   // The totals of all steps.
   Totals totals;
   std::chrono::microseconds duration{0};
+  TestTotals tests;
 };
 
-using Event =
-    std::variant<RunStarted, ScriptStarted, TestStarted, NoteReached, StepDone, ActionsRegistered,
-                 ConsoleWritten, PageCrashed, ApplicationClosed, CoverageMeasured, RunAborted, RunEnded>;
+using Event = std::variant<RunStarted, ScriptStarted, TestStarted, NoteReached, StepDone, TestDone, ScriptDone,
+                           ActionsRegistered, ConsoleWritten, PageCrashed, ApplicationClosed,
+                           CoverageMeasured, RunAborted, RunEnded>;
 
 // Receives the events of a run in order.
 class EventSink {

@@ -14,10 +14,7 @@ class JsonReport : public Report {
  public:
   explicit JsonReport(OutputFile output) : output_(std::move(output)) {}
 
-  void Take(const Event& event) override {
-    const nlohmann::ordered_json form = JsonFormOf(event);
-    if (!form.is_null()) output_.Write(JsonLine(form) + "\n");
-  }
+  void Take(const Event& event) override { output_.Write(JsonLine(JsonFormOf(event)) + "\n"); }
   Status Finish() override { return output_.Finish(); }
 
  private:

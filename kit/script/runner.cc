@@ -23,6 +23,15 @@ void AddSentence(std::string& message, const std::string& sentence) {
   message += (message.empty() ? "" : " ") + sentence;
 }
 
+StepDone Skipped(const Step& step) {
+  StepDone done;
+  done.place = step.place;
+  done.statement = step.statement;
+  done.source = step.source;
+  done.status = StepStatus::kSkipped;
+  return done;
+}
+
 }  // namespace
 
 RunStarted BeginningOf(const std::vector<VoiceScript>& scripts) {
@@ -49,6 +58,7 @@ const Error* ScriptRunner::Obstacle() const {
 }
 
 void ScriptRunner::Run(const VoiceScript& script) {
+  const auto begin = Clock::now();
   events_.Take(ScriptStarted{script.file});
   session_.items.Forget();
   conversation_.set_timeout(timeout_);
@@ -65,6 +75,8 @@ void ScriptRunner::Run(const VoiceScript& script) {
   session_.dialogue.DropLater();
   AwaitClosing();
   ReportPage();
+  events_.Take(
+      ScriptDone{script.file, std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin)});
 }
 
 StepDone ScriptRunner::RunAlone(const Step& step) {
@@ -104,25 +116,30 @@ Status ScriptRunner::PrepareTest() {
 
 void ScriptRunner::RunTest(const ScriptTest& test, bool is_last) {
   bool has_failed = false;
+  TestDone test_done{test.place, test.name, TestOutcome::kSkipped, 1, {}};
   for (size_t i = 0; i < test.steps.size(); ++i) {
     const Step& step = test.steps[i];
     if (step.role == StepRole::kNote) {
       events_.Take(NoteReached{step.place, step.text});
       continue;
     }
-    StepDone done{step.place, step.statement, step.source, StepStatus::kSkipped, {}, {}, {}, {}};
+    StepDone done = Skipped(step);
     if (!has_failed && !is_over_) {
       session_.next = i + 1 < test.steps.size() ? &test.steps[i + 1] : nullptr;
       done = RunStep(step, is_last && session_.next == nullptr);
     }
     has_failed = has_failed || done.status == StepStatus::kFailed;
-    Count(done.status);
+    if (done.status == StepStatus::kPassed) test_done.outcome = TestOutcome::kPassed;
+    test_done.duration += done.duration;
     events_.Take(std::move(done));
   }
+  if (has_failed) test_done.outcome = TestOutcome::kFailed;
+  events_.Take(std::move(test_done));
 }
 
 StepDone ScriptRunner::RunStep(const Step& step, bool is_last) {
-  StepDone done{step.place, step.statement, step.source, StepStatus::kPassed, {}, {}, {}, {}};
+  StepDone done = Skipped(step);
+  done.status = StepStatus::kPassed;
   const auto begin = Clock::now();
   const Status ready = std::exchange(ready_, Status());
   Verdict verdict = ready ? Do(step, is_last) : Verdict(ready);
@@ -188,13 +205,6 @@ void ScriptRunner::ReportPage() {
   }
   if (HasApplicationClosed() && !std::exchange(is_closing_reported_, true)) events_.Take(ApplicationClosed{});
   for (; reported_crashes_ < conversation_.crashes(); ++reported_crashes_) events_.Take(PageCrashed{});
-}
-
-void ScriptRunner::Count(StepStatus status) {
-  int& total = status == StepStatus::kPassed   ? totals_.passed
-               : status == StepStatus::kFailed ? totals_.failed
-                                               : totals_.skipped;
-  ++total;
 }
 
 }  // namespace corvis::kit

@@ -50,8 +50,6 @@ class ScriptRunner {
   // Why the run could not complete; null if it did.
   const Error* Obstacle() const;
 
-  const Totals& totals() const { return totals_; }
-
  private:
   // Restore the page for a script or a test, if necessary.
   Status PrepareScript();
@@ -65,13 +63,11 @@ class ScriptRunner {
   void AwaitClosing();
   // Adds the callback's exception, the console lines and a screenshot to a failure.
   void Document(StepDone& done);
-  void Count(StepStatus status);
 
   Conversation& conversation_;
   EventSink& events_;
   RunnerOptions options_;
   Session session_;
-  Totals totals_;
   // The initial time limit of each script.
   std::chrono::milliseconds timeout_;
   bool is_first_script_ = true;

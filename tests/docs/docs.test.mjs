@@ -114,8 +114,8 @@ test('every statement of voice scripts, every event, command and status is descr
   const statements = found(read('kit/script/statements.cc'), /\{"(\w+)", Read/g);
   assertAllIn(scripts, statements, (word) => `### ${word}\n`);
   const events = read('kit/report/json_forms.cc');
-  assertAllIn(scripts, found(events, /(?:\{"event", |AtPlace\()"(\w+)"/g), (name) => `"event":"${name}"`);
-  assertAllIn(scripts, found(events, /(?:event\[|\{)"(\w+)"(?:\]|, [^"])/g), (field) => `\`${field}\``);
+  assertAllIn(scripts, found(events, /\{"([\w-]+)", \w+\{\}\}/g), (name) => `"event":"${name}"`);
+  assertAllIn(scripts, found(events, /(?:Required|Optional)\("(\w+)"/g), (field) => `\`${field}\``);
   const driving = 'docs/driving-the-kit.md';
   const session = read('kit/cli/json_session.cc') + read('kit/cli/json_commands.cc');
   assertAllIn(driving, found(session, /\{"event", "(\w+)"/g), (name) => `"event":"${name}"`);

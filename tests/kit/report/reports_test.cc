@@ -7,10 +7,13 @@
 #include <filesystem>
 #include <fstream>
 #include <locale>
+#include <nlohmann/json.hpp>
 #include <pugixml.hpp>
 #include <sstream>
 
+#include "output/text_forms.h"
 #include "report/coverage.h"
+#include "report/json_forms.h"
 
 namespace corvis::kit {
 namespace {
@@ -55,7 +58,7 @@ std::vector<Event> SampleRun() {
       ScriptStarted{"b.voice"},
       CoverageMeasured{{"ACTION_PLAY", "ACTION_STOP"}, {}, {"ACTION_STOP"}, {"onpause"}, 100},
       RunAborted{"The bus is gone."},
-      RunEnded{6, {3, 1, 1}, microseconds(1'000'001)},
+      RunEnded{6, {3, 1, 1}, microseconds(1'000'001), {}},
   };
 }
 
@@ -93,7 +96,7 @@ TEST(Reports, HoldWhateverARunMayBring) {
        R"({"event":"step","file":"a.voice","line":5,"column":1,"statement":"say","source":"say",)"
        R"("status":"passed","ms":1.6,"said":"stop","action":"ACTION_STOP","data":"","answer":"not_support",)"
        R"("answer_ms":12.345,"pieces":1})"},
-      {"json", R"({"event":"end","status":6,"passed":3,"failed":1,"skipped":1,"ms":1000.001})"},
+      {"json", R"({"event":"end","status":6,"passed":3,"failed":1,"skipped":1,"ms":1000.001,"tests_)"},
       {"junit",
        R"(<testcase name="A &lt;test>" classname="a.voice" file="a.voice" line="1" time="0.008">)"
        "\n      <failure message=\"The callback threw: boom&#10;not ok 9. Expected &quot;success&quot;, "},
@@ -105,8 +108,54 @@ TEST(Reports, HoldWhateverARunMayBring) {
   };
   for (const auto& [format, part] : rows) EXPECT_THAT(Made(format, SampleRun()), HasSubstr(part)) << format;
   EXPECT_TRUE(pugi::xml_document().load_string(Made("junit", SampleRun()).c_str()));
-  EXPECT_THAT(Made("junit", {RunStarted{}, RunAborted{"No display."}, RunEnded{6, {}, {}}}),
+  EXPECT_THAT(Made("junit", {RunStarted{}, RunAborted{"No display."}, RunEnded{6, {}, {}, {}}}),
               HasSubstr("<testsuite name=\"start\" tests=\"1\" errors=\"1\">"));
+}
+
+// Every kind of event, and every field with a value of its own.
+std::vector<Event> AllEvents() {
+  std::vector<Event> events = SampleRun();
+  StepDone unsent = Step(8, "say \"x\"", StepStatus::kFailed);
+  unsent.exchange = Exchange{"x", "", "", false, "", {}, 1};
+  unsent.failure = Failure{"No item \xff is called \"x\".", "", "", {}, ""};
+  unsent.attempt = 2;
+  unsent.is_replaced = true;
+  StepDone unanswered = Saying(9, "play", "ACTION_PLAY", "");
+  unanswered.exchange->is_answered = false;
+  for (const Event& event : std::vector<Event>{
+           unsent, unanswered, TestStarted{{"b.voice", 2, 3}, "again", 2},
+           TestDone{{"a.voice", 1, 1}, "A <test>", TestOutcome::kFlaky, 2, microseconds(1)},
+           TestDone{{"a.voice", 1, 1}, {}, TestOutcome::kSkipped, 1, microseconds(0)},
+           ScriptDone{"b.voice", microseconds(3'000'000'001)}, ConsoleWritten{"log", "a\nb", "api"},
+           PageCrashed{}, ApplicationClosed{}, RunEnded{130, {1, 2, 3}, microseconds(5), {4, 5, 6, 7}}}) {
+    events.push_back(event);
+  }
+  return events;
+}
+
+TEST(JsonEvents, AreReadAsTheyWereWritten) {
+  std::vector<bool> kinds(std::variant_size_v<Event>);
+  for (const Event& event : AllEvents()) {
+    kinds[event.index()] = true;
+    const std::string line = JsonLine(JsonFormOf(event));
+    const auto read = EventOfJson(line);
+    ASSERT_TRUE(read && *read) << line;
+    EXPECT_EQ((*read)->index(), event.index());
+    EXPECT_EQ(JsonLine(JsonFormOf(**read)), line);
+  }
+  EXPECT_THAT(kinds, testing::Each(true));
+}
+
+TEST(JsonEvents, WhatIsNoEventIsAnError) {
+  for (const char* line :
+       {"", "{", "[]", "3", "{}", R"({"event":"script"})", R"({"event":"script","file":3})",
+        R"({"event":"start","format":2,"scripts":[],"steps":0})",
+        R"({"event":"test-end","file":"a","line":1,"column":1,"status":"good"})"})
+    EXPECT_FALSE(EventOfJson(line)) << line;
+  for (const char* line : {R"({"event":"tomorrow","file":3})", R"({"event":["script"]})"}) {
+    const auto read = EventOfJson(line);
+    EXPECT_TRUE(read && !*read) << line;
+  }
 }
 
 TEST(Reports, HaveAPointInEveryLocale) {
