@@ -1,13 +1,14 @@
-// Assembles the package from its sources and the build's outputs: `node npm/build.mjs WASM SCRIPT-API FOLDER`.
+// Assembles the package from its sources and the build's outputs: `node npm/build.mjs WASM SCRIPT-API LANGUAGES
+// FOLDER`.
 import { execFileSync } from 'node:child_process';
-import { cpSync, mkdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
-import { join, resolve } from 'node:path';
+import { cpSync, mkdirSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
+import { basename, join, resolve } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { textOfRank } from './simulator/packing.js';
 
 const source = fileURLToPath(new URL('.', import.meta.url));
 const runtimePages = ['console', 'runtime'].map((name) => join(source, `../runtime/page/${name}.js`));
-const [wasm, scriptApi, folder] = process.argv.slice(2).map((path) => resolve(path));
+const [wasm, scriptApi, languages, folder] = process.argv.slice(2).map((path) => resolve(path));
 const generated = `${folder}-generated`;
 
 /** The globals of a page that the script API and the runtime's script use. */
@@ -47,6 +48,20 @@ return exports;
 `;
 }
 
+function writeLanguages() {
+  mkdirSync(join(folder, 'languages'));
+  for (const file of readdirSync(languages)) {
+    const language = {
+      tag: basename(file, '.phrases'),
+      phrases: readFileSync(join(languages, file), 'utf8'),
+    };
+    writeFileSync(
+      join(folder, `languages/${language.tag}.js`),
+      `export default ${JSON.stringify(language)};\n`
+    );
+  }
+}
+
 function bundle(entry, output, ...options) {
   const aliases = ['module', 'page'].map((name) => `--alias:#${name}=${join(generated, `${name}.js`)}`);
   const common = [
@@ -70,11 +85,13 @@ const global = '--footer:js=globalThis.corvisSimulator = corvisSimulator;';
 bundle('simulator/index.js', 'simulator/script.js', '--format=iife', '--global-name=corvisSimulator', global);
 bundle('component/index.js', 'component/index.js', '--format=esm');
 bundle('component/index.js', 'component/script.js', '--format=iife');
+writeLanguages();
 const copied = [
   'package.json',
   'README.md',
   'index.d.ts',
   'simulator/index.d.ts',
+  'languages/language.d.ts',
   'component/index.d.ts',
   'playwright',
   'kit',

@@ -32,10 +32,16 @@ prepare_npm_package() {
   [ -f "$build/build.ninja" ] || configure "$build" -DCORVIS_BUILD_TESTS=OFF
   compile "$build" voiceinteraction_api.js language_data
   mkdir -p "$build/npm"
-  # English alone; other languages would be three quarters of the module's data.
+  # The module has English alone; the other languages, three quarters of the data, are files beside it.
   "$build/bin/language_data" --typed-letters "$build/npm/language_data.cc" "$home/kit/language/phrases/en.phrases"
+  local file
+  mkdir -p "$build/npm/languages"
+  for file in "$home"/kit/language/phrases/*.phrases; do
+    "$build/bin/language_data" "$build/npm/languages/${file##*/}" "$file"
+  done
   compile_module
-  node "$home/npm/build.mjs" "$build/npm/module/simulator.wasm" "$build/voiceinteraction_api.js" "$build/npm/package"
+  node "$home/npm/build.mjs" "$build/npm/module/simulator.wasm" "$build/voiceinteraction_api.js" \
+    "$build/npm/languages" "$build/npm/package"
 }
 
 corvis_npm() {

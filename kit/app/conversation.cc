@@ -226,7 +226,7 @@ Result<Answer> Conversation::Await(uint64_t command_id, std::chrono::millisecond
 }
 
 Turn Conversation::Say(const std::string& phrase) {
-  const auto understood = phrases_.Understand(phrase);
+  const auto understood = phrases().Understand(phrase);
   if (!understood) return SayTitle(phrase);
   return understood->item ? SayOfItem(phrase, *understood) : Send(understood->command, phrase);
 }
@@ -234,7 +234,7 @@ Turn Conversation::Say(const std::string& phrase) {
 Turn Conversation::SayOfItem(const std::string& phrase, Understood understood) {
   const Result<ItemList> list = AskItems();
   if (!list) return NotSent(phrase, list.error().message);
-  const Result<Item> item = FindItem(*list, *understood.item, phrases_);
+  const Result<Item> item = FindItem(*list, *understood.item, phrases());
   if (!item) return NotSent(phrase, item.error().message);
   understood.SetItem(item->number);
   Turn turn = Send(understood.command, phrase);
@@ -243,10 +243,11 @@ Turn Conversation::SayOfItem(const std::string& phrase, Understood understood) {
 }
 
 Turn Conversation::SayTitle(const std::string& phrase) {
-  const std::string unknown = phrases_.UnknownPhrase(phrase) + " help lists the phrases.";
+  const std::string unknown = phrases().UnknownPhrase(phrase) + " help lists the phrases.";
   const Result<ItemList> list = AskItems();
   if (!list) return NotSent(phrase, unknown);
-  const std::vector<Item> items = WithBoxes(ItemsNamed(*list, phrases_.WithoutPoliteness(phrase), phrases_));
+  const std::vector<Item> items =
+      WithBoxes(ItemsNamed(*list, phrases().WithoutPoliteness(phrase), phrases()));
   if (items.empty()) return NotSent(phrase, unknown);
   const Result<Item> item = OneOf(items, phrase);
   if (!item) return NotSent(phrase, item.error().message);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -58,7 +59,7 @@ class Conversation {
   void WaitToBeHeard() { waits_to_be_heard_ = true; }
 
   // The phrases of the language; English by default.
-  const Phrasebook& phrases() const { return phrases_; }
+  const Phrasebook& phrases() const { return phrases_ ? *phrases_ : Phrasebook::English(); }
   void set_phrases(Phrasebook phrases) { phrases_ = std::move(phrases); }
 
   // Says a phrase. A text that matches no phrase but is the title of an item on the screen selects the item.
@@ -146,7 +147,7 @@ class Conversation {
   std::string app_id_;
   std::chrono::milliseconds timeout_;
   RuntimeControl runtime_;
-  Phrasebook phrases_ = Phrasebook::English();
+  std::optional<Phrasebook> phrases_;
   RegisteredActions registered_;
   std::deque<std::string> console_;
   RuntimeControl::ConsoleSink on_console_;

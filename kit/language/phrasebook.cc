@@ -150,7 +150,7 @@ Result<Phrasebook> Phrasebook::Open(const std::string& tag, const std::vector<Ph
   return Fail(message, ErrorKind::kUsage);
 }
 
-Phrasebook Phrasebook::English() {
+const Phrasebook& Phrasebook::English() {
   static const Phrasebook kEnglish = Open("en", {}).value();
   return kEnglish;
 }

@@ -65,7 +65,8 @@ class Phrasebook {
   // language.
   static Result<Phrasebook> Open(const std::string& tag, const std::vector<PhraseFile>& files);
 
-  static Phrasebook English();
+  // Read when it is first asked for.
+  static const Phrasebook& English();
 
   const std::string& tag() const { return grammar_->tag; }
   const std::string& name() const { return grammar_->name; }

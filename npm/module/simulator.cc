@@ -41,6 +41,12 @@ CORVIS_ENTRY("start") const char* Start(const char* app_id, const char* privileg
   return Returned(StartLibrary());
 }
 
+// Returns why the phrase file can't be read; empty if it can.
+CORVIS_ENTRY("speak") const char* Speak(const char* phrase_file) {
+  const kit::Status status = TheTv()->Speak(phrase_file);
+  return Returned(status ? "" : status.error().message);
+}
+
 CORVIS_ENTRY("open_page") void StartPage() {
   const Acting app(TheTv()->app_id());
   OpenPage();

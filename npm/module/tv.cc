@@ -58,6 +58,13 @@ void Tv::SetPrivileges(const std::vector<std::string>& privileges) {
   static_cast<void>(conversation_.SetPrivileges(uris));
 }
 
+kit::Status Tv::Speak(const std::string& phrase_file) {
+  auto phrases = kit::Phrasebook::Open("", {{"language", phrase_file}});
+  if (!phrases) return tl::unexpected(phrases.error());
+  conversation_.set_phrases(std::move(*phrases));
+  return {};
+}
+
 void Tv::Step(const char* statement, const std::string& argument, const Run& run) {
   const Acting service(kit::wire::kServiceId);
   const auto begin = kit::Clock::now();

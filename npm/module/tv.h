@@ -38,6 +38,8 @@ class Tv {
   // A sample phrase for each action that the page handles itself.
   std::vector<std::string> Phrases() const;
   void SetPrivileges(const std::vector<std::string>& privileges);
+  // Speaks the language that a phrase file brings. Changes nothing on failure.
+  kit::Status Speak(const std::string& phrase_file);
 
   // Delivers everything that is queued on the bus.
   static void DeliverAll();

@@ -4,11 +4,23 @@ import type { ContentContextItem, ElementMapItem, VoiceInteractionAppAction } fr
 /** A privilege of the application: the name of one that the API requires, or a URI. */
 export type Privilege = 'microphone' | 'voicecontrol' | (string & {});
 
+/** A language that can be spoken. The phrases are a whole phrase file; you can add lines of your own. */
+export interface Language {
+  tag: string;
+  phrases: string;
+}
+
 export interface SimulatorOptions {
   /** The application id; `com.example.app` by default. */
   appId?: string;
   /** The privileges of the application; by default the two that the API requires. */
   privileges?: Privilege[];
+  /**
+   * The language of phrases: `en` (the default), or one from the package's folder `languages`:
+   *
+   *     import german from 'corvis-voiceinteraction/languages/de.js';
+   */
+  language?: 'en' | Language;
   /**
    * The console lines that become events: `none` (the default), the page's own (`page`), or also those of the script
    * API (`all`).

@@ -8,6 +8,7 @@ export { prepare } from './machine.js';
 const defaults = {
   appId: 'com.example.app',
   privileges: ['microphone', 'voicecontrol'],
+  language: 'en',
   console: 'none',
 };
 
@@ -28,6 +29,11 @@ function checkedOptions(options) {
   if (!['none', 'page', 'all'].includes(all.console)) {
     throw new TypeError(`Expected the console to be none, page or all, not "${all.console}".`);
   }
+  if (all.language !== 'en' && typeof all.language?.phrases !== 'string') {
+    throw new TypeError(
+      `Expected the language to be "en" or what corvis-voiceinteraction/languages has, not "${all.language}".`
+    );
+  }
   return all;
 }
 
@@ -47,12 +53,19 @@ class Tv {
       event: (text) => this.#take(JSON.parse(text)),
     });
     this.#path = this.#machine.text('start', options.appId, JSON.stringify(options.privileges));
+    this.#speak(options.language);
     this.#machine('open_page');
     deliver = attach(window, this.#path, {
       machine: this.#calls(),
       print: (level, text, source) => this.#print(options.console, level, text, source),
       isWatching: options.console !== 'none',
     });
+  }
+
+  /** English is built in, and read when something is first said. */
+  #speak(language) {
+    const problem = language === 'en' ? '' : this.#machine.text('speak', language.phrases);
+    if (problem) throw new TypeError(problem);
   }
 
   /**

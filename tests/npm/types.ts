@@ -12,6 +12,7 @@ import type {
   VoiceInteractionAppAction,
 } from 'corvis-voiceinteraction';
 import { CorvisVoice } from 'corvis-voiceinteraction/component';
+import german from 'corvis-voiceinteraction/languages/de.js';
 import { installVoice, type PageLike } from 'corvis-voiceinteraction/playwright';
 import { install, tvOf, type Tv } from 'corvis-voiceinteraction/simulator';
 
@@ -55,7 +56,8 @@ export const handlers: Partial<Record<HandledAction, keyof VoiceCallbacks>> = { 
 const tv: Tv = install(window, { appId: 'com.example.app', privileges: ['microphone'], console: 'page' });
 await tv.send('ACTION_CUSTOM', { mood: 'dark', level: 3 });
 (await tv.say('pause')).answer_ms! < (await tv.items()).map(({ title }) => title).length;
-tv.onEvent((event) => event.event === 'console' && event.source === 'api')();
+tvOf(window)?.uninstall();
+install(window, { language: german });
 tvOf(window)?.uninstall();
 declare const page: PageLike;
 const viewer = await installVoice(page, { timeout: 1000, appId: 'com.example.app' });
@@ -92,5 +94,7 @@ voice.buildVoiceInteractionContentContextResponse([{ positionX: 0, positionY: 0,
 voice.VoiceNavigation;
 // @ts-expect-error there is no such option
 install(window, { app: 'com.example.app' });
+// @ts-expect-error a language without its phrases
+install(window, { language: 'de' });
 // @ts-expect-error a misspelt action
 install(window).send('ACTION_PALY');
