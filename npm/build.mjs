@@ -55,10 +55,9 @@ function writeLanguages() {
       tag: basename(file, '.phrases'),
       phrases: readFileSync(join(languages, file), 'utf8'),
     };
-    writeFileSync(
-      join(folder, `languages/${language.tag}.js`),
-      `export default ${JSON.stringify(language)};\n`
-    );
+    const output = join(folder, `languages/${language.tag}`);
+    writeFileSync(`${output}.js`, `export default ${JSON.stringify(language)};\n`);
+    cpSync(join(source, 'languages/language.d.ts'), `${output}.d.ts`);
   }
 }
 
@@ -91,7 +90,6 @@ const copied = [
   'README.md',
   'index.d.ts',
   'simulator/index.d.ts',
-  'languages/language.d.ts',
   'component/index.d.ts',
   'playwright',
   'kit',

@@ -5,15 +5,15 @@ import { cpSync, readFileSync, symlinkSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
 import { scriptText } from '../../testing/browser.mjs';
-import { root, scratchFolder } from '../../testing/corvis.mjs';
+import { build, root, scratchFolder } from '../../testing/corvis.mjs';
 import { runTool } from './application.mjs';
 
 test('what may be written compiles, and nothing else', (t) => {
   const folder = scratchFolder(t);
-  const copy = (from, to) => cpSync(path.join(root, from), path.join(folder, to), { recursive: true });
-  copy('npm', 'node_modules/corvis-voiceinteraction');
+  const copy = (from, to) => cpSync(from, path.join(folder, to), { recursive: true });
+  copy(path.join(build, 'npm/package'), 'node_modules/corvis-voiceinteraction');
   symlinkSync(path.join(root, 'node_modules/@playwright'), path.join(folder, 'node_modules/@playwright'));
-  for (const name of ['types.ts', 'playwright.ts']) copy(`tests/npm/${name}`, name);
+  for (const name of ['types.ts', 'playwright.ts']) copy(path.join(root, `tests/npm/${name}`), name);
   for (const what of ['bundler types.ts', 'node10 types.ts', 'bundler --skipLibCheck playwright.ts']) {
     const options = `--strict --noEmit --target es2022 --module esnext --moduleResolution ${what}`;
     assert.deepEqual(runTool(folder, 'tsc', ...options.split(' ')), { status: 0, text: '' }, what);
