@@ -27,9 +27,11 @@ export function writePage(t, html) {
   return folder;
 }
 
-// Starts a command. `output()` returns everything that it has printed so far, on both streams.
+// Starts a command. `output()` returns everything that it has printed so far, on both streams. It remembers nothing
+// in the developer's state folder.
 export function start(args, { input, env = {}, cwd = tmpdir() } = {}) {
-  const child = spawn(path.join(root, 'corvis'), args, { cwd, env: { ...process.env, DISPLAY: '', ...env } });
+  const own = { ...process.env, DISPLAY: '', XDG_STATE_HOME: '/dev/null', ...env };
+  const child = spawn(path.join(root, 'corvis'), args, { cwd, env: own });
   let text = '';
   for (const stream of [child.stdout, child.stderr]) {
     stream.setEncoding('utf8').on('data', (data) => (text += data));

@@ -21,7 +21,7 @@ struct Operands {
 };
 constexpr Operands kNone = {"", 0, 0, ""};
 constexpr Operands kPage = {"URL|FILE|FOLDER", 1, 1, "a URL, an HTML file or a folder with an index.html"};
-constexpr Operands kPageAndScripts = {"URL|FILE|FOLDER SCRIPT...", 2, static_cast<size_t>(-1),
+constexpr Operands kPageAndScripts = {"URL|FILE|FOLDER SCRIPT|FOLDER|SCRIPT:LINE...", 2, static_cast<size_t>(-1),
                                       "an application and a voice script"};
 
 struct CommandRow {

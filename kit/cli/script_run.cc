@@ -2,20 +2,16 @@
 #include "cli/script_run.h"
 
 #include <filesystem>
-#include <fstream>
-#include <iostream>
 #include <memory>
-#include <sstream>
-#include <string_view>
 #include <utility>
 
 #include "cli/exit_status.h"
+#include "cli/last_failed.h"
 #include "events/events.h"
 #include "report/coverage.h"
 #include "report/reports.h"
 #include "report/tally.h"
 #include "script/runner.h"
-#include "script/script_reader.h"
 
 namespace corvis::kit {
 
@@ -23,34 +19,30 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Removes the byte order mark that some editors add.
-std::string_view WithoutByteOrderMark(std::string_view text) {
-  constexpr std::string_view kMark = "\xef\xbb\xbf";
-  return text.substr(0, kMark.size()) == kMark ? text.substr(kMark.size()) : text;
+std::vector<VoiceScript> ScriptsOf(const std::vector<SelectedScript>& selected) {
+  std::vector<VoiceScript> scripts;
+  for (const SelectedScript& one : selected) scripts.push_back(one.script);
+  return scripts;
 }
 
-// Reads a script. Returns false, after printing the errors, if it can't be run.
-bool ReadScript(const std::string& file, const SpokenLanguage& language, VoiceScript& script) {
-  std::ifstream opened;
-  // Read through std::cin: /dev/stdin can't be opened if it is a socket.
-  const bool is_standard_input = file == "/dev/stdin";
-  if (!is_standard_input) opened.open(file, std::ios::binary);
-  std::ostringstream text;
-  if (!opened || !(text << (is_standard_input ? std::cin : opened).rdbuf())) {
-    PrintError({"The script " + file + " can't be read or is empty."});
-    return false;
-  }
-  script = ParseVoiceScript(WithoutByteOrderMark(text.str()), file, language);
-  for (const ScriptError& error : script.errors) PrintLine(Located(error.place, error.message));
-  if (script.errors.empty() && script.tests.empty())
-    PrintError({"The script " + file + " has no statement; expected at least one."});
-  return script.errors.empty() && !script.tests.empty();
+Result<int> Print(const std::string& text) {
+  const Status printed = WriteStandardOutput(text);
+  return printed ? Result<int>(kExitOk) : Fail(printed.error());
+}
+
+std::string WhyEmpty(const ScriptRunOptions& options) {
+  if (options.is_last_failed) return "None of the chosen tests failed when it last ran, so nothing is run.";
+  const SelectionOptions& selection = options.selection;
+  return "There are fewer scripts than shards, so the shard " + std::to_string(selection.shard) + "/" +
+         std::to_string(selection.shards) + " has none and nothing is run.";
 }
 
 class ScriptRun {
  public:
-  ScriptRun(Supervisor& supervisor, const std::vector<VoiceScript>& scripts, const ScriptRunOptions& options)
-      : supervisor_(supervisor), scripts_(scripts), options_(options) {
+  ScriptRun(Supervisor& supervisor, std::vector<VoiceScript> scripts, const ScriptRunOptions& options,
+            LastFailed& last_failed)
+      : supervisor_(supervisor), scripts_(std::move(scripts)), options_(options), last_failed_(last_failed) {
+    events_.Add(last_failed_);
     events_.Add(tally_);
     events_.Add(coverage_);
     AddReport(options.report, OutputFile::Standard());
@@ -67,6 +59,12 @@ class ScriptRun {
     events_.Take(RunAborted{status.error().message});
     End(supervisor_.signal_status() != 0 ? supervisor_.signal_status() : StatusOf(status.error().kind));
     return Fail(status.error());
+  }
+
+  // The whole reports of a run without scripts.
+  int RunNone() {
+    events_.Take(BeginningOf(scripts_));
+    return End(kExitOk);
   }
 
  private:
@@ -116,6 +114,7 @@ class ScriptRun {
   int End(int status) {
     const auto time = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin_);
     events_.Take(RunEnded{status, tally_.steps(), time, tally_.tests()});
+    last_failed_.Save();
     for (const auto& report : reports_) {
       const Status written = report->Finish();
       if (written) continue;
@@ -135,8 +134,9 @@ class ScriptRun {
 
   const Clock::time_point begin_ = Clock::now();
   Supervisor& supervisor_;
-  const std::vector<VoiceScript>& scripts_;
+  const std::vector<VoiceScript> scripts_;
   const ScriptRunOptions& options_;
+  LastFailed& last_failed_;
   Coverage coverage_;
   std::vector<std::unique_ptr<Report>> reports_;
   EventFanOut events_;
@@ -146,15 +146,19 @@ class ScriptRun {
 }  // namespace
 
 Result<int> RunScripts(Supervisor& supervisor, const std::string& application,
-                       const std::vector<std::string>& files, const ScriptRunOptions& options) {
+                       const std::vector<std::string>& operands, const ScriptRunOptions& options) {
   const Result<SpokenLanguage> language = OpenLanguage(options.application.language);
   if (!language) return Fail(language.error());
-  std::vector<VoiceScript> scripts(files.size());
-  bool are_fine = true;
-  for (size_t i = 0; i < files.size(); ++i)
-    are_fine = ReadScript(files[i], *language, scripts[i]) && are_fine;
-  if (!are_fine) return kExitUsage;
-  return ScriptRun(supervisor, scripts, options).Run(application);
+  LastFailed last_failed(application);
+  const auto selected = SelectScripts(operands, *language, options.selection,
+                                      [&](const VoiceScript& script, const ScriptTest& test) {
+                                        return !options.is_last_failed || last_failed.Contains(script, test);
+                                      });
+  if (!selected) return Fail(selected.error());
+  if (selected->empty()) PrintLine(WhyEmpty(options));
+  if (options.is_list) return Print(ListOf(*selected));
+  ScriptRun run(supervisor, ScriptsOf(*selected), options, last_failed);
+  return selected->empty() ? run.RunNone() : run.Run(application);
 }
 
 }  // namespace corvis::kit

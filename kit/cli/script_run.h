@@ -11,11 +11,17 @@
 #include "app/supervisor.h"
 #include "base/result.h"
 #include "cli/application.h"
+#include "cli/script_selection.h"
 
 namespace corvis::kit {
 
 struct ScriptRunOptions {
   ApplicationOptions application;
+  SelectionOptions selection;
+  // List the chosen tests and run none.
+  bool is_list = false;
+  // Choose only the tests that failed when they last ran.
+  bool is_last_failed = false;
   // Report formats by name (report/reports.h): the one on standard output, and those that have a file.
   std::string report = "tap";
   std::map<std::string, std::string> report_files;
@@ -29,10 +35,10 @@ struct ScriptRunOptions {
   std::chrono::milliseconds pace{0};
 };
 
-// Reads the scripts and runs them. If one has mistakes, prints them on standard error and runs none. Returns
-// the exit status.
+// Chooses the scripts of the operands (cli/script_selection.h) and runs them. If one has mistakes, prints
+// them on standard error and runs none. Returns the exit status.
 Result<int> RunScripts(Supervisor& supervisor, const std::string& application,
-                       const std::vector<std::string>& files, const ScriptRunOptions& options);
+                       const std::vector<std::string>& operands, const ScriptRunOptions& options);
 
 }  // namespace corvis::kit
 

@@ -13,9 +13,14 @@ class TestAppCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
     app.description(
-        "Runs voice scripts against the application, without a window. docs/voice-scripts.md describes the\n"
+        "Runs voice scripts against the application, without a window. A script is a file, FILE:LINE for "
+        "the\n"
+        "test at that line, or a folder, for all *.voice files in it. docs/voice-scripts.md describes the\n"
         "script language. By default the results are printed as TAP 14.");
     options_.application.console = "errors";
+    AddSelectionOptions(app, options_.selection);
+    AddFlag(app, "--last-failed", "run the tests that failed when they last ran", options_.is_last_failed);
+    AddFlag(app, "--list", "list the tests and start nothing", options_.is_list);
     DeclareReports(app);
     app.option_defaults()->group("Limits");
     AddTime(app, "--total-timeout", "S", "time limit of the whole run in seconds", options_.total_timeout);

@@ -118,15 +118,11 @@ Matcher ReadRegex(LineReader& line) {
   const LineReader before = line;
   const std::string pattern = line.Between('/');
   if (line.has_failed()) return {};
-  if (const auto plain = NewRegex(pattern); !plain) {
-    line = before;
-    line.Fail(plain.error().message);
-    return {};
-  }
-  // A pattern such as (a+)+$ would backtrack for years. This many steps take a fraction of a second.
-  const auto limited = NewRegex("(*LIMIT_MATCH=5000000)" + pattern);
-  return {"matches /" + pattern + "/",
-          [regex = *limited](const std::string& actual) { return HasMatch(regex.get(), actual); }};
+  const auto matcher = MatcherOfRegex(pattern);
+  if (matcher) return *matcher;
+  line = before;
+  line.Fail(matcher.error().message);
+  return {};
 }
 
 struct Comparison {
@@ -146,6 +142,14 @@ bool IsMeantAsComparison(const LineReader& line, const std::string& word) {
 }
 
 }  // namespace
+
+Result<Matcher> MatcherOfRegex(const std::string& pattern) {
+  if (const auto plain = NewRegex(pattern); !plain) return Fail(plain.error());
+  // A pattern such as (a+)+$ would backtrack for years. This many steps take a fraction of a second.
+  const auto limited = NewRegex("(*LIMIT_MATCH=5000000)" + pattern);
+  return Matcher{"matches /" + pattern + "/",
+                 [regex = *limited](const std::string& actual) { return HasMatch(regex.get(), actual); }};
+}
 
 Matcher ReadMatcher(LineReader& line) {
   if (line.is_at_end()) line.Fail("Expected a comparison, for example: is \"Play\".");

@@ -21,6 +21,9 @@ struct Matcher {
 // Reads a matcher. On failure `line` keeps the error and the matcher must not be used.
 Matcher ReadMatcher(LineReader& line);
 
+// `matches /PATTERN/`. Fails if the pattern is no regular expression.
+Result<Matcher> MatcherOfRegex(const std::string& pattern);
+
 }  // namespace corvis::kit
 
 #endif  // CORVIS_KIT_SCRIPT_MATCHER_H_
