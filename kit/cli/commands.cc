@@ -21,8 +21,8 @@ struct Operands {
 };
 constexpr Operands kNone = {"", 0, 0, ""};
 constexpr Operands kPage = {"URL|FILE|FOLDER", 1, 1, "a URL, an HTML file or a folder with an index.html"};
-constexpr Operands kPageAndScripts = {"URL|FILE|FOLDER SCRIPT|FOLDER|SCRIPT:LINE...", 2, static_cast<size_t>(-1),
-                                      "an application and a voice script"};
+constexpr Operands kPageAndScripts = {"URL|FILE|FOLDER SCRIPT|FOLDER|SCRIPT:LINE...", 2,
+                                      static_cast<size_t>(-1), "an application and a voice script"};
 
 struct CommandRow {
   // The heading under which the help lists the command.

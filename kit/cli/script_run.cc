@@ -11,6 +11,7 @@
 #include "report/coverage.h"
 #include "report/reports.h"
 #include "report/tally.h"
+#include "script/retries.h"
 #include "script/runner.h"
 
 namespace corvis::kit {
@@ -85,8 +86,9 @@ class ScriptRun {
     };
     if (const Status ready = note(WaitUntilLoaded(**run, options_.application)); !ready) return ready;
     const auto start_again = [&] { return note((*run)->StartAgain(LoadingLimit(options_.application))); };
-    ScriptRunner runner(conversation, events_, {options_.pace, ScreenshotFolder(), start_again});
-    for (const VoiceScript& script : scripts_) runner.Run(script);
+    Retries retries(events_, options_.retries);
+    ScriptRunner runner(conversation, retries, {options_.pace, ScreenshotFolder(), start_again});
+    for (const VoiceScript& script : scripts_) retries.Run(runner, script);
     if (options_.is_coverage_reported || options_.least_coverage > 0) events_.Take(coverage_.Measure());
     const Error* obstacle = runner.Obstacle();
     return obstacle == nullptr ? Status() : Fail(*obstacle);
@@ -101,13 +103,21 @@ class ScriptRun {
   // The exit status of a completed run.
   int StatusOfTotals() {
     if (tally_.steps().failed > 0) return kExitFailed;
+    const int flaky = tally_.tests().flaky;
+    if (flaky > 0 && options_.is_flaky_failure)
+      return Miss(kExitFailed, "Tests passed only on a retry (" + std::to_string(flaky) +
+                                   "), which --fail-on-flaky makes a failure.");
     const int percent = coverage_.Measure().percent;
     if (percent >= options_.least_coverage) return kExitOk;
-    const std::string sentence = "The voice coverage is " + std::to_string(percent) + " %, less than the " +
-                                 std::to_string(options_.least_coverage) + " % of --coverage-min.";
+    return Miss(kExitLowCoverage, "The voice coverage is " + std::to_string(percent) + " %, less than the " +
+                                      std::to_string(options_.least_coverage) + " % of --coverage-min.");
+  }
+
+  // Reports that the run misses a condition, and returns the status.
+  int Miss(int status, const std::string& sentence) {
     PrintError({sentence});
     events_.Take(RunAborted{sentence});
-    return kExitLowCoverage;
+    return status;
   }
 
   // Finishes the reports. Returns `status`, or an error status if a report can't be written.

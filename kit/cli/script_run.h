@@ -22,6 +22,10 @@ struct ScriptRunOptions {
   bool is_list = false;
   // Choose only the tests that failed when they last ran.
   bool is_last_failed = false;
+  // How often a script with failed tests is run again.
+  long retries = 0;
+  // A test that passes only on a retry fails the run.
+  bool is_flaky_failure = false;
   // Report formats by name (report/reports.h): the one on standard output, and those that have a file.
   std::string report = "tap";
   std::map<std::string, std::string> report_files;

@@ -22,13 +22,18 @@ class TestAppCommand : public Subcommand {
     AddFlag(app, "--last-failed", "run the tests that failed when they last ran", options_.is_last_failed);
     AddFlag(app, "--list", "list the tests and start nothing", options_.is_list);
     DeclareReports(app);
+    app.option_defaults()->group("Retries");
+    constexpr long kMostRetries = 100;
+    AddNumber(app, "--retries", "N", "run a script again, up to N times, while tests of it fail",
+              kMostRetries, options_.retries);
+    AddFlag(app, "--fail-on-flaky", "fail if a test passed only on a retry", options_.is_flaky_failure);
     app.option_defaults()->group("Limits");
     AddTime(app, "--total-timeout", "S", "time limit of the whole run in seconds", options_.total_timeout);
     AddApplicationOptions(app, Viewer::kProgram, options_.application);
     AddInspectOption(app, options_.application);
     DescribeStatuses(
         app, {{kExitOk, "every expectation held"},
-              {kExitFailed, "one failed"},
+              {kExitFailed, "one failed, or --fail-on-flaky found a flaky test"},
               {kExitUsage, "wrong usage, or a script has mistakes or can't be read; nothing was started"},
               {kExitLowCoverage, "less coverage than --coverage-min"},
               {kExitTimeOver, "the time limit for the whole run was over"}});

@@ -14,6 +14,12 @@ namespace corvis::kit {
 
 namespace {
 
+// A failed attempt that another one replaced.
+struct Rerun {
+  std::string message;
+  std::string details;
+};
+
 struct Case {
   std::string name;
   int line = 1;
@@ -24,6 +30,7 @@ struct Case {
   std::string message;
   std::string details;
   std::string output;
+  std::vector<Rerun> reruns;
 };
 
 struct Suite {
@@ -57,6 +64,12 @@ void Append(pugi::xml_node& parent, const std::string& file, const Case& test) {
     SetAttribute(failure, "message", test.message);
   } else if (!test.has_run) {
     node.append_child("skipped");
+  }
+  // The elements by which build servers find flaky tests.
+  for (const Rerun& rerun : test.reruns) {
+    pugi::xml_node attempt = node.append_child(test.has_failed ? "rerunFailure" : "flakyFailure");
+    SetAttribute(attempt, "message", rerun.message);
+    AppendText(attempt, "stackTrace", rerun.details);
   }
   if (!test.output.empty()) AppendText(node, "system-out", test.output);
 }
@@ -106,7 +119,9 @@ class JUnitReport : public Report {
 
  private:
   void Collect(const ScriptStarted& script) { suites_.push_back({script.file, {}}); }
-  void Collect(const TestStarted& test) { Begin(test.name, test.place.line); }
+  void Collect(const TestStarted& test) {
+    if (test.attempt == 1) Begin(test.name, test.place.line);
+  }
   void Collect(const StepDone& step) {
     if (suites_.back().cases.empty()) Begin(step.place.file, step.place.line);
     Case& test = suites_.back().cases.back();
@@ -120,9 +135,15 @@ class JUnitReport : public Report {
 
   static void Collect(Case& test, const StepDone& step) {
     const Failure& failure = *step.failure;
-    test.has_failed = true;
-    test.message = Describe(failure);
-    test.details = Located(step.place, step.source) + "\n" + test.message;
+    const std::string message = Describe(failure);
+    const std::string details = Located(step.place, step.source) + "\n" + message;
+    if (step.is_replaced) {
+      test.reruns.push_back({message, details});
+    } else {
+      test.has_failed = true;
+      test.message = message;
+      test.details = details;
+    }
     for (const std::string& line : failure.console) test.output += line + "\n";
     // The notation by which build servers find a case's attachments.
     if (!failure.screenshot.empty()) test.output += "[[ATTACHMENT|" + failure.screenshot + "]]\n";

@@ -60,7 +60,10 @@ class TableReport : public Report {
 
  private:
   void Print(const ScriptStarted& /*script*/) { PrintLine(Heading()); }
-  void Print(const TestStarted& test) { PrintLine("test " + ForTerminal(Quoted(test.name)) + "\n"); }
+  void Print(const TestStarted& test) {
+    const std::string attempt = test.attempt > 1 ? fmt::format(" (attempt {})", test.attempt) : "";
+    PrintLine("test " + ForTerminal(Quoted(test.name)) + attempt + "\n");
+  }
   void Print(const NoteReached& note) { PrintLine(ForTerminal(note.text) + "\n"); }
   void Print(const StepDone& step) {
     if (step.exchange || step.status == StepStatus::kSkipped) PrintExchange();
@@ -69,6 +72,9 @@ class TableReport : public Report {
     if (step.exchange) exchange_ = step.exchange;
     if (!step.shown.empty()) page_ = step.shown;
     if (step.failure) failures_ += "    " + ForTerminal(Located(step.place, Describe(*step.failure))) + "\n";
+  }
+  void Print(const TestDone& test) {
+    if (test.outcome == TestOutcome::kFlaky) PrintLine("flaky: the test passed on a retry\n");
   }
   void Print(const CoverageMeasured& coverage) { PrintLine(Describe(coverage)); }
   void Print(const RunEnded& /*end*/) { PrintExchange(); }

@@ -52,15 +52,20 @@ class TapReport : public Report {
 
  private:
   void Print(const RunStarted& run) { output_.Write(fmt::format("TAP version 14\n1..{}\n", run.steps)); }
-  void Print(const TestStarted& test) { output_.Write(Comment(test.name)); }
+  void Print(const TestStarted& test) {
+    if (test.attempt == 1) output_.Write(Comment(test.name));
+  }
   void Print(const NoteReached& note) { output_.Write(Comment(note.text)); }
   void Print(const StepDone& step) {
+    attempts_.Note(step);
+    if (step.is_replaced) return;
     const char* result = step.status == StepStatus::kFailed ? "not ok" : "ok";
     const char* directive = step.status == StepStatus::kSkipped ? " # SKIP an earlier step failed" : "";
     const std::string name = fmt::format("{}:{} {}", step.place.file, step.place.line, step.source);
     output_.Write(fmt::format("{} {} - {}{}\n", result, ++number_, ForTap(name), directive) +
                   (step.failure ? Block(step.place, *step.failure) : ""));
   }
+  void Print(const TestDone& test) { output_.Write(Comments(attempts_.Describe(test))); }
   void Print(const CoverageMeasured& coverage) { output_.Write(Comments(Describe(coverage))); }
   void Print(const RunAborted& abort) { output_.Write("Bail out! " + ForTap(abort.message) + "\n"); }
   template <typename Other>
@@ -68,6 +73,7 @@ class TapReport : public Report {
 
   OutputFile output_;
   int number_ = 0;
+  FailedAttempts attempts_;
 };
 
 }  // namespace

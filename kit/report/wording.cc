@@ -3,7 +3,10 @@
 
 #include <fmt/format.h>
 
+#include <utility>
 #include <vector>
+
+#include "output/text_forms.h"
 
 namespace corvis::kit {
 
@@ -29,6 +32,18 @@ std::string Describe(const CoverageMeasured& coverage) {
          Line("Answered only not_support:", coverage.refused) +
          fmt::format("Callbacks that the application does not have: {} (--json names them)\n",
                      coverage.missing_callbacks.size());
+}
+
+void FailedAttempts::Note(const StepDone& step) {
+  if (!step.is_replaced || !step.failure) return;
+  const std::string failure = Located(step.place, corvis::kit::Describe(*step.failure));
+  lines_ += fmt::format("Attempt {} failed: {}\n", step.attempt, ForTerminal(failure));
+}
+
+std::string FailedAttempts::Describe(const TestDone& test) {
+  const std::string lines = std::exchange(lines_, {});
+  const bool is_flaky = test.outcome == TestOutcome::kFlaky;
+  return lines + (is_flaky ? fmt::format("Flaky: attempt {} passed.\n", test.attempts) : "");
 }
 
 }  // namespace corvis::kit

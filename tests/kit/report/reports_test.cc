@@ -14,6 +14,7 @@
 #include "output/text_forms.h"
 #include "report/coverage.h"
 #include "report/json_forms.h"
+#include "report/tally.h"
 
 namespace corvis::kit {
 namespace {
@@ -60,6 +61,36 @@ std::vector<Event> SampleRun() {
       RunAborted{"The bus is gone."},
       RunEnded{6, {3, 1, 1}, microseconds(1'000'001), {}},
   };
+}
+
+// A test that passes in its second attempt, and one that never does.
+std::vector<Event> FlakyRun() {
+  StepDone failed = Saying(2, "play", "ACTION_PLAY", "not_support");
+  failed.status = StepStatus::kFailed;
+  failed.failure = Failure{"It broke.", "", "", {}, ""};
+  failed.is_replaced = true;
+  StepDone passed = Saying(2, "play", "ACTION_PLAY", "success");
+  passed.attempt = 2;
+  StepDone last = failed;
+  last.place.line = 5;
+  StepDone still = last;
+  still.is_replaced = false;
+  still.attempt = 2;
+  return {RunStarted{{"a.voice"}, 2},
+          ActionsRegistered{{"ACTION_PLAY"}},
+          ScriptStarted{"a.voice"},
+          TestStarted{{"a.voice", 1, 1}, "shaky", 1},
+          failed,
+          TestStarted{{"a.voice", 1, 1}, "shaky", 2},
+          passed,
+          TestDone{{"a.voice", 1, 1}, "shaky", TestOutcome::kFlaky, 2, microseconds(3200)},
+          TestStarted{{"a.voice", 4, 1}, "broken", 1},
+          last,
+          TestStarted{{"a.voice", 4, 1}, "broken", 2},
+          still,
+          TestDone{{"a.voice", 4, 1}, "broken", TestOutcome::kFailed, 2, microseconds(3200)},
+          ScriptDone{"a.voice", microseconds(9000)},
+          RunEnded{1, {1, 1, 0}, microseconds(9000), {0, 1, 0, 1}}};
 }
 
 std::string Made(const char* format, const std::vector<Event>& events) {
@@ -131,6 +162,33 @@ std::vector<Event> AllEvents() {
     events.push_back(event);
   }
   return events;
+}
+
+TEST(Reports, SayWhatIsFlaky) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"tap",
+       "1..2\n# shaky\nok 1 - a.voice:2 say\n# Attempt 1 failed: a.voice:2:1: It broke.\n"
+       "# Flaky: attempt 2 passed.\n# broken\nnot ok 2 - a.voice:5 say\n"},
+      {"tap", "  ...\n# Attempt 1 failed: a.voice:5:1: It broke.\n"},
+      {"narrate", "test \"shaky\" (attempt 2)\n"},
+      {"narrate", "✓\nflaky: the test passed on a retry\n"},
+      {"json", R"("message":"It broke.","console":[],"replaced":true})"},
+      {"json", R"("text":"shaky","status":"flaky","attempts":2,"ms":3.2})"},
+      {"junit", R"(tests="2" failures="1" skipped="0")"},
+      {"junit",
+       "<flakyFailure message=\"It broke.\">\n        <stackTrace>a.voice:2:1: say\nIt broke.</stackTrace>"},
+      {"junit", "<failure message=\"It broke.\">a.voice:5:1: say\nIt broke.</failure>\n      <rerunFailure "},
+  };
+  for (const auto& [format, part] : rows) EXPECT_THAT(Made(format, FlakyRun()), HasSubstr(part)) << format;
+  Tally tally;
+  Coverage coverage;
+  for (const Event& event : FlakyRun()) {
+    tally.Take(event);
+    coverage.Take(event);
+  }
+  EXPECT_EQ(tally.steps().passed * 10 + tally.steps().failed, 11);
+  EXPECT_EQ(tally.tests().flaky * 10 + tally.tests().failed, 11);
+  EXPECT_THAT(coverage.Measure().refused, testing::IsEmpty()) << "an attempt was answered";
 }
 
 TEST(JsonEvents, AreReadAsTheyWereWritten) {
