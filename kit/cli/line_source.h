@@ -6,9 +6,9 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "base/result.h"
+#include "cli/completion.h"
 #include "output/output_file.h"
 
 namespace corvis::kit {
@@ -27,6 +27,10 @@ class LineSource {
   // newlines is escaped for terminals.
   virtual void Show(const std::string& lines);
   virtual void ShowError(const std::string& lines);
+  // The same as Show, but on a terminal one page after the other.
+  virtual void ShowPages(const std::string& lines) { Show(lines); }
+  // Sets what Tab offers at a prompt. An empty one offers nothing.
+  virtual void set_completer(Completer /*completer*/) {}
   // An error if writing to standard output has failed.
   const Status& status() const { return output_.status(); }
 
@@ -34,22 +38,13 @@ class LineSource {
   OutputFile output_ = OutputFile::Standard();
 };
 
-// The effect of Tab on a typed text.
-struct Completion {
-  // The common continuation of all words that start with the typed text; ends in a space if there is only
-  // one.
-  std::string insertion;
-  // Those words, to be listed if `insertion` is empty.
-  std::vector<std::string> words;
-};
-
-Completion Complete(const std::string& typed, const std::vector<std::string>& words);
-
-// Opens a prompt with `words` for completion if standard input and output are terminals, and plain standard
-// input otherwise.
-std::unique_ptr<LineSource> OpenStandardInput(std::vector<std::string> words);
+// Opens a prompt if standard input and output are terminals, and plain standard input otherwise.
+std::unique_ptr<LineSource> OpenStandardInput();
 // Opens plain standard input, even if it is a terminal.
 std::unique_ptr<LineSource> OpenPlainInput();
+
+// Runs the main loop until standard input is readable or closed. Returns false if waits are ended first.
+bool WaitForInput();
 
 }  // namespace corvis::kit
 

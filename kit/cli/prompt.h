@@ -2,6 +2,7 @@
 #ifndef CORVIS_KIT_CLI_PROMPT_H_
 #define CORVIS_KIT_CLI_PROMPT_H_
 
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,13 +19,17 @@ class Prompt {
  public:
   // Reads commands and phrases from `lines`, executes them in `conversation`, and prints the results to
   // `lines`.
-  Prompt(Conversation& conversation, LineSource& lines) : conversation_(conversation), lines_(lines) {}
+  Prompt(Conversation& conversation, LineSource& lines);
+  ~Prompt();
+  Prompt(const Prompt&) = delete;
+  Prompt& operator=(const Prompt&) = delete;
 
   // Reads lines until the end of input or "quit".
   void Run();
 
-  // The words for completion: commands, phrases and actions.
-  static std::vector<std::string> CompletionWords(const Phrasebook& phrases);
+  // What could follow a typed text: commands, phrases and actions, or what the command, phrase or action that
+  // it starts with can take.
+  std::vector<std::string> Continuations(const std::string& typed) const;
 
  private:
   struct CommandRow {
@@ -32,14 +37,20 @@ class Prompt {
     const char* usage;
     const char* help;
     void (Prompt::*run)(const std::string& argument);
+    // What can follow the name; null for nothing certain.
+    std::vector<std::string> (Prompt::*values)() const;
   };
   static const std::vector<CommandRow>& Commands();
 
   void Handle(const std::string& line);
   void SendRaw(const std::string& text);
   void ShowTurn(const Turn& turn);
-  // Does and records a statement of voice scripts.
-  void RunStatement(const std::string& statement);
+  // Runs and records a statement of voice scripts; `done` is shown on success.
+  void RunStatement(const std::string& statement, const std::string& done);
+  // Whether the argument is a text in quotation marks and nothing else, which it then returns.
+  static std::optional<std::string> OnlyText(const std::string& argument);
+  // Shows a value and records that it is so.
+  void ShowValue(const std::string& statement, const Result<nlohmann::json>& value);
   // Lists the items of a page that doesn't listen, with a picture unless `png_file` is empty.
   void ShowItemsOfSilentPage(const std::string& png_file);
   void SavePicture(const ItemList& items, const std::string& file);
@@ -48,12 +59,26 @@ class Prompt {
   // On success records the statement and prints `done`; otherwise prints the error.
   void NoteStatement(const std::string& statement, const Status& status, const std::string& done);
 
+  std::vector<std::string> TitlesOnScreen() const;
+  std::vector<std::string> KeyNames() const;
+  std::vector<std::string> Topics() const;
+  std::vector<std::string> Phrases() const;
+  std::vector<std::string> ItemsOptions() const;
+  std::vector<std::string> RecordOptions() const;
+
+  // The lists of the help that belong to a topic; empty for an unknown one.
+  std::string HelpOn(const std::string& topic) const;
+  // The phrases that contain a word, whose action it is, or all if it is empty.
+  std::string PhraseRows(const std::string& word) const;
   void Help(const std::string& argument);
   void Apps(const std::string& argument);
   void ListActions(const std::string& argument);
   void Press(const std::string& argument);
   void Type(const std::string& argument);
+  void ShowText(const std::string& argument);
+  void Value(const std::string& argument);
   void Items(const std::string& argument);
+  void ListItems(const std::string& argument);
   void SayPhrase(const std::string& argument);
   void Record(const std::string& argument);
   void Restart(const std::string& argument);

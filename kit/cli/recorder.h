@@ -1,4 +1,4 @@
-// Records the phrases and answers at the prompt as a voice script that passes on replay.
+// Records what is said, pressed and looked at at the prompt as a voice script that passes on replay.
 #ifndef CORVIS_KIT_CLI_RECORDER_H_
 #define CORVIS_KIT_CLI_RECORDER_H_
 
@@ -24,7 +24,7 @@ class Recorder {
 
   Status Take(const Turn& turn);
   Status Take(const ItemList& items);
-  // Records "restart" or "reload".
+  // Records a statement of voice scripts.
   Status TakeStatement(const std::string& statement);
 
  private:

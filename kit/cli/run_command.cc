@@ -33,9 +33,7 @@ class RunCommand : public Subcommand {
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
     if (is_json_) return ExecuteJson(supervisor, operands[0]);
-    const Result<SpokenLanguage> language = OpenLanguage(options_.language);
-    if (!language) return Fail(language.error());
-    const std::unique_ptr<LineSource> lines = OpenStandardInput(Prompt::CompletionWords(language->phrases()));
+    const std::unique_ptr<LineSource> lines = OpenStandardInput();
     const auto run = StartApplication(
         supervisor, operands[0], options_, [&lines](const std::string& sentence) { lines->Show(sentence); },
         [&lines](const std::string& line) { lines->ShowError(line); });

@@ -73,6 +73,11 @@ TEST_F(PromptTest, EveryLineGetsItsSentence) {
       {"record stop", "No recording is in progress."},
       {"record /dev/null/a.voice", "can't be written"},
       {"restart", "bus"},
+      {"help pres", "Unknown topic \"pres\". Did you mean \"press\"?"},
+      {"help press ", "PlayPause"},
+      {"help ACTION_MEDIA_SET_ZOOM", "Data\n  in"},
+      {"help subtitles", "ACTION_MEDIA_SET_SUBTITLE"},
+      {"show \"#a\" equals \"b\"", "Unknown comparison \"equals\"."},
   };
   for (const auto& row : rows) EXPECT_THAT(Type({row.line}), HasSubstr(row.shown)) << row.line;
   EXPECT_EQ(Type({"", "   ", "# pause"}), "");
@@ -84,7 +89,8 @@ TEST_F(PromptTest, HelpListsCommandsAndPhrases) {
 }
 
 TEST(Completion, InsertsWhatIsCertain) {
-  const std::vector<std::string> words = {"play", "pause", "play from {time}", "quit"};
+  const std::vector<std::string> words = {"play", "pause", "play from {time}", "quit", "éa", "éb",
+                                          "öé",   "öè"};
   const struct {
     const char* typed;
     const char* insertion;
@@ -97,12 +103,31 @@ TEST(Completion, InsertsWhatIsCertain) {
       {"p", "", {"play", "pause", "play from {time}"}},
       {"x", "", {}},
       {"quits", "", {}},
+      {"PL", "ay", {"play", "play from {time}"}},
+      {"é", "", {"éa", "éb"}},
+      {"ö", "", {"öé", "öè"}},
   };
   for (const auto& row : rows) {
     const Completion completion = Complete(row.typed, words);
     EXPECT_EQ(completion.insertion, row.insertion) << row.typed;
     EXPECT_EQ(completion.words, row.words) << row.typed;
   }
+}
+
+TEST_F(PromptTest, ContinuationsDependOnTheBeginning) {
+  TypedLines lines({});
+  VoiceService service([](const std::string&) {});
+  Conversation conversation(service, "com.example.app", std::chrono::milliseconds(100));
+  const Prompt prompt(conversation, lines);
+  const std::pair<const char*, const char*> rows[] = {{"p", "press"},
+                                                      {"ACTION_", "ACTION_PLAY"},
+                                                      {"press ", "press ChannelUp"},
+                                                      {"record s", "record stop"},
+                                                      {"ACTION_NAVIGATION ", "ACTION_NAVIGATION ShowMore"}};
+  for (const auto& [typed, line] : rows)
+    EXPECT_THAT(prompt.Continuations(typed), testing::Contains(line)) << typed;
+  EXPECT_EQ(SelectingPart(conversation.phrases(), "click on Pl"), "click on ");
+  EXPECT_EQ(SelectingPart(conversation.phrases(), "go to Pl"), "");
 }
 
 TEST_F(PromptTest, QuitLeavesTheRest) {
