@@ -58,6 +58,9 @@ export default [
         hasFocus: 'readonly',
         isVisible: 'readonly',
         isItem: 'writable',
+        isShown: 'writable',
+        hasBox: 'writable',
+        framesAround: 'writable',
       },
     },
     rules: {

@@ -7,8 +7,28 @@ var screens = (function () {
   var results = [];
   var listeners = [];
 
+  // Kept, because the document contains only the choices of the current screen.
+  var elements = {};
+  Array.prototype.forEach.call(document.querySelectorAll('main [id], #screen-name'), function (node) {
+    elements[node.id] = node;
+  });
+
   function element(id) {
-    return document.getElementById(id);
+    return elements[id];
+  }
+
+  // What can be selected on each screen, and its place. Voice also lists what is hidden, so it leaves with its screen.
+  var choices = Array.prototype.map.call(document.querySelectorAll('.choices'), function (node) {
+    var place = document.createComment('');
+    node.parentNode.insertBefore(place, node);
+    return { node: node, place: place };
+  });
+
+  function placeChoices() {
+    choices.forEach(function (choice) {
+      if (choice.place.parentNode.closest('[hidden]')) choice.node.remove();
+      else choice.place.parentNode.insertBefore(choice.node, choice.place);
+    });
   }
 
   function make(tag, className, text) {
@@ -95,6 +115,7 @@ var screens = (function () {
     ['Home', 'Player', 'Search', 'List', 'Setting'].forEach(function (screen) {
       element('screen-' + screen.toLowerCase()).hidden = screen !== name;
     });
+    placeChoices();
     element('screen-name').textContent = name;
     if (name === 'List') renderLists();
     focusFirst();

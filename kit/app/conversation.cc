@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "app/item_picture.h"
-#include "app/item_places.h"
 #include "language/raw_command.h"
 #include "service/main_loop.h"
 
@@ -271,14 +270,25 @@ Result<ItemList> Conversation::LookForItems() {
   return Fail("The page returned no list of items. Does it replace built-in functions of the browser?");
 }
 
-Result<std::string> Conversation::PictureOf(const ItemList& list) {
+Result<ItemPlaces> Conversation::PlacesOf(const ItemList& list) {
   const Result<std::string> looked_up = runtime_.Evaluate(PlacesExpression(list));
   if (!looked_up) return Fail("Can't locate the items on the page. " + looked_up.error().message);
-  const std::optional<ItemPlaces> places = ReadItemPlaces(list, *looked_up);
+  std::optional<ItemPlaces> places = ReadItemPlaces(list, *looked_up);
   if (!places) return Fail("Can't locate the items: the page returned no positions.");
+  return std::move(*places);
+}
+
+void Conversation::NoteHidden(ItemList& list) {
+  const Result<ItemPlaces> places = PlacesOf(list);
+  for (size_t i = 0; places && i < places->places.size(); ++i) list.items[i] = places->places[i].item;
+}
+
+Result<std::string> Conversation::PictureOf(const ItemList& list) {
+  const Result<ItemPlaces> places = PlacesOf(list);
+  if (!places) return Fail(places.error());
   const Result<std::string> picture = runtime_.Screenshot();
   if (!picture) return picture;
-  return DrawItems(*picture, *places);
+  return DrawMarks(*picture, MarksOf(*places), places->window_width);
 }
 
 Status Conversation::WaitForArrival(const Arrival& arrival, int registered_before, Clock::time_point end) {

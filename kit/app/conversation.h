@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "app/callback_log.h"
+#include "app/item_places.h"
 #include "app/items.h"
 #include "app/registered_actions.h"
 #include "app/runtime_control.h"
@@ -79,7 +80,12 @@ class Conversation {
   // The turn of the last AskItems.
   const Turn& items_turn() const { return items_turn_; }
 
-  // A screenshot of the page with the items' boxes and numbers drawn on it, as PNG.
+  // Where the items are on the page.
+  Result<ItemPlaces> PlacesOf(const ItemList& list);
+  // Notes which items are not shown because their frames aren't. Changes nothing if the page does not
+  // respond.
+  void NoteHidden(ItemList& list);
+  // A screenshot of the page with the boxes and numbers of the items that are shown, as PNG.
   Result<std::string> PictureOf(const ItemList& list);
 
   // Runs `start`, which starts the application again, and waits until its page is loaded.

@@ -12,8 +12,9 @@ namespace {
 
 using Json = nlohmann::json;
 
-bool IsPair(const Json& value) {
-  return value.is_array() && value.size() == 2 && value[0].is_number() && value[1].is_number();
+bool IsPlace(const Json& value) {
+  return value.is_array() && value.size() == 3 && value[0].is_number() && value[1].is_number() &&
+         value[2].is_boolean();
 }
 
 }  // namespace
@@ -35,10 +36,12 @@ std::optional<ItemPlaces> ReadItemPlaces(const ItemList& list, const std::string
   const Json& frames = parsed["frames"];
   for (size_t i = 0; i < list.items.size(); ++i) {
     // An item that the page no longer contains keeps its own coordinates.
-    const bool is_found = i < frames.size() && IsPair(frames[i]);
+    const bool is_found = i < frames.size() && IsPlace(frames[i]);
     const double left = is_found ? frames[i][0].get<double>() : 0;
     const double top = is_found ? frames[i][1].get<double>() : 0;
     places.places.push_back({list.items[i], left + list.items[i].x, top + list.items[i].y});
+    Item& item = places.places.back().item;
+    item.is_shown = item.is_shown && (!is_found || frames[i][2].get<bool>());
   }
   return places;
 }

@@ -1,5 +1,5 @@
 // Converts the items' positions to window coordinates. An item's own position is relative to its document, so
-// for an item in a frame the frame's position is added.
+// for an item in a frame the frame's position is added. Also finds out which items are shown.
 #ifndef CORVIS_KIT_APP_ITEM_PLACES_H_
 #define CORVIS_KIT_APP_ITEM_PLACES_H_
 
@@ -26,7 +26,8 @@ struct ItemPlaces {
   std::vector<ItemPlace> places;
 };
 
-// A JavaScript expression that finds the frames' positions; pass its value to ReadItemPlaces.
+// A JavaScript expression that finds the frames' positions and what is shown; pass its value to
+// ReadItemPlaces.
 std::string PlacesExpression(const ItemList& list);
 
 // Returns nothing if `value` is not a result of PlacesExpression.

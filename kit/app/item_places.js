@@ -1,4 +1,4 @@
-// Finds the position of each item's frame. Items are listed in document order, those of a frame at the frame's
+// Finds the position of each item's frame and whether the item is shown. Items are listed in document order, those of a frame at the frame's
 // position, so each item is the next element that qualifies and has the same box. `boxes` holds [x, y, w, h] per item.
 function itemPlaces(boxes) {
   var places = [];
@@ -26,7 +26,7 @@ function itemPlaces(boxes) {
           Math.round(box.width) === wanted[2] &&
           Math.round(box.height) === wanted[3]
         ) {
-          places.push([left, top]);
+          places.push([left, top, isShown(element)]);
         }
       }
     }

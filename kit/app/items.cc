@@ -48,13 +48,14 @@ Item ReadItem(const Json& object, bool is_own, size_t position) {
   item.is_focused = Flag(object, is_own ? "bFocused" : "focused", false);
   item.is_visible = Flag(object, "visible", true);
   item.is_in_frame = Flag(object, "iframe", false);
+  item.is_shown = item.is_visible && (is_own || item.HasBox());
   return item;
 }
 
 std::string Row(const Item& item) {
   char text[128];
   std::snprintf(text, sizeof(text), "%6ld  %6.0f %6.0f %6.0f %6.0f  %-7s %-7s %-5s  ", item.number, item.x,
-                item.y, item.w, item.h, item.is_focused ? "focused" : "", item.is_visible ? "" : "hidden",
+                item.y, item.w, item.h, item.is_focused ? "focused" : "", item.is_shown ? "" : "hidden",
                 item.is_in_frame ? "frame" : "");
   return text + ForTerminal(item.title) + "\n";
 }

@@ -22,6 +22,9 @@ struct Item {
   bool is_focused = false;
   bool is_visible = true;
   bool is_in_frame = false;
+  // Whether a viewer can see it, after scrolling. That its frames are hidden is noted by
+  // Conversation::NoteHidden.
+  bool is_shown = true;
 
   // An item without a box is not on the screen, though it may be in the list.
   bool HasBox() const { return w > 0 && h > 0; }

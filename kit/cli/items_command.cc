@@ -37,8 +37,9 @@ class ItemsCommand : public Subcommand {
 
  private:
   Result<int> ShowItems(Conversation& conversation) const {
-    const Result<ItemList> items = conversation.AskItems();
+    Result<ItemList> items = conversation.AskItems();
     if (!items) return Fail(items.error());
+    if (!is_json_) conversation.NoteHidden(*items);
     const Answer& answer = *conversation.items_turn().answer;
     const std::string text = is_json_ ? answer.data : ItemTable(*items) + DescribeItemsAnswer(*items, answer);
     const Status printed = WriteStandardOutput(text + "\n");

@@ -33,6 +33,8 @@ class LintCommand : public Subcommand {
     AddFlag(app, "--call",
             "also call each of the page's callbacks (they act on the page) and report those that fail",
             is_calling_);
+    AddText(app, "--png", "FILE", "number the findings and save a screenshot of the page with their places",
+            png_file_);
     AddFlag(app, "--json", "print one JSON object per line and nothing else", is_json_);
     AddApplicationOptions(app, Viewer::kProgram, options_);
     DescribeStatuses(app, {{kExitOk, "nothing found"},
@@ -41,20 +43,35 @@ class LintCommand : public Subcommand {
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
-    const auto run = StartApplication(supervisor, operands[0], options_);
+    ApplicationOptions options = options_;
+    options.run.runtime_arguments.insert(options.run.runtime_arguments.end(),
+                                         {"--page-script", LintPageScript()});
+    const auto run = StartApplication(supervisor, operands[0], options);
     if (!run) return Fail(run.error());
     // A page that never listens is a finding, not an error.
     static_cast<void>(WaitUntilListening(**run, options_));
     (*run)->conversation().WaitForRest();
-    const Result<std::vector<Finding>> findings = Lint((*run)->conversation(), is_calling_);
+    Conversation& conversation = (*run)->conversation();
+    const Result<std::vector<Finding>> findings = Lint(conversation, is_calling_);
     if (!findings) return Fail(WhyWaitsEnd() == nullptr ? findings.error() : *WhyWaitsEnd());
-    return Print(*findings);
+    const Status saved = png_file_.empty() ? Status() : SavePicture(conversation, *findings);
+    const Result<int> printed = Print(*findings);
+    return saved || !printed ? printed : Fail(saved.error());
   }
 
  private:
+  Status SavePicture(Conversation& conversation, const std::vector<Finding>& findings) const {
+    const Result<std::string> picture = PictureOf(conversation, findings);
+    return picture ? WriteOutputFile(png_file_, *picture) : Status(Fail(picture.error()));
+  }
+
   Result<int> Print(const std::vector<Finding>& findings) const {
     std::string text;
-    for (const Finding& finding : findings) text += LineOf(finding, is_json_);
+    for (const Finding& finding : findings) {
+      const bool is_numbered = !png_file_.empty() && !is_json_;
+      if (is_numbered) text += fmt::format("{:>3}  ", &finding - findings.data() + 1);
+      text += LineOf(finding, is_json_);
+    }
     if (text.empty() && !is_json_) text = "Found nothing that would make voice fail on this page.\n";
     const Status printed = WriteStandardOutput(text);
     if (!printed) return Fail(printed.error());
@@ -62,6 +79,7 @@ class LintCommand : public Subcommand {
   }
 
   ApplicationOptions options_;
+  std::string png_file_;
   bool is_calling_ = false;
   bool is_json_ = false;
 };

@@ -335,6 +335,7 @@ void Prompt::ListItems(const std::string& argument) {
   Result<ItemList> items = conversation_.AskItems();
   if (!items && !conversation_.is_listening()) return ShowItemsOfSilentPage(arguments->png_file);
   if (!items) return lines_.Show(items.error().message);
+  conversation_.NoteHidden(*items);
   const std::string text =
       arguments->is_diff && items_ ? Describe(CompareItems(*items_, *items)) : ItemTable(*items);
   lines_.ShowPages(text + DescribeItemsAnswer(*items, *conversation_.items_turn().answer));
@@ -391,8 +392,9 @@ void Prompt::ShowValue(const std::string& statement, const Result<nlohmann::json
 }
 
 void Prompt::ShowItemsOfSilentPage(const std::string& png_file) {
-  const Result<ItemList> items = conversation_.LookForItems();
+  Result<ItemList> items = conversation_.LookForItems();
   if (!items) return lines_.Show(items.error().message);
+  conversation_.NoteHidden(*items);
   lines_.Show(ItemTable(*items) + "They can be selected by voice once the page has called listen().");
   if (!png_file.empty()) SavePicture(*items, png_file);
 }

@@ -8,12 +8,17 @@ var elementRules = {
   item: checkClickable,
 };
 
-// Returns all findings as a list of {rule, sentence, where}.
+function findingAt(element, rule, sentence) {
+  var boxes = isShown(element) ? [boxInWindow(element)] : [];
+  return { rule: rule, sentence: sentence, where: pathOf(element), boxes: boxes };
+}
+
+// Returns all findings as a list of {rule, sentence, where, boxes}; the boxes are relative to the window.
 function pageChecks() {
   var findings = [];
   var frames = [];
   function report(rule, sentence, element) {
-    findings.push({ rule: rule, sentence: sentence, where: pathOf(element) });
+    findings.push(findingAt(element, rule, sentence));
   }
   function checkElement(element) {
     Object.keys(elementRules).forEach(function (rule) {
@@ -40,6 +45,7 @@ function pageChecks() {
     });
   }
   check(document);
+  checkUnseen(report);
   frames.slice(0, -1).forEach(function (frame) {
     report(
       'frame',
@@ -48,6 +54,19 @@ function pageChecks() {
     );
   });
   return findings;
+}
+
+// [x, y, width, height]
+function boxInWindow(element) {
+  var box = element.getBoundingClientRect();
+  var x = box.left;
+  var y = box.top;
+  framesAround(element).forEach(function (frame) {
+    var outer = frame.getBoundingClientRect();
+    x += outer.left + frame.clientLeft;
+    y += outer.top + frame.clientTop;
+  });
+  return [x, y, box.width, box.height];
 }
 
 function elementsOf(root) {
@@ -63,15 +82,10 @@ function documentOf(frame) {
   }
 }
 
-// Whether the element would be an item if it had a title.
+// Whether the element would be an item if it had a title. In a drawing most elements with an href refer to a part of it.
 function isCandidate(element) {
-  return isActivatable(element, element.localName);
-}
-
-// Invisible elements need no name. Elements outside the screen count, because they can be scrolled into view.
-function isShown(element) {
-  var box = element.getBoundingClientRect();
-  return box.width > 0 && box.height > 0;
+  var isPart = element.namespaceURI === 'http://www.w3.org/2000/svg' && element.localName !== 'a';
+  return isActivatable(element, element.localName) && (!isPart || element.hasAttribute('onclick'));
 }
 
 // A short, readable selector of the element.
@@ -137,6 +151,40 @@ function looksClickable(element) {
   );
 }
 
+// All items of the page and of its frames.
+function itemsIn(root) {
+  return elementsOf(root).reduce(function (items, element) {
+    var inner = element.localName === 'iframe' && documentOf(element);
+    return items.concat(inner ? itemsIn(inner) : isItem(element) ? [element] : []);
+  }, []);
+}
+
+function isWithoutSize(element) {
+  return element.getClientRects().length > 0 && !hasBox(element);
+}
+
+// Items that no viewer sees, which are still listed: one finding for all of a kind, at the first of them.
+function checkUnseen(report) {
+  var unseen = itemsIn(document).filter(function (element) {
+    return !isShown(element);
+  });
+  var isHidden = function (element) {
+    return !isWithoutSize(element);
+  };
+  reportAll('no-size', 'without a size (0×0)', unseen.filter(isWithoutSize), report);
+  reportAll('hidden', 'hidden', unseen.filter(isHidden), report);
+}
+
+function reportAll(rule, state, items, report) {
+  if (items.length === 0) return;
+  var isOne = items.length === 1;
+  var are = isOne ? 'An item is ' : items.length + ' items are ';
+  var them = isOne ? 'it' : 'them';
+  var advice =
+    '. Remove ' + them + ' from the document while ' + (isOne ? 'it is' : 'they are') + ' not shown.';
+  report(rule, are + state + ', but voice lists and selects ' + them + advice, items[0]);
+}
+
 function hasCandidateAbove(element) {
   for (var above = element.parentElement; above; above = above.parentElement) {
     if (isCandidate(above)) return true;
@@ -153,7 +201,8 @@ function checkClickable(element, report) {
     !elementsOf(element).some(isCandidate)
   ) {
     report(
-      'The element looks clickable but is not an item. Make it a button, a link or an li with a tabindex.'
+      'The element looks clickable but is not an item. Make it a button, a link with an href or an li with a ' +
+        'tabindex, or give it an onclick or draggable attribute.'
     );
   }
 }

@@ -39,6 +39,14 @@ nurvo::GVariantPtr ExtensionData(const Options& options, const Application& appl
       g_variant_ref_sink(g_variant_new("(sas)", application.origin.c_str(), &libraries)));
 }
 
+void AddPageScript(WebKitWebView* view, const std::string& text) {
+  WebKitUserScript* script =
+      webkit_user_script_new(text.c_str(), WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
+                             WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, nullptr, nullptr);
+  webkit_user_content_manager_add_script(webkit_web_view_get_user_content_manager(view), script);
+  webkit_user_script_unref(script);
+}
+
 }  // namespace
 
 Browser::Browser(const Options& options, const Application& application, BrowserEvents events)
@@ -87,6 +95,7 @@ void Browser::SetUpView(const Options& options, const Application& application) 
       webkit_website_policies_new_with_policies("autoplay", WEBKIT_AUTOPLAY_ALLOW, nullptr));
   view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context_.get(), "settings",
                                        settings.get(), "website-policies", policies.get(), nullptr));
+  if (!options.page_script.empty()) AddPageScript(view_, options.page_script);
   calls_ = std::make_unique<PageCalls>(view_);
   keys_ = std::make_unique<KeyInput>(view_, *calls_, options.key_codes);
   requests_ = std::make_unique<UserRequests>(view_, application.origin, options.grants,

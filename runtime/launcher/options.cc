@@ -127,6 +127,11 @@ std::string SetUserAgent(Options& options, const std::string& text) {
   return "";
 }
 
+std::string SetPageScript(Options& options, const std::string& script) {
+  options.page_script = script;
+  return "";
+}
+
 std::string IgnoreTlsErrors(Options& options, const std::string& /*nothing*/) {
   options.are_tls_errors_ignored = true;
   return "";
@@ -190,6 +195,7 @@ constexpr OptionRow kRows[] = {
     {"profile", "FOLDER", "folder for data that pages store (default: nothing is kept)", SetProfile},
     {"user-agent", "TEXT", "the user agent that pages and servers see", SetUserAgent},
     {"ignore-tls-errors", nullptr, "accept servers whose certificate is not trusted", IgnoreTlsErrors},
+    {"page-script", "SCRIPT", "run this script in each page before its own", SetPageScript},
     {"headless", nullptr, "run without a window or display (starts an Xvfb)", SetHeadless},
     {"console", "KIND", "console lines to print: page (default), all (including script APIs), none",
      SetConsole},

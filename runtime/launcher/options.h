@@ -38,6 +38,8 @@ struct Options {
   // If empty, the engine's own.
   std::string user_agent;
   bool are_tls_errors_ignored = false;
+  // A script that runs in the main frame of each page before the page's own; may be empty.
+  std::string page_script;
   KeyCodes key_codes;
   // The inspector's port, 0 for any; nothing for no inspector.
   std::optional<int> inspector_port;

@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { readFileSync, writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { jsonLines, run, scratchFolder, writePage } from '../../testing/corvis.mjs';
+import { jsonLines, run, writePage } from '../../testing/corvis.mjs';
 
 const listen = `<script>
   corvis.voiceinteraction.setCallback({ oncustom: function () { return document.title; } });
@@ -79,48 +79,105 @@ test('thousands of items with titles of every kind come in pieces, byte for byte
   assert.deepEqual([png.readUInt32BE(16), png.readUInt32BE(20)], [1280, 720]);
 });
 
-test('no picture is made of a page that shows one single color', async (t) => {
-  const page = writePage(t, `<style>body{background:#123456}</style>${listen}`);
-  const file = path.join(scratchFolder(t), 'items.png');
-  const { code, text } = await run(['items', page, '--png', file]);
-  assert.equal(code, 1, text);
-  assert.match(text, /one single color/);
-  assert.throws(() => readFileSync(file));
+// Whether the picture is the same for both pages.
+async function areDrawnAlike(t, ...pages) {
+  const pictures = [];
+  for (const html of pages) {
+    const page = writePage(t, html + listen);
+    const file = path.join(page, 'items.png');
+    const { code, text } = await run(['items', page, '--png', file]);
+    assert.equal(code, 0, text);
+    pictures.push({ text, bytes: readFileSync(file) });
+  }
+  return { text: pictures[0].text, are: pictures[0].bytes.equals(pictures[1].bytes) };
+}
+
+test('what is not shown is marked in the list and not drawn, and a page of one color is a picture', async (t) => {
+  const away = 'position:absolute;left:50px;top:50px;width:99px;height:99px';
+  const hidden = [
+    `<button style="visibility:hidden;${away}">Own</button>`,
+    `<button style="${away};width:0;height:0;padding:0;border:0;overflow:hidden">Empty</button>`,
+    ...['display:none', 'visibility:hidden', 'width:0;height:0;border:0'].map(
+      (style) => `<iframe srcdoc="<button>In</button>" style="${away};${style}"></iframe>`
+    ),
+    `<div style="display:none"><iframe srcdoc="<button>In</button>"></iframe></div>`,
+  ];
+  const color = '<style>body{background:#123456}</style>';
+  const { text, are } = await areDrawnAlike(t, color + hidden.join(''), color);
+  assert.equal(text.match(/ hidden /g).length, hidden.length, text);
+  assert.ok(are);
+  const shown = await areDrawnAlike(t, `${color}<button style="${away}">Shown</button>`, color);
+  assert.ok(!shown.are && !shown.text.includes(' hidden '), shown.text);
 });
 
-test('the lint names each element that voice will miss, and its rule', async (t) => {
+// What the page contains, and the findings about it: rule, place and a part of the sentence.
+const contents = [
+  ['<button>Twice</button><button>Twice</button>', 'same-title items 0 1'],
+  ['<button id="empty"></button>', 'title button#empty'],
+  ['<button id="label">Play<span style="display:none"> now</span></button>', 'label button#label'],
+  ['<div id="pointer" style="cursor:pointer">Press</div>', 'item div#pointer', 'onclick or draggable'],
+  ['<div id="same"><button>One</button></div><div id="same"><button>Two</button></div>', 'id div#same'],
+  ['<div id="host">.</div>', 'shadow div#host'],
+  [
+    '<iframe id="in" srcdoc="<button>In</button>"></iframe><iframe srcdoc="<button>Last</button>">',
+    'frame iframe#in',
+  ],
+  [
+    '</iframe><button id="a" hidden>A</button><p style="visibility:hidden"><button>B</button></p>',
+    'hidden button#a',
+    '2 items are',
+  ],
+  [
+    '<a href="#" id="c" title="C"></a><a href="#" title="D"></a><a href="#" title="E"></a>',
+    'no-size a#c',
+    '3 items are',
+  ],
+  ['<svg><use href="#s"/><symbol id="s"/></svg><svg aria-hidden="true"><use href="#s"/></svg>'],
+];
+
+test('the lint names each element that voice will miss and its rule, and draws their numbers', async (t) => {
+  const shadow =
+    '<script>host.attachShadow({ mode: "open" }).innerHTML = "<button>Of a shadow</button>"</script>';
+  const page = writePage(t, contents.map(([html]) => html).join('') + shadow + listen);
+  const file = path.join(page, 'lint.png');
+  const { code, text } = await run(['lint', '--json', '--png', file, page]);
+  assert.equal(code, 1, text);
+  const expected = contents.filter((row) => row.length > 1);
+  const findings = jsonLines(text).map((line) => ({ ...line, at: `${line.rule} ${line.where}` }));
+  assert.deepEqual(
+    [...new Set(findings.map(({ at }) => at))].sort(),
+    expected.map(([, at]) => at).sort(),
+    text
+  );
+  for (const [, at, part] of expected) {
+    const sentences = findings.filter((finding) => finding.at === at).map(({ sentence }) => sentence);
+    assert.equal(sentences.length, at.startsWith('id') ? 2 : 1, text);
+    if (part) assert.ok(sentences[0].includes(part), text);
+  }
+  const plain = path.join(page, 'plain.png');
+  const numbered = await run(['lint', '--png', plain, '--timeout', '300', writePage(t, '<p>Text</p>')]);
+  assert.match(numbered.text, /^ {2}1 {2}listen /);
+  assert.ok(!readFileSync(file).equals(readFileSync(plain)));
+});
+
+const callbacks = `{
+  onplay: async function () {}, onpause: async () => true, onstop: () => { return new Promise(() => {}); },
+  onnavigation: function () { return later(); }, onsearch: function () { return 'async Promise'; },
+  onexit: function () { throw new Error('broken'); },
+}`;
+
+test('the lint finds callbacks that throw, that are asynchronous, and those that return a promise', async (t) => {
   const page = writePage(
     t,
-    `<button id="empty"></button><button>Twice</button><button>Twice</button>
-     <button id="label">Play<span style="display:none"> now</span></button>
-     <div id="pointer" style="cursor:pointer">Press me</div>
-     <div id="same"><button>One</button></div><div id="same"><button>Two</button></div>
-     <div id="host">.</div><iframe src="inner.html"></iframe><iframe src="inner.html"></iframe>
-     <script>document.getElementById('host').attachShadow({ mode: 'open' }).innerHTML = '<button>In</button>';
-     corvis.voiceinteraction.setCallback({ onpause: function () { throw new Error('broken'); } });
-     corvis.voiceinteraction.listen();</script>`
+    `<p>Text</p><script>const later = () => Promise.resolve(true);
+    corvis.voiceinteraction.setCallback(${callbacks});
+    corvis.voiceinteraction.listen();</script>`
   );
-  writeFileSync(path.join(page, 'inner.html'), '<button>Inner</button>');
-  const { code, text } = await run(['lint', '--json', '--call', page]);
-  assert.equal(code, 1, text);
-  const places = (name) => jsonLines(text).flatMap(({ rule, where }) => (rule === name ? [where] : []));
-  const rules = ['title', 'label', 'item', 'id', 'shadow', 'callback'];
-  const expected = [
-    'button#empty',
-    'button#label',
-    'div#pointer',
-    'div#same',
-    'div#same',
-    'div#host',
-    'onpause',
-  ];
-  assert.deepEqual(rules.flatMap(places), expected, text);
-  assert.equal(places('frame').length, 1, text);
-  assert.ok(places('same-title').includes('items 0 1'), text);
-});
-
-test('the lint reports a page that never listens', async (t) => {
-  const { code, text } = await run(['lint', '--timeout', '300', writePage(t, '<button>Play</button>')]);
-  assert.equal(code, 1, text);
-  assert.match(text, /^listen /m);
+  const findings = async (...options) =>
+    jsonLines((await run(['lint', '--json', ...options, page])).text).map(
+      ({ rule, where }) => `${rule} ${where}`
+    );
+  const known = ['promise onplay', 'promise onpause', 'promise onstop'];
+  assert.deepEqual(await findings(), known);
+  assert.deepEqual(await findings('--call'), [...known, 'promise onnavigation', 'callback onexit']);
 });
