@@ -1,6 +1,8 @@
 // Formats log lines.
 #include "log/log_line.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <string_view>
 
@@ -45,10 +47,16 @@ void AppendFormatted(std::string& line, const char* format, va_list arguments) {
   line.resize(start + (length > 0 ? static_cast<size_t>(length) : 0));
 }
 
+// Moves every character once, from the back, however many line feeds there are.
 void EscapeLineFeeds(std::string& line, size_t from) {
-  constexpr std::string_view kEscape = "\\n";
-  for (size_t at = line.find('\n', from); at != std::string::npos; at = line.find('\n', at)) {
-    line.replace(at, 1, kEscape);
+  size_t read = line.size();
+  size_t write =
+      read + static_cast<size_t>(std::count(line.begin() + static_cast<ptrdiff_t>(from), line.end(), '\n'));
+  line.resize(write);
+  while (read < write) {
+    const char c = line[--read];
+    line[--write] = c == '\n' ? 'n' : c;
+    if (c == '\n') line[--write] = '\\';
   }
 }
 

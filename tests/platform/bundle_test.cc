@@ -27,6 +27,7 @@ Entries Read(bundle* b) {
         std::string text = "(array)";
         if (bundle_keyval_get_basic_val(copy, &value, &size) == 0) {
           text.assign(static_cast<char*>(value), type == BUNDLE_ENTRY_STRING ? size - 1 : size);
+          EXPECT_EQ(static_cast<char*>(value)[text.size()], '\0') << key;
         }
         static_cast<Entries*>(user_data)->emplace_back(key, text);
         bundle_keyval_free(copy);

@@ -37,6 +37,9 @@ TEST(LogTest, ALineIsWholeAndOnOneLine) {
   std::sscanf(line.c_str(), "%*2d:%*2d:%*2d.%3d E TAG: %n", &digits, &end);
   EXPECT_EQ(end, 20) << line.substr(0, 40);
   EXPECT_TRUE(line.substr(20) == "7 " + data + "\\nend\n");
+  ::testing::internal::CaptureStderr();
+  log_print(NURVO_LOG_ERROR, "TAG", "%s", "\n\na\n\\n\n");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr().substr(20), "\\n\\na\\n\\n\\n\n");
 }
 
 }  // namespace

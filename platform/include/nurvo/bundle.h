@@ -16,7 +16,7 @@ typedef struct bundle_keyval_t bundle_keyval_t;
 typedef unsigned char bundle_raw;
 
 // Creates an empty bundle; returns null on failure. The caller releases it with bundle_free.
-bundle* bundle_create();
+bundle* bundle_create(void);  // NOLINT(modernize-redundant-void-arg): in C the empty list is no prototype
 
 // Adds a string. Both texts are copied. Returns 0, or a negative code for a null or empty key, a null value,
 // or an existing key.
@@ -47,8 +47,9 @@ int bundle_free(bundle* b);
 // Copies an entry; returns null on failure. The caller releases the copy with bundle_keyval_free.
 bundle_keyval_t* bundle_keyval_dup(const bundle_keyval_t* keyval);
 
-// Gets the value of an entry with a single value: `size` bytes (for a string including its NUL), owned by the
-// entry. Returns 0, or a negative code for an array entry and leaves the outputs unchanged.
+// Gets the value of an entry with a single value: `size` bytes, owned by the entry. A NUL follows every
+// value, so that it can be read as a text; `size` counts it for a string only. Returns 0, or a negative code
+// for an array entry and leaves the outputs unchanged.
 int bundle_keyval_get_basic_val(bundle_keyval_t* keyval, void** value, size_t* size);
 
 void bundle_keyval_free(bundle_keyval_t* keyval);
