@@ -4,7 +4,6 @@ set(kit_libdir ${CMAKE_INSTALL_LIBDIR}/corvis)
 set(kit_libexecdir ${CMAKE_INSTALL_LIBEXECDIR}/corvis)
 set(kit_datadir ${CMAKE_INSTALL_DATADIR}/corvis)
 
-set_target_properties(corvis_voiceinteraction PROPERTIES INSTALL_RPATH "$ORIGIN/corvis")
 install(TARGETS corvis_voiceinteraction LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/platform/include/nurvo DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvis
         COMPONENT library)
@@ -17,6 +16,7 @@ install(FILES ${CMAKE_BINARY_DIR}/corvis_voiceinteraction.pc DESTINATION ${CMAKE
 
 if(NOT CORVIS_PLATFORM)
   # The stand-in is installed in a separate folder, where it is not mistaken for a real platform.
+  set_target_properties(corvis_voiceinteraction PROPERTIES INSTALL_RPATH "$ORIGIN/corvis")
   set_target_properties(nurvo_common nurvo_platform PROPERTIES INSTALL_RPATH "$ORIGIN")
   install(TARGETS nurvo_common nurvo_platform LIBRARY DESTINATION ${kit_libdir} COMPONENT library)
 endif()
