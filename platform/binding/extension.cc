@@ -3,6 +3,7 @@
 
 #include "binding/binding.h"
 #include "nurvo/extension.h"
+#include "support/c_interface.h"
 
 namespace common {
 
@@ -24,7 +25,8 @@ int32_t Extension::XW_Initialize(ExtensionHandle extension, InterfaceGetter get_
   loaded.instance_created = instance_created;
   loaded.shutdown = shutdown;
   if (loaded.description == nullptr || loaded.messaging == nullptr) return -1;
-  return nurvo::Binding::Get().Load(loaded, get_interface, initialize);
+  return nurvo::Guarded(int32_t{-1},
+                        [&] { return nurvo::Binding::Get().Load(loaded, get_interface, initialize); });
 }
 
 void Extension::OnInstanceCreated(InstanceHandle handle, Instance* instance) {

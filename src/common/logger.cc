@@ -5,6 +5,10 @@
 #undef NDEBUG
 #include <assert.h>
 
+#include <algorithm>
+#include <cstring>
+#include <exception>
+
 namespace common {
 
 namespace {
@@ -16,10 +20,19 @@ const char* LogEntry(const char* file, const char* function, int line) {
   return file;
 }
 
+// A copy of `name`; without memory, of as much as a string holds without allocating.
+std::string CopyName(const char* name) noexcept {
+  try {
+    return name;
+  } catch (const std::exception&) {
+    return {name, std::min(std::strlen(name), std::string().capacity())};
+  }
+}
+
 }  // namespace
 
-ScopeLogger::ScopeLogger(const char* file, const char* function, int line)
-    : file_(LogEntry(file, function, line)), function_(function) {}
+ScopeLogger::ScopeLogger(const char* file, const char* function, int line) noexcept
+    : file_(CopyName(LogEntry(file, function, line))), function_(CopyName(function)) {}
 
 ScopeLogger::~ScopeLogger() {
   CORVIS_LOG_CALL(log_print_to(kMainLog, kLogDebug, kCommonLogTag, "%s: %s(%d) > %s: %s > Exit", CORVIS_FILE,

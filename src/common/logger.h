@@ -11,6 +11,7 @@
 namespace common {
 
 constexpr int kMainLog = 0;
+// The platform's priorities, repeated because a platform's headers need to declare functions only.
 constexpr int kLogDebug = 3;
 constexpr int kLogInfo = 4;
 constexpr int kLogError = 6;
@@ -39,10 +40,10 @@ struct SourceName {
 };
 
 // Writes the entry line of an operation on construction and the exit line on destruction, however the
-// operation ends. The destructor never throws.
+// operation ends. Never throws: without memory, the exit line has the first letters of the names.
 class ScopeLogger {
  public:
-  ScopeLogger(const char* file, const char* function, int line);
+  ScopeLogger(const char* file, const char* function, int line) noexcept;
   ~ScopeLogger();
   ScopeLogger(const ScopeLogger&) = delete;
   ScopeLogger& operator=(const ScopeLogger&) = delete;

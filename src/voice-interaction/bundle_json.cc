@@ -2,6 +2,7 @@
 #include "voice-interaction/bundle_json.h"
 
 #include <cstring>
+#include <new>
 #include <optional>
 
 #include "voice-interaction/module_log.h"
@@ -38,6 +39,8 @@ std::string JoinMembers(const char* bundle_text, EntryCallback add_entry) {
   if (entries) {
     json.reserve(length);  // both texts have about the same length
     bundle_foreach(entries.get(), add_entry, &json);
+    // A callback has run out of memory and emptied the text; later ones may have appended their members.
+    if (json[0] != '{') throw std::bad_alloc();
   }
   const size_t last_comma = json.rfind(',');
   if (last_comma != std::string::npos) json.resize(last_comma);
@@ -45,19 +48,27 @@ std::string JoinMembers(const char* bundle_text, EntryCallback add_entry) {
   return json;
 }
 
+// Marks the text as incomplete: a complete one starts with a brace.
+void DropText(void* user_data) noexcept {
+  static_cast<std::string*>(user_data)->clear();
+}
+
 }  // namespace
 
-void AddJsonParamCallback(const char* key, int /*type*/, const bundle_keyval_t* key_value, void* user_data) {
+void AddJsonParamCallback(const char* key, int /*type*/, const bundle_keyval_t* key_value,
+                          void* user_data) try {
   std::string& json = *static_cast<std::string*>(user_data);
   MODULE_INFO_F("Current Value [%s]", json.c_str());
   const auto value = AppendNameAndValue(json, key, key_value);
   if (!value) return;
   MODULE_INFO_F("Bundle Iter Key [%s] Value [%s]", key, json.c_str() + *value);
   json += kMemberEnd;
+} catch (...) {
+  DropText(user_data);
 }
 
 void AddSearchJsonParamCallback(const char* key, int /*type*/, const bundle_keyval_t* key_value,
-                                void* user_data) {
+                                void* user_data) try {
   std::string& json = *static_cast<std::string*>(user_data);
   MODULE_INFO_F("Current Value [%s]", json.c_str());
   const size_t begin = json.size();
@@ -70,6 +81,8 @@ void AddSearchJsonParamCallback(const char* key, int /*type*/, const bundle_keyv
   } else {
     json += kMemberEnd;
   }
+} catch (...) {
+  DropText(user_data);
 }
 
 std::string BuildJsonObjectFromBundle(const char* bundle_text) {

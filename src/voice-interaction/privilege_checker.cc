@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "nurvo/smack.h"
+#include "voice-interaction/exception_text.h"
 #include "voice-interaction/module_log.h"
 #include "voice-interaction/platform_ptr.h"
 
@@ -15,6 +16,7 @@ extern "C" __attribute__((weak)) void vestra_finish(vestra* client);
 namespace extension::voice_interaction {
 
 namespace {
+// The platform's value, repeated because a platform's headers need to declare functions only.
 constexpr int kAccessAllowed = 2;
 constexpr size_t kClientCacheSize = 100;
 constexpr size_t kUidTextSize = 16;
@@ -24,7 +26,7 @@ PrivilegeChecker::~PrivilegeChecker() {
   if (vestra_handle_ != nullptr && vestra_finish != nullptr) vestra_finish(vestra_handle_);
 }
 
-bool PrivilegeChecker::CheckPrivilege(const std::string& privilege) {
+bool PrivilegeChecker::CheckPrivilege(const std::string& privilege) try {
   MODULE_ERROR_F("CheckPrivilege [%s]", privilege.c_str());
   const std::string label = GetSmackLabel();
   const std::string session = GetSession();
@@ -43,6 +45,9 @@ bool PrivilegeChecker::CheckPrivilege(const std::string& privilege) {
   }
   MODULE_ERROR("vestra_check passed");
   return true;
+} catch (...) {
+  MODULE_ERROR_F("%s", CurrentExceptionText());
+  return false;
 }
 
 vestra* PrivilegeChecker::GetVestraInstance(vestra** handle) {

@@ -9,7 +9,7 @@
 namespace extension::voice_interaction {
 
 // Gets the identity of the process and its client of the service on first use and caches them; after a
-// failure it tries again on the next use. No function throws; failures are logged.
+// failure it tries again on the next use. CheckPrivilege does not throw; failures are logged.
 class PrivilegeChecker {
  public:
   PrivilegeChecker() = default;

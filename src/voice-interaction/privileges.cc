@@ -8,7 +8,7 @@
 
 namespace extension::voice_interaction {
 
-const std::string kVoiceControlPrivilege = "http://" CORVIS_PRIVILEGE_HOST "/privilege/voicecontrol";
-const std::string kMicrophonePrivilege = "http://" CORVIS_PRIVILEGE_HOST "/privilege/microphone";
+constexpr char kVoiceControlPrivilege[] = "http://" CORVIS_PRIVILEGE_HOST "/privilege/voicecontrol";
+constexpr char kMicrophonePrivilege[] = "http://" CORVIS_PRIVILEGE_HOST "/privilege/microphone";
 
 }  // namespace extension::voice_interaction

@@ -4,8 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <new>
+#include <utility>
 
 #include "nurvo/message_port.h"
+#include "voice-interaction/exception_text.h"
 #include "voice-interaction/module_log.h"
 #include "voice-interaction/platform_ptr.h"
 
@@ -71,8 +74,10 @@ int TotalDataLength(bundle* message, std::string_view data) {
 }  // namespace
 
 VoiceInteractionChannel& VoiceInteractionChannel::GetInstance() {
-  // Never destroyed, because the platform may call back until the process ends.
-  static auto* const channel = new VoiceInteractionChannel;
+  // Never destroyed, because the platform may call back until the process ends. In static memory, because a
+  // page's destructor, which must not fail, may be the first caller.
+  alignas(VoiceInteractionChannel) static unsigned char memory[sizeof(VoiceInteractionChannel)];
+  static auto* const channel = new (memory) VoiceInteractionChannel;
   return *channel;
 }
 
@@ -80,11 +85,18 @@ void VoiceInteractionChannel::Init(CommandReceivedCallback callback, const std::
                                    const std::string& sdk_version, void* user_data) {
   MODULE_INFO_F("Init [%s]", app_id.c_str());
   VoiceInteractionChannel& channel = GetInstance();
+  std::string app_id_copy = app_id;
+  std::string sdk_version_copy = sdk_version;
   channel.callback_ = callback;
-  channel.app_id_ = app_id;
-  channel.sdk_version_ = sdk_version;
+  channel.app_id_ = std::move(app_id_copy);
+  channel.sdk_version_ = std::move(sdk_version_copy);
   channel.user_data_ = user_data;
   channel.InitializeMessagePort();
+}
+
+void VoiceInteractionChannel::Forget(const void* user_data) {
+  VoiceInteractionChannel& channel = GetInstance();
+  if (channel.user_data_ == user_data) channel.user_data_ = nullptr;
 }
 
 void VoiceInteractionChannel::Clear() {
@@ -173,8 +185,8 @@ void VoiceInteractionChannel::OnMessageReceived(int /*local_port_id*/, const cha
     const std::string command = ReadText(message, kCommandKey, "Fail to get command from Message");
     const std::string data = ReadText(message, kDataKey, "Fail to get data from Message");
     channel.callback_(command, data, channel.user_data_);
-  } catch (const std::exception& error) {
-    MODULE_ERROR_F("%s", error.what());
+  } catch (...) {
+    MODULE_ERROR_F("%s", CurrentExceptionText());
   }
 }
 

@@ -23,16 +23,19 @@ using CommandReceivedCallback = void (*)(const std::string& command, const std::
                                          void* user_data);
 
 // A single object per process, never destroyed. It serves the last caller of Init and does not know about
-// pages. Used on the thread that runs the platform's main loop. No function throws; failures are logged.
+// pages. Used on the thread that runs the platform's main loop. Failures are logged; only Init throws.
 class VoiceInteractionChannel {
  public:
   static VoiceInteractionChannel& GetInstance();
 
   // Dispatches commands to `callback` with `user_data` (not owned) from now on, and uses `app_id` as the
   // application's id. Opens the port and registers the application with the service unless the port is
-  // already open.
+  // already open. Throws std::bad_alloc before it has changed anything.
   static void Init(CommandReceivedCallback callback, const std::string& app_id,
                    const std::string& sdk_version, void* user_data);
+
+  // Passes null to the callback from now on if `user_data`, which is about to be destroyed, is that of Init.
+  static void Forget(const void* user_data);
 
   // Unregisters from the service and closes the port, if it is open.
   static void Clear();
@@ -44,7 +47,7 @@ class VoiceInteractionChannel {
   // "partial_result" pieces, in order.
   static void Send(const std::string& command, const std::string& data);
 
-  // The port's callback. The platform owns `message`.
+  // The port's callback. The platform owns `message`. Logs any exception of the callback of Init.
   static void OnMessageReceived(int local_port_id, const char* remote_app_id, const char* remote_port,
                                 bool trusted_remote_port, bundle* message, void* user_data);
 

@@ -4,13 +4,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <set>
+#include <utility>
 
 #include "common/logger.h"
 #include "common/security_exception.h"
 #include "nurvo/app_manager.h"
 #include "voice-interaction/action_table.h"
 #include "voice-interaction/bundle_json.h"
+#include "voice-interaction/exception_text.h"
 #include "voice-interaction/init_event_listener.h"
 #include "voice-interaction/module_log.h"
 #include "voice-interaction/platform_ptr.h"
@@ -21,14 +22,6 @@
 namespace extension::voice_interaction {
 
 namespace {
-
-// The addresses of destroyed instances at which no new instance has listened since. The channel keeps the
-// pointer of the one that listened last, even if it is destroyed and another page's start-up event reopens
-// the port. Never destroyed, because instances may be destroyed while the process exits.
-std::set<const void*>& GoneInstances() {
-  static auto* const addresses = new std::set<const void*>;
-  return *addresses;
-}
 
 // The member `name` of `args` if it is a T, otherwise null.
 template <typename T>
@@ -70,15 +63,28 @@ VoiceInteractionInstance::VoiceInteractionInstance() {
 VoiceInteractionInstance::~VoiceInteractionInstance() {
   CORVIS_LOG_SCOPE();
   MODULE_ERROR("~VoiceInteractionInstance");
-  GoneInstances().insert(this);
+  VoiceInteractionChannel::Forget(this);
   if (init_event_result_ == 0) StopListeningInitEvent(this);
   ClearMessagePort();
 }
 
 void VoiceInteractionInstance::RegisterHandler(const char* name, SyncHandler handler) {
   RegisterSyncHandler(name, [this, handler](const picojson::value& args, picojson::object& out) {
-    (this->*handler)(args, out);
+    try {
+      (this->*handler)(args, out);
+    } catch (...) {
+      ReportFailure(CurrentExceptionText(), out);
+    }
   });
+}
+
+void VoiceInteractionInstance::ReportFailure(const char* message, picojson::object& out) noexcept {
+  CORVIS_LOG_REPORTING_ERROR();
+  try {
+    ReportError({"UnknownError", message}, out);
+  } catch (...) {
+    out.clear();  // The binding answers a call whose handler reported nothing.
+  }
 }
 
 void VoiceInteractionInstance::SetCurrentApplicationId() {
@@ -91,7 +97,6 @@ void VoiceInteractionInstance::SetCurrentApplicationId() {
 
 void VoiceInteractionInstance::InitializeMessagePort() {
   CORVIS_LOG_SCOPE();
-  GoneInstances().erase(this);
   VoiceInteractionChannel::Init(OnCommandReceivedCallback, current_application_id_, version_, this);
 }
 
@@ -108,7 +113,11 @@ void VoiceInteractionInstance::OnReceivedInitEvent(const char* /*event_name*/, b
     return;
   }
   MODULE_INFO("OnReceivedInitEvent");
-  VoiceInteractionChannel::Reset();
+  try {
+    VoiceInteractionChannel::Reset();
+  } catch (...) {
+    MODULE_ERROR_F("%s", CurrentExceptionText());
+  }
 }
 
 void VoiceInteractionInstance::Listen(const picojson::value& /*args*/, picojson::object& out) {
@@ -135,12 +144,14 @@ void VoiceInteractionInstance::SetCallback(const picojson::value& args, picojson
     ReportError(TypeMismatch("actions contains an element that is not string"), out);
     return;
   }
+  std::map<std::string, bool> registered;
   for (const picojson::value& action : *actions) {
     const std::string& name = action.get<std::string>();
     MODULE_ERROR_F("Set Callback for Action : %s", name.c_str());
-    registered_actions_[name] = true;
+    registered[name] = true;
   }
   ReportSuccess(out);
+  registered_actions_ = std::move(registered);
 }
 
 void VoiceInteractionInstance::GetVersion(const picojson::value& /*args*/, picojson::object& out) {
@@ -149,7 +160,7 @@ void VoiceInteractionInstance::GetVersion(const picojson::value& /*args*/, picoj
 }
 
 void VoiceInteractionInstance::CheckPrivileges(const picojson::value& /*args*/, picojson::object& out) {
-  MODULE_ERROR_F("Checking privileges: %s, %s", kMicrophonePrivilege.c_str(), kVoiceControlPrivilege.c_str());
+  MODULE_ERROR_F("Checking privileges: %s, %s", kMicrophonePrivilege, kVoiceControlPrivilege);
   if (!privilege_checker_.CheckPrivilege(kMicrophonePrivilege)) {
     CORVIS_LOG_REPORTING_ERROR();
     ReportError(common::SecurityException("Microphone PrivilegeException"), out);
@@ -197,7 +208,7 @@ bool VoiceInteractionInstance::IsRegisteredAction(const char* command) {
 void VoiceInteractionInstance::OnCommandReceivedCallback(const std::string& command, const std::string& data,
                                                          void* user_data) {
   CORVIS_LOG_SCOPE();
-  if (user_data == nullptr || GoneInstances().count(user_data) == 1) {
+  if (user_data == nullptr) {
     MODULE_ERROR("Invalid instance data");
     return;
   }

@@ -23,23 +23,27 @@ class VoiceInteractionInstance : public common::ParsedInstance {
   static constexpr int32_t kNotSubscribed = -22;
 
   VoiceInteractionInstance();
-  // Ends the subscription, if there is one, and closes the port of the process.
+  // Ends the subscription, if there is one, and closes the port of the process. Does not fail if there is no
+  // memory.
   ~VoiceInteractionInstance() override;
 
   // The platform calls this when the voice service has started. `user_data` is the subscribed instance.
+  // Throws nothing.
   static void OnReceivedInitEvent(const char* event_name, bundle* event_data, void* user_data);
 
-  // The channel calls this for every command. `user_data` is the instance that listened last; if it is
-  // destroyed, the command is dropped.
+  // The channel calls this for every command. `user_data` is the instance that listened last, or null if it
+  // is destroyed; then the command is dropped.
   static void OnCommandReceivedCallback(const std::string& command, const std::string& data, void* user_data);
 
  private:
   friend void ListenInitEvent(VoiceInteractionInstance* instance);
   friend void StopListeningInitEvent(VoiceInteractionInstance* instance);
 
-  // The synchronous calls of the page's script. Each writes exactly one report to `out`, and none throws.
+  // The synchronous calls of the page's script. Each writes exactly one report to `out`. An exception, which
+  // only a lack of memory can cause, becomes an error report.
   using SyncHandler = void (VoiceInteractionInstance::*)(const picojson::value& args, picojson::object& out);
   void RegisterHandler(const char* name, SyncHandler handler);
+  void ReportFailure(const char* message, picojson::object& out) noexcept;
   void Listen(const picojson::value& args, picojson::object& out);
   void SetCallback(const picojson::value& args, picojson::object& out);
   void GetVersion(const picojson::value& args, picojson::object& out);

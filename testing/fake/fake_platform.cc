@@ -1,6 +1,8 @@
 // Implements the platform's C interfaces in memory.
 #include "testing/fake/fake_platform.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -23,7 +25,9 @@ struct bundle {
 };
 struct event_handler {};
 struct vestra {};
-struct vestra_configuration {};
+struct vestra_configuration {
+  size_t cache_size = 0;
+};
 
 namespace fake {
 
@@ -50,8 +54,48 @@ bundle BundleOf(const Entries& entries) {
   return b;
 }
 
+template <typename T>
+T* Leftover() {
+  return reinterpret_cast<T*>(const_cast<char*>(kLeftover));
+}
+
+// A call of the library, from its begin to its end.
+class Call {
+ public:
+  // The words of its name: the function, and what it is called with.
+  explicit Call(std::initializer_list<std::string_view> words, bool record = true)
+      : outcome_(Platform::Get().Count(Join(words), record)) {}
+
+  bool fails() const { return outcome_ == Outcome::kFailed; }
+  bool isDone() const { return outcome_ == Outcome::kDone; }
+  int result() const { return fails() ? kRefused : 0; }
+  // The leftover, null or `value`.
+  template <typename T, typename Value>
+  int Give(T** output, const Value& value) const {
+    *output = isDone() ? value() : fails() ? Leftover<T>() : nullptr;
+    return result();
+  }
+
+ private:
+  static std::string Join(std::initializer_list<std::string_view> words) {
+    std::string name;
+    for (const std::string_view word : words) name.append(name.empty() ? "" : " ").append(word);
+    return name;
+  }
+
+  const FakeCode scope_;
+  const Outcome outcome_;
+};
+
+// A call that is counted only.
+class FrequentCall : public Call {
+ public:
+  explicit FrequentCall(const char* name) : Call({name}, false) {}
+};
+
 int Log(int priority, const char* tag, const char* format, va_list arguments) {
-  if (Platform::Get().Count("log", false)) return kRefused;
+  if (FrequentCall("log").fails()) return kRefused;
+  const FakeCode scope;
   char* text = nullptr;
   if (vasprintf(&text, format, arguments) < 0) return kRefused;
   Platform::Get().log.push_back({priority, tag, text});
@@ -63,11 +107,34 @@ char* NewText(const std::string& text) {
   return strdup(text.c_str());
 }
 
+void Expect(bool holds, const char* misuse) {
+  if (!holds) Platform::Get().misuses.emplace_back(misuse);
+}
+
 template <typename T>
-int Make(const char* name, T** made) {
-  if (Platform::Get().Count(name)) return kRefused;
-  *made = new T;
-  return 0;
+T* New(const char* kind, T object = {}) {
+  auto* const made = new T(std::move(object));
+  Platform::Get().objects[made] = kind;
+  return made;
+}
+
+bool IsA(const char* kind, const void* object) {
+  const auto found = Platform::Get().objects.find(object);
+  return found != Platform::Get().objects.end() && found->second == kind;
+}
+
+// Whether it is the configuration that exists; null if there is none.
+bool IsTheConfiguration(const vestra_configuration* configuration) {
+  const auto& objects = Platform::Get().objects;
+  const bool exists = std::any_of(objects.begin(), objects.end(),
+                                  [](const auto& object) { return object.second == "configuration"; });
+  return exists ? IsA("configuration", configuration) : configuration == nullptr;
+}
+
+template <typename T>
+void Delete(const char* kind, T* object) {
+  Expect(IsA(kind, object), kind);
+  if (Platform::Get().objects.erase(object) == 1) delete object;
 }
 
 }  // namespace
@@ -80,50 +147,57 @@ void Platform::Reset() {
 }
 
 void Platform::Fail(const std::string& name, int nth, bool for_ever) {
-  failures_[name] = {counts[name] + nth, for_ever};
+  const int first = counts[name] + nth;
+  plans_[name] = {first, for_ever ? INT_MAX : first, Outcome::kFailed};
 }
 
-void Platform::FailCall(int nth, bool for_ever) {
-  failure_ = {total_calls + nth, for_ever};
+void Platform::AnswerNull(const std::string& name, int nth) {
+  const int first = counts[name] + nth;
+  plans_[name] = {first, first, Outcome::kNull};
+}
+
+void Platform::EndCall(int nth, Outcome outcome, bool for_ever) {
+  const int first = total_calls + nth;
+  plan_ = {first, for_ever ? INT_MAX : first, outcome};
 }
 
 void Platform::FailNothing() {
-  failures_.clear();
-  failure_ = {};
+  plans_.clear();
+  plan_ = {};
 }
 
-bool Platform::IsToFail(const std::string& name) const {
-  const auto is_due = [](int count, const std::pair<int, bool>& failure) {
-    return count == failure.first || (failure.second && count > failure.first);
-  };
-  const auto failure = failures_.find(name);
-  return is_due(total_calls, failure_) ||
-         (failure != failures_.end() && is_due(counts.at(name), failure->second));
+Outcome Platform::OutcomeOf(const std::string& name) const {
+  const Outcome any = plan_.Of(total_calls);
+  const auto plan = plans_.find(name);
+  return any != Outcome::kDone || plan == plans_.end() ? any : plan->second.Of(counts.at(name));
 }
 
-bool Platform::Count(const std::string& name, bool record) {
+Outcome Platform::Count(const std::string& name, bool record) {
   if (record) calls.push_back(name);
   if (record && on_call) on_call();
   ++counts[name];
   ++total_calls;
-  const bool fails = IsToFail(name);
-  if (fails && first_failed.empty()) first_failed = name;
-  return fails;
+  const Outcome outcome = OutcomeOf(name);
+  if (outcome != Outcome::kDone && first_failed.empty()) first_failed = name;
+  return outcome;
 }
 
 bool Platform::Deliver(const Entries& entries) {
   if (ports.empty()) return false;
   bundle message = BundleOf(entries);
   const auto [id, port] = *ports.begin();
-  port.callback(id, "com.kelvaro.tv.vif", port.name.c_str(), true, &message, port.user_data);
+  CallBack([&, id = id, port = port] {
+    port.callback(id, "com.kelvaro.tv.vif", port.name.c_str(), true, &message, port.user_data);
+  });
   return true;
 }
 
-int Platform::PublishStart() const {
+int Platform::PublishStart() {
   const auto subscribed = events;
   bundle data;
   for (const auto& [handle, target] : subscribed) {
-    target.first("event.com.kelvaro.tv.vif.InitEvent", &data, target.second);
+    CallBack(
+        [&, target = target] { target.first("event.com.kelvaro.tv.vif.InitEvent", &data, target.second); });
   }
   return static_cast<int>(subscribed.size());
 }
@@ -157,6 +231,10 @@ std::string EncodeWithArray(const Entries& entries, const std::string& array_key
 
 }  // namespace fake
 
+using fake::Call;
+using fake::Expect;
+using fake::FakeCode;
+using fake::FrequentCall;
 using fake::Platform;
 
 extern "C" {
@@ -178,109 +256,128 @@ int log_print_to(int buffer_id, int priority, const char* tag, const char* forma
   return result;
 }
 
-int app_manager_get_app_id(pid_t /*pid*/, char** app_id) {
-  if (Platform::Get().Count(__func__)) return fake::kRefused;
-  *app_id = fake::NewText(Platform::Get().app_id);
-  return 0;
+// In place of the system's: the id of the user who runs the tests would prove little if it is 0.
+uid_t getuid() noexcept {
+  return Platform::Get().uid;
 }
 
-bundle* bundle_create() {
-  return Platform::Get().Count(__func__, false) ? nullptr : new bundle;
+// A failure that has an id all the same: the caller releases it.
+int app_manager_get_app_id(pid_t pid, char** app_id) {
+  const Call call({__func__});
+  Expect(pid == getpid(), "the application id of another process");
+  *app_id = call.isDone() || call.fails() ? fake::NewText(Platform::Get().app_id) : nullptr;
+  return call.result();
+}
+
+bundle* bundle_create(void) {
+  const FrequentCall call(__func__);
+  return call.isDone() ? fake::New<bundle>("bundle") : nullptr;
 }
 
 int bundle_add(bundle* b, const char* key, const char* value) {
-  if (Platform::Get().Count(__func__, false)) return fake::kRefused;
-  b->entries.push_back({key, value, false});
-  return 0;
+  const FrequentCall call(__func__);
+  if (!call.fails()) b->entries.push_back({key, value, false});
+  return call.result();
 }
 
 int bundle_get_str(bundle* b, const char* key, char** value) {
-  if (Platform::Get().Count(__func__, false)) return fake::kRefused;
+  const FrequentCall call(__func__);
   for (bundle_keyval_t& entry : b->entries) {
-    if (entry.key != key || entry.is_array) continue;
-    *value = entry.value.data();
-    return 0;
+    if (entry.key == key && !entry.is_array) return call.Give(value, [&] { return entry.value.data(); });
   }
+  *value = fake::Leftover<char>();
   return fake::kRefused;
 }
 
 int bundle_encode(bundle* b, bundle_raw** text, int* length) {
-  if (Platform::Get().Count(__func__, false)) return fake::kRefused;
+  const FrequentCall call(__func__);
   const std::string encoded = fake::EncodeEntries(*b);
-  *text = reinterpret_cast<bundle_raw*>(fake::NewText(encoded));
-  *length = static_cast<int>(encoded.size());
-  return 0;
+  *length = call.fails() ? INT_MAX : static_cast<int>(encoded.size());
+  return call.Give(text, [&] { return reinterpret_cast<bundle_raw*>(fake::NewText(encoded)); });
 }
 
 bundle* bundle_decode(const bundle_raw* text, int length) {
-  if (Platform::Get().Count(__func__, false)) return nullptr;
+  const FrequentCall call(__func__);
+  if (!call.isDone()) return nullptr;
   const std::string encoded(reinterpret_cast<const char*>(text), static_cast<size_t>(length));
   if (encoded.empty() || encoded[0] != 'b') return nullptr;
-  auto b = std::make_unique<bundle>();
+  bundle b;
   for (const std::string& entry : Split(encoded.substr(1), ';')) {
     const size_t equals = entry.find('=');
     if (equals == 0 || equals == std::string::npos) return nullptr;
-    b->entries.push_back({entry.substr(1, equals - 1), entry.substr(equals + 1), entry[0] == 'a'});
+    b.entries.push_back({entry.substr(1, equals - 1), entry.substr(equals + 1), entry[0] == 'a'});
   }
-  return b.release();
+  return fake::New("bundle", b);
 }
 
 void bundle_foreach(bundle* b, void (*visit)(const char*, int, const bundle_keyval_t*, void*),
                     void* user_data) {
-  if (Platform::Get().Count(__func__, false)) return;
-  for (const bundle_keyval_t& entry : b->entries) visit(entry.key.c_str(), 1, &entry, user_data);
+  const FrequentCall call(__func__);
+  if (!call.isDone()) return;
+  for (const bundle_keyval_t& entry : b->entries) {
+    Platform::Get().CallBack([&] { visit(entry.key.c_str(), 1, &entry, user_data); });
+  }
 }
 
 int bundle_free(bundle* b) {
-  const bool fails = Platform::Get().Count(__func__, false);
-  delete b;
-  return fails ? fake::kRefused : 0;
+  const FrequentCall call(__func__);
+  fake::Delete("bundle", b);
+  return call.result();
 }
 
 bundle_keyval_t* bundle_keyval_dup(const bundle_keyval_t* keyval) {
-  return Platform::Get().Count(__func__, false) ? nullptr : new bundle_keyval_t(*keyval);
+  const FrequentCall call(__func__);
+  return call.isDone() ? fake::New("entry", *keyval) : nullptr;
 }
 
 int bundle_keyval_get_basic_val(bundle_keyval_t* keyval, void** value, size_t* size) {
-  if (Platform::Get().Count(__func__, false) || keyval->is_array) return fake::kRefused;
-  *value = keyval->value.data();
+  const FrequentCall call(__func__);
   *size = keyval->value.size() + 1;
-  return 0;
+  *value = fake::Leftover<char>();
+  return keyval->is_array ? fake::kRefused : call.Give(value, [&] { return keyval->value.data(); });
 }
 
 void bundle_keyval_free(bundle_keyval_t* keyval) {
-  delete keyval;
+  const FakeCode scope;
+  fake::Delete("entry", keyval);
 }
 
 int event_add_event_handler(const char* name, event_cb callback, void* user_data, event_handler_h* handler) {
-  if (Platform::Get().Count(std::string(__func__) + " " + name)) return fake::kRefused;
-  *handler = new event_handler;
-  Platform::Get().events[*handler] = {callback, user_data};
-  return 0;
+  const Call call({__func__, name});
+  const auto subscribe = [&] {
+    auto* const made = fake::New<event_handler>("subscription");
+    Platform::Get().events[made] = {callback, user_data};
+    return made;
+  };
+  return call.Give(handler, subscribe);
 }
 
 int event_remove_event_handler(event_handler_h handler) {
-  const bool fails = Platform::Get().Count(__func__);
-  if (Platform::Get().events.erase(handler) == 0) return fake::kRefused;
-  delete handler;
-  return fails ? fake::kRefused : 0;
+  const Call call({__func__});
+  Platform::Get().events.erase(handler);
+  if (handler != nullptr) fake::Delete("subscription", handler);
+  return call.result();
 }
 
 int message_port_register_local_port(const char* name, message_port_message_cb callback, void* user_data) {
-  if (Platform::Get().Count(__func__)) return fake::kRefused;
-  const int id = Platform::Get().counts[__func__];
-  Platform::Get().ports[id] = {name, callback, user_data};
-  return id;
+  const FakeCode scope;
+  Platform& platform = Platform::Get();
+  const int id = platform.counts[__func__] + 1;
+  platform.ports[id] = {name, callback, user_data};
+  if (!Call({__func__}).fails()) return id;
+  platform.ports.erase(id);
+  return fake::kRefused;
 }
 
 int message_port_unregister_local_port(int local_port_id) {
-  const bool fails = Platform::Get().Count(__func__);
-  return Platform::Get().ports.erase(local_port_id) == 0 || fails ? fake::kRefused : 0;
+  const Call call({__func__});
+  return Platform::Get().ports.erase(local_port_id) == 0 ? fake::kRefused : call.result();
 }
 
 int message_port_send_message(const char* remote_app_id, const char* remote_port, bundle* message) {
+  const Call call({__func__, remote_app_id, remote_port});
+  if (call.fails()) return fake::kRefused;
   Platform& platform = Platform::Get();
-  if (platform.Count(std::string(__func__) + " " + remote_app_id + " " + remote_port)) return fake::kRefused;
   if (static_cast<int>(fake::EncodeEntries(*message).size()) > platform.port_limit) {
     return MESSAGE_PORT_ERROR_MAX_EXCEEDED;
   }
@@ -291,45 +388,53 @@ int message_port_send_message(const char* remote_app_id, const char* remote_port
 }
 
 int vestra_configuration_create(vestra_configuration** configuration) {
-  return fake::Make(__func__, configuration);
+  const Call call({__func__});
+  *configuration = call.isDone() ? fake::New<vestra_configuration>("configuration") : nullptr;
+  return call.result();
 }
 
 int vestra_configuration_set_cache_size(vestra_configuration* configuration, size_t size) {
-  if (Platform::Get().Count(__func__ + (" " + std::to_string(size)))) return fake::kRefused;
-  return configuration == nullptr ? fake::kRefused : 0;
+  const Call call({__func__, std::to_string(size)});
+  Expect(fake::IsTheConfiguration(configuration), "the size of no configuration");
+  if (configuration == nullptr || call.fails()) return fake::kRefused;
+  configuration->cache_size = size;
+  return 0;
 }
 
-int vestra_initialize(vestra** client, const vestra_configuration* /*configuration*/) {
-  return fake::Make(__func__, client);
+int vestra_initialize(vestra** client, const vestra_configuration* configuration) {
+  const Call call({__func__});
+  Expect(fake::IsTheConfiguration(configuration), "a client of no configuration");
+  return call.Give(client, [] { return fake::New<vestra>("client"); });
 }
 
 void vestra_configuration_destroy(vestra_configuration* configuration) {
-  Platform::Get().Count(__func__);
-  delete configuration;
+  const Call call({__func__});
+  if (configuration != nullptr) fake::Delete("configuration", configuration);
 }
 
 void vestra_finish(vestra* client) {
-  Platform::Get().Count(__func__);
-  delete client;
+  const Call call({__func__});
+  fake::Delete("client", client);
 }
 
-char* vestra_session_from_pid(pid_t /*pid*/) {
-  return Platform::Get().Count(__func__) ? nullptr : fake::NewText("session-1");
+char* vestra_session_from_pid(pid_t pid) {
+  const Call call({__func__});
+  Expect(pid == getpid(), "the session of another process");
+  return call.isDone() ? fake::NewText("session-1") : nullptr;
 }
 
-int vestra_check(vestra* /*v*/, const char* client, const char* client_session, const char* user,
+int vestra_check(vestra* v, const char* client, const char* client_session, const char* user,
                  const char* privilege) {
-  if (Platform::Get().Count(std::string(__func__) + " " + client + " " + client_session + " " + user))
-    return -7;
-  const std::string uri = privilege;
-  const auto& granted = Platform::Get().granted_paths;
-  return granted.count(uri.substr(uri.find("/privilege/"))) > 0 ? VESTRA_API_ACCESS_ALLOWED : 1;
+  const Call call({__func__, client, client_session, user});
+  Expect(fake::IsA("client", v), "a question of no client");
+  if (call.fails()) return -7;
+  return Platform::Get().granted.count(privilege) > 0 ? VESTRA_API_ACCESS_ALLOWED : Platform::Get().refusal;
 }
 
 ssize_t smack_new_label_from_self(char** label) {
-  if (Platform::Get().Count(__func__)) return fake::kRefused;
-  *label = fake::NewText(Platform::Get().label);
-  return static_cast<ssize_t>(Platform::Get().label.size());
+  const Call call({__func__});
+  call.Give(label, [] { return fake::NewText(Platform::Get().label); });
+  return call.fails() ? fake::kRefused : static_cast<ssize_t>(Platform::Get().label.size());
 }
 
 }  // extern "C"

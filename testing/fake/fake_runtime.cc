@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "testing/fake/code_scope.h"
+
 extern "C" int32_t XW_Initialize(ExtensionHandle extension, InterfaceGetter get_interface);
 
 namespace fake {
@@ -25,19 +27,32 @@ Registration& Registered() {
 
 const void* GetInterface(const char* name) {
   static const NurvoExtensionInterface kExtension = {
-      [](ExtensionHandle, const char* text) { Registered().runtime->name = text; },
-      [](ExtensionHandle, const char* text) { Registered().runtime->script = text; },
+      [](ExtensionHandle, const char* text) {
+        const FakeCode scope;
+        Registered().runtime->name = text;
+      },
+      [](ExtensionHandle, const char* text) {
+        const FakeCode scope;
+        Registered().runtime->script = text;
+      },
       [](ExtensionHandle, const NurvoExtensionCallbacks* callbacks, void* user_data) {
         Registered().callbacks = *callbacks;
         Registered().user_data = user_data;
-      }};
+      },
+  };
   static const NurvoMessagingInterface kMessaging = {
       [](InstanceHandle page, const char* text) {
+        const FakeCode scope;
         Runtime& runtime = *Registered().runtime;
         runtime.posted[page].emplace_back(text);
         if (runtime.on_post) runtime.on_post(page);
       },
-      [](InstanceHandle, const char* reply) { Registered().reply = reply; }};
+      [](InstanceHandle, const char* reply) {
+        const FakeCode scope;
+        Registered().reply = reply;
+      },
+  };
+  const FakeCode scope;
   const std::string wanted = name;
   if (wanted == Registered().runtime->missing_interface) return nullptr;
   if (wanted == kNurvoExtensionInterface) return &kExtension;
@@ -56,6 +71,7 @@ Runtime::Runtime(std::string missing) : missing_interface(std::move(missing)) {
   Registered() = {};
   Registered().runtime = this;
   Registered().extension = NextHandle();
+  const LibraryCode scope;
   status = XW_Initialize(Registered().extension, GetInterface);
 }
 
@@ -66,27 +82,35 @@ Runtime::~Runtime() {
 
 void Runtime::Shutdown() {
   const auto shutdown = std::exchange(Registered().callbacks.shutdown, nullptr);
+  const LibraryCode scope;
   if (shutdown != nullptr) shutdown(Registered().user_data);
 }
 
 InstanceHandle Runtime::NewPage() {
   const InstanceHandle page = NextHandle();
   pages_.insert(page);
+  const LibraryCode scope;
   Registered().callbacks.created(page, Registered().user_data);
   return page;
 }
 
 void Runtime::DestroyPage(InstanceHandle page) {
-  if (pages_.erase(page) == 1) Registered().callbacks.destroyed(page, Registered().user_data);
+  if (pages_.erase(page) == 0) return;
+  const LibraryCode scope;
+  Registered().callbacks.destroyed(page, Registered().user_data);
 }
 
 void Runtime::Message(InstanceHandle page, const std::string& message) {
+  const LibraryCode scope;
   Registered().callbacks.message(page, message.c_str(), Registered().user_data);
 }
 
 std::string Runtime::CallRaw(InstanceHandle page, const std::string& message) {
   Registered().reply.clear();
-  Registered().callbacks.sync_message(page, message.c_str(), Registered().user_data);
+  {
+    const LibraryCode scope;
+    Registered().callbacks.sync_message(page, message.c_str(), Registered().user_data);
+  }
   return Registered().reply;
 }
 

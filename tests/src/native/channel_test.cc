@@ -1,11 +1,16 @@
 // What the channel sends and how it cuts, and what it does when the platform refuses.
+#include "common/picojson.h"
+
 #include "library_fixture.h"
+#include "nurvo/extension.h"
 #include "voice-interaction/voice_interaction_channel.h"
 
 namespace {
 
 using extension::voice_interaction::VoiceInteractionChannel;
+using testing::Contains;
 using testing::ElementsAre;
+using testing::EndsWith;
 
 class ChannelTest : public LibraryTest {
  protected:
@@ -101,6 +106,51 @@ TEST_F(ChannelTest, AFailedUnregistrationForgetsThePortAllTheSame) {
   VoiceInteractionChannel::Clear();
   EXPECT_EQ(platform().log.size(), 2U);
   EXPECT_THAT(platform().TakeSent(), ElementsAre("unregister|com.example.cinema"));
+}
+
+// A service that sends a command as soon as the port is open, or while a page ends.
+TEST_F(ChannelTest, ACommandWithinACallGoesToThePageThatRegistersAndToNoneThatUnsubscribes) {
+  runtime->DestroyPage(page);
+  const auto deliver_within = [](const std::string& call) {
+    platform().on_call = [call] {
+      if (platform().calls.back() != call) return;
+      EXPECT_TRUE(platform().Deliver("ACTION_PLAY", "1"));
+    };
+  };
+  deliver_within("message_port_register_local_port");
+  page = runtime->NewListeningPage(R"("ACTION_PLAY")");
+  EXPECT_EQ(runtime->TakePosted(page).size(), 1U);
+  EXPECT_THAT(platform().LogWith("Invalid instance data"), ElementsAre());
+
+  runtime->Call(page, kSetCallback, R"({"actions":[]})");
+  platform().TakeSent();
+  deliver_within("event_remove_event_handler");
+  runtime->DestroyPage(page);
+  EXPECT_EQ(platform().LogWith("Invalid instance data").size(), 1U);
+  EXPECT_THAT(platform().TakeSent(), ElementsAre("unregister|com.example.cinema"));
+}
+
+// The platform is written in C: nothing that is thrown may pass through it.
+TEST_F(ChannelTest, WhatIsThrownWithinACallbackIsLogged) {
+  const std::pair<void (*)(), const char*> kRows[] = {
+      {[] { throw common::PlatformException("UnknownError", "closed"); }, ": closed"},
+      {[] { throw std::runtime_error("broken"); }, ": broken"},
+      {[] { throw 7; }, ": unknown exception"}};
+  for (const auto& [fail, line] : kRows) {
+    runtime->Call(page, kSetCallback, R"({"actions":["ACTION_PLAY"]})");
+    runtime->on_post = [fail = fail](InstanceHandle) { fail(); };
+    EXPECT_TRUE(platform().Deliver("ACTION_PLAY", "1"));
+    platform().on_call = fail;
+    EXPECT_EQ(platform().PublishStart(), 1);
+    EXPECT_EQ(runtime->Call(page, kCheckPrivileges),
+              ErrorReply("SecurityError", "Microphone PrivilegeException"));
+    EXPECT_EQ(runtime->Call(page, kListen), ErrorReply("UnknownError", line + 2));
+    platform().on_call = nullptr;
+    for (const char* function : {" OnMessageReceived(", " OnReceivedInitEvent(", " CheckPrivilege("}) {
+      EXPECT_THAT(platform().LogWith(function), Contains(EndsWith(line)));
+    }
+    platform().log.clear();
+  }
 }
 
 }  // namespace

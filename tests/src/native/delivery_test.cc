@@ -20,11 +20,16 @@ class DeliveryTest : public LibraryTest {
 };
 
 TEST_F(DeliveryTest, PostsTheDataThatTheActionAsksFor) {
-  const std::string bundle = fake::EncodeWithArray(
-      {{"utterance", "comedies, please"}, {"content_type", "movie"}, {"raw", "r"}, {"id", "3"}}, "list");
-  const std::string search = R"({\"utterance\":\"comedies, please\",\"contentType\":\"movie\",\"id\":\"3\"})";
+  const std::string bundle = fake::EncodeWithArray({{"utterance", "comedies, please"},
+                                                    {"content_type", "movie"},
+                                                    {"raw", "r"},
+                                                    {"rawScore", "9"},
+                                                    {"id", "3"}},
+                                                   "list");
+  const std::string search =
+      R"({\"utterance\":\"comedies, please\",\"contentType\":\"movie\",\"rawScore\":\"9\",\"id\":\"3\"})";
   const std::string plain =
-      R"({\"utterance\":\"comedies, please\",\"content_type\":\"movie\",\"raw\":\"r\",\"id\":\"3\"})";
+      R"({\"utterance\":\"comedies, please\",\"content_type\":\"movie\",\"raw\":\"r\",\"rawScore\":\"9\",\"id\":\"3\"})";
   const std::tuple<const char*, std::string, std::string> kRows[] = {
       {"ACTION_PLAY", "", ""},
       {"ACTION_NAVIGATION", "MoveUpCommand", "MoveUpCommand"},
@@ -46,6 +51,19 @@ TEST_F(DeliveryTest, PostsTheDataThatTheActionAsksFor) {
     const std::string name = '"' + std::string(action) + '"';
     EXPECT_EQ(Delivered(action, data),
               R"({"action":)" + name + R"(,"listenerId":)" + name + R"(,"param":")" + param + "\"}");
+  }
+}
+
+TEST_F(DeliveryTest, AnEntryThatThePlatformDoesNotGiveIsLeftOut) {
+  const std::string data = fake::Encode({{"a", "1"}, {"b", "2"}});
+  void (*const kFaults[])() = {[] { platform().Fail("bundle_keyval_dup"); },
+                               [] { platform().Fail("bundle_keyval_get_basic_val"); },
+                               [] { platform().AnswerNull("bundle_keyval_get_basic_val"); }};
+  for (const auto spoil : kFaults) {
+    for (const char* action : {"ACTION_SEARCH", "ACTION_CUSTOM"}) {
+      spoil();
+      EXPECT_THAT(Delivered(action, data), EndsWith(R"("param":"{\"b\":\"2\"}"})"));
+    }
   }
 }
 
@@ -103,6 +121,12 @@ TEST_F(DeliveryTest, AMessageWithoutCommandOrDataIsDroppedAfterItsLine) {
     platform().Deliver(entries);
     ASSERT_EQ(platform().log.size(), 1U);
     EXPECT_THAT(platform().log[0].text, EndsWith(line));
+  }
+  for (const int nth : {1, 2}) {
+    platform().AnswerNull("bundle_get_str", nth);
+    platform().log.clear();
+    platform().Deliver("ACTION_PLAY", "1");
+    EXPECT_EQ(platform().LogWith(nth == 1 ? "Fail to get command" : "Fail to get data").size(), 1U);
   }
   EXPECT_THAT(platform().TakeSent(), ElementsAre());
   platform().Deliver({{"strData", "1"}, {"extra", "x"}, {"command", "ACTION_PLAY"}});

@@ -3,20 +3,12 @@
 #include <algorithm>
 #include <array>
 
+#include "failing_memory.h"
 #include "library_fixture.h"
 
 namespace {
 
 constexpr const char* kSomeActions = R"("ACTION_PLAY","ACTION_SEARCH")";
-
-void ExpectNothingLeft(const std::string& context) {
-  fake::Platform& platform = fake::Platform::Get();
-  EXPECT_TRUE(platform.ports.empty()) << context;
-  EXPECT_TRUE(platform.events.empty()) << context;
-  // What comes late finds nobody.
-  EXPECT_FALSE(platform.Deliver("ACTION_PLAY", "")) << context;
-  EXPECT_EQ(platform.PublishStart(), 0) << context;
-}
 
 void ExpectLeaveTakenOnce(const std::string& context) {
   const Texts sent = fake::Platform::Get().TakeSent();
@@ -95,6 +87,17 @@ TEST(Destruction, APageEndsWithinAnyCallOfThePlatform) {
     EXPECT_LE(left, 0) << context;
     ExpectTheNextPageToWork(runtime, context);
   }
+}
+
+// Also the first use of the channel in the process, if this test runs alone.
+TEST(Destruction, APageThatNeverListenedEndsWithoutMemory) {
+  fake::Platform::Reset();
+  fake::Runtime runtime;
+  const InstanceHandle page = runtime.NewPage();
+  failing_memory::FailAllocations(1, INT_MAX);
+  runtime.DestroyPage(page);
+  failing_memory::FailNothing();
+  ExpectNothingLeft("without memory");
 }
 
 TEST(Destruction, APageEndsWithinThePostingOfACommand) {

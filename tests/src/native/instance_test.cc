@@ -63,11 +63,16 @@ TEST_F(InstanceTest, ARefusedSubscriptionIsTriedAgainAndNotRemoved) {
   EXPECT_THAT(platform().calls, ElementsAre(kSend, "message_port_unregister_local_port"));
 }
 
+// The id counts, not the status.
 TEST_F(InstanceTest, WithoutAnApplicationIdListeningGoesOn) {
-  platform().Fail("app_manager_get_app_id");
-  runtime->Call(runtime->NewPage(), kListen);
+  platform().AnswerNull("app_manager_get_app_id");
+  const InstanceHandle page = runtime->NewPage();
+  runtime->Call(page, kListen);
   EXPECT_THAT(platform().TakeSent(), ElementsAre("register|"));
   EXPECT_THAT(platform().LogWith("CurrentApplication Id"), ElementsAre(EndsWith("CurrentApplication Id []")));
+  platform().Fail("app_manager_get_app_id");
+  runtime->Call(page, kListen);
+  EXPECT_EQ(platform().LogWith("CurrentApplication Id [com.example.cinema]").size(), 1U);
 }
 
 TEST_F(InstanceTest, TheServicesStartRenewsTheRegistrationOncePerPage) {
@@ -101,6 +106,13 @@ TEST_F(InstanceTest, ACommandForAPageThatIsGoneIsDropped) {
   EXPECT_EQ(platform().LogWith("Invalid instance data").size(), 1U);
   EXPECT_THAT(platform().TakeSent(), ElementsAre());
   EXPECT_THAT(runtime->TakePosted(fresh), ElementsAre());
+
+  // The end of a page that listened earlier takes nothing from the one that listened last.
+  const InstanceHandle last = runtime->NewListeningPage(R"("ACTION_PLAY")");
+  runtime->DestroyPage(fresh);
+  platform().PublishStart();
+  EXPECT_TRUE(platform().Deliver("ACTION_PLAY", ""));
+  EXPECT_EQ(runtime->TakePosted(last).size(), 1U);
 }
 
 TEST_F(InstanceTest, TextsOfAnyLengthAndPercentSignsReachTheLogWhole) {

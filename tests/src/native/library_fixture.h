@@ -32,11 +32,26 @@ inline std::string Respond(fake::Runtime& runtime, InstanceHandle page, const st
   return runtime.Call(page, kResponse, R"({"action":")" + action + R"(","response":")" + response + R"("})");
 }
 
+// After the last page: nothing is open, nobody is called, and nothing was done that a platform would not
+// accept.
+inline void ExpectNothingLeft(const std::string& context) {
+  fake::Platform& platform = fake::Platform::Get();
+  EXPECT_THAT(platform.ports, testing::IsEmpty()) << context;
+  EXPECT_THAT(platform.events, testing::IsEmpty()) << context;
+  EXPECT_THAT(platform.objects, testing::IsEmpty()) << context;
+  EXPECT_THAT(platform.misuses, testing::IsEmpty()) << context;
+}
+
 class LibraryTest : public testing::Test {
  protected:
   LibraryTest() {
     fake::Platform::Reset();
     runtime = std::make_unique<fake::Runtime>();
+  }
+
+  ~LibraryTest() override {
+    runtime.reset();
+    ExpectNothingLeft("at the end");
   }
 
   static fake::Platform& platform() { return fake::Platform::Get(); }

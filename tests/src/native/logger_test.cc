@@ -9,6 +9,9 @@
 
 namespace {
 
+static_assert(common::kLogDebug == NURVO_LOG_DEBUG && common::kLogInfo == NURVO_LOG_INFO &&
+              common::kLogError == NURVO_LOG_ERROR);
+
 void ReturnEarly(bool early) {
   CORVIS_LOG_SCOPE();
   if (early) return;

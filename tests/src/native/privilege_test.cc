@@ -1,5 +1,5 @@
 // The privilege check: who is asked, in which order, what is kept, and what the page gets.
-#include <unistd.h>
+#include <climits>
 
 #include "library_fixture.h"
 
@@ -14,7 +14,7 @@ class PrivilegeTest : public LibraryTest {
   PrivilegeTest() : page(runtime->NewPage()) {}
   std::string Check() { return runtime->Call(page, kCheckPrivileges); }
   const InstanceHandle page;
-  const std::string check = "vestra_check User::App::cinema session-1 " + std::to_string(getuid());
+  const std::string check = "vestra_check User::App::cinema session-1 4000000001";
 };
 
 TEST_F(PrivilegeTest, IdentityAndClientAreFetchedOnce) {
@@ -33,13 +33,12 @@ TEST_F(PrivilegeTest, IdentityAndClientAreFetchedOnce) {
 TEST_F(PrivilegeTest, TheMicrophoneIsAskedForFirst) {
   const std::tuple<std::set<std::string>, std::string, int> kRows[] = {
       {{}, ErrorReply("SecurityError", "Microphone PrivilegeException"), 1},
-      {{"/privilege/voicecontrol"}, ErrorReply("SecurityError", "Microphone PrivilegeException"), 1},
-      {{"/privilege/microphone"}, ErrorReply("SecurityError", "Voice Control PrivilegeException"), 2},
+      {{fake::kVoiceControlUri}, ErrorReply("SecurityError", "Microphone PrivilegeException"), 1},
+      {{fake::kMicrophoneUri}, ErrorReply("SecurityError", "Voice Control PrivilegeException"), 2},
   };
-  const std::string host = "http://" CORVIS_PRIVILEGE_HOST;
-  const std::string kUris = host + "/privilege/microphone, " + host + "/privilege/voicecontrol";
+  const std::string kUris = std::string(fake::kMicrophoneUri) + ", " + fake::kVoiceControlUri;
   for (const auto& [granted, reply, questions] : kRows) {
-    platform().granted_paths = granted;
+    platform().granted = granted;
     platform().log.clear();
     const int before = platform().counts[check];
     EXPECT_EQ(Check(), reply);
@@ -57,11 +56,20 @@ TEST_F(PrivilegeTest, AClientThatCanNotBeOpenedIsARefusalAndTriedAgain) {
   EXPECT_EQ(Check(), ErrorReply("SecurityError", "Microphone PrivilegeException"));
   EXPECT_EQ(platform().counts[check], 0);
   EXPECT_EQ(platform().counts["vestra_configuration_destroy"], 1);
-  // Anything but "allowed" is a refusal.
-  platform().Fail(check);
+  platform().AnswerNull("vestra_initialize");
   EXPECT_EQ(Check(), ErrorReply("SecurityError", "Microphone PrivilegeException"));
-  EXPECT_EQ(platform().LogWith("CheckAccess failed [-7]").size(), 1U);
+  EXPECT_EQ(platform().counts[check], 0);
   EXPECT_EQ(Check(), kSuccess);
+}
+
+TEST_F(PrivilegeTest, EveryAnswerButTwoIsARefusal) {
+  for (const int answer : {INT_MIN, -7, -2, 0, 1, 3, INT_MAX}) {
+    platform().granted = {};
+    platform().refusal = answer;
+    EXPECT_EQ(Check(), ErrorReply("SecurityError", "Microphone PrivilegeException"));
+    EXPECT_EQ(platform().LogWith("CheckAccess failed [" + std::to_string(answer) + "]").size(), 1U);
+  }
+  EXPECT_THAT(platform().LogWith("vestra_check passed"), ElementsAre());
 }
 
 TEST_F(PrivilegeTest, MissingTextsAreEmptyAndFetchedAgain) {
@@ -69,7 +77,7 @@ TEST_F(PrivilegeTest, MissingTextsAreEmptyAndFetchedAgain) {
   platform().Fail("vestra_session_from_pid", 1, true);
   platform().Fail("vestra_configuration_create");
   Check();
-  EXPECT_EQ(platform().counts["vestra_check   " + std::to_string(getuid())], 2);
+  EXPECT_EQ(platform().counts["vestra_check   4000000001"], 2);
   EXPECT_EQ(platform().counts["smack_new_label_from_self"], 2);
   EXPECT_EQ(platform().counts["vestra_session_from_pid"], 2);
   EXPECT_EQ(platform().LogWith("vestra_configuration_set_cache_size [-1] failed!").size(), 1U);
