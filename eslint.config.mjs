@@ -8,8 +8,7 @@ const scriptFolder = new URL('src/voice-interaction/script/', import.meta.url);
 const topLevelName = /^(?:var|function) (\w+)/gm;
 
 /** What each of the script API's files may use of the others: their top-level names. */
-function scriptApiNames() {
-  const files = readFileSync(new URL('files.txt', scriptFolder), 'utf8').trim().split('\n');
+function scriptApiNames(files = readFileSync(new URL('files.txt', scriptFolder), 'utf8').trim().split('\n')) {
   const text = files.map((name) => readFileSync(new URL(name, scriptFolder), 'utf8')).join('\n');
   return Object.fromEntries([...text.matchAll(topLevelName)].map((match) => [match[1], 'writable']));
 }
@@ -53,14 +52,13 @@ export default [
         player: 'writable',
         screens: 'writable',
         // Of the script API and kit/app/item_rules.js, for those that ask what an item is.
-        isActivatable: 'readonly',
-        titleOf: 'readonly',
-        hasFocus: 'readonly',
-        isVisible: 'readonly',
+        ...scriptApiNames(['page-operations.js', 'element-tests.js']),
         isItem: 'writable',
         isShown: 'writable',
         hasBox: 'writable',
         framesAround: 'writable',
+        ownOwnerDocument: 'writable',
+        nameOf: 'writable',
       },
     },
     rules: {
@@ -86,6 +84,7 @@ export default [
       },
     },
     rules: {
+      'no-console': 'error',
       'no-var': 'off',
       'no-redeclare': ['error', { builtinGlobals: false }],
       'no-unused-vars': ['error', { vars: 'local', caughtErrors: 'none' }],

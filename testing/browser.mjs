@@ -25,6 +25,9 @@ const pageScript = (name) => readFileSync(new URL(`page/${name}`, import.meta.ur
 /** The source of a reference implementation of the element map, to be run inside the page. */
 export const plainElementMap = `(function () { ${pageScript('plain-element-map.js')} })`;
 
+/** The object `voice` in this program instead of a page. */
+export const newVoice = () => new Function('scriptText', pageScript('voice.js'))(scriptText());
+
 /** Runs in the page: defines `voice`. */
 function installVoice([body, text]) {
   window.voice = new Function('scriptText', body)(text);
@@ -97,13 +100,13 @@ export const checksOf =
   (strings, ...values) =>
     test(name, () => checkTable(pageOf(), String.raw({ raw: strings }, ...values)));
 
-/** The same on one empty page, in which `prepare` has run; `check.page()` is that. */
-export function checksInPage(prepare) {
+/** The same on one empty page, in which the functions have run; `check.page()` is that. */
+export function checksInPage(...functions) {
   let browser, page;
   before(async () => {
     browser = await startBrowser();
     page = await browser.open('');
-    await page.evaluate(prepare);
+    for (const prepare of functions) await page.evaluate(prepare);
   });
   after(() => browser.close());
   return Object.assign(

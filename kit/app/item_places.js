@@ -3,10 +3,10 @@
 function itemPlaces(boxes) {
   var places = [];
   function walk(root, left, top) {
-    var elements = root.getElementsByTagName('*');
+    var elements = elementsOf(root);
     for (var i = 0; i < elements.length && places.length < boxes.length; i++) {
       var element = elements[i];
-      if (element.localName === 'iframe') {
+      if (nameOf(element) === 'iframe') {
         var frame = element.getBoundingClientRect();
         try {
           walk(
@@ -18,7 +18,7 @@ function itemPlaces(boxes) {
           continue;
         }
       } else if (isItem(element)) {
-        var box = element.getBoundingClientRect();
+        var box = boxOf(element);
         var wanted = boxes[places.length];
         if (
           Math.round(box.left) === wanted[0] &&

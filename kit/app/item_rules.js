@@ -1,17 +1,26 @@
-// Precedes the script API's element-tests.js, which decides what an item is. Silences its logging, since inspecting a
-// page must not write to the page's console.
-var console = { log: function () {} };
+// Follows the script API's page-operations.js and element-tests.js, which decide what an item is.
+
+// The script API's log lines: inspecting a page must not write to its console.
+function log() {}
+
+var ownOwnerDocument = engineOwn('Node', 'ownerDocument');
+var ownDefaultView = engineOwn('Document', 'defaultView');
+
+// The frame that contains the element; null in the page itself.
+function frameOf(element) {
+  var root = objectOf(element, 'ownerDocument', ownOwnerDocument);
+  return objectOf(root, 'defaultView', ownDefaultView).frameElement;
+}
 
 // The frames around the element, the innermost first.
 function framesAround(element) {
   var frames = [];
-  var frame = element.ownerDocument.defaultView.frameElement;
-  for (; frame; frame = frame.ownerDocument.defaultView.frameElement) frames.push(frame);
+  for (var frame = frameOf(element); frame; frame = frameOf(frame)) frames.push(frame);
   return frames;
 }
 
 function hasBox(element) {
-  var box = element.getBoundingClientRect();
+  var box = boxOf(element);
   return box.width > 0 && box.height > 0;
 }
 
@@ -24,5 +33,10 @@ function isShown(element) {
 
 // Whether the element map includes the element.
 function isItem(element) {
-  return isActivatable(element, element.localName) && titleOf(element) !== '';
+  return isActivatable(element, nameOf(element)) && titleOf(element) !== '';
+}
+
+// The element's tag name in lower case.
+function nameOf(element) {
+  return tagNameOf(element).toLowerCase();
 }

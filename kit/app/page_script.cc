@@ -3,6 +3,7 @@
 
 #include "element-tests_script.h"
 #include "item_rules_script.h"
+#include "page-operations_script.h"
 
 namespace corvis::kit {
 
@@ -23,7 +24,7 @@ std::string CallInPage(const std::string& script, const std::string& function,
 
 std::string CallAboutItems(const std::string& script, const std::string& function,
                            const nlohmann::json& arguments) {
-  return CallInPage(std::string(kItemRules) + kElementTests + script, function, arguments);
+  return CallInPage(std::string(kPageOperations) + kElementTests + kItemRules + script, function, arguments);
 }
 
 std::string CallWithExpression(const std::string& script, const std::string& function,

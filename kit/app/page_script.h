@@ -12,8 +12,8 @@ namespace corvis::kit {
 std::string CallInPage(const std::string& script, const std::string& function,
                        const nlohmann::json& arguments = nlohmann::json::array());
 
-// Like CallInPage, for scripts that need isItem of item_rules.js, which uses the rules of the script API's
-// element map (element-tests.js).
+// Like CallInPage, for scripts that need isItem of item_rules.js, which uses the script API's rules
+// (element-tests.js and page-operations.js).
 std::string CallAboutItems(const std::string& script, const std::string& function,
                            const nlohmann::json& arguments = nlohmann::json::array());
 

@@ -36,12 +36,12 @@ function pageChecks() {
         frame
       );
     }
-    if (elementsOf(inner).some(isCandidate)) frames.push(frame);
+    if (allIn(inner).some(isCandidate)) frames.push(frame);
     check(inner);
   }
   function check(root) {
-    elementsOf(root).forEach(function (element) {
-      (element.localName === 'iframe' ? checkFrame : checkElement)(element);
+    allIn(root).forEach(function (element) {
+      (nameOf(element) === 'iframe' ? checkFrame : checkElement)(element);
     });
   }
   check(document);
@@ -58,7 +58,7 @@ function pageChecks() {
 
 // [x, y, width, height]
 function boxInWindow(element) {
-  var box = element.getBoundingClientRect();
+  var box = boxOf(element);
   var x = box.left;
   var y = box.top;
   framesAround(element).forEach(function (frame) {
@@ -69,8 +69,39 @@ function boxInWindow(element) {
   return [x, y, box.width, box.height];
 }
 
-function elementsOf(root) {
-  return Array.prototype.slice.call(root.querySelectorAll('*'));
+// Of what a form's fields and a document's names could hide, as in page-operations.js.
+var ownChildren = engineOwn('Element', 'children');
+var ownClassList = engineOwn('Element', 'classList');
+var ownClosest = engineOwn('Element', 'closest');
+var ownClientRects = engineOwn('Element', 'getClientRects');
+var ownId = engineOwn('Element', 'id');
+var ownInnerText = engineOwn('HTMLElement', 'innerText');
+var ownMatches = engineOwn('Element', 'matches');
+var ownParentElement = engineOwn('Node', 'parentElement');
+var ownQueryOfDocument = engineOwn('Document', 'querySelectorAll');
+var ownQueryOfElement = engineOwn('Element', 'querySelectorAll');
+var ownShadowRoot = engineOwn('Element', 'shadowRoot');
+
+// All elements that match, in a document, an element or a shadow root.
+function query(root, selector) {
+  var own = nodeTypeOf(root) === 9 ? ownQueryOfDocument : ownQueryOfElement;
+  return Array.prototype.slice.call(methodOf(root, 'querySelectorAll', own).call(root, selector));
+}
+
+function allIn(root) {
+  return query(root, '*');
+}
+
+function parentOf(element) {
+  return objectOf(element, 'parentElement', ownParentElement);
+}
+
+function idOf(element) {
+  return primitiveOf(element, 'id', ownId);
+}
+
+function matches(element, selector) {
+  return methodOf(element, 'matches', ownMatches).call(element, selector);
 }
 
 // The frame's document; null if it is of another origin.
@@ -84,17 +115,19 @@ function documentOf(frame) {
 
 // Whether the element would be an item if it had a title. In a drawing most elements with an href refer to a part of it.
 function isCandidate(element) {
-  var isPart = element.namespaceURI === 'http://www.w3.org/2000/svg' && element.localName !== 'a';
-  return isActivatable(element, element.localName) && (!isPart || element.hasAttribute('onclick'));
+  var isPart = element.namespaceURI === 'http://www.w3.org/2000/svg' && nameOf(element) !== 'a';
+  return isActivatable(element, nameOf(element)) && (!isPart || hasAttribute(element, 'onclick'));
 }
 
 // A short, readable selector of the element.
 function pathOf(element) {
-  if (element.id) return element.localName + '#' + element.id;
-  var parent = element.parentElement;
-  var name = element.localName + (element.classList[0] ? '.' + element.classList[0] : '');
-  if (!parent || element.localName === 'body') return element.localName;
-  var place = Array.prototype.indexOf.call(parent.children, element) + 1;
+  var tag = nameOf(element);
+  if (idOf(element)) return tag + '#' + idOf(element);
+  var parent = parentOf(element);
+  var firstClass = objectOf(element, 'classList', ownClassList)[0];
+  var name = tag + (firstClass ? '.' + firstClass : '');
+  if (!parent || tag === 'body') return tag;
+  var place = Array.prototype.indexOf.call(objectOf(parent, 'children', ownChildren), element) + 1;
   return pathOf(parent) + ' > ' + name + ':nth-child(' + place + ')';
 }
 
@@ -110,9 +143,12 @@ function checkTitle(element, report) {
 
 function checkLabel(element, report) {
   if (!isItem(element) || !isShown(element)) return;
-  var shown = plain(element.innerText);
-  var label = plain(element.getAttribute('aria-label'));
-  if (shown && shown.toLowerCase() !== plain(element.textContent).toLowerCase()) {
+  var shown = plain(primitiveOf(element, 'innerText', ownInnerText));
+  var label = plain(attributeOf(element, 'aria-label'));
+  if (
+    shown &&
+    shown.toLowerCase() !== plain(primitiveOf(element, 'textContent', ownTextContent)).toLowerCase()
+  ) {
     report('The viewer reads "' + shown + '", but its spoken name is "' + titleOf(element) + '".');
   }
   if (shown && label && label.toLowerCase().indexOf(shown.toLowerCase()) < 0) {
@@ -122,20 +158,24 @@ function checkLabel(element, report) {
 
 // A selection finds an item by its own id or the id of its nearest ancestor.
 function checkId(element, report) {
-  var owner = isItem(element) && isShown(element) && element.closest('[id]');
+  if (!isItem(element) || !isShown(element)) return;
+  var owner = methodOf(element, 'closest', ownClosest).call(element, '[id]');
   if (!owner) return;
-  if (owner.id.indexOf('"') >= 0) {
+  var id = idOf(owner);
+  var root = objectOf(owner, 'ownerDocument', ownOwnerDocument);
+  if (id.indexOf('"') >= 0) {
     report('A quotation mark in an id keeps its items from being selected.', owner);
-  } else if (owner.ownerDocument.querySelectorAll('[id="' + CSS.escape(owner.id) + '"]').length > 1) {
-    report('The id "' + owner.id + '" is not unique: a selection clicks the first element with it.', owner);
+  } else if (query(root, '[id="' + CSS.escape(id) + '"]').length > 1) {
+    report('The id "' + id + '" is not unique: a selection clicks the first element with it.', owner);
   }
 }
 
 function checkShadow(element, report) {
+  var root = objectOf(element, 'shadowRoot', ownShadowRoot);
   var hasTargets =
-    element.shadowRoot &&
-    elementsOf(element.shadowRoot).some(function (inner) {
-      return isCandidate(inner) || inner.matches(clickable);
+    root &&
+    allIn(root).some(function (inner) {
+      return isCandidate(inner) || matches(inner, clickable);
     });
   if (hasTargets) report('Its items are in a shadow root, which voice does not search.');
 }
@@ -143,8 +183,8 @@ function checkShadow(element, report) {
 var clickable = 'input:not([type=hidden]), select, textarea, summary, [role=button], [role=link], [tabindex]';
 
 function looksClickable(element) {
-  if (element.matches(clickable)) return element.getAttribute('tabindex') !== '-1';
-  var parent = element.parentElement;
+  if (matches(element, clickable)) return attributeOf(element, 'tabindex') !== '-1';
+  var parent = parentOf(element);
   return (
     getComputedStyle(element).cursor === 'pointer' &&
     (!parent || getComputedStyle(parent).cursor !== 'pointer')
@@ -153,14 +193,15 @@ function looksClickable(element) {
 
 // All items of the page and of its frames.
 function itemsIn(root) {
-  return elementsOf(root).reduce(function (items, element) {
-    var inner = element.localName === 'iframe' && documentOf(element);
+  return allIn(root).reduce(function (items, element) {
+    var inner = nameOf(element) === 'iframe' && documentOf(element);
     return items.concat(inner ? itemsIn(inner) : isItem(element) ? [element] : []);
   }, []);
 }
 
 function isWithoutSize(element) {
-  return element.getClientRects().length > 0 && !hasBox(element);
+  var rects = methodOf(element, 'getClientRects', ownClientRects).call(element);
+  return rects.length > 0 && !hasBox(element);
 }
 
 // Items that no viewer sees, which are still listed: one finding for all of a kind, at the first of them.
@@ -186,7 +227,7 @@ function reportAll(rule, state, items, report) {
 }
 
 function hasCandidateAbove(element) {
-  for (var above = element.parentElement; above; above = above.parentElement) {
+  for (var above = parentOf(element); above; above = parentOf(above)) {
     if (isCandidate(above)) return true;
   }
   return false;
@@ -198,7 +239,7 @@ function checkClickable(element, report) {
     isShown(element) &&
     looksClickable(element) &&
     !hasCandidateAbove(element) &&
-    !elementsOf(element).some(isCandidate)
+    !allIn(element).some(isCandidate)
   ) {
     report(
       'The element looks clickable but is not an item. Make it a button, a link with an href or an li with a ' +

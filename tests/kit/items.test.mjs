@@ -79,6 +79,46 @@ test('thousands of items with titles of every kind come in pieces, byte for byte
   assert.deepEqual([png.readUInt32BE(16), png.readUInt32BE(20)], [1280, 720]);
 });
 
+// Names that hide properties of the form and of the document which the map reads.
+const names = [
+  'id',
+  'tagName',
+  'localName',
+  'parentNode',
+  'hasAttribute',
+  'textContent',
+  'getBoundingClientRect',
+  'style',
+];
+const fields = names.map((name) => `<input type="hidden" name="${name}">`).join('');
+const images = ['id', 'activeElement', 'getElementsByTagName', 'querySelectorAll', 'parentNode']
+  .map((name) => `<img name="${name}">`)
+  .join('');
+
+test('a page that does not listen has the same items as one that does', async (t) => {
+  const html = `${images}<form onclick="">${fields}${button('In form')}</form>
+    <iframe src="outer.html"></iframe>${button(' Last   one ')}<svg><a href="x"><text>s</text></a></svg>
+    <p draggable="true">Dragged</p><button></button><script>document.querySelector('form button').focus()</script>`;
+  const tables = [];
+  for (const registration of [listen, '']) {
+    const page = writePage(t, html + registration);
+    writeFileSync(
+      path.join(page, 'outer.html'),
+      `${images}${button('Before')}<iframe src="inner.html"></iframe>${button('Behind')}`
+    );
+    writeFileSync(path.join(page, 'inner.html'), button('Inner'));
+    // The frames are there once the page is loaded again.
+    const { code, text } = await run(['run', page], { input: 'reload\nitems\n' });
+    assert.equal(code, 0, text);
+    tables.push(text.match(/^ +\d+(?: +-?\d+){4} .*$/gm) ?? text);
+  }
+  assert.deepEqual(tables[1], tables[0]);
+  assert.deepEqual(
+    tables[0].map((row) => row.slice(36).replace(/ +/g, ' ').trim()),
+    ['In form', 'focused In form', 'frame Before', 'frame Inner', 'Behind', 'Last one', 's', 'Dragged']
+  );
+});
+
 // Whether the picture is the same for both pages.
 async function areDrawnAlike(t, ...pages) {
   const pictures = [];
@@ -138,7 +178,8 @@ const contents = [
 test('the lint names each element that voice will miss and its rule, and draws their numbers', async (t) => {
   const shadow =
     '<script>host.attachShadow({ mode: "open" }).innerHTML = "<button>Of a shadow</button>"</script>';
-  const page = writePage(t, contents.map(([html]) => html).join('') + shadow + listen);
+  const named = `${images}<form>${fields}</form>`;
+  const page = writePage(t, named + contents.map(([html]) => html).join('') + shadow + listen);
   const file = path.join(page, 'lint.png');
   const { code, text } = await run(['lint', '--json', '--png', file, page]);
   assert.equal(code, 1, text);

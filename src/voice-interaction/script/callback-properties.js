@@ -46,7 +46,7 @@ function installHandler(appAction, handler) {
 // Registers the application's callback for one action, if its object has an own property for it. A property that is not
 // a function aborts the whole registration: nothing remains registered.
 function registerCallback(appAction, callback) {
-  console.log('Register Callback for ' + appAction);
+  log('Register Callback for ' + appAction);
   if (!Object.prototype.hasOwnProperty.call(callbacks, callback)) {
     return;
   }
@@ -59,6 +59,6 @@ function registerCallback(appAction, callback) {
     clearCallbacks();
     throw typeMismatch('callback is not function type');
   }
-  console.log('Register User function');
+  log('Register User function');
   installHandler(appAction, handler);
 }

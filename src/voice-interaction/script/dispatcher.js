@@ -34,9 +34,9 @@ function callHandler(result, action, param) {
   var handler = handlerOf(action);
   var line = '_callback ' + logJson(result) + ' ' + logText(action);
   if (param == null) {
-    console.log(line);
+    log(line);
   } else {
-    console.log(line + ' ' + logText(param));
+    log(line + ' ' + logText(param));
   }
   if (!handler) {
     throw new TypeError('No function handles ' + logText(action));
@@ -50,18 +50,18 @@ function answerFromResponse(response) {
   if (response == null) {
     return 'success';
   }
-  console.log('Type of Response [' + typeof response + ']');
+  log('Type of Response [' + typeof response + ']');
   if (typeof response === 'boolean') {
     return response ? 'success' : 'not_support';
   }
   if (typeof response === 'string') {
     return response;
   }
-  var text = JSON.stringify(response);
+  var text = jsonText(response);
   if (text === undefined) {
     throw new TypeError('The callback returned a ' + typeof response + ', which has no JSON text');
   }
-  console.log('Object response : ' + text);
+  log('Object response : ' + text);
   return text;
 }
 
@@ -73,13 +73,13 @@ function _callback(result) {
     var param = convertVoiceInteractionParam(action, result.param);
     answer = answerFromResponse(callHandler(result, action, param));
   } catch (error) {
-    console.log('_callback exception : ' + logText(error));
+    log('_callback exception : ' + logText(error));
     answer = answerFromResponse(false);
   }
   try {
-    native_.callSync('Response', { action: action, response: answer });
+    native_.callSync('Response', withoutToJson({ action: action, response: answer }));
   } catch (error) {
     // Only logged, because the application can't do anything about an answer that was not sent.
-    console.log('_callback exception : ' + logText(error));
+    log('_callback exception : ' + logText(error));
   }
 }

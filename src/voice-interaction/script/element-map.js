@@ -12,7 +12,7 @@ var xpathMap = [];
 var itemId = 0;
 
 // Whether the walk is inside an inline frame. The end of every frame resets it, so elements after a nested frame count
-// as the page's. A walk that ends with an exception does not reset it.
+// as the page's. So does an exception.
 var insideIframe = false;
 
 // The last inline frame of the walk. Elements inside frames are looked up in its document later.
@@ -20,7 +20,7 @@ var iframeNode;
 
 function onRequestContentContext() {
   updateLayoutMap();
-  return JSON.stringify(layoutMap);
+  return jsonText(layoutMap);
 }
 
 // Replaces the map by one of the current page.
@@ -28,36 +28,43 @@ function updateLayoutMap() {
   layoutMap = [];
   xpathMap = [];
   itemId = 0;
-  console.log('Version 1.06');
-  addToLayoutMap(document.getElementsByTagName('*'), new NativeMap());
+  log('Version 1.06');
+  addToLayoutMap(elementsOf(document), new NativeMap());
   if (layoutMap.length > 0 && xpathMap.length > 0) {
-    console.log('$Number of elements added to the layout map: ' + layoutMap.length);
+    log('$Number of elements added to the layout map: ' + layoutMap.length);
   } else {
-    console.log('$NO ELEMENTS FOUND');
+    log('$NO ELEMENTS FOUND');
   }
 }
 
 // Walks the elements of one document, including its frames. `walkMemory` is the cache of generateXpath. It is only
 // valid for this walk, because the page may change afterwards.
 function addToLayoutMap(elements, walkMemory) {
+  try {
+    addElementsToLayoutMap(elements, walkMemory);
+  } finally {
+    insideIframe = false;
+  }
+}
+
+function addElementsToLayoutMap(elements, walkMemory) {
   var count = elements.length;
   for (var i = 0; i < count; i++) {
     var element = elements[i];
-    var tag = element.tagName.toLowerCase();
+    var tag = tagNameOf(element).toLowerCase();
     if (tag === 'iframe') {
       addIframeToLayoutMap(element, walkMemory);
     } else {
       addElementToLayoutMap(element, tag, walkMemory);
     }
   }
-  insideIframe = false;
 }
 
 function addIframeToLayoutMap(iframe, walkMemory) {
-  console.log('$IFRAME DETECTED!');
+  log('$IFRAME DETECTED!');
   iframeNode = iframe;
   insideIframe = true;
-  addToLayoutMap(iframe.contentWindow.document.getElementsByTagName('*'), walkMemory);
+  addToLayoutMap(elementsOf(iframe.contentWindow.document), walkMemory);
 }
 
 function addElementToLayoutMap(element, tag, walkMemory) {
@@ -67,7 +74,7 @@ function addElementToLayoutMap(element, tag, walkMemory) {
   }
   var box;
   try {
-    box = element.getBoundingClientRect();
+    box = boxOf(element);
   } catch (error) {
     return;
   }

@@ -1,18 +1,22 @@
 // Builds the XPath that finds an element of the map again: from its document's root, or from the nearest ancestor with
 // an id.
 
+var elementNode = 1;
+var documentNode = 9;
+
 // `walkMemory` is a Map from parent to childrenOf(), which a walk keeps for its duration, so that ancestors and
 // siblings are read only once instead of for each element. Without it nothing is cached.
 function generateXpath(element, walkMemory) {
-  var id = element && idOf(element);
+  var type = element ? nodeTypeOf(element) : documentNode;
+  var id = type === documentNode ? '' : idOf(element, type);
   if (id) {
     return '//*[@id="' + id + '"]';
   }
-  if (!element || !isElementNode(element)) {
+  if (type !== elementNode) {
     return '';
   }
   var memory = walkMemory || new NativeMap();
-  var parent = element.parentNode;
+  var parent = objectOf(element, 'parentNode', ownParentNode);
   var children = memory.get(parent);
   if (!children) {
     children = childrenOf(parent, element, generateXpath(parent, memory));
@@ -20,35 +24,32 @@ function generateXpath(element, walkMemory) {
   }
   var tag = advanceTo(element, children) || countByTag(element, parent);
   if (!tag.path) {
-    tag.path = children.path + '/' + element.tagName.toLowerCase();
+    tag.path = children.path + '/' + tagNameOf(element).toLowerCase();
   }
   return tag.count > 1 ? tag.path + '[' + tag.position + ']' : tag.path;
 }
 
-// A form's `id` is an element if the form has a field named "id". The same applies to the property names below.
-function idOf(node) {
+function idOf(node, type) {
   var id = node.id;
-  return typeof id === 'string' || !isElementNode(node) ? id : node.getAttribute('id');
+  return typeof id === 'string' || type !== elementNode ? id : attributeOf(node, 'id');
 }
 
-function isElementNode(node) {
-  return node.nodeType === 1 || typeof node.nodeType === 'object';
+function nextOf(element) {
+  return objectOf(element, 'nextElementSibling', ownNextElementSibling);
 }
 
 // The cached data of a parent's children: its path and, by tag name, their path without a position (built on demand),
 // their number, and the number that `advanceTo` has passed. An element without a parent has no siblings.
 function childrenOf(parent, element, path) {
-  var first = parent ? parent.firstElementChild : element;
-  if (parent && first && (first.parentNode !== parent || first.previousElementSibling)) {
-    first = null;
-  }
+  var first = parent ? objectOf(parent, 'firstElementChild', ownFirstElementChild) : element;
   var tags = new NativeMap();
-  for (var child = first; child; child = child.nextElementSibling) {
-    var tag = tags.get(child.tagName);
+  for (var child = first; child; child = nextOf(child)) {
+    var name = tagNameOf(child);
+    var tag = tags.get(name);
     if (tag) {
       tag.count++;
     } else {
-      tags.set(child.tagName, { path: '', count: 1, position: 0 });
+      tags.set(name, { path: '', count: 1, position: 0 });
     }
   }
   return { path: path, tags: tags, at: null, tag: null, next: first };
@@ -59,8 +60,8 @@ function childrenOf(parent, element, path) {
 function advanceTo(element, children) {
   while (children.at !== element && children.next) {
     children.at = children.next;
-    children.next = children.at.nextElementSibling;
-    children.tag = children.tags.get(children.at.tagName);
+    children.next = nextOf(children.at);
+    children.tag = children.tags.get(tagNameOf(children.at));
     if (children.tag) {
       children.tag.position++;
     }
@@ -68,11 +69,12 @@ function advanceTo(element, children) {
   return children.at === element ? children.tag : undefined;
 }
 
-// Counts without the cache, if the page changed during the walk or a form has fields named like properties that
-// `childrenOf` reads.
+// Counts without the cache, if the page changed during the walk or the parent has only lists of its children.
 function countByTag(element, parent) {
-  var same = Array.prototype.filter.call(parent.childNodes, function (child) {
-    return child.tagName === element.tagName;
+  var name = tagNameOf(element);
+  var siblings = objectOf(parent, 'childNodes', ownChildNodes) || parent.children || [element];
+  var same = Array.prototype.filter.call(siblings, function (child) {
+    return tagNameOf(child) === name;
   });
   return { path: '', count: same.length, position: same.indexOf(element) + 1 };
 }

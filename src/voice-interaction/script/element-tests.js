@@ -3,23 +3,22 @@
 // `tag` is the element's tag name in lower case.
 function isActivatable(element, tag) {
   return (
-    (tag === 'li' && element.hasAttribute('tabindex')) ||
-    element.hasAttribute('onclick') ||
+    (tag === 'li' && hasAttribute(element, 'tabindex')) ||
+    hasAttribute(element, 'onclick') ||
     tag === 'button' ||
-    (element.hasAttribute('href') && tag !== 'link') ||
-    (element.hasAttribute('draggable') && isInUse(element))
+    (hasAttribute(element, 'href') && tag !== 'link') ||
+    (hasAttribute(element, 'draggable') && isInUse(element))
   );
 }
 
-// Intentionally weak: any one of the three conditions is sufficient.
+// Intentionally weak: any one of the three conditions is sufficient. Elements of foreign namespaces have no inline style.
 function isInUse(element) {
-  return (
-    element.style.visibility !== 'hidden' || element.style.display !== 'none' || element.disabled === false
-  );
+  var style = objectOf(element, 'style', ownStyle) || {};
+  return style.visibility !== 'hidden' || style.display !== 'none' || element.disabled === false;
 }
 
 function hasFocus(element) {
-  return element === document.activeElement;
+  return element === objectOf(document, 'activeElement', ownActiveElement);
 }
 
 // Considers only the element's own computed style, not its ancestors'.
@@ -34,14 +33,14 @@ var whiteSpaceRuns = /\s{2,}/g;
 // The element's text, or the text of its attributes or of its images' attributes; empty if all are empty. Runs of white
 // space become one space.
 function titleOf(element) {
-  var title = element.textContent.trim();
+  var title = primitiveOf(element, 'textContent', ownTextContent).trim();
   if (title === '') {
-    console.log('$Empty title');
+    log('$Empty title');
     title = titleFromAttributes(element, ['title', 'aria-label']);
   }
   if (title === '') {
-    console.log('$No title and no aria label');
-    title = titleFromImages(element.getElementsByTagName('img'));
+    log('$No title and no aria label');
+    title = titleFromImages(methodOf(element, 'getElementsByTagName', ownElements).call(element, 'img'));
   }
   // Few titles contain runs, and testing for one is cheaper than a replacement without a match.
   return whiteSpaceRun.test(title) ? title.replace(whiteSpaceRuns, ' ') : title;
@@ -58,7 +57,7 @@ function titleFromImages(images) {
 // The first attribute that contains more than white space, trimmed; empty if there is none.
 function titleFromAttributes(element, names) {
   for (var i = 0; i < names.length; i++) {
-    var title = element.hasAttribute(names[i]) ? element.getAttribute(names[i]).trim() : '';
+    var title = hasAttribute(element, names[i]) ? attributeOf(element, names[i]).trim() : '';
     if (title !== '') {
       return title;
     }

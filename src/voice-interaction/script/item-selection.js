@@ -8,12 +8,12 @@ function onItemSelection(id) {
     return false;
   }
   var record = recordOf(layoutMap, id);
-  console.log(path.xpath);
-  console.log('$iframe: ' + record.iframe);
+  log(path.xpath);
+  log('$iframe: ' + record.iframe);
   var element = findByPath(path.xpath, record.iframe);
-  console.log('$Obtained node!');
-  element.focus();
-  element.scrollIntoView();
+  log('$Obtained node!');
+  methodOf(element, 'focus', ownFocus).call(element);
+  methodOf(element, 'scrollIntoView', ownScrollIntoView).call(element);
   activate(element, record);
   return true;
 }
@@ -27,22 +27,24 @@ function recordOf(map, id) {
 
 function findByPath(xpath, inIframe) {
   if (inIframe) {
-    console.log('$Evaluate within iframe');
+    log('$Evaluate within iframe');
   }
+  var type = XPathResult.FIRST_ORDERED_NODE_TYPE;
   var root = inIframe ? iframeNode.contentDocument : document;
-  return root.evaluate(xpath, root, null, XPathResult.FIRST_ORDERED_NODE_TYPE, null).singleNodeValue;
+  return methodOf(root, 'evaluate', ownEvaluate).call(root, xpath, root, null, type, null).singleNodeValue;
 }
 
 // Elements without click(), such as those of an SVG image, receive a click event at the center of their box.
 function activate(element, record) {
-  if (typeof element.click === 'function') {
-    element.click();
+  var click = methodOf(element, 'click', ownClick);
+  if (typeof click === 'function') {
+    click.call(element);
     return;
   }
   var x = record.x + record.w / 2;
   var y = record.y + record.h / 2;
-  console.log('$ClientX: ' + x);
-  console.log('ClientY: ' + y);
+  log('$ClientX: ' + x);
+  log('ClientY: ' + y);
   var init = { bubbles: false, cancelable: false, view: window, clientX: x, clientY: y };
   element.dispatchEvent(new MouseEvent('click', init));
 }

@@ -35,7 +35,7 @@ var listItemByParam = new Map([
 
 // `name` is the name of the conversion in the log line.
 function convertByTable(name, table, param, otherwise) {
-  console.log(name + ' : ' + logText(param));
+  log(name + ' : ' + logText(param));
   return table.has(param) ? table.get(param) : otherwise;
 }
 
@@ -79,12 +79,12 @@ function numberFromParam(param) {
 
 // The item number in a text such as {"id":3} or {"id":"3"}.
 function GetItemIdFromParam(param) {
-  console.log('GetItemIdFromParam : ' + logText(param));
+  log('GetItemIdFromParam : ' + logText(param));
   var selection = {};
   try {
     selection = JSON.parse(param);
   } catch (error) {
-    console.log('GetItemIdFromParam : ' + logText(error));
+    log('GetItemIdFromParam : ' + logText(error));
   }
   if (typeof selection !== 'object' || selection === null) {
     return 0;

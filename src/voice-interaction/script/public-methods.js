@@ -27,7 +27,7 @@ VoiceInteractionHandler.prototype.setCallback = function (callback) {
   if (isEmptyObject(callback)) {
     throw typeMismatch('callback is empty object');
   }
-  console.log('setCallback : ' + logJson(callback));
+  log('setCallback : ' + logJson(callback));
   callbacks = callback;
   clearCallbacks();
   registerCallbacks();
@@ -36,7 +36,7 @@ VoiceInteractionHandler.prototype.setCallback = function (callback) {
 VoiceInteractionHandler.prototype.getVersion = function () {
   checkPrivileges();
   var result = callNative('VoiceInteractionHandler_getVersion', {});
-  console.log('getVersion : ' + logJson(result));
+  log('getVersion : ' + logJson(result));
   return result.result;
 };
 
@@ -44,19 +44,19 @@ VoiceInteractionHandler.prototype.getVersion = function () {
 function requireSearchTerm(st) {
   var message = 'param is not valid object';
   if (typeof st !== 'object') {
-    console.log('param is not object!');
+    log('param is not object!');
     throw typeMismatch(message);
   }
   if (isEmptyObject(st)) {
-    console.log('param is empty object!');
+    log('param is empty object!');
     throw typeMismatch(message);
   }
   for (var name in st) {
-    console.log('Investigate ' + name);
+    log('Investigate ' + name);
     if (!isSearchTermMember(name)) {
       throw typeMismatch(message);
     }
-    console.log('Data for ' + name + ': ' + logText(st[name]) + ' type : ' + typeof st[name]);
+    log('Data for ' + name + ': ' + logText(st[name]) + ' type : ' + typeof st[name]);
     requireType(st[name], 'string', message);
   }
 }
@@ -70,7 +70,7 @@ VoiceInteractionHandler.prototype.getDataFromSearchTerm = function (st, field) {
     throw typeMismatch('field value is invalid');
   }
   var value = st[searchTermMemberByField.get(field)];
-  console.log('Value for [' + field + '] is [' + logText(value) + ']');
+  log('Value for [' + field + '] is [' + logText(value) + ']');
   return value;
 };
 
@@ -86,7 +86,7 @@ function requireCollectionEntry(appId, title, payload) {
 VoiceInteractionHandler.prototype.buildCollectionDeeplinkData = function (appId, title, payload) {
   checkPrivileges();
   requireCollectionEntry(appId, title, payload);
-  return JSON.stringify({ type: 'Deeplink', app_id: appId, title: title, content_id: payload });
+  return jsonText({ type: 'Deeplink', app_id: appId, title: title, content_id: payload });
 };
 
 VoiceInteractionHandler.prototype.buildCollectionShowData = function (appId, title, payload, thumbnail) {
@@ -94,7 +94,7 @@ VoiceInteractionHandler.prototype.buildCollectionShowData = function (appId, tit
   requireCollectionEntry(appId, title, payload);
   requireType(thumbnail, 'string', 'thumbnail is not string');
   var entry = { type: 'Show', app_id: appId, title: title, content_id: payload, thumbnail: thumbnail };
-  return JSON.stringify(entry);
+  return jsonText(entry);
 };
 
 function requireContentContextItem(item) {
@@ -128,12 +128,12 @@ VoiceInteractionHandler.prototype.buildVoiceInteractionContentContextResponse = 
   contentContextArr.forEach(function (item) {
     requireType(item, 'object', 'param is not object');
     if (isEmptyObject(item)) {
-      console.log('param has empty object!');
+      log('param has empty object!');
       throw typeMismatch('param contains invalid object');
     }
     requireContentContextItem(item);
   });
-  return JSON.stringify(contentContextArr);
+  return jsonText(contentContextArr);
 };
 
 // The runtime publishes this object as corvis.voiceinteraction.

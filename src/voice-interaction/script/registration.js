@@ -2,22 +2,22 @@
 
 // The element map answers content-context requests unless the application has its own callback.
 function registerContentContextCallback() {
-  console.log('Register Content Context function');
+  log('Register Content Context function');
   if (handlerOf(VoiceInteractionAppAction.ACTION_REQUEST_CONTENT_CONTEXT)) {
-    console.log('This app has own content context handler!');
+    log('This app has own content context handler!');
     return;
   }
   installHandler(VoiceInteractionAppAction.ACTION_REQUEST_CONTENT_CONTEXT, onRequestContentContext);
 }
 
 function registerMoveFocusCallback() {
-  console.log('Register Move Focus function');
+  log('Register Move Focus function');
   installHandler(VoiceInteractionAppAction.ACTION_ITEM_SELECTION, onItemSelection);
 }
 
 // Removes all handlers and listeners, including the built-in ones.
 function clearCallbacks() {
-  console.log('Clear Callbacks');
+  log('Clear Callbacks');
   appActionArray = [];
   Object.keys(VoiceInteractionAppAction).forEach(function (name) {
     native_.removeListener(name, _callback);
@@ -34,5 +34,5 @@ function registerCallbacks() {
   }
   registerContentContextCallback();
   registerMoveFocusCallback();
-  callNative('VoiceInteractionHandler_setCallback', { actions: appActionArray });
+  callNative('VoiceInteractionHandler_setCallback', { actions: withoutToJson(appActionArray) });
 }

@@ -30,13 +30,13 @@ function removeUnknownMembers(term) {
 
 // Never throws; a text that isn't JSON becomes an empty search term.
 function GetVoiceSearchTermFromParam(param) {
-  console.log('GetVoiceSearchTermFromParam : ' + logText(param));
+  log('GetVoiceSearchTermFromParam : ' + logText(param));
   var term = {};
   try {
     term = JSON.parse(param);
     removeUnknownMembers(term);
   } catch (error) {
-    console.log('GetVoiceSearchTermFromParam : ' + logText(error));
+    log('GetVoiceSearchTermFromParam : ' + logText(error));
   }
   return Object.freeze(term);
 }

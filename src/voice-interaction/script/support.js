@@ -18,7 +18,7 @@ var NativeMap = Map;
 
 // Calls a native handler and returns its result. Throws the runtime's error object if the call fails.
 function callNative(name, args) {
-  var result = native_.callSync(name, args);
+  var result = native_.callSync(name, withoutToJson(args));
   if (native_.isFailure(result)) {
     throw native_.getErrorObject(result);
   }
@@ -42,8 +42,42 @@ function requireType(value, type, message) {
   }
 }
 
-// Log lines are for diagnosis only. A value that can't be converted to text (a symbol, a cyclic object) must not change
-// the script's behavior, so these two functions format all values in log lines.
+// Old libraries define toJSON for all objects or all arrays. Neither must change what the native side gets, while a
+// value's own toJSON, or that of its class, applies.
+function isForAll(toJson) {
+  return toJson !== undefined && (toJson === Object.prototype.toJSON || toJson === Array.prototype.toJSON);
+}
+
+function jsonText(value) {
+  if (Object.prototype.toJSON === undefined && Array.prototype.toJSON === undefined) {
+    return JSON.stringify(value);
+  }
+  return JSON.stringify(value, function (name, converted) {
+    var member = this[name];
+    return member != null && isForAll(member.toJSON) ? member : converted;
+  });
+}
+
+// The same for an object that the runtime converts.
+function withoutToJson(object) {
+  if (isForAll(object.toJSON)) {
+    Object.defineProperty(object, 'toJSON', { value: undefined });
+  }
+  return object;
+}
+
+// Log lines are for diagnosis only. Neither the page's console, which may be missing or throw, nor a value that can't be
+// converted to text (a symbol, a cyclic object) may change the script's behavior, so these three functions write all
+// log lines and format all values in them. The console is read for each line, because tools replace it at run time.
+function log(line) {
+  try {
+    // eslint-disable-next-line no-console -- The only place; see above.
+    console.log(line);
+  } catch (error) {
+    // There is no other place for the line.
+  }
+}
+
 function logText(value) {
   try {
     return String(value);
@@ -54,7 +88,7 @@ function logText(value) {
 
 function logJson(value) {
   try {
-    return JSON.stringify(value);
+    return jsonText(value);
   } catch (error) {
     return '(no JSON text)';
   }

@@ -48,6 +48,9 @@ check('content-context items and the answer made of them')`
   Object.entries(item(1.5, -2, 'P', ['p', 1], false)).slice(0, 2) → [['positionX', 1.5], ['positionY', -2]]
   Object.entries(item(1, 2, 'P', ['p', 1], false)).slice(2) → [['title', 'P'], ['alias', ['p', 1]], ['bFocused', false]]
   ((alias) => item(1, 2, '', alias, true).alias === alias)([]) → true
+  Object.assign(item(1, 2, 'P', [], true), { title: 'Q' }).title → 'Q'
+  (document.body.append(document.createElement('iframe')), window.inFrame = frames[0].Array) → frames[0].Array
+  answer(inFrame.of(item(1, 2, 'P', inFrame.of(3), true))).slice(-30) → '"alias":[3],"bFocused":true}]'.padStart(30, ',')
   item('1', '2', 5, 'x', 1) → mismatch('title is not string')
   item('1', '2', 't', 'x', 1) → mismatch('alias is not array')
   item('1', '2', 't', [], 1) → mismatch('positionX is not number')

@@ -2,7 +2,9 @@
 // result becomes.
 import { checksInPage } from '../../../testing/browser.mjs';
 
-const check = checksInPage(() => {
+const check = checksInPage(prepareCallbacks, prepareTampering);
+
+function prepareCallbacks() {
   const { api, deliver, peek } = window.voice;
   let received;
   const record = (...args) => void (received = args);
@@ -21,7 +23,43 @@ const check = checksInPage(() => {
   window.answer = (callback, param) => (api.setCallback({ onplay: callback }), deliver('ACTION_PLAY', param));
   window.cycle = {};
   window.cycle.self = window.cycle;
-});
+}
+
+function prepareTampering() {
+  const { api, calls, deliver, outcome, peek } = window.voice;
+  const own = { toJSON: () => 'text' };
+  /** The texts that reach the native side, or that the application gets to answer with. */
+  window.everything = () => {
+    document.body.innerHTML = '<button>a</button>';
+    api.setCallback({ onplay: () => ({ a: [1, { b: ['c'] }], own, date: new Date(0) }) });
+    return [
+      ...calls.at(-1)[1].actions,
+      deliver('ACTION_PLAY', 'x'),
+      deliver('ACTION_REQUEST_CONTENT_CONTEXT').slice(0, 19),
+      deliver('ACTION_ITEM_SELECTION', '{"id":0}'),
+      deliver('ACTION_PAUSE'),
+      api.getVersion(),
+      api.buildCollectionDeeplinkData('a', 'b', 'c').slice(0, 18),
+      api.buildVoiceInteractionContentContextResponse([
+        api.buildVoiceInteractionContentContextItem(1, 2, 'a', ['b'], true),
+      ]),
+    ];
+  };
+  window.lines = peek('console');
+  window.withConsole = (console) => {
+    window.replaced = console;
+    peek('console = window.replaced');
+    const result = outcome(window.everything);
+    peek('console = window.lines');
+    return result;
+  };
+  window.withToJson = (prototypes) => {
+    for (const prototype of prototypes) prototype.toJSON = () => 'lost';
+    const result = outcome(window.everything);
+    for (const prototype of prototypes) delete prototype.toJSON;
+    return result;
+  };
+}
 
 check('parameter texts become the values that callbacks expect')`
   got('NAVIGATION', 'PreviousPageCommand NextPageCommand') → ['NAV_PREVIOUS', 'NAV_NEXT']
@@ -68,6 +106,7 @@ check('the item number is the "id" of a JSON object')`
 
 check('what a callback returns becomes its one answer')`
   [() => {}, () => null, () => document.all, () => true].map(answer) → Array(4).fill('success')
+  answer(Object.assign(() => 'called', { call: 5 }), 'x') → 'called'
   [() => false, () => { throw new Error('no'); }, () => { throw Object.create(null); }].map(answer) → Array(3).fill('not_support')
   [() => 'text', () => '', () => new String('x'), () => ['é', undefined]].map(answer) → ['text', '', '"x"', '["é",null]']
   [() => 0, () => NaN, () => ({ a: 1 }), async () => 1].map(answer) → ['0', 'null', '{"a":1}', '{}']
@@ -83,6 +122,15 @@ check('an answer that does not get through harms nobody, and a callback may regi
   logs.at(-1) → '_callback exception : Error: no Response'
   (voice.throwing = {}, answer(() => (api.setCallback({ onstop: () => 'stopped' }), calls.length = 0, 'changed'))) → 'changed'
   [deliver('ACTION_PLAY'), deliver('ACTION_STOP')] → ['not_support', 'stopped']`;
+
+check("neither the page's console nor an old library's toJSON changes what is sent")`
+  everything().slice(0, 3) → ['ACTION_PLAY', 'ACTION_REQUEST_CONTENT_CONTEXT', 'ACTION_ITEM_SELECTION']
+  everything().slice(3, 5) → ['{"a":[1,{"b":["c"]}],"own":"text","date":"1970-01-01T00:00:00.000Z"}', '[{"id":0,"title":"a']
+  everything().slice(5, 9) → ['success', 'not_support', '1.0.8', '{"type":"Deeplink"']
+  everything().at(-1) → '[{"positionX":1,"positionY":2,"title":"a","alias":["b"],"bFocused":true}]'
+  [{}, undefined, { log: 5 }, { get log() { throw 1; } }, { log() { throw 1; } }].map(withConsole) → Array(5).fill(everything())
+  logged(() => peek('GetListItem')('x')) → ['GetListItemFromParam : x']
+  [[Array.prototype], [Object.prototype], [Array.prototype, Object.prototype]].map(withToJson) → Array(3).fill(everything())`;
 
 check('dispatching writes its steps to the log')`
   (answer(() => [1]), logged(() => deliver('ACTION_PLAY', 'x'))).slice(1) → ['Type of Response [object]', 'Object response : [1]']

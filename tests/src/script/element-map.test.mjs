@@ -25,6 +25,18 @@ beforeEach(async () => {
     window.titles = (html) => window.records(html).map((record) => record.title);
     window.paths = (html) => (window.records(html), peek('xpathMap').map((record) => record.xpath));
     window.button = (attributes, content = '') => `<button ${attributes}>${content}</button>`;
+    /** The titles on the map of a page whose first element calls `change` during the walk. */
+    window.changing = (change) => {
+      window.show(
+        '<p draggable style="visibility:hidden;display:none">x</p>' + '<button>a</button>'.repeat(3)
+      );
+      Object.defineProperty(window.$('p'), 'disabled', { get: () => (change(document.body), false) });
+      const answer = window.records();
+      return [
+        typeof answer === 'string' ? answer : 'map',
+        ...peek('layoutMap').map(({ title }) => title),
+      ].join();
+    };
     /** Selects an item; the answer, and what happened on the page. */
     window.select = (id) => {
       window.happened = [];
@@ -96,7 +108,60 @@ check('paths')`
   (paths('<svg><a href=x>g</a></svg>'), peek('generateXpath')($('svg a'))) → '/html/body/svg/a'
   [null, document, document.createTextNode('')].map((node) => peek('generateXpath')(node)) → ['', '', '']
   peek('generateXpath')(document.createElement('p')) → '/p'
+  ((map) => { window.Map = class {}; const found = paths('<p><b onclick>a</b></p>'); window.Map = map; return found; })(Map) → ['/html/body/p/b']
   (paths(button('', 'a')), document.body.prepend(document.createElement('button')), paths()) → ['/html/body/button[2]']`;
+
+check('tags and styles of foreign elements')`
+  (show(''), Object.assign(window, { add: (namespace, name, ...attributes) => { const element = document.createElementNS(namespace, name); attributes.forEach((attribute) => element.setAttribute(attribute, '')); element.textContent = name; document.body.append(element); } }).length) → 0
+  (add('http://www.w3.org/2000/svg', 's:a', 'href'), add('urn:x', 'LI', 'tabindex'), add('urn:x', 'row', 'draggable'), titles()) → ['s:a', 'LI', 'row']
+  peek('xpathMap').map(({ xpath }) => xpath) → ['/html/body/s:a', '/html/body/li', '/html/body/row']`;
+
+/** Runs in the page: the map and the selections of a page with a harmless name, and the names that change them. */
+function tryNames() {
+  const { deliver, peek } = window.voice;
+  const body = document.body;
+  const clicked = [];
+  body.addEventListener('click', (event) => clicked.push(event.target), true);
+  const off = 'style="visibility:hidden;display:none"';
+  const map = () => [
+    deliver('ACTION_REQUEST_CONTENT_CONTEXT'),
+    ...peek('xpathMap').map(({ xpath }) => xpath),
+  ];
+  const outcomeOf = (tag, name) => {
+    body.innerHTML =
+      `<${tag} name=${name}></${tag}><form onclick="" tabindex=0><input name=${name}><i></i>` +
+      '<button type=button>a</button><button type=button>b</button></form>' +
+      `<form draggable ${off}>off<input name=${name}></form><p><button>c</button></p>`;
+    clicked.length = 0;
+    const [, ...paths] = map();
+    const answers = paths.map((_, id) => deliver('ACTION_ITEM_SELECTION', JSON.stringify({ id })));
+    const items = [...body.querySelectorAll('form[onclick], button')];
+    // The last one has the focus now.
+    return [...paths, ...answers, ...clicked.map((item) => items.indexOf(item)), map()[0]].join(' ');
+  };
+  const different = [];
+  const namesOf = (object) => {
+    const names = [];
+    for (const name in object) names.push(name);
+    return names;
+  };
+  const names = new Set([document, document.createElement('form')].flatMap(namesOf));
+  for (const tag of ['img', 'form', 'iframe']) {
+    const harmless = outcomeOf(tag, 'harmless');
+    for (const name of names) if (outcomeOf(tag, name) !== harmless) different.push(`${tag} ${name}`);
+  }
+  return { names: names.size, expected: outcomeOf('img', 'harmless'), different };
+}
+
+test('a name in the page changes neither the map nor a selection, whichever property it hides', async () => {
+  const { names, expected, different } = await page.evaluate(tryNames);
+  assert.ok(names > 200, `only ${names} names`);
+  const paths = ['', '/button[1]', '/button[2]'].map((path) => `/html/body/form[1]${path}`);
+  const start = [...paths, '/html/body/p/button', ...Array(4).fill('success'), 0, 1, 2, 3].join(' ');
+  assert.equal(expected.slice(0, start.length), start);
+  assert.match(expected, /"title":"ab".*"title":"c".*"focused":true/);
+  assert.deepEqual(different, []);
+});
 
 test('what goes wrong with one element', async () => {
   await page.evaluate(() => {
@@ -127,6 +192,8 @@ test('what goes wrong with one element', async () => {
     withBroken('hasAttribute') → ['not_support', 1, 1]
     select(0) → 'success,focusin ,click '
     select(1) → 'not_support'
+    changing((body) => body.lastChild.remove()) → 'not_support,x,a,a'
+    changing((body) => body.append(body.lastChild.cloneNode(true))) → 'map,x,a,a,a'
     movedMeanwhile() → '/html/body/button[1]'
     titles('<button>d</button>') → ['d']`
   );
@@ -140,6 +207,8 @@ check('selecting an item')`
   select('0') → 'success,focusin a,click a'
   [2, -1, 0.5].map(select) → ['not_support', 'not_support', 'not_support']
   select('x') → 'success,click a'
+  ['click', 'scrollIntoView', 'focus'].forEach((name) => ($('#b')[name] = () => void happened.push(name))) → undefined
+  select(1) → 'success,focus,scrollIntoView,click'
   ($('#b').remove(), select(1)) → 'not_support'
   (records("<button id='a&quot;b'>a</button>"), select(0)) → 'not_support'
   (api.setCallback({ onrequestcontentcontext: () => 'own' }), records()) → 'own'`;
@@ -158,6 +227,14 @@ check('a walk and a selection write their steps to the log')`
   logs.slice(3, -1) → ['$Number of elements added to the layout map: 2']
   logged(() => records(button('')))[3] → '$No title and no aria label'
   (records(button('', 'a')), logged(() => select(0))).slice(2, -1) → ['/html/body/button', '$iframe: false', '$Obtained node!']`;
+
+test('a walk reads each element and each ancestor of an item once or twice, however deep they are', () =>
+  checkTable(
+    page,
+    `(window.visits = 0, (({ get }) => Object.defineProperty(Element.prototype, 'id', { get() { return visits++, get.call(this); } }))(Object.getOwnPropertyDescriptor(Element.prototype, 'id')) && 0) → 0
+    paths(('<div>'.repeat(30) + button('', 'a').repeat(5) + '</div>'.repeat(30)).repeat(40)).length → 200
+    visits > 200 && visits < 2 * document.body.getElementsByTagName('*').length → true`
+  ));
 
 test('20,000 items are mapped in seconds, not minutes', { timeout: 20_000 }, () =>
   checkTable(

@@ -9,6 +9,10 @@ before(async () => {
   browser = await startBrowser();
   browser.addDocument('/inner', '<button id=i>inner</button><p></p>');
   browser.addDocument('/second', '<body><p><button>second</button>');
+  browser.addDocument(
+    '/named',
+    '<img name=evaluate><img name=getElementsByTagName><form onclick="">form<input name=click><input name=tagName>'
+  );
   browser.addDocument('/outer', '<button>before</button><iframe src=/inner></iframe><button>behind</button>');
 });
 after(() => browser.close());
@@ -49,6 +53,13 @@ test('elements inside a frame are recorded with the flag and by their own docume
     (document.querySelector('iframe').remove(), select(1)) → 'not_support'`
   ));
 
+test("names in a frame's document change nothing", () =>
+  checkPage(
+    '<iframe src=/named></iframe>',
+    `map() → 'form in frame'
+    (watch(0), [select(0), clicks]) → ['success', ['form']]`
+  ));
+
 test('what follows a nested frame counts as the page', () =>
   checkPage(
     '<iframe src=/outer></iframe><button>end</button>',
@@ -63,28 +74,43 @@ test('elements of several frames are looked up in the last one', () =>
     (watch(1), [select(1), clicks]) → ['success', ['second']]`
   ));
 
-test('a frame of another origin ends the walk and leaves the flag set for the next', () =>
+test('a frame of another origin ends the walk, and the next one starts outside of frames', () =>
   checkPage(
     `<button>a</button><iframe src=${browser.origins[1]}/inner></iframe><button>b</button>`,
     `map() → 'a,not_support'
     select(0) → 'success'
-    map() → 'a in frame,not_support'
-    (document.querySelector('iframe').remove(), map()) → 'a in frame,b in frame'
-    map() → 'a,b'`
+    map() → 'a,not_support'
+    (document.querySelector('iframe').remove(), map()) → 'a,b'`
   ));
 
+/** Names in a page: a field hides the form's property of its name, an image or a frame the document's. */
+const hidingNames = [
+  ...['id', 'nodeType', 'parentNode', 'childNodes', 'firstElementChild', 'nextElementSibling', 'tagName'],
+  ...[
+    'hasAttribute',
+    'getAttribute',
+    'getElementsByTagName',
+    'getBoundingClientRect',
+    'textContent',
+    'style',
+  ],
+  ...['disabled', 'activeElement', 'evaluate', 'children', 'previousElementSibling'],
+];
+
 /** Runs in the page: fills it at random from `seed` and gives the map of both implementations. */
-function mapRandomPage({ seed, plain }) {
+function mapRandomPage({ seed, plain, names }) {
   const random = (limit) => {
     seed = (Math.imul(seed, 1103515245) + 12345) >>> 0;
     return (seed >>> 8) % limit;
   };
   const pick = (list) => list[random(list.length)];
-  const tags = 'div div div span p ul li li button a a img svg:a svg:g x-card iframe input link'.split(' ');
+  const tags =
+    'div div div span p ul li li button a a img svg:a svg:g x-card iframe form form input link'.split(' ');
   const attributes = [
     ...['onclick', 'draggable', 'tabindex', 'href', 'href'].map((name) => [name, ['']]),
     ['id', ['one', 'two', 'three "', '']],
     ...['title', 'aria-label', 'alt'].map((name) => [name, ['Title', ' ', 'a  b', '']]),
+    ['name', names],
     ['style', ['display:none', 'visibility:hidden', 'display:none;visibility:hidden', 'margin:3.5px']],
   ];
   const texts = ['Text', ' ', 'two  words', '\n\t', 'a\n b', '\u00a0'];
@@ -120,6 +146,7 @@ test('random pages get the map that the plainest implementation makes', async ()
     const { plain, script, counts } = await page.evaluate(mapRandomPage, {
       seed,
       plain: plainElementMap,
+      names: hidingNames,
     });
     assert.deepEqual(script, plain, `seed ${seed}`);
     [items, framed] = [items + counts[0], framed + counts[1]];

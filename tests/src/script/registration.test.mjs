@@ -70,7 +70,7 @@ check('a refused argument changes nothing, a refused property leaves nothing reg
   [undefined, null, document.all].map(refused) → Array(3).fill('3 not passed')
   [5, f].map(refused) → ['3 not object', '3 not object']
   [{}, []].map(refused) → ['3 empty object', '3 empty object']
-  [{ onplay: 5 }, { onplay: {} }].map(refused) → Array(2).fill('0 not function type')
+  [{ onplay: 5 }, { onplay: {} }, { onplay: f, onstop: 5 }].map(refused) → Array(3).fill('0 not function type')
   [{ onplay: null }, { onplay: undefined }].map(refused) → ['0 not defined', '0 not defined']
   refused({ onstop: f, onplay: f, onzoom: undefined }) → '0 not defined'
   refused({ onremovalfromlist: 1, onplay: null }) → '0 not defined'
