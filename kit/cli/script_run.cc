@@ -1,6 +1,9 @@
 // Runs scripts, passes the events to the reports, and determines the exit status.
 #include "cli/script_run.h"
 
+#include <unistd.h>
+
+#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <utility>
@@ -31,6 +34,12 @@ Result<int> Print(const std::string& text) {
   return printed ? Result<int>(kExitOk) : Fail(printed.error());
 }
 
+// On a terminal, a line of another origin must not continue the line that shows the progress.
+void PrintLineBesideProgress(const std::string& line) {
+  if (isatty(STDOUT_FILENO) == 1 && isatty(STDERR_FILENO) == 1) std::fputs("\r\033[K", stderr);
+  PrintLine(line);
+}
+
 std::string WhyEmpty(const ScriptRunOptions& options) {
   if (options.is_last_failed) return "None of the chosen tests failed when it last ran, so nothing is run.";
   const SelectionOptions& selection = options.selection;
@@ -46,7 +55,8 @@ class ScriptRun {
     events_.Add(last_failed_);
     events_.Add(tally_);
     events_.Add(coverage_);
-    AddReport(options.report, OutputFile::Standard());
+    const char* usual = isatty(STDOUT_FILENO) == 1 ? "people" : "tap";
+    AddReport(options.report.empty() ? usual : options.report, OutputFile::Standard());
     for (const auto& [format, file] : options.report_files) {
       if (!file.empty()) AddReport(format, OutputFile(file));
     }
@@ -76,7 +86,8 @@ class ScriptRun {
 
   // Fails if the run can't start or can't continue.
   Status RunAll(const std::string& application) {
-    const auto run = StartApplication(supervisor_, application, options_.application);
+    const auto run = StartApplication(supervisor_, application, options_.application, PrintLineBesideProgress,
+                                      PrintLineBesideProgress);
     if (!run) return Fail(run.error());
     Conversation& conversation = (*run)->conversation();
     conversation.WaitToBeHeard();

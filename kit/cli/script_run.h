@@ -26,8 +26,9 @@ struct ScriptRunOptions {
   long retries = 0;
   // A test that passes only on a retry fails the run.
   bool is_flaky_failure = false;
-  // Report formats by name (report/reports.h): the one on standard output, and those that have a file.
-  std::string report = "tap";
+  // Report formats by name (report/reports.h): the one on standard output, by default "people" on a
+  // terminal and "tap" elsewhere, and those that have a file.
+  std::string report;
   std::map<std::string, std::string> report_files;
   // The folder for screenshots of failures. If empty, they go next to the JUnit report, if there is one.
   std::string screenshot_folder;

@@ -16,7 +16,7 @@ class TestAppCommand : public Subcommand {
         "Runs voice scripts against the application, without a window. A script is a file, FILE:LINE for "
         "the\n"
         "test at that line, or a folder, for all *.voice files in it. docs/voice-scripts.md describes the\n"
-        "script language. By default the results are printed as TAP 14.");
+        "script language. The report is for people on a terminal, and TAP 14 elsewhere.");
     options_.application.console = "errors";
     AddSelectionOptions(app, options_.selection);
     AddFlag(app, "--last-failed", "run the tests that failed when they last ran", options_.is_last_failed);

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 
@@ -58,6 +59,14 @@ Status OutputFile::Finish() {
 
 bool OutputFile::IsTerminal() const {
   return stream_ != nullptr && isatty(fileno(stream_.get())) == 1;
+}
+
+bool OutputFile::IsColorful() const {
+  const char* refusal = std::getenv("NO_COLOR");
+  const char* terminal = std::getenv("TERM");
+  const bool is_refused = refusal != nullptr && *refusal != '\0';
+  const bool is_dumb = terminal != nullptr && std::strcmp(terminal, "dumb") == 0;
+  return IsTerminal() && !is_refused && !is_dumb;
 }
 
 namespace {

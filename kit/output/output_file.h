@@ -31,6 +31,8 @@ class OutputFile {
   Status Finish();
 
   bool IsTerminal() const;
+  // Whether it is a terminal and the user wants colors there (NO_COLOR, TERM).
+  bool IsColorful() const;
 
  private:
   struct Closer {

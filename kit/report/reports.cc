@@ -9,7 +9,9 @@ namespace corvis::kit {
 const std::vector<ReportFormat>& ReportFormats() {
   using Target = ReportFormat::Target;
   static const std::vector<ReportFormat> kFormats = {
-      {"tap", "print TAP 14, one line per step", Target::kStandardOutput, MakeTapReport},
+      {"tap", "print TAP 14, one line per step (default elsewhere)", Target::kStandardOutput, MakeTapReport},
+      {"people", "print a report for people (default on a terminal)", Target::kStandardOutput,
+       MakePeopleReport},
       {"json", "print JSON events, one per line", Target::kStandardOutput, MakeJsonReport},
       {"narrate", "print a table for people", Target::kStandardOutput, MakeTableReport},
       {"junit", "write a JUnit report", Target::kFile, MakeJUnitReport},

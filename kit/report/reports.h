@@ -39,6 +39,7 @@ const ReportFormat& FindReportFormat(std::string_view name);
 
 // Each is defined in the file named like its format.
 std::unique_ptr<Report> MakeTableReport(OutputFile output);
+std::unique_ptr<Report> MakePeopleReport(OutputFile output);
 std::unique_ptr<Report> MakeTapReport(OutputFile output);
 std::unique_ptr<Report> MakeJsonReport(OutputFile output);
 std::unique_ptr<Report> MakeJUnitReport(OutputFile output);

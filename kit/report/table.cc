@@ -48,7 +48,7 @@ bool IsTurningPoint(const std::string& statement) {
 
 class TableReport : public Report {
  public:
-  explicit TableReport(OutputFile output) : output_(std::move(output)), is_colorful_(output_.IsTerminal()) {}
+  explicit TableReport(OutputFile output) : output_(std::move(output)), is_colorful_(output_.IsColorful()) {}
 
   void Take(const Event& event) override {
     std::visit([this](const auto& kind) { Print(kind); }, event);

@@ -22,6 +22,7 @@ const found = (text, expression) => [...text.matchAll(expression)].map((match) =
 function normalised(output) {
   return output
     .replace(/ *\b\d+\.\d+ ms/g, ' # ms')
+    .replace(/ (\(?)[\d.]+ m?s(\)?)$/gm, ' $1#$2')
     .replace(/("(?:answer_)?ms":)[\d.]+/g, '$1#')
     .replace(/ time="[\d.]+"/g, ' time="#"')
     .replace(/^( +\d+)(?: +\d+){4} {2}/gm, '$1 # # # #  ')

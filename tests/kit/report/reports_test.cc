@@ -170,6 +170,11 @@ TEST(Reports, SayWhatIsFlaky) {
        "1..2\n# shaky\nok 1 - a.voice:2 say\n# Attempt 1 failed: a.voice:2:1: It broke.\n"
        "# Flaky: attempt 2 passed.\n# broken\nnot ok 2 - a.voice:5 say\n"},
       {"tap", "  ...\n# Attempt 1 failed: a.voice:5:1: It broke.\n"},
+      {"people",
+       "  ✓ shaky  flaky, 3 ms\n  ✗ broken  3 ms\n  9 ms\n\n1) a.voice:5:1: broken\n   say\n   It broke.\n"},
+      {"people",
+       "\na.voice: shaky\nAttempt 1 failed: a.voice:2:1: It broke.\nFlaky: attempt 2 passed.\n\n"
+       "0 passed, 1 failed, 1 flaky (0.0 s)\n"},
       {"narrate", "test \"shaky\" (attempt 2)\n"},
       {"narrate", "✓\nflaky: the test passed on a retry\n"},
       {"json", R"("message":"It broke.","console":[],"replaced":true})"},
