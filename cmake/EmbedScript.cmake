@@ -4,6 +4,8 @@ if(CMAKE_SCRIPT_MODE_FILE)
   file(READ ${SCRIPT} text)
   file(WRITE ${HEADER} "// Made from a script file; change that.
 #pragma once
+// A text may be longer than compilers are required to support; all in use support it.
+#pragma GCC system_header
 
 namespace ${NAMESPACE} {
 

@@ -153,7 +153,7 @@ Result<Step> ReadLook(const std::string& source, const std::string& matcher, con
   return MakeStep(StepRole::kLooks, source, [found, look](Session& session) -> Verdict {
     Result<Json> value = look(session.conversation);
     if (!value) return Failed(value.error().message);
-    (*found)["value"] = std::move(*value);
+    (*found)["value"] = *value;
     return {};
   });
 }
