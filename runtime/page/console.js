@@ -2,9 +2,9 @@
 //
 // Evaluates to a function that is called once for each frame, before any script of the page. `native` provides
 // print(level, text, source), and optionally place(text), which maps a position (URL:LINE:COLUMN) to the author's
-// source. Only the runtime calls the functions of the result. Built-ins that the page may change later are read here,
-// while they are still the engine's own; a value that can't be formatted even so becomes a short text, never an
-// exception.
+// source. Only the runtime calls the functions of the result. JSON, String and the functions of Object are read here, while
+// they are still the engine's own; the methods of arrays, texts and Maps are those of the moment. A line that can't be
+// formatted, since the page has broken them or for another reason, becomes a short text, never an exception.
 (function (native) {
   'use strict';
 
@@ -396,7 +396,10 @@
     uncaught: uncaught,
     // Reports an exception that a script API caught, if a function of a watched page threw it.
     caught: function (error) {
-      if (isWatching && framesOf(error).length > 0) uncaught(error);
+      if (!isWatching) return;
+      print('uncaught', 'page', function () {
+        return framesOf(error).length > 0 ? thrownText(error) : undefined;
+      });
     },
     // Writes a line of a script API.
     api: function (level, values) {

@@ -3,13 +3,28 @@
 //
 // Evaluates to a function that is called once for each frame, before any script of the page. `reports` is the result of
 // console.js, and `native` provides close() in a main frame. Only the runtime calls the functions of the result.
-// Built-ins that the page may change later (JSON) are read here, while they are still the engine's own.
+// What calls and messages need of the engine is read here, while it is still the engine's own; later no method of an array,
+// a text or a Map is looked up that the page may have replaced.
 (function (reports, native) {
   'use strict';
 
   var parse = JSON.parse;
   var stringify = JSON.stringify;
   var toText = String;
+  var endsWith = asFunction(String.prototype.endsWith);
+  var indexOf = asFunction(Array.prototype.indexOf);
+  var slice = asFunction(Array.prototype.slice);
+  var concat = asFunction(Array.prototype.concat);
+  var filter = asFunction(Array.prototype.filter);
+  var forEach = asFunction(Array.prototype.forEach);
+  var getFrom = asFunction(Map.prototype.get);
+  var setIn = asFunction(Map.prototype.set);
+  var deleteFrom = asFunction(Map.prototype.delete);
+
+  // A method as a function whose first argument is the object.
+  function asFunction(method) {
+    return Function.prototype.call.bind(method);
+  }
 
   // The last exception that a script API converted to text; the next line on its console may contain that text.
   var caught;
@@ -25,7 +40,7 @@
     caught = undefined;
     if (error === undefined || typeof text !== 'string') return;
     var end = toText(error);
-    if (text.slice(-end.length) === end) reports.caught(error);
+    if (endsWith(text, end)) reports.caught(error);
   }
 
   // The console of a script API. Its lines are for debugging the API, not for the page's author; exceptions of the
@@ -60,10 +75,23 @@
   });
   CorviException.TYPE_MISMATCH_ERR = 'TypeMismatchError';
 
-  // The text of a call. The page may have changed prototypes (such as Object.prototype.toJSON), which affects only the
-  // serialization of the arguments; the name is inserted as the script API passed it.
+  // Old libraries define toJSON for all objects or all arrays. An extension gets what the script API has passed.
+  function isForAll(toJson) {
+    return toJson !== undefined && (toJson === Object.prototype.toJSON || toJson === Array.prototype.toJSON);
+  }
+
+  function jsonText(value) {
+    if (Object.prototype.toJSON === undefined && Array.prototype.toJSON === undefined)
+      return stringify(value);
+    return stringify(value, function (name, converted) {
+      var member = this[name];
+      return member !== undefined && member !== null && isForAll(member.toJSON) ? member : converted;
+    });
+  }
+
+  // The text of a call.
   function messageText(name, args) {
-    return '{"cmd":' + stringify(name) + ',"args":' + stringify(args) + '}';
+    return '{"cmd":' + stringify(name) + ',"args":' + jsonText(args) + '}';
   }
 
   // Communicates with the native side of one extension. `extension` is its channel.
@@ -74,7 +102,7 @@
     extension.onmessage = function (text) {
       var message = parse(text);
       // A copy, because a listener may change the list.
-      (self.listeners_.get(message.listenerId) || []).slice().forEach(function (listener) {
+      forEach(slice(self.listenersOf_(message.listenerId)), function (listener) {
         try {
           listener(message);
         } catch (error) {
@@ -83,6 +111,10 @@
       });
     };
   }
+
+  NativeManager.prototype.listenersOf_ = function (id) {
+    return getFrom(this.listeners_, id) || [];
+  };
 
   // Calls the native handler `name` and returns its reply object.
   NativeManager.prototype.callSync = function (name, args) {
@@ -100,18 +132,18 @@
 
   // Adds a listener for the messages of one id, unless it is already registered.
   NativeManager.prototype.addListener = function (id, listener) {
-    var listeners = this.listeners_.get(id) || [];
-    if (listeners.indexOf(listener) < 0) this.listeners_.set(id, listeners.concat([listener]));
+    var listeners = this.listenersOf_(id);
+    if (indexOf(listeners, listener) < 0) setIn(this.listeners_, id, concat(listeners, [listener]));
   };
 
   NativeManager.prototype.removeListener = function (id, listener) {
-    var listeners = (this.listeners_.get(id) || []).filter(function (other) {
+    var listeners = filter(this.listenersOf_(id), function (other) {
       return other !== listener;
     });
     if (listeners.length > 0) {
-      this.listeners_.set(id, listeners);
+      setIn(this.listeners_, id, listeners);
     } else {
-      this.listeners_.delete(id);
+      deleteFrom(this.listeners_, id);
     }
   };
 
