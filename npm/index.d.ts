@@ -89,7 +89,8 @@ export type ListItem = 'LIST_BOOKMARKS' | 'LIST_WATCH_LATER' | 'LIST_UNKNOWN';
 
 /**
  * The terms of a search. Every member is optional. The object that a callback receives is frozen; read it directly or
- * with {@link VoiceInteraction.getDataFromSearchTerm}. It is empty if the voice service's data could not be parsed.
+ * with {@link VoiceInteraction.getDataFromSearchTerm}, which refuses an empty one. It is empty if the voice service's data
+ * could not be parsed.
  */
 export type SearchTerm = {
   /** The user's words. */
@@ -109,7 +110,10 @@ export type SearchTerm = {
 };
 
 /** An object or array whose JSON text is the answer. The type excludes functions and promises. */
-export type AnswerObject = object & { readonly then?: never; readonly call?: never };
+export type AnswerObject = object & {
+  readonly [name in 'then' | 'call']?:
+    null | boolean | number | string | (object & { readonly call?: never });
+};
 
 /**
  * The return value of a callback, which is the only answer to the command:
@@ -127,7 +131,10 @@ export type AnswerObject = object & { readonly then?: never; readonly call?: nev
  */
 export type Answer = void | undefined | null | boolean | string | number | AnswerObject;
 
-/** A callback with a converted parameter, which is always present and has a fixed value for unknown texts. */
+/**
+ * A callback with a converted parameter, which is always present and has a fixed value for unknown texts. A number is what
+ * JavaScript's `Number(text)` returns for texts such as `"90"`, `" -1.5e2 "`, `"0x1F"` or `"Infinity"`; 0 for all others.
+ */
 export type ParameterCallback<P> = (this: unknown, parameter: P) => Answer;
 
 /**
@@ -214,7 +221,8 @@ export interface VoiceCallbacks {
    * `ACTION_REQUEST_CONTENT_CONTEXT`: the voice service asks what is on the screen. Answer with
    * {@link VoiceInteraction.buildVoiceInteractionContentContextResponse}. Without this callback the script answers
    * with a map of the page's clickable elements, a JSON array of {@link ElementMapItem}, and item selections click
-   * them. With it there is no such map, and the answer to item selections is `not_support`.
+   * them. With it no map is made: item selections click the elements of the map that an earlier registration has left, or
+   * are answered `not_support` if there is none.
    */
   onrequestcontentcontext?: TextCallback;
   /** `ACTION_ADDITION_TO_LIST`: add the current title to a list. */
@@ -239,7 +247,13 @@ export interface ContentContextItem {
 
 /**
  * One element of the map with which the script itself answers content-context requests: elements that a user can
- * activate and that have a readable title, in document order.
+ * activate and that have a readable title, in document order. Its limits:
+ *
+ * - While the page has a frame that it may not read, such as one of another origin, every request is answered
+ *   `not_support`.
+ * - A selection looks for the elements of all frames in the last frame.
+ * - Elements of SVG images are listed, but only those with an own `id` can be selected.
+ * - A selection without a number, such as `{}`, `{"id":"x"}` or an empty text, selects item 0.
  */
 export interface ElementMapItem {
   /** The number by which an item selection refers to the element; counts from 0 in every request. */
@@ -258,16 +272,17 @@ export interface ElementMapItem {
   focused: boolean;
   /** Whether the element's own computed style shows it: `display` isn't `none` and `visibility` isn't `hidden`. */
   visible: boolean;
-  /** Whether the element was found inside an inline frame. */
+  /** Whether the element was found inside an inline frame; false after a nested frame, although still inside. */
   iframe: boolean;
 }
 
 /**
- * The error for an invalid argument: `name` is `"TypeMismatchError"`, and `message` says which argument is invalid.
+ * The error for an invalid argument: `name` is `"TypeMismatchError"`, and `message` says which argument is invalid. The
+ * global `CorviException` is its class, to which a runtime may add other errors; `name` identifies them.
  */
 export interface CorviException extends Error {
   readonly name: string;
-  readonly code: number;
+  readonly code: string;
   readonly message: string;
 }
 
@@ -296,7 +311,8 @@ export interface VoiceInteraction {
    * Sets the voice actions that the application handles, replacing those of earlier calls. The functions are read from
    * the object now; later changes of it have no effect until the next call.
    *
-   * A call with an invalid argument changes nothing. A call with an invalid property removes all callbacks.
+   * A call with an invalid argument changes nothing. A call with an invalid property removes all callbacks; the voice
+   * service may still send the actions of the call before, and gets no answer until the next valid call.
    *
    * @param callback - the callbacks; at least one enumerable property.
    * @throws {SecurityError} when the application lacks a privilege.
@@ -314,7 +330,7 @@ export interface VoiceInteraction {
   getVersion(): string;
 
   /**
-   * Reads one field of a search term.
+   * Reads one field of a search term. An empty search term, which a callback may receive, is refused.
    *
    * @param st - a search term: only members of {@link SearchTerm}, at least one, all strings.
    * @param field - which field.
@@ -372,7 +388,8 @@ export interface VoiceInteraction {
   ): ContentContextItem;
 
   /**
-   * Builds the answer of {@link VoiceCallbacks.onrequestcontentcontext}. Needs no privilege.
+   * Builds the answer of {@link VoiceCallbacks.onrequestcontentcontext}. Needs no privilege. Throws a `TypeError` for items
+   * that JSON can't represent, such as one whose `alias` contains itself.
    *
    * @param contentContextArr - the items on the screen; they may have further members.
    * @returns the JSON text of the array.
@@ -383,6 +400,9 @@ export interface VoiceInteraction {
 }
 
 declare global {
+  /** The class of the errors for invalid arguments. */
+  const CorviException: abstract new (code: string, message: string) => CorviException;
+
   /** The APIs of the TV's web runtime. */
   namespace corvis {
     /** Voice control; present only in pages of applications. */

@@ -31,6 +31,8 @@ const callbacks: VoiceCallbacks = {
   onchangerepeatmode: (mode) => ({ MEDIA_REPEAT_OFF: 0, MEDIA_REPEAT_ONE: 1, MEDIA_REPEAT_ALL: 2 })[mode],
   onzoom: (mode) => (mode === 'MEDIA_ZOOM_IN' ? null : ['a']),
   onadditiontolist: (list) => lists[list],
+  onremovalfromlist: () => ({ then: 5, call: 'a taxi', list: [{ call: null }] }),
+  onskipforward: () => ({ call: { number: 1 } }),
   onrequestcontentcontext: () =>
     voice.buildVoiceInteractionContentContextResponse([
       voice.buildVoiceInteractionContentContextItem(1, 2, 'Play', ['start', 1], true),
@@ -43,7 +45,8 @@ try {
   voice.setCallback(callbacks);
 } catch (error) {
   const { name, message } = error as SecurityError | CorviException;
-  console.log(name === 'SecurityError' ? message : (error as CorviException).code);
+  console.log(name === 'SecurityError' ? message : (error as CorviException).code.length);
+  if (error instanceof CorviException) console.log(error.code.length);
 }
 (JSON.parse('[]') as ElementMapItem[])
   .filter(({ visible, iframe }) => visible && !iframe)
@@ -71,6 +74,8 @@ export const refused: VoiceCallbacks[] = [
   { onplay: null },
   // @ts-expect-error nobody waits for a promise
   { onplay: async () => true },
+  // @ts-expect-error nobody waits for what is like a promise
+  { onplay: () => ({ then: (done: () => void) => done() }) },
   // @ts-expect-error a function has no JSON text
   { onplay: () => () => true },
   // @ts-expect-error the text may be missing
