@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
   using namespace corvis::kit;
   if (argc != 2) return 2;
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
-  const std::unique_ptr<LineSource> lines = OpenStandardInput({});
+  const std::unique_ptr<LineSource> lines = OpenStandardInput();
   VoiceService service([&lines](const std::string& sentence) { lines->Show(sentence); });
   const Status started = service.Start();
   Conversation conversation(service, argv[1], std::chrono::seconds(5));
