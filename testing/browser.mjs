@@ -43,13 +43,17 @@ function serve(documents) {
   });
 }
 
+export function launchBrowser() {
+  const executablePath = process.env.CORVIS_CHROMIUM ?? '/usr/bin/chromium';
+  return chromium.launch({ executablePath, args: browserArguments.split(' ') });
+}
+
 /** Starts the browser and two servers of different origins; `close` stops them all. */
 export async function startBrowser() {
   const documents = new Map();
   const servers = [await serve(documents), await serve(documents)];
   const origins = servers.map((server) => `http://127.0.0.1:${server.address().port}`);
-  const executablePath = process.env.CORVIS_CHROMIUM ?? '/usr/bin/chromium';
-  const browser = await chromium.launch({ executablePath, args: browserArguments.split(' ') });
+  const browser = await launchBrowser();
 
   return {
     origins,

@@ -2,7 +2,7 @@
 
 kit_packages=(g++ cmake ninja-build pkg-config picojson-dev nlohmann-json3-dev libexpected-dev libcli11-dev libfmt-dev
   libpugixml-dev libxxhash-dev libsystemd-dev libglib2.0-dev libwebkit2gtk-4.1-dev libsoup-3.0-dev libxau-dev
-  libedit-dev libcairo2-dev libicu-dev esbuild libjs-source-map dbus xvfb fonts-dejavu-core
+  libedit-dev libcairo2-dev libwebp-dev libicu-dev esbuild libjs-source-map dbus xvfb fonts-dejavu-core
   fonts-wqy-microhei gstreamer1.0-plugins-bad gstreamer1.0-libav)
 test_packages=(libgtest-dev libgmock-dev chromium openssl)
 check_packages=(clang clang-format clang-tidy)

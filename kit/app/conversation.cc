@@ -92,6 +92,7 @@ void Conversation::set_timeout(std::chrono::milliseconds timeout) {
 
 void Conversation::TakeConsole(const std::string& level, const std::string& text, const std::string& source) {
   if (on_console_) on_console_(level, text, source);
+  if (console_recorder_) console_recorder_(level, text, source);
   if (source == "api") {
     callbacks_.TakeLine(text);
     return registered_.TakeLine(text);

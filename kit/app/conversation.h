@@ -129,6 +129,8 @@ class Conversation {
   std::string ConsoleError() const;
   // Callbacks for console lines and crashes, as they happen.
   void set_on_console(RuntimeControl::ConsoleSink take) { on_console_ = std::move(take); }
+  // A second callback for console lines, for those who record them.
+  void set_console_recorder(RuntimeControl::ConsoleSink take) { console_recorder_ = std::move(take); }
   void set_on_crash(std::function<void()> take) { on_crash_ = std::move(take); }
   // The number of crashes of the page's process so far.
   int crashes() const { return crashes_; }
@@ -157,6 +159,7 @@ class Conversation {
   RegisteredActions registered_;
   std::deque<std::string> console_;
   RuntimeControl::ConsoleSink on_console_;
+  RuntimeControl::ConsoleSink console_recorder_;
   std::function<void()> on_crash_;
   CallbackLog callbacks_;
   int crashes_ = 0;

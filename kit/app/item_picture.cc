@@ -1,21 +1,15 @@
 // Draws boxes and labels with cairo.
 #include "app/item_picture.h"
 
-#include <cairo.h>
-
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 #include <vector>
 
-#include "nurvo_desktop/owned.h"
+#include "app/surface.h"
 
 namespace corvis::kit {
 
 namespace {
-
-using SurfacePtr = nurvo::Owned<cairo_surface_t, cairo_surface_destroy>;
-using ContextPtr = nurvo::Owned<cairo_t, cairo_destroy>;
 
 struct Color {
   double red;
@@ -29,30 +23,6 @@ constexpr Color kWhite{1, 1, 1};
 
 constexpr double kFontSize = 18;
 constexpr double kMargin = 5;
-
-SurfacePtr ReadPng(const std::string& png) {
-  struct Source {
-    const std::string& bytes;
-    size_t at;
-  } source{png, 0};
-  const auto read = [](void* from, unsigned char* to, unsigned int count) {
-    auto& at = *static_cast<Source*>(from);
-    if (at.bytes.size() - at.at < count) return CAIRO_STATUS_READ_ERROR;
-    std::memcpy(to, at.bytes.data() + at.at, count);
-    at.at += count;
-    return CAIRO_STATUS_SUCCESS;
-  };
-  return SurfacePtr(cairo_image_surface_create_from_png_stream(read, &source));
-}
-
-std::string WritePng(cairo_surface_t* surface) {
-  std::string png;
-  const auto write = [](void* to, const unsigned char* bytes, unsigned int count) {
-    static_cast<std::string*>(to)->append(reinterpret_cast<const char*>(bytes), count);
-    return CAIRO_STATUS_SUCCESS;
-  };
-  return cairo_surface_write_to_png_stream(surface, write, &png) == CAIRO_STATUS_SUCCESS ? png : "";
-}
 
 void SetColor(cairo_t* context, const Color& color) {
   cairo_set_source_rgb(context, color.red, color.green, color.blue);
@@ -128,12 +98,12 @@ std::vector<Mark> MarksOf(const ItemPlaces& places) {
 }
 
 Result<std::string> DrawMarks(const std::string& png, const std::vector<Mark>& marks, double window_width) {
-  const SurfacePtr surface = ReadPng(png);
-  const int width = cairo_image_surface_get_width(surface.get());
-  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS || width == 0)
-    return Fail("Expected a PNG screenshot of the page; what the runtime returned can't be decoded.");
-  Draw(surface.get(), marks, window_width > 0 ? width / window_width : 1);
-  std::string drawn = WritePng(surface.get());
+  const Result<SurfacePtr> decoded = ReadPng(png);
+  if (!decoded) return Fail(decoded.error());
+  cairo_surface_t* surface = decoded->get();
+  const int width = cairo_image_surface_get_width(surface);
+  Draw(surface, marks, window_width > 0 ? width / window_width : 1);
+  std::string drawn = WritePng(surface);
   if (drawn.empty()) return Fail("The picture can't be encoded as PNG.");
   return drawn;
 }

@@ -32,6 +32,8 @@ std::optional<ItemPlaces> ReadItemPlaces(const ItemList& list, const std::string
   if (width == parsed.end() || !width->is_number()) return {};
   ItemPlaces places;
   places.window_width = *width;
+  const auto height = parsed.find("height");
+  if (height != parsed.end() && height->is_number()) places.window_height = *height;
   places.is_own = list.is_own;
   const Json& frames = parsed["frames"];
   for (size_t i = 0; i < list.items.size(); ++i) {

@@ -19,8 +19,9 @@ struct ItemPlace {
 };
 
 struct ItemPlaces {
-  // The window's width in CSS pixels.
+  // The window's size in CSS pixels.
   double window_width = 0;
+  double window_height = 0;
   // Whether the items come from the application's own list; such items have no size.
   bool is_own = false;
   std::vector<ItemPlace> places;

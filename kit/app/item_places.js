@@ -32,5 +32,5 @@ function itemPlaces(boxes) {
     }
   }
   walk(document, 0, 0);
-  return { width: window.innerWidth, frames: places };
+  return { width: window.innerWidth, height: window.innerHeight, frames: places };
 }

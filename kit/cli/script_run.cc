@@ -80,7 +80,9 @@ class ScriptRun {
 
  private:
   void AddReport(const std::string& format, OutputFile output) {
-    reports_.push_back(FindReportFormat(format).make(std::move(output)));
+    const ReportFormat& found = FindReportFormat(format);
+    reports_.push_back(found.make(std::move(output)));
+    needs_page_ = needs_page_ || found.needs_page;
     events_.Add(*reports_.back());
   }
 
@@ -98,7 +100,7 @@ class ScriptRun {
     if (const Status ready = note(WaitUntilLoaded(**run, options_.application)); !ready) return ready;
     const auto start_again = [&] { return note((*run)->StartAgain(LoadingLimit(options_.application))); };
     Retries retries(events_, options_.retries);
-    ScriptRunner runner(conversation, retries, {options_.pace, ScreenshotFolder(), start_again});
+    ScriptRunner runner(conversation, retries, {options_.pace, ScreenshotFolder(), start_again, needs_page_});
     for (const VoiceScript& script : scripts_) retries.Run(runner, script);
     if (options_.is_coverage_reported || options_.least_coverage > 0) events_.Take(coverage_.Measure());
     const Error* obstacle = runner.Obstacle();
@@ -162,6 +164,7 @@ class ScriptRun {
   std::vector<std::unique_ptr<Report>> reports_;
   EventFanOut events_;
   Tally tally_;
+  bool needs_page_ = false;
 };
 
 }  // namespace

@@ -140,6 +140,46 @@ struct PageCrashed {};
 // The application ended by itself, or its window was closed.
 struct ApplicationClosed {};
 
+// The page requested a resource.
+struct RequestMade {
+  std::string url;
+  // What the request was for: "img", "script", "fetch", …
+  std::string kind;
+  // The status of the response; 0 if there was none or the page must not know it.
+  int status = 0;
+  std::chrono::microseconds duration{0};
+};
+
+// An item on the page.
+struct SeenItem {
+  long number = 0;
+  std::string title;
+  // In CSS pixels, relative to the page's window. Without a size if the item is not on the screen.
+  double x = 0;
+  double y = 0;
+  double width = 0;
+  double height = 0;
+  bool is_focused = false;
+  bool is_visible = true;
+};
+
+struct PagePicture {
+  // Equal pictures have equal ids. Empty if the page can't be painted.
+  std::string id;
+  // The picture as a data URL. Empty in an event read from a file that contains it earlier.
+  std::string url;
+};
+
+// What the page shows, until the next event of this kind. Emitted after a test starts and after a step is
+// done, if that changed the page and a report needs views.
+struct PageSeen {
+  // The window's size in CSS pixels.
+  double width = 0;
+  double height = 0;
+  std::vector<SeenItem> items;
+  PagePicture picture;
+};
+
 // How many of the registered actions were spoken. The lists follow the order of the action table.
 struct CoverageMeasured {
   // Registered actions that were spoken and answered, and those that were not.
@@ -184,9 +224,9 @@ struct RunEnded {
   TestTotals tests;
 };
 
-using Event = std::variant<RunStarted, ScriptStarted, TestStarted, NoteReached, StepDone, TestDone, ScriptDone,
-                           ActionsRegistered, ConsoleWritten, PageCrashed, ApplicationClosed,
-                           CoverageMeasured, RunAborted, RunEnded>;
+using Event = std::variant<RunStarted, ScriptStarted, TestStarted, NoteReached, StepDone, TestDone,
+                           ScriptDone, ActionsRegistered, ConsoleWritten, RequestMade, PageSeen, PageCrashed,
+                           ApplicationClosed, CoverageMeasured, RunAborted, RunEnded>;
 
 // Receives the events of a run in order.
 class EventSink {

@@ -44,6 +44,8 @@ const char* JsonOf(TestOutcome outcome) {
   return NameIn(kOutcomes, outcome);
 }
 
+Json JsonOf(const std::vector<SeenItem>& items);
+
 // The same the other way. nlohmann's exceptions and out_of_range mean that the value is none.
 template <typename T>
 void Get(const Json& json, T& value) {
@@ -66,6 +68,7 @@ void Get(const Json& json, StepStatus& status) {
 void Get(const Json& json, TestOutcome& outcome) {
   FindIn(kOutcomes, json, outcome);
 }
+void Get(const Json& json, std::vector<SeenItem>& items);
 
 // Writes the fields of an event.
 class Writer {
@@ -211,6 +214,32 @@ void List(Fields& fields, ConsoleWritten& line) {
   fields.Required("source", line.source);
 }
 template <typename Fields>
+void List(Fields& fields, RequestMade& request) {
+  fields.Required("url", request.url);
+  fields.Required("kind", request.kind);
+  fields.Required("status", request.status);
+  fields.Required("ms", request.duration);
+}
+template <typename Fields>
+void List(Fields& fields, SeenItem& item) {
+  fields.Required("number", item.number);
+  fields.Required("title", item.title);
+  fields.Required("x", item.x);
+  fields.Required("y", item.y);
+  fields.Required("width", item.width);
+  fields.Required("height", item.height);
+  fields.Optional("focused", item.is_focused);
+  fields.Optional("visible", item.is_visible, true);
+}
+template <typename Fields>
+void List(Fields& fields, PageSeen& seen) {
+  fields.Required("width", seen.width);
+  fields.Required("height", seen.height);
+  fields.Required("items", seen.items);
+  fields.Optional("picture", seen.picture.id);
+  fields.Optional("image", seen.picture.url);
+}
+template <typename Fields>
 void List(Fields& /*fields*/, PageCrashed& /*crash*/) {}
 template <typename Fields>
 void List(Fields& /*fields*/, ApplicationClosed& /*closed*/) {}
@@ -240,6 +269,21 @@ void List(Fields& fields, RunEnded& end) {
   fields.Optional("tests_flaky", end.tests.flaky, -1);
 }
 
+Json JsonOf(const std::vector<SeenItem>& items) {
+  Json list = Json::array();
+  for (SeenItem item : items) {
+    Writer writer(list.emplace_back(Json::object()));
+    List(writer, item);
+  }
+  return list;
+}
+void Get(const Json& json, std::vector<SeenItem>& items) {
+  for (const Json& form : json) {
+    Reader reader(form);
+    List(reader, items.emplace_back());
+  }
+}
+
 const std::vector<std::pair<const char*, Event>>& NamedEvents() {
   static const std::vector<std::pair<const char*, Event>> kEvents = {
       {"start", RunStarted{}},
@@ -251,6 +295,8 @@ const std::vector<std::pair<const char*, Event>>& NamedEvents() {
       {"script-end", ScriptDone{}},
       {"registered", ActionsRegistered{}},
       {"console", ConsoleWritten{}},
+      {"request", RequestMade{}},
+      {"view", PageSeen{}},
       {"crash", PageCrashed{}},
       {"closed", ApplicationClosed{}},
       {"coverage", CoverageMeasured{}},

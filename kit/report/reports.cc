@@ -13,8 +13,12 @@ const std::vector<ReportFormat>& ReportFormats() {
       {"people", "print a report for people (default on a terminal)", Target::kStandardOutput,
        MakePeopleReport},
       {"json", "print JSON events, one per line", Target::kStandardOutput, MakeJsonReport},
+      {"json-details", "print JSON events, with what the page showed and wrote", Target::kStandardOutput,
+       MakeDetailedJsonReport, true},
       {"narrate", "print a table for people", Target::kStandardOutput, MakeTableReport},
       {"junit", "write a JUnit report", Target::kFile, MakeJUnitReport},
+      {"html", "write a report for a browser, with pictures of each step", Target::kFile, MakeHtmlReport,
+       true},
   };
   return kFormats;
 }

@@ -30,6 +30,8 @@ struct ReportFormat {
   const char* help;
   Target target;
   std::unique_ptr<Report> (*make)(OutputFile output);
+  // Whether the report needs the events about the page: views, requests, console lines.
+  bool needs_page = false;
 };
 
 const std::vector<ReportFormat>& ReportFormats();
@@ -42,6 +44,8 @@ std::unique_ptr<Report> MakeTableReport(OutputFile output);
 std::unique_ptr<Report> MakePeopleReport(OutputFile output);
 std::unique_ptr<Report> MakeTapReport(OutputFile output);
 std::unique_ptr<Report> MakeJsonReport(OutputFile output);
+std::unique_ptr<Report> MakeDetailedJsonReport(OutputFile output);
+std::unique_ptr<Report> MakeHtmlReport(OutputFile output);
 std::unique_ptr<Report> MakeJUnitReport(OutputFile output);
 
 }  // namespace corvis::kit

@@ -50,6 +50,7 @@ ScriptRunner::ScriptRunner(Conversation& conversation, EventSink& events, Runner
       events_(events),
       options_(std::move(options)),
       session_(conversation, options_.pace),
+      views_(options_.emits_views ? std::make_unique<PageViews>(conversation, events) : nullptr),
       timeout_(conversation.timeout()) {}
 
 const Error* ScriptRunner::Obstacle() const {
@@ -117,6 +118,7 @@ Status ScriptRunner::PrepareTest() {
 void ScriptRunner::RunTest(const ScriptTest& test, bool is_last) {
   bool has_failed = false;
   TestDone test_done{test.place, test.name, TestOutcome::kSkipped, 1, {}};
+  if (views_ && !is_over_) views_->Begin();
   for (size_t i = 0; i < test.steps.size(); ++i) {
     const Step& step = test.steps[i];
     if (step.role == StepRole::kNote) {
@@ -127,14 +129,26 @@ void ScriptRunner::RunTest(const ScriptTest& test, bool is_last) {
     if (!has_failed && !is_over_) {
       session_.next = i + 1 < test.steps.size() ? &test.steps[i + 1] : nullptr;
       done = RunStep(step, is_last && session_.next == nullptr);
+      if (views_) views_->Listen();
     }
     has_failed = has_failed || done.status == StepStatus::kFailed;
     if (done.status == StepStatus::kPassed) test_done.outcome = TestOutcome::kPassed;
     test_done.duration += done.duration;
+    const bool is_run = done.status != StepStatus::kSkipped;
     events_.Take(std::move(done));
+    if (views_ && is_run) LookAfter(step, has_failed);
   }
   if (has_failed) test_done.outcome = TestOutcome::kFailed;
   events_.Take(std::move(test_done));
+}
+
+void ScriptRunner::LookAfter(const Step& step, bool has_failed) {
+  const bool may_change = step.role == StepRole::kSpeaks || step.role == StepRole::kActs;
+  if (may_change || has_failed) {
+    views_->Look();
+  } else {
+    views_->LookForChange();
+  }
 }
 
 StepDone ScriptRunner::RunStep(const Step& step, bool is_last) {

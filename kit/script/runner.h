@@ -4,12 +4,14 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "app/conversation.h"
 #include "base/result.h"
 #include "events/events.h"
+#include "script/page_views.h"
 #include "script/script.h"
 #include "script/session.h"
 
@@ -26,6 +28,8 @@ struct RunnerOptions {
   // Starts the application again for the next script if a step expected its end; null if that is not
   // possible.
   std::function<Status()> start_again;
+  // Whether to emit views of the page and its requests. Takes time after each step.
+  bool emits_views = false;
 };
 
 // Emits the events of the scripts and of the page. The caller emits those of the whole run, of coverage and
@@ -63,11 +67,14 @@ class ScriptRunner {
   void AwaitClosing();
   // Adds the callback's exception, the console lines and a screenshot to a failure.
   void Document(StepDone& done);
+  void LookAfter(const Step& step, bool has_failed);
 
   Conversation& conversation_;
   EventSink& events_;
   RunnerOptions options_;
   Session session_;
+  // Null unless views are to be emitted.
+  std::unique_ptr<PageViews> views_;
   // The initial time limit of each script.
   std::chrono::milliseconds timeout_;
   bool is_first_script_ = true;

@@ -66,6 +66,7 @@ test('a report that can not be written is a failure', async (t) => {
   t.after(() => closeSync(full));
   for (const [options, output, sentence] of [
     [['--junit', '/dev/full'], 'ignore', "The file /dev/full can't be written: No space left on device."],
+    [['--html', '/dev/full'], 'ignore', "The file /dev/full can't be written: No space left on device."],
     [['--json'], full, "Standard output can't be written: No space left on device."],
   ]) {
     const args = ['test-app', '--headless', ...options, folder, 'a.voice'];

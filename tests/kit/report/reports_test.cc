@@ -45,13 +45,16 @@ std::vector<Event> SampleRun() {
   StepDone failed = Step(6, "expect success", StepStatus::kFailed);
   failed.failure = Failure{
       "The callback threw: boom\nnot ok 9.", "\"success\"", "\"not_support\"", {"log: a\x1b[2Jb"}, "a-6.png"};
+  const PageSeen view{960, 540, {{0, "</p>", 8, 8, 80, 20, true, false}}, {"1f", "data:,x"}};
   return {
       RunStarted{{"a.voice", "b.voice"}, 5},
       ActionsRegistered{{"ACTION_PLAY", "ACTION_STOP"}},
       ScriptStarted{"a.voice"},
       TestStarted{{"a.voice", 1, 1}, "A <test>"},
+      view,
       Saying(2, "play", "ACTION_PLAY", "success"),
       shown,
+      view,
       NoteReached{{"a.voice", 4, 1}, "now #stop"},
       Saying(5, "stop", "ACTION_STOP", "not_support"),
       failed,
@@ -128,6 +131,12 @@ TEST(Reports, HoldWhateverARunMayBring) {
        R"("status":"passed","ms":1.6,"said":"stop","action":"ACTION_STOP","data":"","answer":"not_support",)"
        R"("answer_ms":12.345,"pieces":1})"},
       {"json", R"({"event":"end","status":6,"passed":3,"failed":1,"skipped":1,"ms":1000.001,"tests_)"},
+      {"json-details",
+       R"({"event":"view","width":960.0,"height":540.0,"items":[{"number":0,"title":"</p>",)"},
+      {"json-details", R"("picture":"1f"})"},
+      {"html", R"("text":"A \u003ctest>"})"},
+      {"html", R"({"1f":"data:,x"}</script>)"},
+      {"html", R"({"event":"coverage","percent":100,)"},
       {"junit",
        R"(<testcase name="A &lt;test>" classname="a.voice" file="a.voice" line="1" time="0.008">)"
        "\n      <failure message=\"The callback threw: boom&#10;not ok 9. Expected &quot;success&quot;, "},
@@ -158,7 +167,8 @@ std::vector<Event> AllEvents() {
            TestDone{{"a.voice", 1, 1}, "A <test>", TestOutcome::kFlaky, 2, microseconds(1)},
            TestDone{{"a.voice", 1, 1}, {}, TestOutcome::kSkipped, 1, microseconds(0)},
            ScriptDone{"b.voice", microseconds(3'000'000'001)}, ConsoleWritten{"log", "a\nb", "api"},
-           PageCrashed{}, ApplicationClosed{}, RunEnded{130, {1, 2, 3}, microseconds(5), {4, 5, 6, 7}}}) {
+           RequestMade{"http://a/b.js", "script", 404, microseconds(7)}, PageCrashed{}, ApplicationClosed{},
+           RunEnded{130, {1, 2, 3}, microseconds(5), {4, 5, 6, 7}}}) {
     events.push_back(event);
   }
   return events;
