@@ -96,8 +96,13 @@ function parentOf(element) {
   return objectOf(element, 'parentElement', ownParentElement);
 }
 
+// A property that is a text.
+function textProperty(element, name, own) {
+  return typeof element[name] === 'string' ? element[name] : objectOf(element, name, own);
+}
+
 function idOf(element) {
-  return primitiveOf(element, 'id', ownId);
+  return textProperty(element, 'id', ownId);
 }
 
 function matches(element, selector) {
@@ -143,12 +148,9 @@ function checkTitle(element, report) {
 
 function checkLabel(element, report) {
   if (!isItem(element) || !isShown(element)) return;
-  var shown = plain(primitiveOf(element, 'innerText', ownInnerText));
+  var shown = plain(textProperty(element, 'innerText', ownInnerText));
   var label = plain(attributeOf(element, 'aria-label'));
-  if (
-    shown &&
-    shown.toLowerCase() !== plain(primitiveOf(element, 'textContent', ownTextContent)).toLowerCase()
-  ) {
+  if (shown && shown.toLowerCase() !== plain(textOf(element)).toLowerCase()) {
     report('The viewer reads "' + shown + '", but its spoken name is "' + titleOf(element) + '".');
   }
   if (shown && label && label.toLowerCase().indexOf(shown.toLowerCase()) < 0) {

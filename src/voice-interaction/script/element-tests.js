@@ -33,14 +33,14 @@ var whiteSpaceRuns = /\s{2,}/g;
 // The element's text, or the text of its attributes or of its images' attributes; empty if all are empty. Runs of white
 // space become one space.
 function titleOf(element) {
-  var title = primitiveOf(element, 'textContent', ownTextContent).trim();
+  var title = textOf(element).trim();
   if (title === '') {
     log('$Empty title');
     title = titleFromAttributes(element, ['title', 'aria-label']);
   }
   if (title === '') {
     log('$No title and no aria label');
-    title = titleFromImages(methodOf(element, 'getElementsByTagName', ownElements).call(element, 'img'));
+    title = titleFromImages(imagesOf(element));
   }
   // Few titles contain runs, and testing for one is cheaper than a replacement without a match.
   return whiteSpaceRun.test(title) ? title.replace(whiteSpaceRuns, ' ') : title;

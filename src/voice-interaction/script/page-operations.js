@@ -52,12 +52,6 @@ function isObject(value) {
   return typeof value === 'object' && value !== null;
 }
 
-// A property that is a text or a number.
-function primitiveOf(object, name, own) {
-  var value = object[name];
-  return isObject(value) ? objectOf(object, name, own) : value;
-}
-
 // A method, to be called with the object; undefined if the object has none.
 function methodOf(object, name, own) {
   var method = object[name];
@@ -72,7 +66,7 @@ function isEngineNode(object) {
   }
 }
 
-// By name and without a call where possible, because they are read most often.
+// These are read for every element, therefore by their literal names, which is fastest.
 
 function tagNameOf(element) {
   var tag = element.tagName;
@@ -80,18 +74,28 @@ function tagNameOf(element) {
 }
 
 function hasAttribute(element, name) {
-  if (isObject(element.hasAttribute)) {
-    return methodOf(element, 'hasAttribute', ownHasAttribute).call(element, name);
-  }
-  return element.hasAttribute(name);
+  var has = element.hasAttribute;
+  return (isObject(has) ? methodOf(element, 'hasAttribute', ownHasAttribute) : has).call(element, name);
 }
 
 function attributeOf(element, name) {
-  return methodOf(element, 'getAttribute', ownGetAttribute).call(element, name);
+  var get = element.getAttribute;
+  return (isObject(get) ? methodOf(element, 'getAttribute', ownGetAttribute) : get).call(element, name);
 }
 
 function nodeTypeOf(node) {
-  return primitiveOf(node, 'nodeType', ownNodeType);
+  var type = node.nodeType;
+  return isObject(type) ? objectOf(node, 'nodeType', ownNodeType) : type;
+}
+
+function textOf(element) {
+  var text = element.textContent;
+  return isObject(text) ? objectOf(element, 'textContent', ownTextContent) : text;
+}
+
+function imagesOf(element) {
+  var get = element.getElementsByTagName;
+  return (isObject(get) ? methodOf(element, 'getElementsByTagName', ownElements) : get).call(element, 'img');
 }
 
 function boxOf(element) {

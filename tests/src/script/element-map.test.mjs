@@ -108,6 +108,7 @@ check('paths')`
   (paths('<svg><a href=x>g</a></svg>'), peek('generateXpath')($('svg a'))) → '/html/body/svg/a'
   [null, document, document.createTextNode('')].map((node) => peek('generateXpath')(node)) → ['', '', '']
   peek('generateXpath')(document.createElement('p')) → '/p'
+  ((document.id = 'page'), paths('<p><b onclick>a</b></p>')) → ['/html/body/p/b']
   ((map) => { window.Map = class {}; const found = paths('<p><b onclick>a</b></p>'); window.Map = map; return found; })(Map) → ['/html/body/p/b']
   (paths(button('', 'a')), document.body.prepend(document.createElement('button')), paths()) → ['/html/body/button[2]']`;
 
