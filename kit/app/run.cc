@@ -78,10 +78,11 @@ Places FindPlaces() {
   const auto folder = std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path();
   const auto built = folder / "corvis-tv";
   if (std::filesystem::exists(built, ignored)) {
-    return {built, folder / "../lib/libcorvis_voiceinteraction.so", folder / CORVIS_EXAMPLES_FROM_BUILD};
+    return {built, folder / "../lib/libcorvis_voiceinteraction.so", folder / CORVIS_EXAMPLES_FROM_BUILD,
+            folder / "corvis.schema.json"};
   }
   return {folder / CORVIS_RUNTIME_FROM_BIN, folder / CORVIS_LIBRARY_FROM_BIN,
-          folder / CORVIS_EXAMPLES_FROM_BIN};
+          folder / CORVIS_EXAMPLES_FROM_BIN, folder / CORVIS_SCHEMA_FROM_BIN};
 }
 
 struct Run::Parts {

@@ -23,6 +23,8 @@ struct Places {
   std::string library;
   // The folder of the example applications.
   std::string examples;
+  // The JSON schema of corvis.json.
+  std::string schema;
 };
 
 // The paths in the build folder or installation that this program belongs to.

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "cli/application.h"
 #include "cli/command_line.h"
 #include "language/suggestions.h"
 #include "output/output_file.h"
@@ -21,6 +22,7 @@ struct Operands {
 };
 constexpr Operands kNone = {"", 0, 0, ""};
 constexpr Operands kPage = {"URL|FILE|FOLDER", 1, 1, "a URL, an HTML file or a folder with an index.html"};
+constexpr Operands kPageAtMost = {"[URL|FILE|FOLDER]", 0, 1, ""};
 constexpr Operands kPageAndScripts = {"URL|FILE|FOLDER SCRIPT|FOLDER|SCRIPT:LINE...", 2,
                                       static_cast<size_t>(-1), "an application and a voice script"};
 
@@ -33,6 +35,11 @@ struct CommandRow {
   std::unique_ptr<Subcommand> (*make)();
 };
 
+// Of an application that somebody develops.
+bool HasConfiguration(const CommandRow& row) {
+  return row.operands.least > 0;
+}
+
 constexpr const char* kTry = "Try an application";
 constexpr const char* kTest = "Test an application";
 
@@ -42,6 +49,8 @@ const CommandRow kCommands[] = {
     {kTry, "run", kPage, "run your own page, with a prompt for phrases", MakeRunCommand},
     {kTry, "doctor", kNone, "report what this machine can play and show, and what to install",
      MakeDoctorCommand},
+    {kTry, "init", kPageAtMost, "write a configuration and a first test into the present folder",
+     MakeInitCommand},
     {kTest, "test-app", kPageAndScripts, "run voice scripts against an application", MakeTestAppCommand},
     {kTest, "items", kPage, "list what can be selected on a page; --png FILE: draw it", MakeItemsCommand},
     {kTest, "lint", kPage, "report what would make voice fail on a page", MakeLintCommand},
@@ -80,24 +89,72 @@ Status CheckOperands(const CommandRow& row, const std::vector<std::string>& oper
   return Fail("Unexpected \"" + operands[row.operands.most] + "\".", ErrorKind::kUsage);
 }
 
-Result<int> Execute(const CommandRow& row, Supervisor& supervisor, std::vector<std::string> arguments) {
+// A command with its options. Each parses arguments once.
+struct Declared {
+  explicit Declared(const CommandRow& row) : command(row.make()) {
+    app.set_help_flag();
+    command->Declare(app);
+    app.option_defaults()->group("Other");
+    if (HasConfiguration(row))
+      AddText(app, "--config", "FILE", "options of the project (default: corvis.json, if there is one)",
+              configuration);
+    app.set_help_flag("-h,--help", "print this help")->group("Other");
+  }
+
   CLI::App app;
-  app.set_help_flag();
-  const std::unique_ptr<Subcommand> command = row.make();
-  command->Declare(app);
-  app.set_help_flag("-h,--help", "print this help")->group("Other");
-  const auto parsed = ParseArguments(app, std::move(arguments));
-  if (parsed && parsed->is_help) {
-    return Print(HelpOf(row, app), kExitOk);
+  std::unique_ptr<Subcommand> command;
+  std::string configuration;
+};
+
+Result<int> WrongUsage(const CommandRow& row, const Error& error) {
+  return Fail(error.message + " See corvis " + row.name + " --help.", ErrorKind::kUsage);
+}
+
+Result<int> Execute(const CommandRow& row, Supervisor& supervisor, Declared& declared,
+                    const std::vector<std::string>& operands) {
+  const Status checked = CheckOperands(row, operands);
+  return checked ? declared.command->Execute(supervisor, operands) : WrongUsage(row, checked.error());
+}
+
+Result<int> ExecuteConfigured(const CommandRow& row, Supervisor& supervisor, const std::string& file,
+                              const std::vector<std::string>& given) {
+  const auto configuration = Configuration::Read(file, CommandsWithConfiguration());
+  if (!configuration) {
+    PrintLine(configuration.error().message);
+    return kExitUsage;
   }
-  const Status checked = parsed ? CheckOperands(row, parsed->operands) : Status(Fail(parsed.error()));
-  if (!checked) {
-    return Fail(checked.error().message + " See corvis " + row.name + " --help.", ErrorKind::kUsage);
-  }
-  return command->Execute(supervisor, parsed->operands);
+  Declared declared(row);
+  std::vector<std::string> arguments = configuration->ArgumentsFor(row.name, declared.app, given);
+  arguments.insert(arguments.end(), given.begin(), given.end());
+  const auto parsed = ParseArguments(declared.app, std::move(arguments));
+  if (!parsed) return WrongUsage(row, parsed.error());
+  return Execute(row, supervisor, declared,
+                 configuration->Operands(parsed->operands, &row.operands == &kPageAndScripts));
+}
+
+Result<int> Execute(const CommandRow& row, Supervisor& supervisor,
+                    const std::vector<std::string>& arguments) {
+  Declared declared(row);
+  const auto parsed = ParseArguments(declared.app, arguments);
+  if (!parsed) return WrongUsage(row, parsed.error());
+  if (parsed->is_help) return Print(HelpOf(row, declared.app), kExitOk);
+  const std::string file = HasConfiguration(row) ? ConfigurationFileOf(arguments) : "";
+  if (!file.empty()) return ExecuteConfigured(row, supervisor, file, arguments);
+  return Execute(row, supervisor, declared, parsed->operands);
 }
 
 }  // namespace
+
+ConfiguredCommands CommandsWithConfiguration() {
+  ConfiguredCommands commands;
+  for (const CommandRow& row : kCommands) {
+    if (!HasConfiguration(row)) continue;
+    commands[row.name] = [command = std::shared_ptr<Subcommand>(row.make())](CLI::App& app) {
+      command->Declare(app);
+    };
+  }
+  return commands;
+}
 
 Result<int> RunTool(Supervisor& supervisor, const std::vector<std::string>& arguments) {
   if (arguments.empty()) return Print(Usage(), kExitUsage);

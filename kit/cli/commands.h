@@ -10,6 +10,7 @@
 
 #include "app/supervisor.h"
 #include "base/result.h"
+#include "cli/configuration.h"
 #include "cli/exit_status.h"
 
 namespace corvis::kit {
@@ -29,11 +30,15 @@ class Subcommand {
 
 std::unique_ptr<Subcommand> MakeDemoCommand();
 std::unique_ptr<Subcommand> MakeRunCommand();
+std::unique_ptr<Subcommand> MakeInitCommand();
 std::unique_ptr<Subcommand> MakeTestAppCommand();
 std::unique_ptr<Subcommand> MakeItemsCommand();
 std::unique_ptr<Subcommand> MakeLintCommand();
 std::unique_ptr<Subcommand> MakePhrasesCommand();
 std::unique_ptr<Subcommand> MakeDoctorCommand();
+
+// The commands that read corvis.json.
+ConfiguredCommands CommandsWithConfiguration();
 
 // Runs the command that the arguments (without the program's name) name. Returns the exit status.
 Result<int> RunTool(Supervisor& supervisor, const std::vector<std::string>& arguments);
