@@ -15,10 +15,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 
 #include "app/bus_address.h"
 #include "app/process_tree.h"
@@ -68,8 +70,10 @@ class Keeper {
     if (!problem.empty()) return problem;
     bus_ = StartBus(socket);
     close(socket);
-    runtime_ = StartRuntime();
-    return bus_ > 0 && runtime_ > 0 ? "" : "Can't start a process; has this user reached a process limit?";
+    const bool has_server = !task_.commands.server.empty();
+    pid_t& first = has_server ? server_ : runtime_;
+    first = has_server ? StartServer() : StartRuntime();
+    return bus_ > 0 && first > 0 ? "" : "Can't start a process; has this user reached a process limit?";
   }
 
   std::string MakeFolder() {
@@ -127,7 +131,20 @@ class Keeper {
     // Don't look for the desktop's accessibility services: this bus has none.
     setenv("NO_AT_BRIDGE", "1", 1);
     setenv("GTK_A11Y", "none", 1);
-    Execute(task_.runtime);
+    Execute(task_.commands.runtime);
+  }
+
+  // In a process group of its own, because scripts end their group.
+  pid_t StartServer() const {
+    const pid_t process = StartChild();
+    if (process != 0) return process;
+    setpgid(0, 0);
+    SetOutput(task_.server_output);
+    if (!task_.commands.server_folder.empty() && chdir(task_.commands.server_folder.c_str()) != 0) {
+      std::perror(task_.commands.server_folder.c_str());
+      _exit(kNotExecuted);
+    }
+    Execute({"/bin/sh", "-c", task_.commands.server});
   }
 
   // Forks a child that gets SIGTERM when the keeper dies. Returns 0 in the child.
@@ -192,6 +209,8 @@ class Keeper {
       if (process == runtime_) {
         runtime_ = 0;
         Report(kReportRuntimeEnded, std::to_string(status));
+      } else if (process == server_) {
+        Report(kReportServerEnded, std::to_string(status));
       } else if (process == bus_) {
         Report(kReportBusEnded, std::to_string(status) + " " + BusLog());
       }
@@ -229,18 +248,17 @@ class Keeper {
   std::string folder_;
   pid_t bus_ = 0;
   pid_t runtime_ = 0;
+  pid_t server_ = 0;
 };
 
-// Moves both descriptors to the numbers after standard error and closes all others above.
-void KeepOnly(int& channel, int& output) {
-  constexpr int kChannel = STDERR_FILENO + 1;
-  constexpr int kOutput = kChannel + 1;
-  // Duplicate both to higher numbers first, so that neither dup3 overwrites the other.
-  const int high_channel = fcntl(channel, F_DUPFD, kOutput + 1);
-  const int high_output = fcntl(output, F_DUPFD, kOutput + 1);
-  channel = dup3(high_channel, kChannel, O_CLOEXEC);
-  output = dup3(high_output, kOutput, O_CLOEXEC);
-  close_range(kOutput + 1, ~0U, 0);
+// Moves the descriptors to the numbers after standard error and closes all others above.
+void KeepOnly(std::initializer_list<int*> descriptors) {
+  int next = STDERR_FILENO + 1;
+  const int end = next + static_cast<int>(descriptors.size());
+  // Duplicate all to higher numbers first, so that no dup3 overwrites another.
+  for (int* descriptor : descriptors) *descriptor = fcntl(*descriptor, F_DUPFD, end);
+  for (int* descriptor : descriptors) *descriptor = dup3(*descriptor, next++, O_CLOEXEC);
+  close_range(static_cast<unsigned>(end), ~0U, 0);
 }
 
 }  // namespace
@@ -254,7 +272,7 @@ void Keep(const KeeperTask& task, int channel) {
   sigprocmask(SIG_SETMASK, &all, nullptr);
   AdoptOrphans();
   KeeperTask own = task;
-  KeepOnly(channel, own.runtime_output);
+  KeepOnly({&channel, &own.runtime_output, &own.server_output});
   const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
   for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, standard);
   _exit(Keeper(own, channel).Run());

@@ -4,7 +4,8 @@
 #define CORVIS_KIT_APP_KEEPER_H_
 
 #include <string>
-#include <vector>
+
+#include "app/stage.h"
 
 namespace corvis::kit {
 
@@ -12,10 +13,10 @@ namespace corvis::kit {
 struct KeeperTask {
   // The folder in which the run's folder is created.
   std::string parent_folder;
-  // The runtime and its arguments.
-  std::vector<std::string> runtime;
-  // Descriptor for the runtime's standard output and error.
+  StageCommands commands;
+  // Descriptors for the standard output and error of the runtime and of the application's server.
   int runtime_output = -1;
+  int server_output = -1;
 };
 
 // The keeper's reports. Each is one packet: this byte, then a text.
@@ -24,15 +25,15 @@ enum KeeperReport : char {
   kReportStarted = 'S',
   // Starting failed, and the keeper ends. The text is an error message.
   kReportProblem = 'P',
-  // The runtime or the bus has ended. The text is its wait status in decimal; for the bus, a space and the
-  // last
-  // line of its output follow.
+  // The runtime, the application's server or the bus has ended. The text is its wait status in decimal; for
+  // the bus, a space and the last line of its output follow.
   kReportRuntimeEnded = 'R',
+  kReportServerEnded = 'V',
   kReportBusEnded = 'B',
 };
 
-// The one request to a keeper, a packet of this byte: start the runtime again, after ending what is left of
-// the last one. Answered with kReportStarted.
+// The one request to a keeper, a packet of this byte: start the runtime, after ending what is left of the
+// last one. Answered with kReportStarted.
 constexpr char kRequestRuntime = 'A';
 
 // The largest packet, in bytes.

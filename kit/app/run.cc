@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
 #include <string_view>
 #include <utility>
@@ -11,7 +12,9 @@
 #include "app/bus_address.h"
 #include "app/keeper.h"
 #include "app/process_tree.h"
+#include "app/server_probe.h"
 #include "app/stage.h"
+#include "output/text_forms.h"
 #include "service/main_loop.h"
 
 namespace corvis::kit {
@@ -71,6 +74,19 @@ Error EndOfRuntime(int wait_status, const std::string& last_sentence) {
   return {"The web runtime (corvis-tv) " + HowItEnded(wait_status) + ".", kind};
 }
 
+// Fails if the application's server can't be started, or if another one is there that would be mistaken for
+// it.
+Status CheckServer(const RunOptions& options) {
+  if (options.server.command.empty()) return {};
+  const ServerAddress address = AddressOf(options.page);
+  if (address.host.empty())
+    return Fail("--serve needs the URL of the server, for example --url http://localhost:5173.",
+                ErrorKind::kUsage);
+  if (!IsAnswering(address)) return {};
+  return Fail("A server answers at " + options.page + " already. End it, or leave out --serve to use it.",
+              ErrorKind::kUsage);
+}
+
 }  // namespace
 
 Places FindPlaces() {
@@ -102,6 +118,43 @@ struct Run::Parts {
     }
   }
 
+  void TakeServerLine(const std::string& line) {
+    constexpr size_t kMostLines = 20;
+    server_lines.push_back(line);
+    if (server_lines.size() > kMostLines) server_lines.pop_front();
+    if (sinks.server_line) sinks.server_line(line);
+  }
+
+  // The sentence, and what the server printed last.
+  std::string WithServerOutput(std::string sentence) const {
+    sentence += server_lines.empty() ? " It printed nothing." : " Its last output:";
+    for (const std::string& line : server_lines) sentence += "\n  " + ForTerminal(line);
+    return sentence;
+  }
+
+  void NoteServerEnd(const std::string& command, int wait_status) {
+    // It may have left a server in the background.
+    if (WIFEXITED(wait_status) && WEXITSTATUS(wait_status) == 0) return;
+    NoteEnd({WithServerOutput("The server (" + command + ") " + HowItEnded(wait_status) + "."),
+             ErrorKind::kNoApplication});
+  }
+
+  // Waits until the server answers, and starts the runtime.
+  Status StartAfterServer(const RunOptions& options) {
+    constexpr auto kInterval = std::chrono::milliseconds(50);
+    const ServerAddress address = AddressOf(options.page);
+    const auto end = std::chrono::steady_clock::now() + options.server.limit;
+    while (!IsInterrupted() && !IsAnswering(address)) {
+      if (std::chrono::steady_clock::now() >= end)
+        return Fail(WithServerOutput("The server (" + options.server.command + ") has not answered at " +
+                                     options.page + " within " +
+                                     std::to_string(options.server.limit.count()) + " s."),
+                    ErrorKind::kNoApplication);
+      RunFor(kInterval);
+    }
+    return IsInterrupted() ? Fail(*WhyWaitsEnd()) : stage->StartRuntimeAgain();
+  }
+
   void NoteEnd(Error reason) {
     if (ending) return;
     // The news of the last end may be late.
@@ -114,6 +167,7 @@ struct Run::Parts {
   bool is_ending = false;
   bool is_starting_again = false;
   std::string last_sentence;
+  std::deque<std::string> server_lines;
   std::unique_ptr<Error> ending;
   VoiceService service;
   std::unique_ptr<Conversation> conversation;
@@ -127,6 +181,7 @@ Run::~Run() {
 }
 
 Result<std::unique_ptr<Run>> Run::Start(Supervisor& supervisor, const RunOptions& options, RunSinks sinks) {
+  if (const Status checked = CheckServer(options); !checked) return Fail(checked.error());
   auto parts = std::make_unique<Parts>(std::move(sinks));
   StageEvents events;
   events.on_line = [&to = *parts](const std::string& line) { to.TakeLine(line); };
@@ -136,9 +191,18 @@ Result<std::unique_ptr<Run>> Run::Start(Supervisor& supervisor, const RunOptions
   events.on_broken = [&to = *parts](const std::string& sentence) {
     to.NoteEnd({sentence, ErrorKind::kNoEnvironment});
   };
-  auto stage = Stage::Start(supervisor, RuntimeCommand(options), std::move(events));
+  events.on_server_line = [&to = *parts](const std::string& line) { to.TakeServerLine(line); };
+  events.on_server_ended = [&to = *parts, command = options.server.command](int wait_status) {
+    to.NoteServerEnd(command, wait_status);
+  };
+  auto stage =
+      Stage::Start(supervisor, {RuntimeCommand(options), options.server.command, options.server.folder},
+                   std::move(events));
   if (!stage) return Fail(stage.error());
   parts->stage = std::move(*stage);
+  if (!options.server.command.empty()) {
+    if (const Status started = parts->StartAfterServer(options); !started) return Fail(started.error());
+  }
   setenv("DBUS_SESSION_BUS_ADDRESS", BusAddress(parts->stage->folder() + kBusSocket).c_str(), 1);
   if (const Status started = parts->service.Start(); !started)
     return Fail(parts->ending ? *parts->ending : started.error());

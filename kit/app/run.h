@@ -30,6 +30,15 @@ struct Places {
 // The paths in the build folder or installation that this program belongs to.
 Places FindPlaces();
 
+// The application's own server, which runs as long as the run.
+struct ServerOptions {
+  // A shell command, and the folder in which it is run; empty for none and for the present one.
+  std::string command;
+  std::string folder;
+  // How long it may take to answer.
+  std::chrono::seconds limit{60};
+};
+
 struct RunOptions {
   // A URL, an HTML file, or a folder with an index.html.
   std::string page;
@@ -47,6 +56,8 @@ struct RunOptions {
   std::chrono::milliseconds answer_timeout{5000};
   // Further options, passed to corvis-tv unchanged.
   std::vector<std::string> runtime_arguments;
+  // With a command, `page` is a URL of this server.
+  ServerOptions server;
   // The permissions that the page gets without a user's consent, by the names of corvis-tv.
   std::vector<std::string> grants;
   Places places = FindPlaces();
@@ -60,12 +71,15 @@ struct RunSinks {
   RuntimeControl::ConsoleSink console;
   // A line, without its newline, that the runtime or one of its libraries printed.
   std::function<void(const std::string& line)> runtime_line;
+  // The same of the application's server.
+  std::function<void(const std::string& line)> server_line = {};
 };
 
 class Run {
  public:
-  // Starts the processes and the voice service. Does not wait for the page; conversation().WaitForPage does.
-  // Fails with kNoEnvironment if a program is missing or the folder can't be created.
+  // Starts the processes, waits for the application's server if it has one, and starts the voice service.
+  // Does not wait for the page; conversation().WaitForPage does. Fails with kNoEnvironment if a program is
+  // missing or the folder can't be created.
   static Result<std::unique_ptr<Run>> Start(Supervisor& supervisor, const RunOptions& options,
                                             RunSinks sinks);
   // Ends every process of the run and removes its folder. Takes little more than two seconds if they don't

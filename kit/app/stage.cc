@@ -29,8 +29,6 @@ constexpr auto kStartTime = std::chrono::seconds(20);
 constexpr auto kEndTime = std::chrono::milliseconds(2700);
 // The time from the keeper's last report to its exit.
 constexpr auto kExitTime = std::chrono::milliseconds(100);
-// A longer line is passed on in parts.
-constexpr size_t kLongestLine = 1U << 20U;
 
 constexpr auto kReadable = GIOCondition(G_IO_IN | G_IO_HUP | G_IO_ERR);
 
@@ -66,27 +64,30 @@ Status CheckPrograms(const std::string& runtime) {
 }  // namespace
 
 Stage::Stage(Supervisor& supervisor, StageEvents events)
-    : supervisor_(supervisor), events_(std::move(events)) {
+    : supervisor_(supervisor),
+      events_(std::move(events)),
+      output_([this](const std::string& line) { events_.on_line(line); }),
+      server_output_([this](const std::string& line) { events_.on_server_line(line); }) {
   supervisor_.Attend(this);
 }
 
 Stage::~Stage() {
   is_ending_ = true;
   RemoveSource(reports_source_);
-  RemoveSource(output_source_);
+  output_.Unwatch();
+  server_output_.Unwatch();
   TellToEnd();
   WaitForKeeper();
   EndNow();
   supervisor_.Attend(nullptr);
   Close(reports_);
-  Close(output_);
 }
 
-Result<std::unique_ptr<Stage>> Stage::Start(Supervisor& supervisor, const std::vector<std::string>& runtime,
+Result<std::unique_ptr<Stage>> Stage::Start(Supervisor& supervisor, const StageCommands& commands,
                                             StageEvents events) {
-  if (const Status found = CheckPrograms(runtime.front()); !found) return Fail(found.error());
+  if (const Status found = CheckPrograms(commands.runtime.front()); !found) return Fail(found.error());
   std::unique_ptr<Stage> stage(new Stage(supervisor, std::move(events)));
-  if (const Status forked = stage->Fork(runtime); !forked) return Fail(forked.error());
+  if (const Status forked = stage->Fork(commands); !forked) return Fail(forked.error());
   stage->Watch();
   WaitUntil([&] { return !stage->folder_.empty() || !stage->problem_.empty(); }, kStartTime);
   if (!stage->folder_.empty()) return stage;
@@ -105,22 +106,22 @@ Status Stage::StartRuntimeAgain() {
   return Fail("The web runtime can't be started again.", ErrorKind::kNoEnvironment);
 }
 
-Status Stage::Fork(const std::vector<std::string>& runtime) {
+Status Stage::Fork(const StageCommands& commands) {
   const auto failure =
       Fail("Can't start the run's processes; has this user reached a limit of processes or open files?",
            ErrorKind::kNoEnvironment);
   int reports[2];
-  int output[2];
   if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, reports) != 0) return failure;
   const std::lock_guard lock(mutex_);
   reports_ = reports[0];
-  if (pipe2(output, O_CLOEXEC) == 0) {
-    output_ = output[0];
-    fcntl(output_, F_SETFL, O_NONBLOCK);
+  int output = output_.Open();
+  int server_output = commands.server.empty() ? output : server_output_.Open();
+  if (output >= 0 && server_output >= 0) {
     keeper_ = fork();
-    if (keeper_ == 0) Keep({TemporaryFolder(), runtime, output[1]}, reports[1]);
-    close(output[1]);
+    if (keeper_ == 0) Keep({TemporaryFolder(), commands, output, server_output}, reports[1]);
   }
+  if (server_output != output) Close(server_output);
+  Close(output);
   close(reports[1]);
   return keeper_ > 0 ? Status() : failure;
 }
@@ -130,13 +131,8 @@ void Stage::Watch() {
       reports_, kReadable,
       [](gint, GIOCondition, gpointer stage) -> gboolean { return static_cast<Stage*>(stage)->ReadReport(); },
       this);
-  output_source_ = g_unix_fd_add(
-      output_, kReadable,
-      [](gint, GIOCondition, gpointer stage) -> gboolean {
-        static_cast<Stage*>(stage)->ReadOutput();
-        return static_cast<Stage*>(stage)->output_source_ != 0;
-      },
-      this);
+  output_.Watch();
+  if (server_output_.descriptor() >= 0) server_output_.Watch();
 }
 
 bool Stage::ReadReport() {
@@ -163,30 +159,16 @@ void Stage::TakeReport(const std::string& report) {
   if (is_ending_) return;
   if (report[0] == kReportBusEnded)
     events_.on_broken("The run's bus (dbus-daemon) " + HowItEnded(status) + ":" + words);
+  if (report[0] == kReportServerEnded) {
+    while (server_output_.Read()) {
+    }
+    events_.on_server_ended(status);
+  }
   if (report[0] != kReportRuntimeEnded || is_starting_again_) return;
   // Everything that the runtime printed is in the pipe by now; read it before reporting the end.
-  while (ReadOutput()) {
+  while (output_.Read()) {
   }
   events_.on_runtime_ended(status);
-}
-
-// Returns false when nothing more can be read at the moment.
-bool Stage::ReadOutput() {
-  char text[65536];
-  const ssize_t size = read(output_, text, sizeof(text));
-  if (size > 0) TakeOutput(text, static_cast<size_t>(size));
-  if (size == 0) RemoveSource(output_source_);
-  return size > 0;
-}
-
-void Stage::TakeOutput(const char* text, size_t size) {
-  std::string_view left(text, size);
-  for (size_t end = 0; (end = left.find('\n')) != std::string_view::npos; left.remove_prefix(end + 1)) {
-    line_ += left.substr(0, end);
-    events_.on_line(std::exchange(line_, {}));
-  }
-  line_ += left;
-  if (line_.size() >= kLongestLine) events_.on_line(std::exchange(line_, {}));
 }
 
 void Stage::TellToEnd() const {
@@ -194,14 +176,16 @@ void Stage::TellToEnd() const {
   if (reports_ >= 0) shutdown(reports_, SHUT_WR);
 }
 
-// Keeps reading the runtime's output, because a full pipe would block the runtime.
+// Keeps reading the output, because a full pipe would block its writer.
 void Stage::WaitForKeeper() {
   const auto end = Clock::now() + kEndTime;
-  pollfd watched[] = {{reports_, POLLIN, 0}, {output_, POLLIN, 0}};
+  pollfd watched[] = {
+      {reports_, POLLIN, 0}, {output_.descriptor(), POLLIN, 0}, {server_output_.descriptor(), POLLIN, 0}};
   for (auto left = kEndTime; keeper_ > 0 && left.count() > 0;
        left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now())) {
     poll(watched, std::size(watched), static_cast<int>(left.count()));
-    if (watched[1].revents != 0 && !ReadOutput()) watched[1].fd = -1;
+    if (watched[1].revents != 0 && !output_.Read()) watched[1].fd = -1;
+    if (watched[2].revents != 0 && !server_output_.Read()) watched[2].fd = -1;
     char ignored[kReportSize];
     if (watched[0].revents != 0 && recv(reports_, ignored, sizeof(ignored), MSG_DONTWAIT) <= 0) return;
   }

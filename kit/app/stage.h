@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "app/line_pipe.h"
 #include "app/supervisor.h"
 #include "base/result.h"
 
@@ -23,21 +24,33 @@ struct StageEvents {
   std::function<void(int wait_status)> on_runtime_ended;
   // The bus or the keeper has ended, so the run can't continue.
   std::function<void(const std::string& sentence)> on_broken;
+  // A line that the application's server printed, and its end.
+  std::function<void(const std::string& line)> on_server_line = {};
+  std::function<void(int wait_status)> on_server_ended = {};
+};
+
+// What a stage starts.
+struct StageCommands {
+  // The program and its arguments.
+  std::vector<std::string> runtime;
+  // A shell command for the application's server, and the folder in which it is run; both may be empty.
+  std::string server;
+  std::string server_folder;
 };
 
 class Stage {
  public:
-  // Starts a bus and, on it, `runtime` (the program and its arguments). Fails with kNoEnvironment, or with
-  // the error that ends waits. `supervisor` ends the stage when the process must exit, and must outlive the
-  // stage.
-  static Result<std::unique_ptr<Stage>> Start(Supervisor& supervisor, const std::vector<std::string>& runtime,
+  // Starts a bus and, on it, the runtime; with a server the server instead, so that the runtime can be
+  // started once that answers. Fails with kNoEnvironment, or with the error that ends waits. `supervisor`
+  // ends the stage when the process must exit, and must outlive the stage.
+  static Result<std::unique_ptr<Stage>> Start(Supervisor& supervisor, const StageCommands& commands,
                                               StageEvents events);
   // Ends all processes within three seconds.
   ~Stage();
   Stage(const Stage&) = delete;
   Stage& operator=(const Stage&) = delete;
 
-  // Starts the runtime again after its end, of which nothing more is reported then.
+  // Starts the runtime after the server, or again after its end, of which nothing more is reported then.
   Status StartRuntimeAgain();
 
   // The run's folder.
@@ -51,23 +64,19 @@ class Stage {
  private:
   Stage(Supervisor& supervisor, StageEvents events);
 
-  Status Fork(const std::vector<std::string>& runtime);
+  Status Fork(const StageCommands& commands);
   void Watch();
   // Returns false when no more reports will come.
   bool ReadReport();
   void TakeReport(const std::string& report);
-  bool ReadOutput();
-  void TakeOutput(const char* text, size_t size);
   void WaitForKeeper();
 
   Supervisor& supervisor_;
   StageEvents events_;
-  // Main-loop sources for the keeper's reports and the runtime's output; 0 if absent.
+  // The main-loop source for the keeper's reports; 0 if absent.
   unsigned reports_source_ = 0;
-  unsigned output_source_ = 0;
-  int output_ = -1;
-  // The runtime's current line, still incomplete.
-  std::string line_;
+  LinePipe output_;
+  LinePipe server_output_;
   std::string folder_;
   std::string problem_;
   bool is_ending_ = false;

@@ -95,6 +95,20 @@ void AddStorageOptions(CLI::App& app, RunOptions& run) {
           [&run] { run.runtime_arguments.emplace_back("--ignore-tls-errors"); });
 }
 
+// Declares the options for the application's own server.
+void AddServerOptions(CLI::App& app, ApplicationOptions& options) {
+  app.option_defaults()->group("The application's server");
+  AddText(app, "--serve", "COMMAND",
+          "start the application's server with this shell command, end it with the run",
+          options.run.server.command);
+  AddText(app, "--url", "URL",
+          "the application's URL, instead of the operand; --serve waits until it answers", options.url);
+  AddText(app, "--serve-in", "DIR", "folder in which the server is started (default: the present one)",
+          options.run.server.folder);
+  AddTime(app, "--serve-timeout", "S", "time limit of the server's first answer in seconds",
+          options.run.server.limit);
+}
+
 // The page as the runtime expects it: a URL unchanged, an existing file or folder as an absolute path.
 Result<std::string> PageOf(const std::string& operand) {
   std::error_code ignored;
@@ -141,6 +155,7 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
   AddTime(app, "--timeout", "MS", "time limit of an answer; four times as long for loading and listen()",
           run.answer_timeout);
   AddLanguageOptions(app, options.language);
+  AddServerOptions(app, options);
 }
 
 void AddInspectOption(CLI::App& app, ApplicationOptions& options) {
@@ -178,10 +193,13 @@ Result<std::unique_ptr<Run>> StartApplication(Supervisor& supervisor, const std:
   const auto write_line = [kind = options.console, console](const std::string& line) {
     if (kind == "all" || !IsChatter(line)) console(ForTerminal(line));
   };
+  const auto write_server_line = [kind = options.console, console](const std::string& line) {
+    if (kind == "all") console("[server] " + ForTerminal(line));
+  };
   const auto report = [notice = std::move(notice)](const std::string& sentence) {
     notice(ForTerminal(sentence));
   };
-  auto started = Run::Start(supervisor, run, {report, write, write_line});
+  auto started = Run::Start(supervisor, run, {report, write, write_line, write_server_line});
   if (started) (*started)->conversation().set_phrases(language->phrases());
   return started;
 }

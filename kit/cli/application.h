@@ -21,6 +21,8 @@ struct ApplicationOptions {
   std::vector<std::string> key_codes;
   // The port of the inspector, "0" for any; empty for no inspector.
   std::string inspector_port;
+  // The application's URL, of --url, which the command gets as its operand.
+  std::string url;
   LanguageOptions language;
   // The console lines to print: "page" for the page's own, "errors" for its errors only, "all" to include
   // those of the script API, or "none".

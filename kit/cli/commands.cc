@@ -110,6 +110,14 @@ Result<int> WrongUsage(const CommandRow& row, const Error& error) {
   return Fail(error.message + " See corvis " + row.name + " --help.", ErrorKind::kUsage);
 }
 
+// The operands, after the application of --url.
+std::vector<std::string> OperandsOf(const CLI::App& app, const Arguments& parsed) {
+  std::vector<std::string> operands = parsed.operands;
+  const CLI::Option* url = app.get_option_no_throw("--url");
+  if (url != nullptr && url->count() > 0) operands.insert(operands.begin(), url->results().back());
+  return operands;
+}
+
 Result<int> Execute(const CommandRow& row, Supervisor& supervisor, Declared& declared,
                     const std::vector<std::string>& operands) {
   const Status checked = CheckOperands(row, operands);
@@ -128,8 +136,9 @@ Result<int> ExecuteConfigured(const CommandRow& row, Supervisor& supervisor, con
   arguments.insert(arguments.end(), given.begin(), given.end());
   const auto parsed = ParseArguments(declared.app, std::move(arguments));
   if (!parsed) return WrongUsage(row, parsed.error());
-  return Execute(row, supervisor, declared,
-                 configuration->Operands(parsed->operands, &row.operands == &kPageAndScripts));
+  return Execute(
+      row, supervisor, declared,
+      configuration->Operands(OperandsOf(declared.app, *parsed), &row.operands == &kPageAndScripts));
 }
 
 Result<int> Execute(const CommandRow& row, Supervisor& supervisor,
@@ -140,7 +149,7 @@ Result<int> Execute(const CommandRow& row, Supervisor& supervisor,
   if (parsed->is_help) return Print(HelpOf(row, declared.app), kExitOk);
   const std::string file = HasConfiguration(row) ? ConfigurationFileOf(arguments) : "";
   if (!file.empty()) return ExecuteConfigured(row, supervisor, file, arguments);
-  return Execute(row, supervisor, declared, parsed->operands);
+  return Execute(row, supervisor, declared, OperandsOf(declared.app, *parsed));
 }
 
 }  // namespace

@@ -194,6 +194,8 @@ class ConfigurationReader {
     std::vector<std::string> arguments;
     for (const std::string& text : *texts)
       arguments.push_back(name + "=" + (IsPath(option) ? PathOf(text) : text));
+    // The command's paths are relative to the file, too.
+    if (name == "--serve" && !folder_.empty()) arguments.push_back("--serve-in=" + folder_.string());
     return arguments;
   }
 

@@ -46,7 +46,7 @@ class StageTest : public testing::Test {
     return StartProgram({"/bin/sh", "-c", command});
   }
   Result<std::unique_ptr<Stage>> StartProgram(const std::vector<std::string>& program) {
-    return Stage::Start(supervisor_, program,
+    return Stage::Start(supervisor_, {program, {}, {}},
                         {[this](const std::string& line) { heard_ += line + "\n"; },
                          [this](int status) { heard_ += "the runtime " + HowItEnded(status) + "\n"; },
                          [this](const std::string& sentence) { heard_ += sentence + "\n"; }});
