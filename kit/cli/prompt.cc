@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cctype>
 #include <chrono>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <utility>
@@ -201,9 +202,28 @@ std::vector<std::string> Prompt::RecordOptions() const {
 
 void Prompt::Run() {
   while (!is_over_) {
+    is_reading_ = true;
     const std::optional<std::string> line = lines_.Next();
+    is_reading_ = false;
     if (!line) return;
     Handle(*line);
+    ReloadChanged();
+  }
+}
+
+void Prompt::TakeChange() {
+  is_changed_ = true;
+  if (!is_reading_) return;
+  is_reading_ = false;
+  ReloadChanged();
+  is_reading_ = true;
+}
+
+void Prompt::ReloadChanged() {
+  while (std::exchange(is_changed_, false)) {
+    const Status reloaded = conversation_.runtime().Reload();
+    lines_.Show(reloaded ? "The application has changed; the page has been reloaded."
+                         : reloaded.error().message);
   }
 }
 
@@ -401,6 +421,7 @@ void Prompt::ShowItemsOfSilentPage(const std::string& png_file) {
 
 void Prompt::SavePicture(const ItemList& items, const std::string& file) {
   const Result<std::string> picture = conversation_.PictureOf(items);
+  written_.insert(std::filesystem::absolute(file).lexically_normal().string());
   const Status saved = picture ? WriteOutputFile(file, *picture) : Status(Fail(picture.error()));
   lines_.Show(saved ? "Saved the screenshot as " + file + "." : saved.error().message);
 }

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,11 @@ class Prompt {
   // Reads lines until the end of input or "quit".
   void Run();
 
+  // The application's files have changed: reloads the page, once a running command is done.
+  void TakeChange();
+  // Whether the prompt has written this file, given by its absolute path.
+  bool HasWritten(const std::string& path) const { return written_.count(path) > 0; }
+
   // What could follow a typed text: commands, phrases and actions, or what the command, phrase or action that
   // it starts with can take.
   std::vector<std::string> Continuations(const std::string& typed) const;
@@ -43,6 +49,7 @@ class Prompt {
   static const std::vector<CommandRow>& Commands();
 
   void Handle(const std::string& line);
+  void ReloadChanged();
   void SendRaw(const std::string& text);
   void ShowTurn(const Turn& turn);
   // Runs and records a statement of voice scripts; `done` is shown on success.
@@ -88,6 +95,9 @@ class Prompt {
   Conversation& conversation_;
   LineSource& lines_;
   bool is_over_ = false;
+  bool is_reading_ = false;
+  bool is_changed_ = false;
+  std::set<std::string> written_;
   // The previous list, for items --diff.
   std::optional<ItemList> items_;
   Recorder recorder_;

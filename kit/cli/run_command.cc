@@ -1,10 +1,13 @@
 // corvis run: runs an application with a prompt for phrases.
 #include <unistd.h>
 
+#include <filesystem>
+
 #include "cli/application.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/exit_status.h"
+#include "cli/file_watch.h"
 #include "cli/json_session.h"
 #include "cli/line_source.h"
 #include "cli/prompt.h"
@@ -13,6 +16,14 @@
 namespace corvis::kit {
 
 namespace {
+
+// The folder with the files of an application; empty for that of a URL.
+std::string WatchedFolder(const std::string& application) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(application, ignored)) return application;
+  if (!std::filesystem::exists(application, ignored)) return "";
+  return std::filesystem::absolute(application).parent_path().string();
+}
 
 class RunCommand : public Subcommand {
  public:
@@ -23,6 +34,7 @@ class RunCommand : public Subcommand {
     options_.console = "page";
     AddApplicationOptions(app, Viewer::kPerson, options_);
     AddInspectOption(app, options_);
+    AddFlag(app, "--watch", "reload the page when a file of the application is saved", is_watching_);
     app.option_defaults()->group("For other programs");
     AddFlag(app, "--json", "read JSON commands from standard input, write JSON events to standard output",
             is_json_);
@@ -32,6 +44,8 @@ class RunCommand : public Subcommand {
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
+    if (is_watching_ && (is_json_ || WatchedFolder(operands[0]).empty()))
+      return Fail("--watch needs an HTML file or a folder, and a prompt.", ErrorKind::kUsage);
     if (is_json_) return ExecuteJson(supervisor, operands[0]);
     const std::unique_ptr<LineSource> lines = OpenStandardInput();
     const auto run = StartApplication(
@@ -47,7 +61,16 @@ class RunCommand : public Subcommand {
       // Nobody would say it again.
       (*run)->conversation().WaitToBeHeard();
     }
-    Prompt((*run)->conversation(), *lines).Run();
+    Prompt prompt((*run)->conversation(), *lines);
+    // A recording in the application's folder is no change of the page.
+    FileWatch watch([&prompt](const std::string& path) {
+      return std::filesystem::path(path).extension() == ".voice" || prompt.HasWritten(path);
+    });
+    watch.set_on_change([&] {
+      if (!watch.TakeChanges().empty()) prompt.TakeChange();
+    });
+    if (is_watching_) watch.Add(WatchedFolder(operands[0]));
+    prompt.Run();
     if (!lines->status()) return Fail(lines->status().error());
     const Error* reason = WhyWaitsEnd();
     const bool is_window_closed =
@@ -87,6 +110,7 @@ class RunCommand : public Subcommand {
 
   ApplicationOptions options_;
   bool is_json_ = false;
+  bool is_watching_ = false;
 };
 
 }  // namespace

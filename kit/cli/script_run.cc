@@ -3,13 +3,14 @@
 
 #include <unistd.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <utility>
 
 #include "cli/exit_status.h"
 #include "cli/last_failed.h"
+#include "cli/running_application.h"
 #include "events/events.h"
 #include "report/coverage.h"
 #include "report/reports.h"
@@ -34,15 +35,8 @@ Result<int> Print(const std::string& text) {
   return printed ? Result<int>(kExitOk) : Fail(printed.error());
 }
 
-// On a terminal, a line of another origin must not continue the line that shows the progress.
-void PrintLineBesideProgress(const std::string& line) {
-  if (isatty(STDOUT_FILENO) == 1 && isatty(STDERR_FILENO) == 1) std::fputs("\r\033[K", stderr);
-  PrintLine(line);
-}
-
-std::string WhyEmpty(const ScriptRunOptions& options) {
-  if (options.is_last_failed) return "None of the chosen tests failed when it last ran, so nothing is run.";
-  const SelectionOptions& selection = options.selection;
+std::string WhyEmpty(bool is_last_failed, const SelectionOptions& selection) {
+  if (is_last_failed) return "None of the chosen tests failed when it last ran, so nothing is run.";
   return "There are fewer scripts than shards, so the shard " + std::to_string(selection.shard) + "/" +
          std::to_string(selection.shards) + " has none and nothing is run.";
 }
@@ -62,9 +56,8 @@ class ScriptRun {
     }
   }
 
-  Result<int> Run(const std::string& application) {
+  Result<int> Run(RunningApplication& application) {
     events_.Take(BeginningOf(scripts_));
-    supervisor_.EndAfter(options_.total_timeout, kExitTimeOver);
     const Status status = RunAll(application);
     if (status) return End(StatusOfTotals());
     events_.Take(RunAborted{status.error().message});
@@ -87,30 +80,16 @@ class ScriptRun {
   }
 
   // Fails if the run can't start or can't continue.
-  Status RunAll(const std::string& application) {
-    const auto run = StartApplication(supervisor_, application, options_.application, PrintLineBesideProgress,
-                                      PrintLineBesideProgress);
-    if (!run) return Fail(run.error());
-    Conversation& conversation = (*run)->conversation();
-    conversation.WaitToBeHeard();
-    const auto note = [&](const Status& ready) {
-      const bool has_profile = !options_.application.run.profile.empty();
-      return ready ? conversation.NoteBeginning(PrivilegeUris(), has_profile) : ready;
-    };
-    if (const Status ready = note(WaitUntilLoaded(**run, options_.application)); !ready) return ready;
-    const auto start_again = [&] { return note((*run)->StartAgain(LoadingLimit(options_.application))); };
+  Status RunAll(RunningApplication& application) {
+    if (const Status ready = application.Begin(); !ready) return ready;
     Retries retries(events_, options_.retries);
-    ScriptRunner runner(conversation, retries, {options_.pace, ScreenshotFolder(), start_again, needs_page_});
+    const auto start_again = [&] { return application.StartAgain(); };
+    ScriptRunner runner(application.conversation(), retries,
+                        {options_.pace, ScreenshotFolder(options_), start_again, needs_page_});
     for (const VoiceScript& script : scripts_) retries.Run(runner, script);
     if (options_.is_coverage_reported || options_.least_coverage > 0) events_.Take(coverage_.Measure());
     const Error* obstacle = runner.Obstacle();
     return obstacle == nullptr ? Status() : Fail(*obstacle);
-  }
-
-  std::vector<std::string> PrivilegeUris() const {
-    std::vector<std::string> uris;
-    for (const std::string& name : options_.application.run.privileges) uris.push_back(PrivilegeUri(name));
-    return uris;
   }
 
   // The exit status of a completed run.
@@ -147,14 +126,6 @@ class ScriptRun {
     return status;
   }
 
-  std::string ScreenshotFolder() const {
-    const auto junit = options_.report_files.find("junit");
-    const bool has_junit = junit != options_.report_files.end() && !junit->second.empty();
-    if (!options_.screenshot_folder.empty() || !has_junit) return options_.screenshot_folder;
-    const std::string beside = std::filesystem::path(junit->second).parent_path();
-    return beside.empty() ? "." : beside;
-  }
-
   const Clock::time_point begin_ = Clock::now();
   Supervisor& supervisor_;
   const std::vector<VoiceScript> scripts_;
@@ -169,17 +140,43 @@ class ScriptRun {
 
 }  // namespace
 
+std::string ScreenshotFolder(const ScriptRunOptions& options) {
+  const auto junit = options.report_files.find("junit");
+  const bool has_junit = junit != options.report_files.end() && !junit->second.empty();
+  if (!options.screenshot_folder.empty() || !has_junit) return options.screenshot_folder;
+  const std::string beside = std::filesystem::path(junit->second).parent_path();
+  return beside.empty() ? "." : beside;
+}
+
 Result<int> RunScripts(Supervisor& supervisor, const std::string& application,
                        const std::vector<std::string>& operands, const ScriptRunOptions& options) {
+  RunningApplication running(supervisor, application, options.application);
+  LastFailed last_failed(application);
+  if (!options.is_list) supervisor.EndAfter(options.total_timeout, kExitTimeOver);
+  return RunChosen(supervisor, running, last_failed, operands, options, ScriptChoice());
+}
+
+Result<int> RunChosen(Supervisor& supervisor, RunningApplication& application, LastFailed& last_failed,
+                      const std::vector<std::string>& operands, const ScriptRunOptions& options,
+                      const ScriptChoice& choice) {
   const Result<SpokenLanguage> language = OpenLanguage(options.application.language);
   if (!language) return Fail(language.error());
-  LastFailed last_failed(application);
-  const auto selected = SelectScripts(operands, *language, options.selection,
-                                      [&](const VoiceScript& script, const ScriptTest& test) {
-                                        return !options.is_last_failed || last_failed.Contains(script, test);
-                                      });
+  const bool is_last_failed = options.is_last_failed || choice.is_last_failed;
+  auto selected = SelectScripts(operands, *language, options.selection,
+                                [&](const VoiceScript& script, const ScriptTest& test) {
+                                  return (!choice.includes || choice.includes(script.file)) &&
+                                         (!is_last_failed || last_failed.Contains(script, test));
+                                });
   if (!selected) return Fail(selected.error());
-  if (selected->empty()) PrintLine(WhyEmpty(options));
+  if (choice.includes && selected->empty()) return kExitOk;
+  if (choice.is_failed_first) {
+    std::stable_partition(selected->begin(), selected->end(), [&](const SelectedScript& one) {
+      const auto& tests = one.script.tests;
+      return std::any_of(tests.begin(), tests.end(),
+                         [&](const ScriptTest& test) { return last_failed.Contains(one.script, test); });
+    });
+  }
+  if (selected->empty()) PrintLine(WhyEmpty(is_last_failed, options.selection));
   if (options.is_list) return Print(ListOf(*selected));
   ScriptRun run(supervisor, ScriptsOf(*selected), options, last_failed);
   return selected->empty() ? run.RunNone() : run.Run(application);

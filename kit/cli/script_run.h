@@ -4,6 +4,7 @@
 #define CORVIS_KIT_CLI_SCRIPT_RUN_H_
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -14,6 +15,9 @@
 #include "cli/script_selection.h"
 
 namespace corvis::kit {
+
+class LastFailed;
+class RunningApplication;
 
 struct ScriptRunOptions {
   ApplicationOptions application;
@@ -40,10 +44,27 @@ struct ScriptRunOptions {
   std::chrono::milliseconds pace{0};
 };
 
+// What to run of the scripts, besides the options.
+struct ScriptChoice {
+  // Whether a script takes part; all if empty. If none does, nothing is run or reported.
+  std::function<bool(const std::string& file)> includes;
+  bool is_last_failed = false;
+  // Whether scripts with tests that failed when they last ran come first.
+  bool is_failed_first = false;
+};
+
+// The folder for screenshots of failures; empty for none.
+std::string ScreenshotFolder(const ScriptRunOptions& options);
+
 // Chooses the scripts of the operands (cli/script_selection.h) and runs them. If one has mistakes, prints
 // them on standard error and runs none. Returns the exit status.
 Result<int> RunScripts(Supervisor& supervisor, const std::string& application,
                        const std::vector<std::string>& operands, const ScriptRunOptions& options);
+
+// The same for an application that may run already. The run has no time limit of its own.
+Result<int> RunChosen(Supervisor& supervisor, RunningApplication& application, LastFailed& last_failed,
+                      const std::vector<std::string>& operands, const ScriptRunOptions& options,
+                      const ScriptChoice& choice);
 
 }  // namespace corvis::kit
 

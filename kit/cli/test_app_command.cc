@@ -3,6 +3,7 @@
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/script_run.h"
+#include "cli/watch_run.h"
 #include "report/reports.h"
 
 namespace corvis::kit {
@@ -20,6 +21,8 @@ class TestAppCommand : public Subcommand {
     options_.application.console = "errors";
     AddSelectionOptions(app, options_.selection);
     AddFlag(app, "--last-failed", "run the tests that failed when they last ran", options_.is_last_failed);
+    AddFlag(app, "--watch", "run what a change of the scripts or the application affects, until q",
+            is_watching_);
     AddFlag(app, "--list", "list the tests and start nothing", options_.is_list);
     DeclareReports(app);
     app.option_defaults()->group("Retries");
@@ -40,7 +43,9 @@ class TestAppCommand : public Subcommand {
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
-    return RunScripts(supervisor, operands[0], {operands.begin() + 1, operands.end()}, options_);
+    const std::vector<std::string> scripts(operands.begin() + 1, operands.end());
+    return is_watching_ ? WatchScripts(supervisor, operands[0], scripts, options_)
+                        : RunScripts(supervisor, operands[0], scripts, options_);
   }
 
  private:
@@ -64,6 +69,7 @@ class TestAppCommand : public Subcommand {
   }
 
   ScriptRunOptions options_;
+  bool is_watching_ = false;
 };
 
 }  // namespace

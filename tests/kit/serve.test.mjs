@@ -100,7 +100,7 @@ test('a server that ends, never answers or can be mistaken is an error with its 
     assert.equal(result.code, code, result.text);
     assert.match(result.text, printed);
   }
-  refused.on('connection', (socket) => socket.end('HTTP/1.1 200 OK\r\n\r\n'));
+  refused.on('connection', (socket) => socket.on('error', () => {}).end('HTTP/1.1 200 OK\r\n\r\n'));
   await new Promise((resolve) => refused.listen(port, 'localhost', resolve));
   const result = await run(['lint', ...serve], { cwd: folder });
   refused.close();
