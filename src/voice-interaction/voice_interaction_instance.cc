@@ -79,6 +79,7 @@ void VoiceInteractionInstance::RegisterHandler(const char* name, SyncHandler han
 }
 
 void VoiceInteractionInstance::ReportFailure(const char* message, picojson::object& out) noexcept {
+  MODULE_ERROR_F("%s", message);
   CORVIS_LOG_REPORTING_ERROR();
   try {
     ReportError({"UnknownError", message}, out);

@@ -146,7 +146,8 @@ TEST_F(ChannelTest, WhatIsThrownWithinACallbackIsLogged) {
               ErrorReply("SecurityError", "Microphone PrivilegeException"));
     EXPECT_EQ(runtime->Call(page, kListen), ErrorReply("UnknownError", line + 2));
     platform().on_call = nullptr;
-    for (const char* function : {" OnMessageReceived(", " OnReceivedInitEvent(", " CheckPrivilege("}) {
+    for (const char* function :
+         {" OnMessageReceived(", " OnReceivedInitEvent(", " CheckPrivilege(", " ReportFailure("}) {
       EXPECT_THAT(platform().LogWith(function), Contains(EndsWith(line)));
     }
     platform().log.clear();
