@@ -7,9 +7,11 @@ import { test } from 'node:test';
 import { root, run, scratchFolder, until, writePage } from '../../testing/corvis.mjs';
 
 const page = `<button>Play it</button><button>Pläne</button><p id="state">ready</p><script>
+  var timer;
   corvis.voiceinteraction.setCallback({
     onpause: function () { setTimeout(function () { console.log('later \\u001b[31m'); }, 300); },
-    onplay: function () { return 'played'; },
+    onstop: function () { timer = setInterval(function () { console.log('tick'); }, 200); },
+    onplay: function () { clearInterval(timer); return 'played'; },
     onzoom: function () { return true; }
   });
   corvis.voiceinteraction.listen();
@@ -38,7 +40,7 @@ async function terminal(t, { state = scratchFolder(t), rows = 200, options = '' 
     }
   };
   const type = (keys) => child.stdin.write(keys);
-  await shows('log: listening', '> ');
+  await shows('log: listening', '\n> ');
   return { type, shows, exited, folder, state, text: () => text };
 }
 
@@ -47,7 +49,7 @@ test('a line is completed, edited and repeated; a console line leaves it alone',
   type('pau\t');
   await shows('se ');
   type('\n');
-  await shows('ACTION_PAUSE  ->  success', '> ');
+  await shows('ACTION_PAUSE  ->  success', '\n> ');
   type('pley\b\b');
   await shows('[page] log: later \\x1b[31m', '> pl');
   type('ay\n');
@@ -73,20 +75,20 @@ test('Tab offers what the beginning of a line can take', async (t) => {
   for (const [typed, ...parts] of rows) {
     type(typed);
     for (const part of parts) await (/[\n^]$/.test(part) ? type(part.replace('^', '\u0003')) : shows(part));
-    await shows('> ');
+    await shows('\n> ');
   }
 });
 
 test('Ctrl-C clears a half-written line, on an empty one it ends the run; lines are kept for the next run', async (t) => {
   const first = await terminal(t);
   first.type('show "#state"\n');
-  await first.shows('ready', '> ');
+  await first.shows('ready', '\n> ');
   first.type(' pause\n');
-  await first.shows('ACTION_PAUSE  ->  success', '> ');
+  await first.shows('ACTION_PAUSE  ->  success', '\n> ');
   first.type('pau\u0003');
-  await first.shows('^C', '> ');
+  await first.shows('^C', '\n> ');
   first.type('play\n');
-  await first.shows('ACTION_PLAY  ->  played', '> ');
+  await first.shows('ACTION_PLAY  ->  played', '\n> ');
   first.type('\u0003');
   assert.equal(await first.exited, 130);
   const file = path.join(first.state, 'corvis', 'history');
@@ -96,9 +98,9 @@ test('Ctrl-C clears a half-written line, on an empty one it ends the run; lines 
   writeFileSync(file, `${'x\n'.repeat(3000)}hostile \u001b[2J\nshow "#state"\n`);
   const second = await terminal(t, { state: first.state });
   second.type('\u001b[A\n');
-  await second.shows('ready', '> ');
+  await second.shows('ready', '\n> ');
   second.type('play\n');
-  await second.shows('played', '> ');
+  await second.shows('played', '\n> ');
   assert.match(readFileSync(file, 'utf8'), /^(x\n){999}show "#state"\nplay\n$/);
   second.type('\u0004');
   assert.equal(await second.exited, 0);
@@ -106,14 +108,16 @@ test('Ctrl-C clears a half-written line, on an empty one it ends the run; lines 
 
 test('a console line is above a text of several rows; long lists have pages', async (t) => {
   const { type, shows, text } = await terminal(t, { rows: 12 });
-  type('pause\n');
-  await shows('success', '> ');
+  type('say stop\n');
+  await shows('ACTION_STOP  ->  success', '\n> ');
   const long = `say ${'long '.repeat(40)}`;
   type(long);
-  await shows('[page] log: later', `> ${long.slice(0, 70)}`);
-  assert.ok(text().includes('\u001b[A\u001b[A\r\u001b[J[page] log: later'), text());
+  // Two rows up is where the text begins.
+  await shows('\u001b[A\u001b[A\r\u001b[J[page] log: tick', `> ${long.slice(0, 70)}`);
   type('\u0003');
-  await shows('^C', '> ');
+  await shows('^C', '\n> ');
+  type('play\n');
+  await shows('ACTION_PLAY  ->  played', '\n> ');
   type('help\n');
   await shows('Commands', '-- Space: next page, q: end --');
   type(' ');

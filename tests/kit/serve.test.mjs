@@ -20,13 +20,17 @@ const listener = createServer((request, response) =>
 setTimeout(() => listener.listen(Number(process.argv[2]), 'localhost'), 400);
 `;
 
-// A port that nobody listens on.
+// A port that nobody listens on, below those that the system gives to others.
 async function freePort() {
-  const listener = createServer();
-  await new Promise((resolve) => listener.listen(0, 'localhost', resolve));
-  const { port } = listener.address();
-  await new Promise((resolve) => listener.close(resolve));
-  return port;
+  for (;;) {
+    const port = 20000 + Math.floor(Math.random() * 10000);
+    const listener = createServer();
+    const isFree = await new Promise((resolve) => {
+      listener.on('error', () => resolve(false)).listen(port, 'localhost', () => resolve(true));
+    });
+    await new Promise((resolve) => listener.close(resolve));
+    if (isFree) return port;
+  }
 }
 
 async function project(t) {

@@ -12,7 +12,11 @@ const page = (text) => `<!doctype html><p id="state">${text}</p>
 // printed something more; what came before it is returned.
 function watch(t, args, state = 'first') {
   const folder = scratchFolder(t);
-  const write = (name, text) => writeFileSync(path.join(folder, name), text);
+  // At once, so that no half of it is seen.
+  const write = (name, text) => {
+    writeFileSync(path.join(folder, '.new'), text);
+    renameSync(path.join(folder, '.new'), path.join(folder, name));
+  };
   for (const name of ['app/part', 'app/node_modules', 'app/.cache', 'scripts'])
     mkdirSync(path.join(folder, name), { recursive: true });
   write('app/index.html', page(state));
