@@ -22,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kKeys =
-    "Waiting for changes. Keys: a = all, f = failed, Enter = the same again, q = quit\n";
+    "Waiting for changes. Keys: a = all, f = failed, Enter = the same again, q = quit";
 
 std::string Absolute(const std::string& path) {
   std::error_code ignored;
@@ -76,7 +76,7 @@ class WatchRun {
       if (!status && was_first && IsFinal(status.error())) return status;
       if (!status) PrintError(status.error());
       status_ = status ? *status : StatusOf(status.error().kind);
-      if (const Status printed = WriteStandardOutput(kKeys); !printed) return Fail(printed.error());
+      if (const Status printed = ListKeys(); !printed) return Fail(printed.error());
     }
     const Error* reason = WhyWaitsEnd();
     return reason == nullptr ? Result<int>(status_) : Fail(*reason);
@@ -88,6 +88,13 @@ class WatchRun {
     const fs::path file(path);
     return reports_.count(path) > 0 || path == pictures_ ||
            (!pictures_.empty() && file.parent_path() == pictures_ && file.extension() == ".png");
+  }
+
+  // Programs that read JSON get nothing else.
+  Status ListKeys() const {
+    if (options_.report != "json") return WriteStandardOutput(std::string(kKeys) + "\n");
+    PrintLine(kKeys);
+    return {};
   }
 
   // Whether a first run that fails so can't be helped by saving a file. A script's mistakes, which have been
