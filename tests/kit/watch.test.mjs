@@ -21,8 +21,8 @@ function watch(t, args, state = 'first') {
     mkdirSync(path.join(folder, name), { recursive: true });
   write('app/index.html', page(state));
   write('app/part/state.js', '');
-  write('scripts/a.voice', 'show "#state" is "first"\n');
-  write('scripts/b.voice', 'value "1 + 1" is "2"\n');
+  write('scripts/a.voice', 'timeout 1 s\nshow "#state" is "first"\n');
+  write('scripts/b.voice', 'timeout 1 s\nvalue "1 + 1" is "2"\n');
   const command = start(args, { cwd: folder, env: { XDG_STATE_HOME: path.join(folder, 'state') } });
   t.after(() => command.child.kill('SIGKILL'));
   let seen = 0;
@@ -63,32 +63,26 @@ test('the prompt goes on with a page that was saved', async (t) => {
 const keys = 'Waiting for changes. Keys: a = all, f = failed, Enter = the same again, q = quit\n';
 
 test('scripts run again when they or the application are saved, those that failed first', async (t) => {
-  const { write, shows, type, exited } = watch(t, [
-    'test-app',
-    '--tap',
-    '--timeout',
-    '500',
-    '--watch',
-    '--junit',
-    'app/r.xml',
-    'app',
-    'scripts',
-  ]);
-  assert.match(await shows(keys), /^ok 1 - scripts\/a[^]*^ok 2 - scripts\/b/m);
-  write('scripts/b.voice', 'value "1 + 1" is "3"\n');
-  assert.match(await shows(keys), /^1\.\.1$[^]*^not ok 1 - scripts\/b/m);
+  const args = ['test-app', '--tap', '--watch', '--junit', 'app/r.xml', 'app', 'scripts'];
+  const { write, shows, type, exited } = watch(t, args);
+  const save = (name, statement) => write(`scripts/${name}.voice`, `timeout 1 s\n${statement}\n`);
+  assert.match(await shows(keys), /^ok 2 - scripts\/a[^]*^ok 4 - scripts\/b/m);
+  save('b', 'value "1 + 1" is "3"');
+  assert.match(await shows(keys), /^1\.\.2$[^]*^not ok 2 - scripts\/b/m);
   write('app/index.html', page('second'));
-  assert.match(await shows(keys), /^1\.\.2\n[^]*^not ok 1 - scripts\/b[^]*^not ok 2 - scripts\/a/m);
-  write('scripts/a.voice', 'show "#state" equals "x"\n');
-  assert.match(await shows(keys), /scripts\/a\.voice:1:15: Unknown comparison/);
-  write('scripts/a.voice', 'show "#state" is "second"\n');
-  assert.match(await shows(keys), /^1\.\.1\n[^]*^ok 1 - scripts\/a/m);
-  type('f\n');
-  assert.match(await shows(keys), /^1\.\.1\n[^]*^not ok 1 - scripts\/b/m);
-  type('\n');
-  assert.match(await shows(keys), /^1\.\.1\n[^]*^not ok 1 - scripts\/b/m);
-  type('a\n');
-  assert.match(await shows(keys), /^1\.\.2\n/m);
+  assert.match(await shows(keys), /^1\.\.4\n[^]*^not ok 2 - scripts\/b[^]*^not ok 4 - scripts\/a/m);
+  save('a', 'show "#state" equals "x"');
+  assert.match(await shows(keys), /scripts\/a\.voice:2:15: Unknown comparison/);
+  save('a', 'show "#state" is "second"');
+  assert.match(await shows(keys), /^1\.\.2\n[^]*^ok 2 - scripts\/a/m);
+  for (const [key, results] of [
+    ['f', /^1\.\.2\n[^]*^not ok 2 - scripts\/b/m],
+    ['', /^1\.\.2\n[^]*^not ok 2 - scripts\/b/m],
+    ['a', /^1\.\.4\n/m],
+  ]) {
+    type(`${key}\n`);
+    assert.match(await shows(keys), results);
+  }
   type('q\n');
   assert.equal((await exited).code, 1);
 });
