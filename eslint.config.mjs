@@ -27,7 +27,7 @@ export default [
   },
   {
     // Functions in these files also run inside pages.
-    files: ['{tests,testing,bench}/**/*.mjs', 'npm/**/*.js', 'kit/report/html/*.js'],
+    files: ['{tests,testing,bench,tools}/**/*.mjs', 'npm/**/*.js', 'kit/report/html/*.js'],
     languageOptions: { globals: { ...globals.browser } },
   },
   {

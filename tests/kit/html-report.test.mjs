@@ -163,6 +163,23 @@ test('coverage is a picture of all callbacks; on paper everything is unfolded', 
   assert.deepEqual(problems, []);
 });
 
+test('a test that passed on a retry is flaky, and both attempts are shown', async (t) => {
+  const loads = `<script>
+    localStorage.loads = 1 + Number(localStorage.loads || 0);
+    corvis.voiceinteraction.setCallback({ onplay: function () { return localStorage.loads; } });
+    corvis.voiceinteraction.listen();
+  </script>`;
+  const second = 'test "the second time"\nsay play\nexpect "2"\n';
+  const options = ['--retries', '1', '--profile', 'profile', '--html', 'r.html'];
+  const { folder, text } = await testApp(t, loads, second, options);
+  const { page, problems } = await openReport(path.join(folder, 'r.html'));
+  assert.match(await page.locator('h1').innerText(), /1 flaky$/, text);
+  assert.deepEqual(await textOf(page, '.attempt'), ['Attempt 2']);
+  const marks = page.locator('.step .mark > :first-child');
+  assert.deepEqual(await marks.allInnerTexts(), ['✓', '✗', '✓', '✓']);
+  assert.deepEqual(problems, []);
+});
+
 test('JSON events contain what the page showed if asked, each picture once', async (t) => {
   const { text } = await testApp(t, application, script, ['--json-details']);
   const events = jsonLines(text);

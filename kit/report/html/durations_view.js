@@ -1,7 +1,8 @@
 // Draws what took how long.
-import { duration, h, mark } from './elements.js';
+import { duration, h, mark, table } from './elements.js';
 
 const mostSteps = 20;
+const wide = { class: 'durations' };
 
 function bar(ms, longest) {
   return h(
@@ -9,11 +10,6 @@ function bar(ms, longest) {
     { class: 'bar', 'aria-hidden': 'true' },
     h('span', { '--share': `${(100 * ms) / (longest || 1)}%` })
   );
-}
-
-function table(heads, rows) {
-  const head = heads.map((text) => h('th', { scope: 'col' }, text));
-  return h('table', { class: 'durations' }, h('thead', {}, h('tr', {}, head)), h('tbody', {}, rows));
 }
 
 function slowest(entries, open) {
@@ -69,10 +65,10 @@ export function durationsView(run, open) {
   return [
     h('h2', {}, 'Durations'),
     h('h3', {}, 'The slowest tests'),
-    table(['Test', 'Place', 'Time', ''], slowest(tests.map(testRow), open)),
+    table(['Test', 'Place', 'Time', ''], slowest(tests.map(testRow), open), wide),
     h('h3', {}, 'The slowest steps'),
-    table(['Step', 'Place', 'Time', ''], slowest(steps.map(stepRow), open)),
+    table(['Step', 'Place', 'Time', ''], slowest(steps.map(stepRow), open), wide),
     h('h3', {}, 'Times to the answer'),
-    table(['Action', 'Answers', 'Median', 'Slowest', ''], answers.map(cells)),
+    table(['Action', 'Answers', 'Median', 'Slowest', ''], answers.map(cells), wide),
   ];
 }

@@ -47,5 +47,11 @@ export function duration(ms) {
     : `${Math.floor(ms / 60_000)} min ${Math.round((ms % 60_000) / 1000)} s`;
 }
 
+/** A table with a row of heads. */
+export function table(heads, rows, attributes = {}) {
+  const head = heads.map((text) => h('th', { scope: 'col' }, text));
+  return h('table', attributes, h('thead', {}, h('tr', {}, head)), h('tbody', {}, rows));
+}
+
 /** "1 step", "2 steps". */
 export const count = (number, noun) => `${number} ${noun}${number === 1 ? '' : 's'}`;

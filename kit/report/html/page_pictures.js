@@ -1,5 +1,5 @@
 // Draws the page before and after a step: its picture, with the items as boxes with numbers.
-import { h, svg } from './elements.js';
+import { h, svg, table } from './elements.js';
 import { compareItems } from './run.js';
 
 let images;
@@ -9,6 +9,8 @@ function imageOf(view) {
   images ??= JSON.parse(document.getElementById('pictures').textContent);
   return Object.hasOwn(images, view.picture ?? '') ? images[view.picture] : undefined;
 }
+
+const isOnScreen = ({ width, height }) => width > 0 && height > 0;
 
 function label(item, width, size) {
   const text = String(item.number);
@@ -26,7 +28,7 @@ function label(item, width, size) {
 
 function boxes(view, changes) {
   const size = view.width / 72;
-  const shown = changes.filter(({ item }) => item.width > 0 && item.height > 0);
+  const shown = changes.filter(({ item }) => isOnScreen(item));
   const group = ({ item, change }) =>
     svg(
       'g',
@@ -89,12 +91,16 @@ function row({ item, old, change }) {
     { class: change },
     h('td', { class: 'number' }, change === 'vanished' ? '' : String(item.number)),
     h('td', {}, item.title),
-    h('td', { class: 'number' }, `${item.x}, ${item.y}`),
-    h('td', { class: 'number' }, `${item.width} × ${item.height}`),
+    h('td', { class: 'number' }, isOnScreen(item) && `${item.x}, ${item.y}`),
+    h('td', { class: 'number' }, isOnScreen(item) ? `${item.width} × ${item.height}` : 'not on the screen'),
     h(
       'td',
       {},
-      [moved, item.focused && change !== 'focused' && 'has focus', item.visible === false && 'not visible']
+      [
+        moved,
+        item.focused && change !== 'focused' && 'has focus',
+        isOnScreen(item) && item.visible === false && 'not visible',
+      ]
         .filter(Boolean)
         .join(', ')
     )
@@ -104,19 +110,9 @@ function row({ item, old, change }) {
 /** The items after a step and what changed, as a table. */
 export function itemTable({ before, after }) {
   if (!after || (after.items.length === 0 && !before?.items.length)) return null;
-  const heads = ['Number', 'Title', 'Position', 'Size', 'Change'].map((text) =>
-    h('th', { scope: 'col' }, text)
-  );
   const changes = compareItems(before, after);
-  return h(
-    'table',
-    { class: 'items' },
-    h('thead', {}, h('tr', {}, heads)),
-    h(
-      'tbody',
-      {},
-      changes.filter(({ change }) => change).map(row),
-      changes.filter(({ change }) => !change).map(row)
-    )
+  const rows = [...changes.filter(({ change }) => change), ...changes.filter(({ change }) => !change)].map(
+    row
   );
+  return table(['Number', 'Title', 'Position', 'Size', 'Change'], rows, { class: 'items' });
 }

@@ -1,5 +1,5 @@
 // Draws what is known about one step.
-import { count, duration, h, mark } from './elements.js';
+import { count, duration, h, mark, table } from './elements.js';
 import { itemTable, pagePictures } from './page_pictures.js';
 import { failingPart } from './run.js';
 
@@ -30,10 +30,18 @@ function failure(step) {
   );
 }
 
+// What was said before a step that says nothing itself, such as an expectation.
+function lastSaid(step) {
+  const earlier = step.test.steps.slice(0, step.index).reverse();
+  const said = step.said === undefined && earlier.find((other) => other.said !== undefined);
+  return said && `${said.said} → ${said.answer ?? 'no answer'}`;
+}
+
 function facts(step) {
   const answered = step.answer !== undefined;
   const rows = [
     ['Said', step.said],
+    ['After', lastSaid(step)],
     ['Action', step.action],
     ['Data', step.data],
     ['Answer', answered ? step.answer : step.action && 'none'],
@@ -52,6 +60,20 @@ function facts(step) {
   );
 }
 
+// Hides the boxes of the items, and shows them again.
+function numbersButton() {
+  const { classList } = document.body;
+  const button = h(
+    'button',
+    { class: 'chip numbers', 'aria-pressed': String(!classList.contains('bare')) },
+    'numbers'
+  );
+  button.addEventListener('click', () =>
+    button.setAttribute('aria-pressed', String(!classList.toggle('bare')))
+  );
+  return button;
+}
+
 function section(title, ...content) {
   return h('section', {}, h('h4', {}, title), content);
 }
@@ -67,22 +89,25 @@ function consoleLines(step) {
   return section('Console', h('ul', { class: 'console' }, lines.map(row)));
 }
 
+// The address without the origin of a folder's own server, which differs in each run.
+function shortAddress(url) {
+  return url.replace(/^http:\/\/[\w-]+\.localhost:\d+(?=\/)/, '');
+}
+
 function requests(step) {
   if (step.requests.length === 0) return null;
-  const heads = ['Kind', 'Address', 'Status', 'Time'].map((text) => h('th', { scope: 'col' }, text));
+  const hasStatus = step.requests.some(({ status }) => status > 0);
+  const heads = ['Kind', 'Address', hasStatus && 'Status', 'Time'].filter(Boolean);
   const row = ({ kind, url, status, ms }) =>
     h(
       'tr',
       { class: status >= 400 ? 'bad' : '' },
       h('td', {}, kind),
-      h('td', { class: 'url' }, url),
-      h('td', { class: 'number' }, status || '–'),
+      h('td', { class: 'url', title: url }, shortAddress(url)),
+      hasStatus && h('td', { class: 'number' }, status || '–'),
       h('td', { class: 'number' }, duration(ms))
     );
-  return section(
-    'Network',
-    h('table', {}, h('thead', {}, h('tr', {}, heads)), h('tbody', {}, step.requests.map(row)))
-  );
+  return section('Network', table(heads, step.requests.map(row)));
 }
 
 /** The details of a step, under a heading. */
@@ -95,9 +120,9 @@ export function stepDetails(step) {
     sourceLine(step),
     failure(step),
     facts(step),
-    pictures && section('The page', pictures),
+    pictures && section('The page', numbersButton(), pictures),
     consoleLines(step),
-    requests(step),
     items && section('Items', h('div', { class: 'scroll' }, items)),
+    requests(step),
   ];
 }
