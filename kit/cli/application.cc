@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "cli/command_line.h"
+#include "corvis_tv/permissions.h"
 #include "corvis_tv/remote_keys.h"
 #include "output/text_forms.h"
 #include "service/wire.h"
@@ -62,6 +63,10 @@ std::string CheckKey(const std::string& value) {
   return is_key ? "" : "a key of the remote control and its keyCode, such as Back=27";
 }
 
+std::string CheckGrant(const std::string& value) {
+  return tv::IsPermission(value) ? "" : "one of " + tv::PermissionList();
+}
+
 std::string CheckUserAgent(const std::string& value) {
   const bool is_header = !value.empty() && std::none_of(value.begin(), value.end(), [](char letter) {
     return letter < ' ' || letter > '~';
@@ -70,12 +75,13 @@ std::string CheckUserAgent(const std::string& value) {
 }
 
 // Whether a line of the runtime's standard error is of the libraries that play media, which report each
-// device and plug-in that a machine doesn't have.
+// device and plug-in that a machine doesn't have, or of the inspector, which has no icon for browsers.
 bool IsChatter(const std::string& line) {
   constexpr const char* kBeginnings[] = {"ALSA lib ", "AL lib: ", "(WebKit", "** (WebKit",
                                          "libva ",    "libEGL ",  "MESA",    "WebKit wasn't able"};
-  return line.empty() || std::any_of(std::begin(kBeginnings), std::end(kBeginnings),
-                                     [&line](const char* text) { return line.rfind(text, 0) == 0; });
+  return line.empty() || line.find("Failed to load inspector resource") != std::string::npos ||
+         std::any_of(std::begin(kBeginnings), std::end(kBeginnings),
+                     [&line](const char* text) { return line.rfind(text, 0) == 0; });
 }
 
 bool IsSet(const char* variable) {
@@ -141,7 +147,7 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
           CheckPrivilege);
   AddList(app, "--grant", "NAME",
           "grant a permission to the page, such as geolocation; repeatable (default none)", run.grants,
-          [](const std::string& /*name*/) { return std::string(); });
+          CheckGrant);
   AddValue(app, "--size", "WIDTHxHEIGHT", "the page's size in pixels", "1920x1080", CheckSize,
            [&run](const std::string& size) { ReadSize(size, run.width, run.height); });
   AddFlag(app, "--single-page", "serve the page for paths without a file or extension",

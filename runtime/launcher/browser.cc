@@ -1,6 +1,7 @@
 // Sets up WebKit's view and context for one application, and handles their signals.
 #include "launcher/browser.h"
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <utility>
@@ -45,6 +46,16 @@ void AddPageScript(WebKitWebView* view, const std::string& text) {
                              WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, nullptr, nullptr);
   webkit_user_content_manager_add_script(webkit_web_view_get_user_content_manager(view), script);
   webkit_user_script_unref(script);
+}
+
+// The engine runs a script of the launcher as a gesture of the user.
+void Activate(WebKitWebView* view, const std::string& event) {
+  const bool is_name =
+      std::all_of(event.begin(), event.end(), [](char letter) { return g_ascii_isalnum(letter) != FALSE; });
+  const std::string script = "window.dispatchEvent(new Event('" + event + "'))";
+  if (is_name)
+    webkit_web_view_evaluate_javascript(view, script.c_str(), -1, "corvis-tv", nullptr, nullptr, nullptr,
+                                        nullptr);
 }
 
 }  // namespace
@@ -253,6 +264,8 @@ gboolean Browser::OnUserMessage(WebKitWebView* view, WebKitUserMessage* message,
     browser->web_process_ = g_variant_get_uint32(content);
   } else if (is(kConsoleMessage, kConsoleType)) {
     browser->TakeConsole(content);
+  } else if (is(kActivateMessage, kActivateType)) {
+    Activate(view, g_variant_get_string(content, nullptr));
   } else if (name == kCloseMessage) {
     OnClose(view, browser);
   } else {

@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "launcher/child_processes.h"
 
@@ -45,6 +46,9 @@ bool WriteAuthority(const std::string& path) {
   prctl(PR_SET_PDEATHSIG, SIGTERM);
   // Ctrl-C must only reach the runtime, which ends its server last.
   setpgid(0, 0);
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
   const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
   dup2(nothing, STDIN_FILENO);
   dup2(nothing, STDOUT_FILENO);
@@ -85,53 +89,69 @@ std::string FreeNumber() {
 
 }  // namespace
 
-HeadlessDisplay::HeadlessDisplay(int width, int height, const std::string& authority)
-    : number_(FreeNumber()) {
+HeadlessDisplay::HeadlessDisplay(int width, int height, const std::string& folder)
+    : screen_(std::to_string(width) + "x" + std::to_string(height) + "x24"),
+      authority_(folder + "/xauthority") {
+  if (WriteAuthority(authority_))
+    StartServer();
+  else
+    authority_.clear();
+}
+
+void HeadlessDisplay::StartServer() {
   int ends[2];
-  if (pipe(ends) != 0) return;
+  if (pipe2(ends, O_CLOEXEC) != 0) return;
+  number_ = FreeNumber();
   const std::string display = ":" + number_;
-  const std::string screen = std::to_string(width) + "x" + std::to_string(height) + "x24";
   const std::string fd = std::to_string(ends[1]);
   // Listens only on a socket in the file system, and accepts only clients with the cookie.
-  const char* const arguments[] = {"Xvfb", display.c_str(), "-displayfd", fd.c_str(),        "-screen",
-                                   "0",    screen.c_str(),  "-auth",      authority.c_str(), "-nolisten",
-                                   "tcp",  "-nolisten",     "local",      "-noreset",        nullptr};
+  const char* const arguments[] = {"Xvfb", display.c_str(), "-displayfd", fd.c_str(),         "-screen",
+                                   "0",    screen_.c_str(), "-auth",      authority_.c_str(), "-nolisten",
+                                   "tcp",  "-nolisten",     "local",      "-noreset",         nullptr};
   server_ = fork();
   if (server_ == 0) {
-    close(ends[0]);
+    fcntl(ends[1], F_SETFD, 0);
     BecomeServer(arguments);
   }
   close(ends[1]);
-  is_ready_ = IsReady(ends[0]);
-  close(ends[0]);
+  ready_ = ends[0];
 }
 
-std::unique_ptr<HeadlessDisplay> HeadlessDisplay::Start(int width, int height, const std::string& folder,
-                                                        std::string& error) {
+bool HeadlessDisplay::IsServerReady() {
+  const bool is_ready = server_ > 0 && IsReady(ready_);
+  if (ready_ >= 0) close(std::exchange(ready_, -1));
+  return is_ready;
+}
+
+std::string HeadlessDisplay::Await() {
   // Retry, because another server may take the number at the same time.
   constexpr int kAttempts = 3;
-  const std::string authority = folder + "/xauthority";
-  if (!WriteAuthority(authority)) {
-    error = "The display's authority file can't be written; is there space in the temporary folder?";
-    return nullptr;
-  }
+  if (authority_.empty())
+    return "The display's authority file can't be written; is there space in the temporary folder?";
   for (int i = 0; i < kAttempts; ++i) {
-    std::unique_ptr<HeadlessDisplay> display(new HeadlessDisplay(width, height, authority));
-    if (!display->is_ready_) continue;
-    setenv("DISPLAY", (":" + display->number_).c_str(), 1);
-    setenv("XAUTHORITY", authority.c_str(), 1);
-    setenv("GDK_BACKEND", "x11", 1);
-    return display;
+    if (IsServerReady()) {
+      setenv("DISPLAY", (":" + number_).c_str(), 1);
+      setenv("XAUTHORITY", authority_.c_str(), 1);
+      setenv("GDK_BACKEND", "x11", 1);
+      return "";
+    }
+    EndServer();
+    if (i + 1 < kAttempts) StartServer();
   }
-  error = "Xvfb did not start; install the package xvfb, or run with a display and without --headless.";
-  return nullptr;
+  return "Xvfb did not start; install the package xvfb, or run with a display and without --headless.";
 }
 
 HeadlessDisplay::~HeadlessDisplay() {
+  if (ready_ >= 0) close(ready_);
+  EndServer();
+}
+
+void HeadlessDisplay::EndServer() {
   if (server_ <= 0) return;
   kill(server_, SIGTERM);
   kill(server_, SIGCONT);
   if (!AwaitChild(server_, kEndGrace)) kill(server_, SIGKILL);
+  server_ = -1;
   // A server that was killed has not removed them itself.
   unlink(("/tmp/.X" + number_ + "-lock").c_str());
   unlink(SocketOf(number_).c_str());

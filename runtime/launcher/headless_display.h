@@ -4,29 +4,35 @@
 
 #include <sys/types.h>
 
-#include <memory>
 #include <string>
 
 namespace corvis::tv {
 
-// The destructor ends the server; it also ends if this process is killed.
+// An Xvfb. The destructor ends it; it also ends if this process is killed.
 class HeadlessDisplay {
  public:
-  // Starts an Xvfb with the given size in pixels and sets DISPLAY. It accepts clients that can read the
-  // authority file in `folder`, which only this user can access. Returns null and an error message on
-  // failure.
-  static std::unique_ptr<HeadlessDisplay> Start(int width, int height, const std::string& folder,
-                                                std::string& error);
+  // Starts a server with the given size in pixels, without waiting for it. It accepts clients that can read
+  // the authority file in `folder`, which only this user can access.
+  HeadlessDisplay(int width, int height, const std::string& folder);
   ~HeadlessDisplay();
   HeadlessDisplay(const HeadlessDisplay&) = delete;
   HeadlessDisplay& operator=(const HeadlessDisplay&) = delete;
 
- private:
-  HeadlessDisplay(int width, int height, const std::string& authority);
+  // Waits until the server is ready, and sets DISPLAY. Returns an error message, empty on success.
+  std::string Await();
 
+ private:
+  void StartServer();
+  // Whether the server has become ready in time.
+  bool IsServerReady();
+  void EndServer();
+
+  std::string screen_;
+  std::string authority_;
   std::string number_;
   pid_t server_ = -1;
-  bool is_ready_ = false;
+  // Where the server reports that it is ready; -1 if absent.
+  int ready_ = -1;
 };
 
 }  // namespace corvis::tv

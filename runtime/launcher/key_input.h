@@ -4,16 +4,13 @@
 
 #include <webkit2/webkit2.h>
 
-#include <map>
 #include <string>
 #include <vector>
 
+#include "launcher/options.h"
 #include "launcher/page_calls.h"
 
 namespace corvis::tv {
-
-// Codes that replace those of remote_keys.h, by key name.
-using KeyCodes = std::map<std::string, unsigned>;
 
 // Runs on the main loop. Every call is answered when the page has handled all events, or with an error if it
 // does not.

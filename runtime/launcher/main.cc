@@ -1,184 +1,49 @@
-// corvis-tv: runs one web application with extension libraries, in a window or without.
-#include <glib-unix.h>
-#include <gtk/gtk.h>
-#include <unistd.h>
+// corvis-tv: runs one web application with extension libraries, in a window or without. This program starts
+// the display and loads the library that does the rest.
+#include <dlfcn.h>
 
 #include <csignal>
 #include <cstdio>
 #include <memory>
 #include <string>
-#include <utility>
 #include <variant>
 
-#include "launcher/application.h"
-#include "launcher/browser.h"
-#include "launcher/child_processes.h"
-#include "launcher/control_service.h"
 #include "launcher/headless_display.h"
-#include "launcher/inspector.h"
 #include "launcher/options.h"
+#include "launcher/run.h"
 #include "launcher/run_folder.h"
-#include "launcher/storage.h"
-#include "nurvo_desktop/glib_ptr.h"
 
 namespace corvis::tv {
 
 namespace {
 
-int Fail(ExitStatus status, const std::string& sentence) {
-  std::fprintf(stderr, "corvis-tv: %s\n", sentence.c_str());
-  return status;
+// Until the main loop takes them, signals wait, so that nothing of the run is left.
+void BlockSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) sigaddset(&signals, signal);
+  sigprocmask(SIG_BLOCK, &signals, nullptr);
 }
 
-// Whether a terminal acts on the character instead of showing it: controls, and what reorders a line.
-bool IsActive(gunichar code) {
-  return g_unichar_iscntrl(code) != FALSE || code == 0x200E || code == 0x200F ||
-         (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+int RunWithLibrary(const Options& options, const RunFolder& folder, const DisplayWaiter& await_display) {
+  void* library = dlopen(kLauncherLibrary, RTLD_NOW | RTLD_GLOBAL);
+  auto* const run =
+      library == nullptr ? nullptr : reinterpret_cast<RunFunction*>(dlsym(library, kRunFunction));
+  if (run == nullptr)
+    return Fail(kExitNoEnvironment, std::string("Can't load the web engine: ") + dlerror() + ".");
+  return run(options, folder, await_display);
 }
 
-std::string Shown(const std::string& text) {
-  const nurvo::GText valid(g_utf8_make_valid(text.c_str(), -1));
-  std::string shown;
-  for (const char *at = valid.get(), *next = nullptr; *at != '\0'; at = next) {
-    next = g_utf8_next_char(at);
-    const gunichar code = g_utf8_get_char(at);
-    char escape[16];
-    std::snprintf(escape, sizeof(escape), "\\u%04x", code);
-    shown += IsActive(code) ? std::string(escape) : std::string(at, next);
-  }
-  return shown;
-}
-
-void PrintConsole(ConsoleKind kind, const std::string& level, const std::string& text,
-                  const std::string& source) {
-  if (kind == ConsoleKind::kNone || (kind == ConsoleKind::kPage && source != "page")) return;
-  std::fprintf(stderr, "[%s] %s: %s\n", source.c_str(), level.c_str(), Shown(text).c_str());
-}
-
-// The main loop of a run. A signal ends it, even one that is received before it runs.
-class MainLoop {
- public:
-  MainLoop() : loop_(g_main_loop_new(nullptr, FALSE)) {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) g_unix_signal_add(signal, OnSignal, this);
-    // GLib can't watch SIGQUIT.
-    std::signal(SIGQUIT, [](int) { kill(getpid(), SIGTERM); });
-  }
-  MainLoop(const MainLoop&) = delete;
-  MainLoop& operator=(const MainLoop&) = delete;
-
-  void Run() { g_main_loop_run(loop_.get()); }
-  void End() { g_main_loop_quit(loop_.get()); }
-
- private:
-  static gboolean OnSignal(gpointer loop) {
-    static_cast<MainLoop*>(loop)->End();
-    return G_SOURCE_CONTINUE;
-  }
-
-  nurvo::GMainLoopPtr loop_;
-};
-
-// A run, from the first load to the end of the main loop.
-class Run {
- public:
-  // `server` is null for a URL, `inspector` unless it is asked for.
-  Run(const Options& options, const Application& application, ApplicationServer* server,
-      const RunFolder& folder, ControlService& control, MainLoop& loop, Inspector* inspector)
-      : loop_(loop), events_(Events(options.console, control)), browser_(options, application, events_) {
-    if (server != nullptr) {
-      server->set_on_missing([this](const std::string& path, const std::string& reason) {
-        events_.on_console("error", path + " is missing. " + reason, "page");
-      });
-    }
-    if (inspector != nullptr) {
-      inspector->Watch([this, &control](bool is_attached) {
-        browser_.calls().set_is_unlimited(is_attached);
-        control.EmitInspected(is_attached);
-      });
-    }
-    control.Serve(
-        &browser_, [&folder, id = options.app_id](const auto& uris) { return folder.WritePolicy(id, uris); },
-        [this] { End(kExitOk, ""); });
-    browser_.Load(application.uri, [this](const std::string& /*uri*/, const CallError& error) {
-      if (!error.sentence.empty() && error.sentence != Browser::kAnotherLoad)
-        End(kExitLoadFailed, error.sentence);
-    });
-  }
-
-  int UntilTheEnd() {
-    loop_.Run();
-    browser_.TakeLeave();
-    KillStoppedChildren();
-    return sentence_.empty() ? status_ : Fail(status_, sentence_);
-  }
-
- private:
-  BrowserEvents Events(ConsoleKind console, ControlService& control) {
-    BrowserEvents events;
-    events.on_console = [console, &control](const auto& level, const auto& text, const auto& source) {
-      PrintConsole(console, level, text, source);
-      control.EmitConsole(level, text, source);
-    };
-    events.on_loaded = [&control](const std::string& uri) { control.EmitLoaded(uri); };
-    events.on_crashed = [&control](unsigned times) {
-      std::fprintf(stderr, "corvis-tv: The page's process crashed; the page is reloaded.\n");
-      control.EmitCrashed(times);
-    };
-    events.on_closed = [&control] { control.EmitClosed(); };
-    events.on_end = [this](ExitStatus status, const std::string& sentence) { End(status, sentence); };
-    return events;
-  }
-
-  // Keeps the first reason, because others may be consequences of it.
-  void End(ExitStatus status, const std::string& sentence) {
-    if (std::exchange(is_ending_, true)) return;
-    status_ = status;
-    sentence_ = sentence;
-    loop_.End();
-  }
-
-  MainLoop& loop_;
-  bool is_ending_ = false;
-  ExitStatus status_ = kExitOk;
-  std::string sentence_;
-  BrowserEvents events_;
-  Browser browser_;
-};
-
-int RunApplication(Options options) {
-  std::string error;
-  ExitStatus status = kExitOk;
-  Application application = FindApplication(options.page, error);
-  if (!error.empty()) return Fail(kExitLoadFailed, error);
-  MainLoop loop;
+int RunApplication(const Options& options) {
+  BlockSignals();
   const RunFolder folder;
   if (folder.path().empty() || !folder.WritePolicy(options.app_id, options.privileges)) {
     return Fail(kExitNoEnvironment, "Can't create a folder for this run; is the temporary folder writable?");
   }
-  if (options.profile.empty()) options.profile = folder.path() + "/profile";
-  error = MakeProfile(options.profile);
-  if (!error.empty()) return Fail(kExitNoEnvironment, error);
   folder.SetEnvironment(options.app_id);
-  const std::unique_ptr<ControlService> control = ControlService::Start(options.app_id, status, error);
-  if (!control) return Fail(status, error);
-
-  std::unique_ptr<HeadlessDisplay> display;
-  if (options.is_headless) {
-    display = HeadlessDisplay::Start(options.width, options.height, folder.path(), error);
-    if (!display) return Fail(kExitNoEnvironment, error);
-  }
-  if (!gtk_init_check(nullptr, nullptr)) {
-    return Fail(kExitNoEnvironment, "There is no display for a window; use --headless.");
-  }
-  const std::unique_ptr<ApplicationServer> server = ServeApplication(application, options, error);
-  if (!error.empty()) return Fail(kExitNoEnvironment, error);
-  std::unique_ptr<Inspector> inspector;
-  if (options.inspector_port) {
-    inspector = Inspector::Start(*options.inspector_port, error);
-    if (!inspector) return Fail(kExitNoEnvironment, error);
-    std::fprintf(stderr, "Inspector: open %s in a browser.\n", inspector->address().c_str());
-  }
-  return Run(options, application, server.get(), folder, *control, loop, inspector.get()).UntilTheEnd();
+  if (!options.is_headless) return RunWithLibrary(options, folder, [] { return std::string(); });
+  HeadlessDisplay display(options.width, options.height, folder.path());
+  return RunWithLibrary(options, folder, [&display] { return display.Await(); });
 }
 
 }  // namespace

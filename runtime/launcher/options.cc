@@ -5,12 +5,13 @@
 #include <gio/gio.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <iterator>
 #include <sstream>
 
 #include "corvis_tv/control.h"
+#include "corvis_tv/permissions.h"
 #include "corvis_tv/remote_keys.h"
-#include "launcher/user_requests.h"
 
 namespace corvis::tv {
 
@@ -58,18 +59,10 @@ std::string AddPrivilege(Options& options, const std::string& uri) {
   return uri.find_first_of(" \t\n") == std::string::npos ? "" : "Expected a privilege URI without spaces.";
 }
 
-std::string Joined(const std::vector<std::string>& names) {
-  std::string text;
-  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
-  return text;
-}
-
 std::string AddGrant(Options& options, const std::string& name) {
   options.grants.push_back(name);
-  const std::vector<std::string> names = GrantNames();
-  return std::find(names.begin(), names.end(), name) != names.end()
-             ? ""
-             : "Unknown permission \"" + name + "\". Use one of " + Joined(names) + ".";
+  return IsPermission(name) ? ""
+                            : "Unknown permission \"" + name + "\". Use one of " + PermissionList() + ".";
 }
 
 std::string AddKey(Options& options, const std::string& text) {
@@ -235,6 +228,11 @@ Exit WrongUsage(const std::string& what) {
 }
 
 }  // namespace
+
+int Fail(ExitStatus status, const std::string& sentence) {
+  std::fprintf(stderr, "corvis-tv: %s\n", sentence.c_str());
+  return status;
+}
 
 std::variant<Options, Exit> ParseOptions(int argc, char** argv) {
   Options options;

@@ -2,12 +2,11 @@
 #ifndef CORVIS_RUNTIME_LAUNCHER_OPTIONS_H_
 #define CORVIS_RUNTIME_LAUNCHER_OPTIONS_H_
 
+#include <map>
 #include <optional>
 #include <string>
 #include <variant>
 #include <vector>
-
-#include "launcher/key_input.h"
 
 namespace corvis::tv {
 
@@ -21,13 +20,19 @@ enum ExitStatus {
   kExitNoEnvironment = 6,
 };
 
+// Prints why the program fails, a sentence, and returns the status.
+int Fail(ExitStatus status, const std::string& sentence);
+
 enum class ConsoleKind { kPage, kAll, kNone };
+
+// Codes that replace those of corvis_tv/remote_keys.h, by key name.
+using KeyCodes = std::map<std::string, unsigned>;
 
 struct Options {
   std::string app_id = "com.example.app";
   std::vector<std::string> extensions;
   std::vector<std::string> privileges;
-  // The permissions that pages get without a user's consent, by their names in GrantNames().
+  // The permissions that pages get without a user's consent, by their names in corvis_tv/permissions.h.
   std::vector<std::string> grants;
   int width = 1920;
   int height = 1080;

@@ -2,14 +2,18 @@
 #include "launcher/user_requests.h"
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
 #include <utility>
+
+#include "corvis_tv/permissions.h"
 
 namespace corvis::tv {
 
 namespace {
 
 struct Grant {
-  const char* name;
+  std::string_view name;
   bool (*is_asked_by)(WebKitPermissionRequest* request);
 };
 
@@ -36,17 +40,19 @@ constexpr Grant kGrants[] = {
      [](auto* request) -> bool { return WEBKIT_IS_WEBSITE_DATA_ACCESS_PERMISSION_REQUEST(request); }},
 };
 
+constexpr bool AreNamesKnown() {
+  for (size_t i = 0; i < std::size(kGrants); ++i) {
+    if (kGrants[i].name != kPermissionNames[i]) return false;
+  }
+  return std::size(kGrants) == std::size(kPermissionNames);
+}
+static_assert(AreNamesKnown());
+
 std::string TextOr(const char* text, const char* otherwise) {
   return text == nullptr || *text == '\0' ? otherwise : text;
 }
 
 }  // namespace
-
-std::vector<std::string> GrantNames() {
-  std::vector<std::string> names;
-  for (const Grant& grant : kGrants) names.emplace_back(grant.name);
-  return names;
-}
 
 UserRequests::UserRequests(WebKitWebView* view, std::string origin, std::vector<std::string> grants,
                            ConsoleWriter write)
@@ -94,8 +100,8 @@ gboolean UserRequests::OnPermission(WebKitWebView* /*view*/, WebKitPermissionReq
                                     UserRequests* self) {
   std::string missing;
   for (const Grant& grant : kGrants) {
-    if (!grant.is_asked_by(request) || self->IsGranted(grant.name)) continue;
-    missing += std::string(missing.empty() ? "" : ", ") + grant.name;
+    if (!grant.is_asked_by(request) || self->IsGranted(std::string(grant.name))) continue;
+    missing += std::string(missing.empty() ? "" : ", ").append(grant.name);
   }
   if (missing.empty()) {
     webkit_permission_request_allow(request);

@@ -14,9 +14,6 @@ namespace corvis::tv {
 // Writes a line to the page's console.
 using ConsoleWriter = std::function<void(const std::string& level, const std::string& text)>;
 
-// The names of the permissions that can be granted.
-std::vector<std::string> GrantNames();
-
 // Answers the requests of one view until this object is destroyed.
 class UserRequests {
  public:

@@ -82,6 +82,24 @@
     );
   }
 
+  // The number of requests of scripts that are not finished, for tools that wait until the page is at rest.
+  var pending = 0;
+  Object.defineProperty(window, Symbol.for('corvis.pendingRequests'), {
+    get: function () {
+      return pending;
+    },
+  });
+
+  // Begins a request; returns the function that ends it, and does so once.
+  function beginRequest() {
+    var isPending = true;
+    pending += 1;
+    return function () {
+      if (isPending) pending -= 1;
+      isPending = false;
+    };
+  }
+
   function watchFetch() {
     var original = window.fetch;
     if (typeof original !== 'function') return;
@@ -89,8 +107,11 @@
       var url = absolute(input && typeof input === 'object' && 'url' in input ? input.url : input);
       var where = callPlace();
       native.asked(url, where);
+      var response = apply(original, window, arguments);
+      var end = beginRequest();
+      then(response, end, end);
       // Returns a separate promise, whose rejection the page handles.
-      return then(apply(original, window, arguments), undefined, function (error) {
+      return then(response, undefined, function (error) {
         if (!error || error.name !== 'AbortError') native.failed(url, reasonFor(url), native.place(where));
         throw error;
       });
@@ -102,7 +123,10 @@
     var open = prototype.open;
     var send = prototype.send;
     var urls = new WeakMap();
+    var ends = new WeakMap();
     prototype.open = function () {
+      // Gives up the request that the object still waits for, without an event.
+      if (ends.has(this)) ends.get(this)();
       urls.set(this, absolute(arguments[1]));
       return apply(open, this, arguments);
     };
@@ -115,8 +139,42 @@
           native.failed(url, reasonFor(url), native.place(where));
         });
       }
-      return apply(send, this, arguments);
+      var end = beginRequest();
+      ends.set(this, end);
+      listen(this, 'loadend', end);
+      try {
+        return apply(send, this, arguments);
+      } catch (error) {
+        end();
+        throw error;
+      }
     };
+  }
+
+  // An event stream has failed when the engine gives up, or before its first event; it is no load of the engine's.
+  function watchStream(stream, url, where) {
+    var isOpen = false;
+    listen(stream, 'open', function () {
+      isOpen = true;
+    });
+    listen(stream, 'error', function () {
+      if (isOpen) return;
+      isOpen = true;
+      native.failed(url, 'its server does not respond with an event stream', native.place(where));
+    });
+  }
+
+  function watchEventSources() {
+    var original = window.EventSource;
+    if (typeof original !== 'function') return;
+    window.EventSource = new Proxy(original, {
+      construct: function (target, args, created) {
+        var stream = Reflect.construct(target, args, created);
+        watchStream(stream, stream.url, callPlace());
+        return stream;
+      },
+    });
+    original.prototype.constructor = window.EventSource;
   }
 
   function elementFor(url) {
@@ -157,6 +215,7 @@
   listen(window, 'securitypolicyviolation', onViolation, true);
   watchFetch();
   watchRequests();
+  watchEventSources();
 
   return function (url) {
     try {

@@ -14,6 +14,9 @@ constexpr const char* kProcessMessage = "process";
 constexpr const char* kProcessType = "u";
 // From a page: it closed itself.
 constexpr const char* kCloseMessage = "close";
+// From a page: dispatch an event, whose name consists of letters and digits, as a gesture of its user.
+constexpr const char* kActivateMessage = "activate";
+constexpr const char* kActivateType = "s";
 // From the web process: an extension can't be used; the reason in a sentence.
 constexpr const char* kBrokenExtensionMessage = "broken-extension";
 constexpr const char* kBrokenExtensionType = "s";

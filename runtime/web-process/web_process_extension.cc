@@ -12,6 +12,7 @@
 #include "support/messages.h"
 #include "web-process/console_post.h"
 #include "web-process/extension_host.h"
+#include "web-process/full_screen.h"
 #include "web-process/key_values.h"
 #include "web-process/load_failures.h"
 #include "web-process/main_frame.h"
@@ -142,6 +143,7 @@ void OnDocumentStart(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame*
   if (TheWebProcess().is_ending) return;
   const nurvo::GObjectPtr<JSCContext> context(webkit_frame_get_js_context_for_script_world(frame, world));
   WatchKeys(context.get(), &TheWebProcess().key);
+  GrantFullScreen(context.get(), page);
   const bool is_main_frame = webkit_frame_is_main_frame(frame) != FALSE;
   if (is_main_frame) {
     FailuresOf(page).Forget();

@@ -104,7 +104,8 @@ const requests = rowsOf(String.raw`
   <script>fetch("none").then(String)</script> → none: status 404 .*; asked for by index.html:\d+:\d+
   <script>fetch("OTHER/cors"); 1</script> → OTHER/cors: Origin .* is not allowed by Access-Control-Allow-Origin.*; asked for by index.html:
   <script>fetch("http://127.0.0.1:1/").catch(String)</script> → http://127.0.0.1:1/: the engine refuses it, .*; asked for by index.html:
-  <script>x = new XMLHttpRequest(); x.open("GET", "xhr"); x.send()</script> → xhr: status 404 .*; asked for by index.html:`);
+  <script>x = new XMLHttpRequest(); x.open("GET", "xhr"); x.send()</script> → xhr: status 404 .*; asked for by index.html:
+  <script>new EventSource("none.events")</script> → none.events: its server does not respond with an event stream; asked for by index.html:`);
 
 test('what does not load is one line each, and nothing changes for the page', async (t) => {
   const other = await servePages(t, { '/cors': 'x' });

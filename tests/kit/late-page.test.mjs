@@ -4,6 +4,7 @@ import { writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
 import { run, writePage } from '../../testing/corvis.mjs';
+import { serve } from '../../testing/tv.mjs';
 
 // Listens when its button is activated, by a key; shows a second one a moment later.
 const login = `<button id="login">Log in</button><script>
@@ -51,7 +52,15 @@ test('the prompt works before the page listens', async (t) => {
   assert.match(text, new RegExp(parts.map(({ source }) => source).join('[^]*')));
 });
 
+// A server whose answer comes long after everything else of a page.
+const serveLate = (t) =>
+  serve(t, (_, response) => {
+    response.setHeader('access-control-allow-origin', '*');
+    setTimeout(() => response.end('late'), 2000);
+  });
+
 test('items and lint look when the page has come to rest', async (t) => {
+  const late = await serveLate(t);
   const page = writePage(
     t,
     `<div id="list"></div><script>
@@ -62,10 +71,16 @@ test('items and lint look when the page has come to rest', async (t) => {
          list.insertAdjacentHTML('beforeend', '<button>Row ' + ++i + '</button><button></button>');
          if (i === 8) clearInterval(timer);
        }, 100);
+       for (const wait of [fetch('${late}'), new Promise((done) => {
+         const request = new XMLHttpRequest();
+         request.open('GET', '${late}');
+         request.onload = done;
+         request.send();
+       })]) wait.then(() => list.insertAdjacentHTML('beforeend', '<button>Late</button>'));
      </script>`
   );
-  const { text } = await run(['items', page]);
-  assert.match(text, /Row 8\n/);
-  const lint = await run(['lint', '--json', page]);
+  const { text } = await run(['items', '--timeout', '20000', page]);
+  assert.match(text, /Row 8\n[^]*Late\n[^]*Late\n/);
+  const lint = await run(['lint', '--json', '--timeout', '20000', page]);
   assert.equal(lint.text.match(/"rule":"title"/g).length, 8, lint.text);
 });

@@ -40,11 +40,38 @@ test('a callback starts playback with sound, and no library chatters about it', 
   assert.doesNotMatch(text, /ALSA|AL lib|GStreamer|WebKit|favicon/);
 });
 
+test('a callback gets the full screen, by each name of the request', async (t) => {
+  const folder = writePage(
+    t,
+    `<video id="film"></video><p id="box">box</p><pre id="state"></pre><script>
+       document.onfullscreenchange = () => (state.textContent = document.fullscreenElement?.id ?? 'left');
+       corvis.voiceinteraction.setCallback({
+         onplay: () => void film.requestFullscreen(),
+         onpause: () => void box.webkitRequestFullscreen(),
+         onstop: () => void document.exitFullscreen(),
+       });
+       corvis.voiceinteraction.listen();
+     </script>`
+  );
+  const script = path.join(folder, 'a.voice');
+  const say = (phrase, state) => `say ${phrase}\nexpect success\nshow "#state" is "${state}"\n`;
+  writeFileSync(script, say('play', 'film') + say('stop', 'left') + say('pause', 'box'));
+  const { code, text } = await run(['test-app', folder, script]);
+  assert.equal(code, 0, text);
+});
+
 test('doctor reports what there is, and what to install', async () => {
   const { code, text } = await run(['doctor']);
   assert.equal(code, 0, text);
   assert.match(text, /^ok {8}web engine/m);
-  for (const name of ['MP4 \\(H.264, AAC\\)', 'HLS', 'Korean letters', 'display', 'sound device'])
+  for (const name of [
+    'MP4 \\(H.264, AAC\\)',
+    'HLS',
+    'Korean letters',
+    'inspector',
+    'display',
+    'sound device',
+  ])
     assert.match(text, new RegExp(`^(ok {8}|missing {3})${name}`, 'm'));
   for (const [line] of text.matchAll(/^missing .*$/gm)) assert.match(line, /: \S/);
 });
