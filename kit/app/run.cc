@@ -140,7 +140,7 @@ struct Run::Parts {
   }
 
   // Waits until the server answers, and starts the runtime.
-  Status StartAfterServer(const RunOptions& options) {
+  Status StartAfterServer(const RunOptions& options) const {
     constexpr auto kInterval = std::chrono::milliseconds(50);
     const ServerAddress address = AddressOf(options.page);
     const auto end = std::chrono::steady_clock::now() + options.server.limit;

@@ -24,7 +24,8 @@ class Socket {
  public:
   explicit Socket(const addrinfo& address)
       : number_(socket(address.ai_family, address.ai_socktype | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
-    connect(number_, address.ai_addr, address.ai_addrlen);
+    // The result comes with the event.
+    static_cast<void>(connect(number_, address.ai_addr, address.ai_addrlen));
     int error = 0;
     socklen_t size = sizeof(error);
     is_connected_ = Waits(POLLOUT, kConnectMilliseconds) &&

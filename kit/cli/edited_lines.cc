@@ -104,7 +104,7 @@ class EditedLines : public LineSource {
     PrintPages(lines);
     el_set(editor_.get(), EL_PREP_TERM, 0);
   }
-  void set_completer(Completer completer) override { completer_ = std::move(completer); }
+  void set_completer(const Completer& completer) override { completer_ = completer; }
 
  private:
   void ReadHistory() {

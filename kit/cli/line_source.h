@@ -30,7 +30,7 @@ class LineSource {
   // The same as Show, but on a terminal one page after the other.
   virtual void ShowPages(const std::string& lines) { Show(lines); }
   // Sets what Tab offers at a prompt. An empty one offers nothing.
-  virtual void set_completer(Completer /*completer*/) {}
+  virtual void set_completer(const Completer& /*completer*/) {}
   // An error if writing to standard output has failed.
   const Status& status() const { return output_.status(); }
 
