@@ -3,12 +3,14 @@
 
 #include <poll.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
-#include <vector>
 
 namespace corvis::tv {
 
@@ -19,24 +21,18 @@ using std::chrono::steady_clock;
 
 constexpr int kPollMs = 5;
 
-// Collects the children of all threads, because /proc lists them by the thread that started them.
-std::vector<pid_t> Children() {
-  std::vector<pid_t> children;
-  std::error_code ignored;
-  for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task", ignored)) {
-    std::ifstream list(thread.path() / "children");
-    for (pid_t child = 0; list >> child;) children.push_back(child);
-  }
-  return children;
-}
-
-bool IsStopped(pid_t process) {
-  std::ifstream status("/proc/" + std::to_string(process) + "/stat");
+bool IsStoppedChild(const std::filesystem::path& process) {
+  std::ifstream file(process / "stat");
   std::string text;
-  std::getline(status, text);
+  std::getline(file, text);
   // The name in parentheses may contain any character.
   const size_t name_end = text.rfind(')');
-  return name_end != std::string::npos && text.compare(name_end, 3, ") T") == 0;
+  if (name_end == std::string::npos) return false;
+  std::istringstream fields(text.substr(name_end + 1));
+  char state = 0;
+  pid_t parent = 0;
+  fields >> state >> parent;
+  return state == 'T' && parent == getpid();
 }
 
 }  // namespace
@@ -51,8 +47,11 @@ bool AwaitChild(pid_t child, milliseconds time) {
 }
 
 void KillStoppedChildren() {
-  for (const pid_t child : Children()) {
-    if (IsStopped(child)) kill(child, SIGKILL);
+  // The kernel's own list of a process's children may omit some while others end.
+  std::error_code ignored;
+  for (const auto& process : std::filesystem::directory_iterator("/proc", ignored)) {
+    const pid_t id = std::atoi(process.path().filename().c_str());
+    if (id > 0 && IsStoppedChild(process.path())) kill(id, SIGKILL);
   }
 }
 
