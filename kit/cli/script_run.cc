@@ -26,6 +26,7 @@ using Clock = std::chrono::steady_clock;
 
 std::vector<VoiceScript> ScriptsOf(const std::vector<SelectedScript>& selected) {
   std::vector<VoiceScript> scripts;
+  scripts.reserve(selected.size());
   for (const SelectedScript& one : selected) scripts.push_back(one.script);
   return scripts;
 }

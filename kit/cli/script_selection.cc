@@ -66,6 +66,7 @@ Result<std::vector<NamedScript>> ScriptsIn(const std::string& folder) {
                 ErrorKind::kUsage);
   std::sort(files.begin(), files.end());
   std::vector<NamedScript> scripts;
+  scripts.reserve(files.size());
   for (std::string& file : files) scripts.push_back({std::move(file), {}});
   return scripts;
 }
@@ -105,7 +106,7 @@ Result<std::vector<NamedScript>> FindScripts(const std::vector<std::string>& ope
 }
 
 // Removes the byte order mark that some editors add.
-std::string WithoutByteOrderMark(std::string text) {
+std::string WithoutByteOrderMark(const std::string& text) {
   constexpr std::string_view kMark = "\xef\xbb\xbf";
   return text.compare(0, kMark.size(), kMark) == 0 ? text.substr(kMark.size()) : text;
 }
