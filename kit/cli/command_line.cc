@@ -143,6 +143,8 @@ Result<Arguments> ParseArguments(CLI::App& app, std::vector<std::string> argumen
 std::string DescribeOptions(const CLI::App& app) {
   std::string text;
   for (const std::string& group : app.get_groups()) {
+    // Options for this program's own use have no group.
+    if (group.empty()) continue;
     text += "\n" + group + "\n";
     for (const CLI::Option* option : app.get_options()) {
       if (option->get_group() == group) text += DescribeOption(*option);

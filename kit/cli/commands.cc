@@ -25,6 +25,8 @@ constexpr Operands kPage = {"URL|FILE|FOLDER", 1, 1, "a URL, an HTML file or a f
 constexpr Operands kPageAtMost = {"[URL|FILE|FOLDER]", 0, 1, ""};
 constexpr Operands kPageAndScripts = {"URL|FILE|FOLDER SCRIPT|FOLDER|SCRIPT:LINE...", 2,
                                       static_cast<size_t>(-1), "an application and a voice script"};
+constexpr Operands kEvents = {"FILE...", 1, static_cast<size_t>(-1),
+                              "files with the output of corvis test-app --json"};
 
 struct CommandRow {
   // The heading under which the help lists the command.
@@ -52,6 +54,8 @@ const CommandRow kCommands[] = {
     {kTry, "init", kPageAtMost, "write a configuration and a first test into the present folder",
      MakeInitCommand},
     {kTest, "test-app", kPageAndScripts, "run voice scripts against an application", MakeTestAppCommand},
+    {kTest, "merge-reports", kEvents, "report several runs as one, from their JSON events",
+     MakeMergeReportsCommand},
     {kTest, "items", kPage, "list what can be selected on a page; --png FILE: draw it", MakeItemsCommand},
     {kTest, "lint", kPage, "report what would make voice fail on a page", MakeLintCommand},
     {kTest, "phrases", kNone, "list the phrases; --explain TEXT: how a text is understood",

@@ -32,6 +32,7 @@ std::unique_ptr<Subcommand> MakeDemoCommand();
 std::unique_ptr<Subcommand> MakeRunCommand();
 std::unique_ptr<Subcommand> MakeInitCommand();
 std::unique_ptr<Subcommand> MakeTestAppCommand();
+std::unique_ptr<Subcommand> MakeMergeReportsCommand();
 std::unique_ptr<Subcommand> MakeItemsCommand();
 std::unique_ptr<Subcommand> MakeLintCommand();
 std::unique_ptr<Subcommand> MakePhrasesCommand();

@@ -28,7 +28,8 @@ constexpr const char* kConfigOption = "--config";
 
 // Options of the command line itself.
 bool IsConfigurable(const CLI::Option& option) {
-  return !option.get_lnames().empty() && option.get_group() != "Other";
+  const std::string& group = option.get_group();
+  return !option.get_lnames().empty() && group != "Other" && !group.empty();
 }
 
 std::string NameOf(const CLI::Option& option) {

@@ -5,13 +5,13 @@
 
 #include <chrono>
 #include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "app/supervisor.h"
 #include "base/result.h"
 #include "cli/application.h"
+#include "cli/run_reports.h"
 #include "cli/script_selection.h"
 
 namespace corvis::kit {
@@ -19,26 +19,19 @@ namespace corvis::kit {
 class LastFailed;
 class RunningApplication;
 
-struct ScriptRunOptions {
+struct ScriptRunOptions : ReportOptions {
   ApplicationOptions application;
   SelectionOptions selection;
   // List the chosen tests and run none.
   bool is_list = false;
   // Choose only the tests that failed when they last ran.
   bool is_last_failed = false;
+  // How many scripts run at the same time.
+  long jobs = 1;
   // How often a script with failed tests is run again.
   long retries = 0;
-  // A test that passes only on a retry fails the run.
-  bool is_flaky_failure = false;
-  // Report formats by name (report/reports.h): the one on standard output, by default "people" on a
-  // terminal and "tap" elsewhere, and those that have a file.
-  std::string report;
-  std::map<std::string, std::string> report_files;
   // The folder for screenshots of failures. If empty, they go next to the JUnit report, if there is one.
   std::string screenshot_folder;
-  bool is_coverage_reported = false;
-  // The minimum coverage in percent; less fails the run.
-  long least_coverage = 0;
   std::chrono::seconds total_timeout{600};
   // The delay before each phrase or command, so that a person can follow the run.
   std::chrono::milliseconds pace{0};

@@ -4,7 +4,8 @@
 #include "cli/commands.h"
 #include "cli/script_run.h"
 #include "cli/watch_run.h"
-#include "report/reports.h"
+#include "cli/worker.h"
+#include "cli/worker_pool.h"
 
 namespace corvis::kit {
 
@@ -24,12 +25,15 @@ class TestAppCommand : public Subcommand {
     AddFlag(app, "--watch", "run what a change of the scripts or the application affects, until q",
             is_watching_);
     AddFlag(app, "--list", "list the tests and start nothing", options_.is_list);
-    DeclareReports(app);
+    AddReportOptions(app, options_);
+    AddText(app, "--screenshots", "DIR",
+            "save screenshots of failures there (default: next to the JUnit report)",
+            options_.screenshot_folder);
     app.option_defaults()->group("Retries");
     constexpr long kMostRetries = 100;
     AddNumber(app, "--retries", "N", "run a script again, up to N times, while tests of it fail",
               kMostRetries, options_.retries);
-    AddFlag(app, "--fail-on-flaky", "fail if a test passed only on a retry", options_.is_flaky_failure);
+    DeclareJobs(app);
     app.option_defaults()->group("Limits");
     AddTime(app, "--total-timeout", "S", "time limit of the whole run in seconds", options_.total_timeout);
     AddApplicationOptions(app, Viewer::kProgram, options_.application);
@@ -43,33 +47,41 @@ class TestAppCommand : public Subcommand {
   }
 
   Result<int> Execute(Supervisor& supervisor, const std::vector<std::string>& operands) override {
+    if (is_worker_) return RunWorker(supervisor, operands[0], options_);
+    const ApplicationOptions& application = options_.application;
+    const bool is_shared = !application.run.profile.empty() || !application.inspector_port.empty() ||
+                           !application.run.server.command.empty();
+    if (options_.jobs > 1 && (is_shared || is_watching_))
+      return Fail(
+          "--jobs needs runs that share nothing, so it can't be combined with --profile, --inspect, --serve "
+          "and --watch.",
+          ErrorKind::kUsage);
     const std::vector<std::string> scripts(operands.begin() + 1, operands.end());
     return is_watching_ ? WatchScripts(supervisor, operands[0], scripts, options_)
                         : RunScripts(supervisor, operands[0], scripts, options_);
   }
 
  private:
-  void DeclareReports(CLI::App& app) {
-    app.option_defaults()->group("Output");
-    for (const ReportFormat& format : ReportFormats()) {
-      const std::string option = std::string("--") + format.name;
-      if (format.target == ReportFormat::Target::kFile) {
-        AddText(app, option, "FILE", format.help, options_.report_files[format.name]);
-      } else {
-        AddFlag(app, option, format.help, [this, &format] { options_.report = format.name; });
-      }
-    }
-    AddText(app, "--screenshots", "DIR",
-            "save screenshots of failures there (default: next to the JUnit report)",
-            options_.screenshot_folder);
-    AddFlag(app, "--coverage", "report which of the registered actions were spoken",
-            options_.is_coverage_reported);
-    AddNumber(app, "--coverage-min", "N", "fail if fewer than N percent of them were spoken", 100,
-              options_.least_coverage);
+  void DeclareJobs(CLI::App& app) {
+    constexpr long kMostJobs = 64;
+    app.option_defaults()->group("Jobs");
+    AddValue(
+        app, "--jobs", "N", "run N scripts at the same time; auto: as the cores and the memory allow", "1",
+        [](const std::string& value) {
+          return value == "auto" || WholeNumber(kMostJobs)(value).empty()
+                     ? ""
+                     : "a whole number from 1 to 64, or auto";
+        },
+        [this](const std::string& value) {
+          options_.jobs = value == "auto" ? SuitableWorkers() : std::stol(value);
+        });
+    app.option_defaults()->group("");
+    AddFlag(app, "--worker", "run the scripts of another process", is_worker_);
   }
 
   ScriptRunOptions options_;
   bool is_watching_ = false;
+  bool is_worker_ = false;
 };
 
 }  // namespace

@@ -23,7 +23,9 @@ void AddSentence(std::string& message, const std::string& sentence) {
   message += (message.empty() ? "" : " ") + sentence;
 }
 
-StepDone Skipped(const Step& step) {
+}  // namespace
+
+StepDone SkippedStep(const Step& step) {
   StepDone done;
   done.place = step.place;
   done.statement = step.statement;
@@ -31,8 +33,6 @@ StepDone Skipped(const Step& step) {
   done.status = StepStatus::kSkipped;
   return done;
 }
-
-}  // namespace
 
 RunStarted BeginningOf(const std::vector<VoiceScript>& scripts) {
   RunStarted started;
@@ -125,7 +125,7 @@ void ScriptRunner::RunTest(const ScriptTest& test, bool is_last) {
       events_.Take(NoteReached{step.place, step.text});
       continue;
     }
-    StepDone done = Skipped(step);
+    StepDone done = SkippedStep(step);
     if (!has_failed && !is_over_) {
       session_.next = i + 1 < test.steps.size() ? &test.steps[i + 1] : nullptr;
       done = RunStep(step, is_last && session_.next == nullptr);
@@ -152,7 +152,7 @@ void ScriptRunner::LookAfter(const Step& step, bool has_failed) {
 }
 
 StepDone ScriptRunner::RunStep(const Step& step, bool is_last) {
-  StepDone done = Skipped(step);
+  StepDone done = SkippedStep(step);
   done.status = StepStatus::kPassed;
   const auto begin = Clock::now();
   const Status ready = std::exchange(ready_, Status());

@@ -20,6 +20,9 @@ namespace corvis::kit {
 // The event that starts a run of these scripts.
 RunStarted BeginningOf(const std::vector<VoiceScript>& scripts);
 
+// The event of a step that did not run.
+StepDone SkippedStep(const Step& step);
+
 struct RunnerOptions {
   // The delay before each phrase or command, so that a person can follow the run.
   std::chrono::milliseconds pace{0};

@@ -132,7 +132,7 @@ test('every statement of voice scripts, every event, command and status is descr
 
 test('every option of the commands for applications is described', async () => {
   const all = documents.map(read).join('\n');
-  for (const command of ['demo', 'run', 'test-app', 'items', 'lint']) {
+  for (const command of ['demo', 'run', 'test-app', 'merge-reports', 'items', 'lint']) {
     const { text } = await run([command, '--help']);
     const missing = found(text, /(--[a-z-]+)/g).filter((option) => !all.includes(`\`${option}`));
     assert.deepEqual(missing, [], `options of corvis ${command}`);

@@ -4,7 +4,7 @@ import { spawn } from 'node:child_process';
 import { writeFileSync } from 'node:fs';
 import path from 'node:path';
 import { test } from 'node:test';
-import { root, scratchFolder, writePage } from '../../testing/corvis.mjs';
+import { build, scratchFolder, writePage } from '../../testing/corvis.mjs';
 
 const page = `<script>
   corvis.voiceinteraction.setCallback({ onplay: function () {}, onpause: function () { console.error('no film'); return 'no'; } });
@@ -18,7 +18,8 @@ const shownLines = (text) => text.split('\r\n').map((line) => line.split('\r\u00
 async function onTerminal(t, env) {
   const folder = writePage(t, page);
   writeFileSync(path.join(folder, 'a.voice'), script);
-  const command = `'${path.join(root, 'corvis')}' test-app --screenshots shots . a.voice`;
+  // Not ./corvis, which may have to say something about the build.
+  const command = `'${path.join(build, 'bin/corvis')}' test-app --screenshots shots . a.voice`;
   const own = { TERM: 'xterm', DISPLAY: '', XDG_STATE_HOME: '/dev/null', TMPDIR: scratchFolder(t), ...env };
   const kept = Object.entries(process.env).filter(([name]) => name !== 'NO_COLOR');
   const child = spawn('script', ['--quiet', '--return', '--command', command, '/dev/null'], {
