@@ -87,7 +87,7 @@ bool MakeFolder(const std::filesystem::path& folder) {
 
 std::string HistoryFile::Place() {
   const char* state = std::getenv("XDG_STATE_HOME");
-  // The specification of the folders ignores relative ones.
+  // By the rules of these folders a relative one is ignored.
   if (state != nullptr && *state == '/') return std::string(state) + "/corvis/history";
   const char* home = std::getenv("HOME");
   return home != nullptr && *home == '/' ? std::string(home) + "/.local/state/corvis/history" : "";
