@@ -141,7 +141,7 @@ struct Run::Parts {
 
   // Waits until the server answers, and starts the runtime.
   Status StartAfterServer(const RunOptions& options) const {
-    constexpr auto kInterval = std::chrono::milliseconds(50);
+    constexpr auto kAnswerPoll = std::chrono::milliseconds(50);
     const ServerAddress address = AddressOf(options.page);
     const auto end = std::chrono::steady_clock::now() + options.server.limit;
     while (!IsInterrupted() && !IsAnswering(address)) {
@@ -150,7 +150,7 @@ struct Run::Parts {
                                      options.page + " within " +
                                      std::to_string(options.server.limit.count()) + " s."),
                     ErrorKind::kNoApplication);
-      RunFor(kInterval);
+      RunFor(kAnswerPoll);
     }
     return IsInterrupted() ? Fail(*WhyWaitsEnd()) : stage->StartRuntimeAgain();
   }
