@@ -19,21 +19,10 @@ std::string PathIn(const std::string& line) {
 
 }  // namespace
 
-MissingFiles::~MissingFiles() {
-  if (timer_ != 0) g_source_remove(timer_);
-}
-
 void MissingFiles::Note(const std::string& path, const std::string& reason) {
   reasons_[path] = reason;
   unreported_.insert(path);
-  if (timer_ != 0) return;
-  timer_ = g_timeout_add(
-      kReportTimeMs,
-      [](gpointer files) {
-        static_cast<MissingFiles*>(files)->WriteUnreported();
-        return G_SOURCE_REMOVE;
-      },
-      this);
+  if (!timer_.is_running()) timer_.Start(kReportTimeMs);
 }
 
 std::string MissingFiles::WithReason(const std::string& line) {
@@ -44,7 +33,6 @@ std::string MissingFiles::WithReason(const std::string& line) {
 }
 
 void MissingFiles::WriteUnreported() {
-  timer_ = 0;
   for (const std::string& path : std::exchange(unreported_, {}))
     write_(path + " is missing. " + reasons_[path]);
 }

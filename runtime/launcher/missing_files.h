@@ -2,12 +2,13 @@
 #ifndef CORVIS_RUNTIME_LAUNCHER_MISSING_FILES_H_
 #define CORVIS_RUNTIME_LAUNCHER_MISSING_FILES_H_
 
-#include <glib.h>
-
 #include <functional>
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
+
+#include "support/timer.h"
 
 namespace corvis::tv {
 
@@ -15,9 +16,6 @@ class MissingFiles {
  public:
   // `write` receives a line about a file of which the page reports nothing.
   explicit MissingFiles(std::function<void(const std::string& line)> write) : write_(std::move(write)) {}
-  ~MissingFiles();
-  MissingFiles(const MissingFiles&) = delete;
-  MissingFiles& operator=(const MissingFiles&) = delete;
 
   // A request for `path`, which is missing for a reason, a sentence.
   void Note(const std::string& path, const std::string& reason);
@@ -31,7 +29,7 @@ class MissingFiles {
   // The reasons by path, and the paths of which the page has reported nothing yet.
   std::map<std::string, std::string> reasons_;
   std::set<std::string> unreported_;
-  guint timer_ = 0;
+  Timer timer_{[this] { WriteUnreported(); }};
 };
 
 }  // namespace corvis::tv
