@@ -17,6 +17,7 @@
 
 #include "app/keeper.h"
 #include "app/process_tree.h"
+#include "nurvo_desktop/glib_ptr.h"
 #include "service/answer_book.h"
 #include "service/main_loop.h"
 
@@ -45,13 +46,6 @@ std::string TemporaryFolder() {
   return folder == nullptr || *folder == '\0' ? "/tmp" : folder;
 }
 
-bool IsProgram(const std::string& name) {
-  gchar* path = g_find_program_in_path(name.c_str());
-  const bool is_program = path != nullptr;
-  g_free(path);
-  return is_program;
-}
-
 Status CheckPrograms(const std::string& runtime) {
   if (!IsProgram("dbus-daemon"))
     return Fail("dbus-daemon is missing; install the package dbus.", ErrorKind::kNoEnvironment);
@@ -62,6 +56,10 @@ Status CheckPrograms(const std::string& runtime) {
 }
 
 }  // namespace
+
+bool IsProgram(const std::string& name) {
+  return nurvo::GText(g_find_program_in_path(name.c_str())) != nullptr;
+}
 
 Stage::Stage(Supervisor& supervisor, StageEvents events)
     : supervisor_(supervisor),

@@ -29,6 +29,9 @@ struct StageEvents {
   std::function<void(int wait_status)> on_server_ended = {};
 };
 
+// Whether there is a program of this name or path.
+bool IsProgram(const std::string& name);
+
 // What a stage starts.
 struct StageCommands {
   // The program and its arguments.

@@ -16,6 +16,7 @@
 
 #include "app/json_text.h"
 #include "app/page_script.h"
+#include "app/stage.h"
 #include "cli/application.h"
 #include "cli/commands.h"
 #include "engine_checks_script.h"
@@ -78,12 +79,7 @@ bool ServesPage(int port) {
 bool HasBrowser() {
   constexpr const char* kNames[] = {"x-www-browser", "chromium",    "google-chrome",
                                     "firefox",       "firefox-esr", "epiphany"};
-  return std::any_of(std::begin(kNames), std::end(kNames), [](const char* name) {
-    gchar* path = g_find_program_in_path(name);
-    const bool is_there = path != nullptr;
-    g_free(path);
-    return is_there;
-  });
+  return std::any_of(std::begin(kNames), std::end(kNames), IsProgram);
 }
 
 std::vector<Check> InspectorChecks(int port) {

@@ -8,6 +8,9 @@
 #include <filesystem>
 #include <utility>
 
+#include "cli/paths.h"
+#include "nurvo_desktop/glib_ptr.h"
+
 namespace corvis::kit {
 
 namespace {
@@ -25,12 +28,6 @@ bool IsHidden(const fs::path& name) {
   return text == "node_modules" || (text.size() > 1 && text[0] == '.' && text != "..");
 }
 
-std::string Absolute(const std::string& path) {
-  std::error_code ignored;
-  fs::path absolute = fs::weakly_canonical(fs::absolute(path, ignored), ignored);
-  return absolute.string();
-}
-
 bool IsInside(const std::string& path, const std::string& folder) {
   return path.size() > folder.size() && path.compare(0, folder.size(), folder) == 0 &&
          (folder.back() == '/' || path[folder.size()] == '/');
@@ -42,18 +39,16 @@ class FileWatch::Monitor {
  public:
   Monitor(FileWatch& watch, const std::string& folder, bool is_recursive)
       : watch_(watch), is_recursive_(is_recursive) {
-    GFile* file = g_file_new_for_path(folder.c_str());
-    monitor_ = g_file_monitor_directory(file, G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr);
-    g_object_unref(file);
-    if (monitor_ == nullptr) return;
-    g_file_monitor_set_rate_limit(monitor_, kRateLimitMilliseconds);
-    g_signal_connect(monitor_, "changed", G_CALLBACK(OnChanged), this);
+    const nurvo::GObjectPtr<GFile> file(g_file_new_for_path(folder.c_str()));
+    monitor_.reset(g_file_monitor_directory(file.get(), G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr));
+    if (!monitor_) return;
+    g_file_monitor_set_rate_limit(monitor_.get(), kRateLimitMilliseconds);
+    g_signal_connect(monitor_.get(), "changed", G_CALLBACK(OnChanged), this);
   }
   ~Monitor() {
-    if (monitor_ == nullptr) return;
-    g_file_monitor_cancel(monitor_);
-    g_signal_handlers_disconnect_by_data(monitor_, this);
-    g_object_unref(monitor_);
+    if (!monitor_) return;
+    g_file_monitor_cancel(monitor_.get());
+    g_signal_handlers_disconnect_by_data(monitor_.get(), this);
   }
   Monitor(const Monitor&) = delete;
   Monitor& operator=(const Monitor&) = delete;
@@ -63,9 +58,8 @@ class FileWatch::Monitor {
                         gpointer data) {
     if (event == G_FILE_MONITOR_EVENT_ATTRIBUTE_CHANGED) return;
     for (GFile* one : {file, other}) {
-      gchar* path = one == nullptr ? nullptr : g_file_get_path(one);
-      if (path != nullptr) static_cast<Monitor*>(data)->Note(path);
-      g_free(path);
+      const nurvo::GText path(one == nullptr ? nullptr : g_file_get_path(one));
+      if (path) static_cast<Monitor*>(data)->Note(path.get());
     }
   }
 
@@ -79,7 +73,7 @@ class FileWatch::Monitor {
 
   FileWatch& watch_;
   const bool is_recursive_;
-  GFileMonitor* monitor_ = nullptr;
+  nurvo::GObjectPtr<GFileMonitor> monitor_;
 };
 
 FileWatch::FileWatch(PathFilter ignores) : ignores_(std::move(ignores)) {}
@@ -89,7 +83,7 @@ FileWatch::~FileWatch() {
 }
 
 void FileWatch::Add(const std::string& path) {
-  const std::string absolute = Absolute(path);
+  const std::string absolute = AbsolutePath(path);
   std::error_code ignored;
   if (fs::is_directory(absolute, ignored)) {
     folders_.push_back(absolute);

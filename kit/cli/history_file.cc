@@ -6,10 +6,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <string_view>
 
+#include "cli/paths.h"
 #include "output/text_forms.h"
 
 namespace corvis::kit {
@@ -86,11 +86,7 @@ bool MakeFolder(const std::filesystem::path& folder) {
 }  // namespace
 
 std::string HistoryFile::Place() {
-  const char* state = std::getenv("XDG_STATE_HOME");
-  // By the rules of these folders a relative one is ignored.
-  if (state != nullptr && *state == '/') return std::string(state) + "/corvis/history";
-  const char* home = std::getenv("HOME");
-  return home != nullptr && *home == '/' ? std::string(home) + "/.local/state/corvis/history" : "";
+  return StateFolder() / "history";
 }
 
 std::vector<std::string> HistoryFile::Read() const {

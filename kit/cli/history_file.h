@@ -14,7 +14,7 @@ class HistoryFile {
   // The number of lines that are kept.
   static constexpr size_t kMostLines = 1000;
 
-  // $XDG_STATE_HOME/corvis/history, or the same in ~/.local/state; empty without either folder.
+  // In the state folder.
   static std::string Place();
 
   // With an empty name nothing is kept.

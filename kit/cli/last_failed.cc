@@ -8,6 +8,8 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "cli/paths.h"
+#include "nurvo_desktop/glib_ptr.h"
 #include "output/output_file.h"
 #include "output/text_forms.h"
 
@@ -20,17 +22,14 @@ namespace fs = std::filesystem;
 
 // A path as an absolute one; a URL unchanged.
 std::string Absolute(const std::string& name) {
-  std::error_code error;
-  const fs::path path = fs::exists(name, error) ? fs::weakly_canonical(name, error) : fs::path(name);
-  return error ? name : path.string();
+  std::error_code ignored;
+  return fs::exists(name, ignored) ? AbsolutePath(name) : name;
 }
 
 std::string StateFile(const std::string& application) {
-  const std::unique_ptr<gchar, decltype(&g_free)> digest(
-      g_compute_checksum_for_string(G_CHECKSUM_SHA256, application.c_str(),
-                                    static_cast<gssize>(application.size())),
-      g_free);
-  return fs::path(g_get_user_state_dir()) / "corvis" / "last-failed" / (std::string(digest.get()) + ".json");
+  const nurvo::GText digest(g_compute_checksum_for_string(G_CHECKSUM_SHA256, application.c_str(),
+                                                          static_cast<gssize>(application.size())));
+  return StateFolder() / "last-failed" / (std::string(digest.get()) + ".json");
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "cli/exit_status.h"
 #include "cli/file_watch.h"
 #include "cli/last_failed.h"
+#include "cli/paths.h"
 #include "cli/running_application.h"
 #include "cli/watch_keys.h"
 #include "output/output_file.h"
@@ -23,11 +24,6 @@ namespace fs = std::filesystem;
 
 constexpr const char* kKeys =
     "Waiting for changes. Keys: a = all, f = failed, Enter = the same again, q = quit";
-
-std::string Absolute(const std::string& path) {
-  std::error_code ignored;
-  return fs::weakly_canonical(fs::absolute(path, ignored), ignored).string();
-}
 
 bool IsScript(const std::string& path) {
   return fs::path(path).extension() == ".voice";
@@ -51,15 +47,16 @@ class WatchRun {
         last_failed_(application),
         watch_([this](const std::string& path) { return IsOutput(path); }) {
     for (const auto& [format, file] : options.report_files) {
-      if (!file.empty()) reports_.insert(Absolute(file));
+      if (!file.empty()) reports_.insert(AbsolutePath(file));
     }
-    if (const std::string folder = ScreenshotFolder(options); !folder.empty()) pictures_ = Absolute(folder);
+    if (const std::string folder = ScreenshotFolder(options); !folder.empty())
+      pictures_ = AbsolutePath(folder);
     std::error_code ignored;
     // The page of a URL is its server's.
     if (fs::exists(application, ignored))
       watch_.Add(fs::is_directory(application, ignored)
                      ? application
-                     : fs::path(Absolute(application)).parent_path().string());
+                     : fs::path(AbsolutePath(application)).parent_path().string());
     for (const std::string& operand : operands) watch_.Add(FileOf(operand));
     for (const std::string& file : options.application.language.phrase_files) watch_.Add(file);
   }
@@ -131,7 +128,7 @@ class WatchRun {
     for (const std::string& path : changes) {
       if (!IsScript(path)) return choice;
     }
-    choice.includes = [changes](const std::string& file) { return changes.count(Absolute(file)) > 0; };
+    choice.includes = [changes](const std::string& file) { return changes.count(AbsolutePath(file)) > 0; };
     return choice;
   }
 

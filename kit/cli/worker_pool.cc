@@ -21,6 +21,7 @@
 #include "app/process_tree.h"
 #include "cli/exit_status.h"
 #include "cli/worker.h"
+#include "nurvo_desktop/glib_ptr.h"
 #include "report/json_forms.h"
 #include "script/script_rest.h"
 #include "service/main_loop.h"
@@ -101,13 +102,13 @@ class Pool {
     for (std::string& argument : command) arguments.push_back(argument.data());
     arguments.push_back(nullptr);
     auto worker = std::make_unique<Worker>();
-    GError* error = nullptr;
+    GError* failure = nullptr;
     if (g_spawn_async_with_pipes(nullptr, arguments.data(), nullptr, G_SPAWN_DO_NOT_REAP_CHILD, nullptr,
                                  nullptr, &worker->process, &worker->input, &worker->output, nullptr,
-                                 &error) == FALSE) {
+                                 &failure) == FALSE) {
+      const nurvo::GErrorPtr error(failure);
       reason_ = Error{"Can't start a worker (--jobs): " + std::string(error->message) + ".",
                       ErrorKind::kNoEnvironment};
-      g_error_free(error);
       return;
     }
     Watch(*worker);
