@@ -103,7 +103,7 @@ void AddStorageOptions(CLI::App& app, RunOptions& run) {
 
 // Declares the options for the application's own server.
 void AddServerOptions(CLI::App& app, ApplicationOptions& options) {
-  app.option_defaults()->group("The application's server");
+  BeginGroup(app, "The application's server");
   AddText(app, "--serve", "COMMAND",
           "start the application's server with this shell command, end it with the run",
           options.run.server.command);
@@ -127,7 +127,7 @@ Result<std::string> PageOf(const std::string& operand) {
 }  // namespace
 
 void AddDisplayOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options) {
-  app.option_defaults()->group("The application");
+  BeginGroup(app, "The application");
   bool& is_headless = options.run.is_headless;
   const bool is_for_person = viewer == Viewer::kPerson;
   is_headless = !is_for_person || !(IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY"));
@@ -138,7 +138,7 @@ void AddDisplayOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options
 }
 
 void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options) {
-  app.option_defaults()->group("The application");
+  BeginGroup(app, "The application");
   RunOptions& run = options.run;
   AddText(app, "--app-id", "ID", "the application id", run.app_id, CheckAppId);
   AddFlag(app, "--no-privileges", "grant no privileges", [&run] { run.privileges.clear(); });
@@ -165,10 +165,9 @@ void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& opt
 }
 
 void AddInspectOption(CLI::App& app, ApplicationOptions& options) {
-  app.add_flag("--inspect{0}", options.inspector_port,
-               "serve the web engine's inspector on the loopback interface (default: any free port)")
-      ->type_name("[=PORT]")
-      ->take_last();
+  AddOptionalValue(app, "--inspect", "PORT",
+                   "serve the web engine's inspector on the loopback interface (default: any free port)", "0",
+                   options.inspector_port);
 }
 
 void PrintLine(const std::string& line) {

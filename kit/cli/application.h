@@ -2,7 +2,6 @@
 #ifndef CORVIS_KIT_CLI_APPLICATION_H_
 #define CORVIS_KIT_CLI_APPLICATION_H_
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <memory>
 #include <string>
@@ -11,6 +10,7 @@
 #include "app/run.h"
 #include "app/supervisor.h"
 #include "base/result.h"
+#include "cli/command_line.h"
 #include "cli/language.h"
 
 namespace corvis::kit {

@@ -2,6 +2,7 @@
 // passes the arguments after "--" to a subcommand's parent and treats an operand in brackets as a list.
 #include "cli/command_line.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
 #include <utility>
@@ -87,6 +88,18 @@ Check WholeNumber(long most) {
   };
 }
 
+void Describe(CLI::App& app, const std::string& text) {
+  app.description(text);
+}
+
+void AddFooter(CLI::App& app, const std::string& text) {
+  app.footer(text);
+}
+
+void BeginGroup(CLI::App& app, const std::string& heading) {
+  app.option_defaults()->group(heading);
+}
+
 void AddFlag(CLI::App& app, const std::string& name, const std::string& help, std::function<void()> set) {
   app.add_flag_callback(name, std::move(set), help)
       ->trigger_on_parse()
@@ -106,6 +119,11 @@ void AddValue(CLI::App& app, const std::string& name, const std::string& value_n
       ->take_last()
       ->check(Refusal(check))
       ->default_str(fallback);
+}
+
+void AddOptionalValue(CLI::App& app, const std::string& name, const std::string& value_name,
+                      const std::string& help, const std::string& implied, std::string& text) {
+  app.add_flag(name + "{" + implied + "}", text, help)->type_name("[=" + value_name + "]")->take_last();
 }
 
 void AddText(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,

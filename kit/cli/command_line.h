@@ -3,13 +3,18 @@
 #ifndef CORVIS_KIT_CLI_COMMAND_LINE_H_
 #define CORVIS_KIT_CLI_COMMAND_LINE_H_
 
-#include <CLI/CLI.hpp>
 #include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "base/result.h"
+
+// Only the files that look into options include the header of the library that parses them: it takes seconds
+// to compile.
+namespace CLI {
+class App;
+}
 
 namespace corvis::kit {
 
@@ -19,8 +24,15 @@ using Check = std::function<std::string(const std::string& value)>;
 // A whole number from 1 to `most`.
 Check WholeNumber(long most);
 
-// Adds an option without a value. Like every option, it belongs to the group of app.option_defaults(). If
-// several flags set the same variable, the last one on the command line counts.
+// Sets the text at the beginning of a command's help, and the one at its end.
+void Describe(CLI::App& app, const std::string& text);
+void AddFooter(CLI::App& app, const std::string& text);
+
+// The heading of the options that are added from now on; "" hides them from the help.
+void BeginGroup(CLI::App& app, const std::string& heading);
+
+// Adds an option without a value. If several flags set the same variable, the last one on the command line
+// counts.
 void AddFlag(CLI::App& app, const std::string& name, const std::string& help, std::function<void()> set);
 void AddFlag(CLI::App& app, const std::string& name, const std::string& help, bool& flag);
 
@@ -29,6 +41,10 @@ void AddFlag(CLI::App& app, const std::string& name, const std::string& help, bo
 void AddValue(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,
               const std::string& fallback, const Check& check,
               const std::function<void(const std::string&)>& take);
+
+// Adds an option whose value can be left out (--name, --name=VALUE), and is `implied` then.
+void AddOptionalValue(CLI::App& app, const std::string& name, const std::string& value_name,
+                      const std::string& help, const std::string& implied, std::string& text);
 
 // Adds an option that sets a text, whose current value is the default.
 void AddText(CLI::App& app, const std::string& name, const std::string& value_name, const std::string& help,

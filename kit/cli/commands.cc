@@ -1,6 +1,7 @@
 // The table of commands, their help, and the dispatch from arguments to a command.
 #include "cli/commands.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iterator>
 
@@ -98,7 +99,7 @@ struct Declared {
   explicit Declared(const CommandRow& row) : command(row.make()) {
     app.set_help_flag();
     command->Declare(app);
-    app.option_defaults()->group("Other");
+    BeginGroup(app, "Other");
     if (HasConfiguration(row))
       AddText(app, "--config", "FILE", "options of the project (default: corvis.json, if there is one)",
               configuration);

@@ -3,13 +3,13 @@
 #ifndef CORVIS_KIT_CLI_COMMANDS_H_
 #define CORVIS_KIT_CLI_COMMANDS_H_
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "app/supervisor.h"
 #include "base/result.h"
+#include "cli/command_line.h"
 #include "cli/configuration.h"
 #include "cli/exit_status.h"
 

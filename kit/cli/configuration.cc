@@ -1,6 +1,7 @@
 // Reads corvis.json as arguments, which the command line's own parser checks.
 #include "cli/configuration.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>

@@ -2,13 +2,13 @@
 #ifndef CORVIS_KIT_CLI_CONFIGURATION_H_
 #define CORVIS_KIT_CLI_CONFIGURATION_H_
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "base/result.h"
+#include "cli/command_line.h"
 
 namespace corvis::kit {
 

@@ -10,7 +10,8 @@ namespace {
 class DemoCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
-    app.description(
+    Describe(
+        app,
         "Runs the example application and holds a short conversation with it. For each command it prints\n"
         "the phrase, the action, what the page shows, the answer, and the time from the service to the page\n"
         "and back.");

@@ -102,7 +102,8 @@ Result<std::vector<Check>> EngineChecks(RuntimeControl& runtime) {
 class DoctorCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
-    app.description(
+    Describe(
+        app,
         "Starts the web engine and prints what this machine has of what applications use: containers and\n"
         "codecs, fonts, the inspector, a display, a sound device; for each thing missing, what to install.");
     DescribeStatuses(app, {{kExitOk, "demo and test-app can run, whatever else is missing"}});

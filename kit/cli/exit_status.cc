@@ -45,7 +45,7 @@ void DescribeStatuses(CLI::App& app, const std::map<int, std::string>& own) {
   for (const auto& [status, meaning] : own) meanings[status] = meaning;
   std::string text = "\nExit status\n";
   for (const auto& [status, meaning] : meanings) text += HelpLine(std::to_string(status), meaning);
-  app.footer(text);
+  AddFooter(app, text);
 }
 
 }  // namespace corvis::kit

@@ -2,11 +2,11 @@
 #ifndef CORVIS_KIT_CLI_EXIT_STATUS_H_
 #define CORVIS_KIT_CLI_EXIT_STATUS_H_
 
-#include <CLI/CLI.hpp>
 #include <map>
 #include <string>
 
 #include "base/result.h"
+#include "cli/command_line.h"
 
 namespace corvis::kit {
 

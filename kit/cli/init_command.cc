@@ -43,11 +43,12 @@ std::string FindApplication() {
 class InitCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
-    app.description(
+    Describe(
+        app,
         "Writes a configuration (corvis.json), a first test (voice/first.voice) and a step for a build\n"
         "server (voice-tests.sh) into the present folder. Files that exist are kept. The application is by\n"
         "default the folder with an index.html: this one, dist, build, public or www.");
-    app.option_defaults()->group("Output");
+    BeginGroup(app, "Output");
     AddFlag(app, "--schema", "print the JSON schema of corvis.json and write nothing", is_schema_);
     DescribeStatuses(app, {{kExitOk, "written"}, {kExitFailed, "a file can't be written"}});
   }

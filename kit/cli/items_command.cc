@@ -14,10 +14,11 @@ namespace {
 class ItemsCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
-    app.description(
+    Describe(
+        app,
         "Loads the page and prints what can be selected on it by voice: the numbers, positions and titles\n"
         "of its items.");
-    app.option_defaults()->group("Output");
+    BeginGroup(app, "Output");
     AddText(app, "--png", "FILE", "save a screenshot of the page with each item's box and number", png_file_);
     AddFlag(app, "--json", "print the page's answer unchanged and nothing else", is_json_);
     AddApplicationOptions(app, Viewer::kProgram, options_);

@@ -4,7 +4,7 @@
 #define CORVIS_KIT_CLI_JSON_COMMANDS_H_
 
 #include <memory>
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 #include "base/result.h"

@@ -1,6 +1,7 @@
 // Runs each command as a step of the script runner, which emits the events.
 #include "cli/json_session.h"
 
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "app/json_text.h"

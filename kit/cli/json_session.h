@@ -3,7 +3,7 @@
 #define CORVIS_KIT_CLI_JSON_SESSION_H_
 
 #include <chrono>
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 #include "app/conversation.h"

@@ -6,7 +6,7 @@
 namespace corvis::kit {
 
 void AddLanguageOptions(CLI::App& app, LanguageOptions& options) {
-  app.option_defaults()->group("Phrases");
+  BeginGroup(app, "Phrases");
   AddText(app, "--language", "TAG",
           "language: en, de, fr, es, ko or one of --phrases (default: the environment's)", options.tag);
   AddList(app, "--phrases", "FILE", "your own phrases, which take precedence; repeatable",

@@ -2,12 +2,12 @@
 #ifndef CORVIS_KIT_CLI_LANGUAGE_H_
 #define CORVIS_KIT_CLI_LANGUAGE_H_
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
 #include "app/spoken_language.h"
 #include "base/result.h"
+#include "cli/command_line.h"
 
 namespace corvis::kit {
 

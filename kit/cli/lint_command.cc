@@ -28,8 +28,8 @@ std::string LineOf(const Finding& finding, bool is_json) {
 class LintCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
-    app.description("Loads the page and reports what would make voice fail on it.");
-    app.option_defaults()->group("Output");
+    Describe(app, "Loads the page and reports what would make voice fail on it.");
+    BeginGroup(app, "Output");
     AddFlag(app, "--call",
             "also call each of the page's callbacks (they act on the page) and report those that fail",
             is_calling_);

@@ -82,7 +82,8 @@ Status ReadEvents(const std::string& file, Whole& whole) {
 class MergeReportsCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
-    app.description(
+    Describe(
+        app,
         "Reads the JSON events of runs, one file for each, and reports them as one run, in the order of the\n"
         "files. The exit status is that of the runs, so a build that is shared among machines can end with "
         "it.");

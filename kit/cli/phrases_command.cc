@@ -30,9 +30,10 @@ bool IsIn(const PhraseMistake& mistake, const std::string& file) {
 class PhrasesCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
-    app.description(
+    Describe(
+        app,
         "Prints what can be said, and what it becomes. docs/phrases.md describes the notation of phrases.");
-    app.option_defaults()->group("Output");
+    BeginGroup(app, "Output");
     AddText(app, "--explain", "TEXT", "how this text is understood, and what comes close to it", text_);
     AddText(app, "--check", "FILE", "what is wrong in a phrase file", file_);
     AddLanguageOptions(app, language_);

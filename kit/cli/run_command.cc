@@ -28,14 +28,15 @@ std::string WatchedFolder(const std::string& application) {
 class RunCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
-    app.description(
+    Describe(
+        app,
         "Runs the page with a prompt for phrases; help lists them. If standard input is not a terminal,\n"
         "each of its lines is said to the page.");
     options_.console = "page";
     AddApplicationOptions(app, Viewer::kPerson, options_);
     AddInspectOption(app, options_);
     AddFlag(app, "--watch", "reload the page when a file of the application is saved", is_watching_);
-    app.option_defaults()->group("For other programs");
+    BeginGroup(app, "For other programs");
     AddFlag(app, "--json", "read JSON commands from standard input, write JSON events to standard output",
             is_json_);
     DescribeStatuses(app,

@@ -12,7 +12,7 @@
 namespace corvis::kit {
 
 void AddReportOptions(CLI::App& app, ReportOptions& options) {
-  app.option_defaults()->group("Output");
+  BeginGroup(app, "Output");
   for (const ReportFormat& format : ReportFormats()) {
     const std::string option = std::string("--") + format.name;
     if (format.target == ReportFormat::Target::kFile) {

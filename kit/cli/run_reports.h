@@ -2,13 +2,13 @@
 #ifndef CORVIS_KIT_CLI_RUN_REPORTS_H_
 #define CORVIS_KIT_CLI_RUN_REPORTS_H_
 
-#include <CLI/CLI.hpp>
 #include <chrono>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "cli/command_line.h"
 #include "events/events.h"
 #include "report/coverage.h"
 #include "report/reports.h"

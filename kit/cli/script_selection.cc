@@ -220,7 +220,7 @@ bool ReadShard(const std::string& text, SelectionOptions& options) {
 
 void AddSelectionOptions(CLI::App& app, SelectionOptions& options) {
   constexpr long kMostRepetitions = 10'000;
-  app.option_defaults()->group("Choosing");
+  BeginGroup(app, "Choosing");
   AddText(app, "--grep", "REGEX", "run the tests whose name matches the regular expression",
           options.name_pattern);
   AddNumber(app, "--repeat", "N", "run the scripts N times", kMostRepetitions, options.repetitions);

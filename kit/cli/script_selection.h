@@ -2,13 +2,13 @@
 #ifndef CORVIS_KIT_CLI_SCRIPT_SELECTION_H_
 #define CORVIS_KIT_CLI_SCRIPT_SELECTION_H_
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "app/spoken_language.h"
 #include "base/result.h"
+#include "cli/command_line.h"
 #include "script/script.h"
 
 namespace corvis::kit {

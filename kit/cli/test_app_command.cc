@@ -14,7 +14,8 @@ namespace {
 class TestAppCommand : public Subcommand {
  public:
   void Declare(CLI::App& app) override {
-    app.description(
+    Describe(
+        app,
         "Runs voice scripts against the application, without a window. A script is a file, FILE:LINE for "
         "the\n"
         "test at that line, or a folder, for all *.voice files in it. docs/voice-scripts.md describes the\n"
@@ -29,12 +30,12 @@ class TestAppCommand : public Subcommand {
     AddText(app, "--screenshots", "DIR",
             "save screenshots of failures there (default: next to the JUnit report)",
             options_.screenshot_folder);
-    app.option_defaults()->group("Retries");
+    BeginGroup(app, "Retries");
     constexpr long kMostRetries = 100;
     AddNumber(app, "--retries", "N", "run a script again, up to N times, while tests of it fail",
               kMostRetries, options_.retries);
     DeclareJobs(app);
-    app.option_defaults()->group("Limits");
+    BeginGroup(app, "Limits");
     AddTime(app, "--total-timeout", "S", "time limit of the whole run in seconds", options_.total_timeout);
     AddApplicationOptions(app, Viewer::kProgram, options_.application);
     AddInspectOption(app, options_.application);
@@ -64,7 +65,7 @@ class TestAppCommand : public Subcommand {
  private:
   void DeclareJobs(CLI::App& app) {
     constexpr long kMostJobs = 64;
-    app.option_defaults()->group("Jobs");
+    BeginGroup(app, "Jobs");
     AddValue(
         app, "--jobs", "N", "run N scripts at the same time; auto: as the cores and the memory allow", "1",
         [](const std::string& value) {
@@ -75,7 +76,7 @@ class TestAppCommand : public Subcommand {
         [this](const std::string& value) {
           options_.jobs = value == "auto" ? SuitableWorkers() : std::stol(value);
         });
-    app.option_defaults()->group("");
+    BeginGroup(app, "");
     AddFlag(app, "--worker", "run the scripts of another process", is_worker_);
   }
 

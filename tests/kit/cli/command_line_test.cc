@@ -2,6 +2,7 @@
 #include "cli/command_line.h"
 
 #include <gtest/gtest.h>
+#include <CLI/CLI.hpp>
 
 namespace corvis::kit {
 

@@ -2,6 +2,7 @@
 #include "cli/configuration.h"
 
 #include <gtest/gtest.h>
+#include <CLI/CLI.hpp>
 
 #include <filesystem>
 #include <fstream>
