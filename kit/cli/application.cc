@@ -126,11 +126,15 @@ Result<std::string> PageOf(const std::string& operand) {
 
 }  // namespace
 
+bool HasDisplay() {
+  return IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY");
+}
+
 void AddDisplayOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options) {
   BeginGroup(app, "The application");
   bool& is_headless = options.run.is_headless;
   const bool is_for_person = viewer == Viewer::kPerson;
-  is_headless = !is_for_person || !(IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY"));
+  is_headless = !is_for_person || !HasDisplay();
   AddFlag(app, "--headless", is_for_person ? "run without a display" : "run without a display (default)",
           is_headless);
   AddFlag(app, "--window", is_for_person ? "open a window (default if there is a display)" : "open a window",

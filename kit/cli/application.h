@@ -32,6 +32,9 @@ struct ApplicationOptions {
 // Who watches the application. For a person it opens a window by default if there is a display.
 enum class Viewer { kPerson, kProgram };
 
+// Whether the environment has a display for windows.
+bool HasDisplay();
+
 // Declares --headless and --window.
 void AddDisplayOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options);
 
@@ -39,10 +42,10 @@ void AddDisplayOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options
 // `options`, which must outlive `app`, are the defaults.
 void AddApplicationOptions(CLI::App& app, Viewer viewer, ApplicationOptions& options);
 
-// Prints one line, given without its newline.
 // Declares --inspect.
 void AddInspectOption(CLI::App& app, ApplicationOptions& options);
 
+// Prints one line, given without its newline.
 using Printer = std::function<void(const std::string& line)>;
 void PrintLine(const std::string& line);
 

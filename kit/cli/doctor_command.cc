@@ -38,22 +38,17 @@ std::string LineOf(const Check& check) {
                      check.holds ? "" : ": " + check.advice);
 }
 
-bool IsSet(const char* variable) {
-  const char* value = std::getenv(variable);
-  return value != nullptr && *value != '\0';
-}
-
 bool HasSound() {
   std::error_code ignored;
   const char* folder = std::getenv("XDG_RUNTIME_DIR");
   const std::filesystem::path runtime = folder == nullptr ? "" : folder;
-  const bool has_server = IsSet("PULSE_SERVER") || std::filesystem::exists(runtime / "pulse/native", ignored);
+  const bool has_server =
+      std::getenv("PULSE_SERVER") != nullptr || std::filesystem::exists(runtime / "pulse/native", ignored);
   return has_server || std::filesystem::exists("/dev/snd/timer", ignored);
 }
 
 std::vector<Check> MachineChecks() {
-  return {{"display", IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY"),
-           "applications run headless; --window needs a graphical session"},
+  return {{"display", HasDisplay(), "applications run headless; --window needs a graphical session"},
           {"sound device", HasSound(), "media plays silently"}};
 }
 

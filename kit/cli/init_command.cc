@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kTest =
+constexpr const char* kFirstTest =
     R"(# The first test. Voice scripts are described in docs/voice-scripts.md of the kit.
 test "The page is there"
 value "document.readyState" matches /^(interactive|complete)$/
@@ -66,7 +66,7 @@ class InitCommand : public Subcommand {
         {"application", application},
         {"scripts", {"voice"}}};
     Status written = Write(kConfigurationFile, configuration.dump(2) + "\n");
-    if (written) written = Write("voice/first.voice", kTest);
+    if (written) written = Write("voice/first.voice", kFirstTest);
     if (written) written = Write(kStepFile, kStep);
     if (!written) return Fail(written.error());
     return Print(done_ + "Run it with corvis test-app, or corvis run for a prompt.\n");

@@ -20,27 +20,26 @@ namespace corvis::kit {
 
 namespace {
 
-using Json = nlohmann::json;
 using Found = std::shared_ptr<nlohmann::ordered_json>;
 
-std::string TextOf(const Json& value) {
+std::string TextOf(const nlohmann::json& value) {
   return value.is_string() ? value.get<std::string>()
-                           : value.dump(-1, ' ', false, Json::error_handler_t::replace);
+                           : value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
 // Reads the members of a command. Keeps the first error; after it every read returns an empty value.
 class Members {
  public:
-  explicit Members(const Json& command) : command_(command) {}
+  explicit Members(const nlohmann::json& command) : command_(command) {}
 
   // Null if there is none.
-  const Json* Find(const char* name) {
+  const nlohmann::json* Find(const char* name) {
     known_.emplace_back(name);
     const auto found = command_.find(name);
     return found == command_.end() || found->is_null() ? nullptr : &*found;
   }
   std::string Text(const char* name) {
-    const Json* found = Find(name);
+    const nlohmann::json* found = Find(name);
     if (found != nullptr && found->is_string()) return *found;
     Note("Expected a text as the member \"" + std::string(name) + "\".");
     return "";
@@ -49,14 +48,14 @@ class Members {
     return Find(name) == nullptr ? fallback : Text(name);
   }
   bool FlagOr(const char* name, bool fallback) {
-    const Json* found = Find(name);
+    const nlohmann::json* found = Find(name);
     if (found == nullptr) return fallback;
     if (!found->is_boolean()) Note("Expected true or false as the member \"" + std::string(name) + "\".");
     return found->is_boolean() && found->get<bool>();
   }
   // A non-negative whole number, as text.
   std::string NumberOr(const char* name, const char* fallback) {
-    const Json* found = Find(name);
+    const nlohmann::json* found = Find(name);
     if (found == nullptr) return fallback;
     if (!found->is_number_unsigned()) Note("Expected a number as the member \"" + std::string(name) + "\".");
     return TextOf(*found);
@@ -75,7 +74,7 @@ class Members {
   }
 
  private:
-  const Json& command_;
+  const nlohmann::json& command_;
   std::vector<std::string> known_ = {"id", "command"};
   std::string problem_;
 };
@@ -119,7 +118,7 @@ Result<Step> ReadSay(Members& members, const Found& found) {
 
 Result<Command> ReadCommand(Members& members) {
   const std::string action = members.Text("action");
-  const Json* data = members.Find("data");
+  const nlohmann::json* data = members.Find("data");
   if (data == nullptr || !data->is_object())
     return ParseRawCommand(data == nullptr ? action : action + " " + TextOf(*data));
   Command command = {action, "", {}, true};
@@ -152,7 +151,7 @@ template <typename Look>
 Result<Step> ReadLook(const std::string& source, const std::string& matcher, const Found& found, Look look) {
   if (!matcher.empty()) return ReadStatement(source + " " + matcher);
   return MakeStep(StepRole::kLooks, source, [found, look](Session& session) -> Verdict {
-    Result<Json> value = look(session.conversation);
+    Result<nlohmann::json> value = look(session.conversation);
     if (!value) return Failed(value.error().message);
     (*found)["value"] = *value;
     return {};
@@ -177,7 +176,7 @@ Result<Step> ReadItems(Members& members, const Found& found) {
     const Result<ItemList> list = session.conversation.AskItems();
     if (!list) return Failed(list.error().message);
     (*found)["answer"] = session.conversation.items_turn().answer->data;
-    (*found)["numbers"] = Json::array();
+    (*found)["numbers"] = nlohmann::json::array();
     for (const Item& item :
          title.empty() ? list->items : ItemsTitled(*list, title, session.conversation.phrases()))
       (*found)["numbers"].push_back(item.number);
@@ -219,11 +218,11 @@ Result<Step> ReadAnyStatement(Members& members, const Found& /*found*/) {
   return ReadStatement(members.Text("statement"));
 }
 
-struct Row {
+struct JsonCommandRow {
   const char* name;
   Result<Step> (*read)(Members& members, const Found& found);
 };
-constexpr Row kCommands[] = {
+constexpr JsonCommandRow kJsonCommands[] = {
     {"say", ReadSay},     {"send", ReadSend},     {"press", ReadPress},     {"type", ReadType},
     {"items", ReadItems}, {"show", ReadShow},     {"value", ReadValue},     {"screenshot", ReadScreenshot},
     {"open", ReadOpen},   {"reload", ReadReload}, {"restart", ReadRestart}, {"do", ReadAnyStatement},
@@ -232,13 +231,13 @@ constexpr const char* kQuit = "quit";
 
 Result<JsonCommand> Unknown(const std::string& name) {
   std::vector<std::string> names = {kQuit};
-  for (const Row& row : kCommands) names.emplace_back(row.name);
+  for (const JsonCommandRow& row : kJsonCommands) names.emplace_back(row.name);
   return Fail("Unknown command \"" + name + "\"." + DidYouMean(name, names));
 }
 
 }  // namespace
 
-Result<JsonCommand> ReadJsonCommand(const Json& command) {
+Result<JsonCommand> ReadJsonCommand(const nlohmann::json& command) {
   if (!command.is_object())
     return Fail(R"(Expected a JSON object such as {"id": 1, "command": "say", "text": "pause"}.)");
   Members members(command);
@@ -246,10 +245,11 @@ Result<JsonCommand> ReadJsonCommand(const Json& command) {
   JsonCommand read;
   read.found = std::make_shared<nlohmann::ordered_json>(nlohmann::ordered_json::object());
   read.is_quit = name == kQuit;
-  const auto* const row = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                       [&name](const Row& known) { return known.name == name; });
-  if (row == std::end(kCommands) && !read.is_quit && members.Find("command") != nullptr) return Unknown(name);
-  Result<Step> step = row == std::end(kCommands) ? Step() : row->read(members, read.found);
+  const auto* const row = std::find_if(std::begin(kJsonCommands), std::end(kJsonCommands),
+                                       [&name](const JsonCommandRow& known) { return known.name == name; });
+  if (row == std::end(kJsonCommands) && !read.is_quit && members.Find("command") != nullptr)
+    return Unknown(name);
+  Result<Step> step = row == std::end(kJsonCommands) ? Step() : row->read(members, read.found);
   // Report an invalid member before any error that results from it.
   if (const Status checked = members.Check(); !checked) return Fail(checked.error());
   if (!step) return Fail(step.error());

@@ -10,8 +10,6 @@ namespace corvis::kit {
 
 namespace {
 
-using Json = nlohmann::json;
-
 // "3:5" of a byte, counted from 1.
 std::string LineAndColumn(const std::string& text, size_t at) {
   const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(at, text.size()));
@@ -45,7 +43,7 @@ class CountedBytes {
 };
 
 // Notes the byte of each key. Stops at a mistake.
-class KeyReader : public nlohmann::json_sax<Json> {
+class KeyReader : public nlohmann::json_sax<nlohmann::json> {
  public:
   KeyReader(const std::string& text, const size_t& count) : text_(text), count_(count) {}
 
@@ -107,8 +105,8 @@ Result<JsonPlaces> JsonPlaces::Read(const std::string& file, const std::string& 
   size_t count = 0;
   KeyReader reader(text, count);
   const char* const begin = text.data();
-  const bool is_json =
-      Json::sax_parse(CountedBytes(begin, &count), CountedBytes(begin + text.size(), &count), &reader);
+  const bool is_json = nlohmann::json::sax_parse(CountedBytes(begin, &count),
+                                                 CountedBytes(begin + text.size(), &count), &reader);
   if (!is_json) return Fail(file + ":" + LineAndColumn(text, reader.problem_at) + ": " + reader.problem);
   JsonPlaces places;
   places.file_ = file;

@@ -17,7 +17,7 @@ std::string PlaceOf(const Phrase& phrase) {
   return phrase.place.file + ":" + std::to_string(phrase.place.line);
 }
 
-std::string Row(const std::string& left, const std::string& right) {
+std::string PhraseLine(const std::string& left, const std::string& right) {
   constexpr int kWidth = 60;
   return (ColumnsOf(left) > kWidth ? left : Padded(left, kWidth)) + "  " + right + "\n";
 }
@@ -59,9 +59,9 @@ class PhrasesCommand : public Subcommand {
 
   static std::string TableOf(const Phrasebook& phrases) {
     std::string text = phrases.name() + " (" + phrases.tag() + ")\n\n";
-    for (const Phrase& phrase : phrases.phrases()) text += Row(phrase.pattern, phrase.becomes);
+    for (const Phrase& phrase : phrases.phrases()) text += PhraseLine(phrase.pattern, phrase.becomes);
     text += "\nPieces\n";
-    for (const auto& [name, pattern] : phrases.pieces()) text += Row(name, pattern);
+    for (const auto& [name, pattern] : phrases.pieces()) text += PhraseLine(name, pattern);
     return text;
   }
 

@@ -25,7 +25,7 @@ namespace corvis::kit {
 namespace {
 
 // One line of the prompt's two-column lists.
-std::string Row(const std::string& left, const std::string& right) {
+std::string PromptLine(const std::string& left, const std::string& right) {
   constexpr size_t kWidth = 40;
   return "  " + left + std::string(left.size() < kWidth ? kWidth - left.size() : 1, ' ') + "  " + right +
          "\n";
@@ -280,7 +280,7 @@ std::string Prompt::PhraseRows(const std::string& word) const {
     const bool has_one = std::any_of(words.begin(), words.end(), [&phrase](const std::string& one) {
       return HasWord(phrase.pattern, one) || HasWord(phrase.becomes, one);
     });
-    if (has_one || word.empty()) text += Row(phrase.pattern, phrase.becomes);
+    if (has_one || word.empty()) text += PromptLine(phrase.pattern, phrase.becomes);
   }
   return text;
 }
@@ -289,7 +289,7 @@ std::string Prompt::HelpOn(const std::string& topic) const {
   std::string text;
   for (const CommandRow& command : Commands()) {
     if (topic != command.name) continue;
-    text = Row(command.usage, command.help);
+    text = PromptLine(command.usage, command.help);
     // The other commands' values are in the lists below.
     if (command.values == &Prompt::KeyNames) text += "\nKeys\n" + WrappedWords(KeyNames());
   }
@@ -312,10 +312,10 @@ void Prompt::Help(const std::string& argument) {
                        " Expected a command, an ACTION_ or a word of a phrase; help lists them.");
   }
   std::string text = "Commands\n";
-  for (const CommandRow& command : Commands()) text += Row(command.usage, command.help);
+  for (const CommandRow& command : Commands()) text += PromptLine(command.usage, command.help);
   text += "\nPhrases: (a|b) is a choice, [a] is optional, {…} is a placeholder\n" + PhraseRows("");
   text += "\nPieces of phrases\n";
-  for (const auto& [name, pattern] : conversation_.phrases().pieces()) text += Row(name, pattern);
+  for (const auto& [name, pattern] : conversation_.phrases().pieces()) text += PromptLine(name, pattern);
   lines_.ShowPages(
       text + "\nRaw: ACTION_NAME data, or ACTION_NAME key=value key=\"two words\" if the data is a bundle");
 }

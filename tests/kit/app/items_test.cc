@@ -7,7 +7,7 @@ namespace corvis::kit {
 namespace {
 
 // "number title" with "*" for the focused and "-" for hidden ones; "none" when the answer is no list.
-std::string Read(const std::string& answer) {
+std::string ReadList(const std::string& answer) {
   const auto list = ReadItems(answer);
   if (!list) return "none";
   std::string text = list->is_own ? "own" : "";
@@ -33,7 +33,7 @@ TEST(Items, AreReadFromWhateverAPageAnswers) {
       {"[{\"title\":\"\xff\"}]", "none"},
       {"[{\"alias\":" + std::string(50'000, '[') + std::string(50'000, ']') + "}]", "none"},
   };
-  for (const auto& [answer, read] : rows) EXPECT_EQ(Read(answer), read) << answer.substr(0, 100);
+  for (const auto& [answer, read] : rows) EXPECT_EQ(ReadList(answer), read) << answer.substr(0, 100);
 }
 
 ItemList Titled(std::initializer_list<std::pair<long, const char*>> items) {

@@ -23,12 +23,12 @@ std::string ValueOf(const Phrasebook& book, const std::string& text) {
   return understood ? understood->command.text : "none";
 }
 
-struct Meaning {
+struct NumberMeaning {
   const char* value;
   std::vector<const char*> wordings;
 };
 
-void ExpectMeanings(const std::string& slot, const std::vector<Meaning>& meanings) {
+void ExpectMeanings(const std::string& slot, const std::vector<NumberMeaning>& meanings) {
   const Phrasebook book = WithSlots("en");
   for (const auto& [value, wordings] : meanings) {
     for (const char* words : wordings) EXPECT_EQ(ValueOf(book, slot + " " + words), value) << words;

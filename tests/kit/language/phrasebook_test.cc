@@ -24,12 +24,12 @@ std::string Meaning(const std::string& phrase) {
   return command ? command->action.substr(7) + "|" + DescribeData(*command) : "nothing";
 }
 
-struct Row {
+struct PhraseRow {
   const char* phrase;
   const char* command;
 };
 
-constexpr Row kPhrases[] = {
+constexpr PhraseRow kPhrases[] = {
     {"  Pause,  PLEASE! ", "PAUSE|"},
     {"please pause the movie", "PAUSE|"},
     {"resume the video", "PLAY|"},
@@ -90,12 +90,12 @@ constexpr Row kPhrases[] = {
 };
 
 TEST(Phrases, BecomeCommands) {
-  for (const Row& row : kPhrases) EXPECT_EQ(Meaning(row.phrase), row.command) << row.phrase;
+  for (const PhraseRow& row : kPhrases) EXPECT_EQ(Meaning(row.phrase), row.command) << row.phrase;
 }
 
 TEST(Phrases, ReachEveryActionAndNoOther) {
   std::set<std::string> reached;
-  for (const Row& row : kPhrases) {
+  for (const PhraseRow& row : kPhrases) {
     if (const auto command = CommandOf(row.phrase)) reached.insert(command->action);
   }
   std::set<std::string> all;
@@ -114,7 +114,7 @@ TEST(Phrases, OfSampleAndTableAgree) {
 }
 
 TEST(Phrases, SearchTermsAreTakenApart) {
-  const Row rows[] = {
+  const PhraseRow rows[] = {
       {"comedies with Jane Doe from 1990 to 2000", "genre=comedy cast=\"Jane Doe\" from=1990 to=2000"},
       {"science fiction from the 90s", "genre=\"science fiction\" from=1990 to=1999"},
       {"comedies after 1990", "genre=comedy from=1990"},
@@ -136,7 +136,7 @@ TEST(Phrases, SearchTermsAreTakenApart) {
       {"films called From Dusk to Dawn, starring J. Doe",
        "title=\"From Dusk to Dawn\" cast=\"J. Doe\" content_type=movie"},
   };
-  for (const Row& row : rows) {
+  for (const PhraseRow& row : rows) {
     auto command = CommandOf(std::string("search for ") + row.phrase);
     ASSERT_TRUE(command) << row.phrase;
     EXPECT_EQ(command->entries.front().second, std::string("search for ") + row.phrase);
@@ -168,7 +168,7 @@ TEST(Phrases, SelectingWaitsForTheItem) {
 }
 
 TEST(Phrases, SuggestWhatWasMeant) {
-  const Row rows[] = {
+  const PhraseRow rows[] = {
       {"serch for Comedies", "search for Comedies"},
       {"opne The Sea", "open The Sea"},
       {"selct The Sea", "select The Sea"},
@@ -180,7 +180,7 @@ TEST(Phrases, SuggestWhatWasMeant) {
       {"good morning", ""},
       {"x", ""},
   };
-  for (const Row& row : rows) EXPECT_EQ(English().Suggest(row.phrase), row.command) << row.phrase;
+  for (const PhraseRow& row : rows) EXPECT_EQ(English().Suggest(row.phrase), row.command) << row.phrase;
 }
 
 }  // namespace

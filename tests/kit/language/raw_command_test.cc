@@ -8,14 +8,14 @@ namespace {
 
 using testing::HasSubstr;
 
-struct Row {
+struct CommandRow {
   const char* line;
   const char* text;
   Entries entries;
 };
 
 TEST(RawCommand, OnlyPairsOfBundleActionsAreABundle) {
-  const Row rows[] = {
+  const CommandRow rows[] = {
       {"ACTION_PLAY", "", {}},
       {"ACTION_PLAY  a=b \"c ", " a=b \"c ", {}},
       {"ACTION_TITLE_SELECTION \"The Sea\"", "\"The Sea\"", {}},
@@ -30,7 +30,7 @@ TEST(RawCommand, OnlyPairsOfBundleActionsAreABundle) {
       {"ACTION_CUSTOM =b", "=b", {}},
       {"ACTION_ITEM_SELECTION {\"id\":\"a=b\"}", "{\"id\":\"a=b\"}", {}},
   };
-  for (const Row& row : rows) {
+  for (const CommandRow& row : rows) {
     const auto command = ParseRawCommand(row.line);
     ASSERT_TRUE(command) << row.line;
     EXPECT_EQ(command->entries, row.entries) << row.line;

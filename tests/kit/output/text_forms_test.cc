@@ -14,14 +14,14 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-struct Row {
+struct FormRow {
   std::string text;
   std::string terminal = text;
   std::string xml = text;
 };
 
-const std::vector<Row>& Rows() {
-  static const std::vector<Row> kRows = {
+const std::vector<FormRow>& Rows() {
+  static const std::vector<FormRow> kRows = {
       {""},
       {"Ελληνικά 日本語 👨‍👩‍👧 e\u0301"},
       {"a\nnot ok 1 - b\r\tc", R"(a\nnot ok 1 - b\r\tc)", "a\nnot ok 1 - b\\r\tc"},
@@ -40,7 +40,7 @@ const std::vector<Row>& Rows() {
 }
 
 TEST(TextForms, Terminal) {
-  for (const Row& row : Rows()) {
+  for (const FormRow& row : Rows()) {
     EXPECT_EQ(ForTerminal(row.text), row.terminal);
     EXPECT_EQ(ForTerminal(TextForTerminal(row.text)), row.terminal);
   }
@@ -56,7 +56,7 @@ TEST(TextForms, LinesOfATerminalStayTogether) {
 
 TEST(TextForms, TapHasNoDirectiveAndNoSecondLine) {
   EXPECT_EQ(ForTap("a # SKIP \\\nok 2"), R"(a \# SKIP \\\\nok 2)");
-  for (const Row& row : Rows()) {
+  for (const FormRow& row : Rows()) {
     const std::string tap = ForTap(row.text);
     std::string read;
     for (size_t i = 0; i < tap.size(); ++i) read += tap[i] == '\\' ? tap[++i] : tap[i];
@@ -65,7 +65,7 @@ TEST(TextForms, TapHasNoDirectiveAndNoSecondLine) {
 }
 
 TEST(TextForms, XmlIsReadBack) {
-  for (const Row& row : Rows()) {
+  for (const FormRow& row : Rows()) {
     pugi::xml_document written;
     written.append_child("a").append_attribute("b") = ForXml(row.text).c_str();
     written.child("a").text() = ForXml(row.text).c_str();
@@ -80,7 +80,7 @@ TEST(TextForms, XmlIsReadBack) {
 }
 
 TEST(TextForms, JsonIsReadBack) {
-  for (const Row& row : Rows()) {
+  for (const FormRow& row : Rows()) {
     const Json read = Json::parse(JsonText(row.text));
     const std::string line = JsonLine({{"text", row.text}});
     // What is not UTF-8 has no form in JSON.
@@ -96,7 +96,7 @@ TEST(TextForms, JsonIsReadBack) {
 
 TEST(TextForms, QuotedIsReadBackByScripts) {
   EXPECT_EQ(Quoted("a\"\\\n\t\r\x1b[0m é"), R"("a\"\\\n\t\r\x1b[0m é")");
-  for (const Row& row : Rows()) {
+  for (const FormRow& row : Rows()) {
     const std::string quoted = Quoted(row.text);
     LineReader line(quoted);
     EXPECT_EQ(line.Text(), row.text);

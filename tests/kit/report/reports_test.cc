@@ -22,7 +22,7 @@ namespace {
 using std::chrono::microseconds;
 using testing::HasSubstr;
 
-StepDone Step(int line, const char* source, StepStatus status = StepStatus::kPassed) {
+StepDone StepAt(int line, const char* source, StepStatus status = StepStatus::kPassed) {
   StepDone step;
   step.place = {"a.voice", line, 1};
   step.source = source;
@@ -33,16 +33,16 @@ StepDone Step(int line, const char* source, StepStatus status = StepStatus::kPas
 }
 
 StepDone Saying(int line, const char* phrase, const char* action, const char* answer) {
-  StepDone step = Step(line, "say");
+  StepDone step = StepAt(line, "say");
   step.exchange = Exchange{phrase, action, "", true, answer, microseconds(12'345), 1};
   return step;
 }
 
 // Two scripts, of which the second can't go on.
 std::vector<Event> SampleRun() {
-  StepDone shown = Step(3, "show \"#a\" is \"on\"");
+  StepDone shown = StepAt(3, "show \"#a\" is \"on\"");
   shown.shown = "on";
-  StepDone failed = Step(6, "expect success", StepStatus::kFailed);
+  StepDone failed = StepAt(6, "expect success", StepStatus::kFailed);
   failed.failure = Failure{
       "The callback threw: boom\nnot ok 9.", "\"success\"", "\"not_support\"", {"log: a\x1b[2Jb"}, "a-6.png"};
   const PageSeen view{960, 540, {{0, "</p>", 8, 8, 80, 20, true, false}}, {"1f", "data:,x"}};
@@ -58,7 +58,7 @@ std::vector<Event> SampleRun() {
       NoteReached{{"a.voice", 4, 1}, "now #stop"},
       Saying(5, "stop", "ACTION_STOP", "not_support"),
       failed,
-      Step(7, "show \"#a\" is \"off\"", StepStatus::kSkipped),
+      StepAt(7, "show \"#a\" is \"off\"", StepStatus::kSkipped),
       ScriptStarted{"b.voice"},
       CoverageMeasured{{"ACTION_PLAY", "ACTION_STOP"}, {}, {"ACTION_STOP"}, {"onpause"}, 100},
       RunAborted{"The bus is gone."},
@@ -155,7 +155,7 @@ TEST(Reports, HoldWhateverARunMayBring) {
 // Every kind of event, and every field with a value of its own.
 std::vector<Event> AllEvents() {
   std::vector<Event> events = SampleRun();
-  StepDone unsent = Step(8, "say \"x\"", StepStatus::kFailed);
+  StepDone unsent = StepAt(8, "say \"x\"", StepStatus::kFailed);
   unsent.exchange = Exchange{"x", "", "", false, "", {}, 1};
   unsent.failure = Failure{"No item \xff is called \"x\".", "", "", {}, ""};
   unsent.attempt = 2;

@@ -17,7 +17,7 @@ std::string Nested(size_t levels) {
   return std::string(levels, '[') + std::string(levels, ']');
 }
 
-Matcher Read(const std::string& text) {
+Matcher ReadMatcher(const std::string& text) {
   LineReader line(text);
   Matcher matcher = ReadMatcher(line);
   line.End();
@@ -27,11 +27,11 @@ Matcher Read(const std::string& text) {
 
 // "yes", "no", or why the two can't be compared.
 std::string Match(const std::string& matcher, const std::string& actual) {
-  const Result<bool> is_match = Read(matcher).matches(actual);
+  const Result<bool> is_match = ReadMatcher(matcher).matches(actual);
   return !is_match ? is_match.error().message : *is_match ? "yes" : "no";
 }
 
-struct Row {
+struct MatcherRow {
   const char* written;
   const char* described;
   std::string actual;
@@ -39,7 +39,7 @@ struct Row {
 };
 
 TEST(Matcher, ComparesAsItIsWritten) {
-  const Row rows[] = {
+  const MatcherRow rows[] = {
       {R"(is "a b")", R"("a b")", "a b", "yes"},
       {"success", R"("success")", "success", "yes"},
       {"is is", R"("is")", "is", "yes"},
@@ -63,8 +63,8 @@ TEST(Matcher, ComparesAsItIsWritten) {
       {"json []", "json []", "[", "This is not JSON."},
       {"json []", "json []", Nested(50'000), "This JSON is nested more than 200 levels deep."},
   };
-  for (const Row& row : rows) {
-    EXPECT_EQ(Read(row.written).description, row.described);
+  for (const MatcherRow& row : rows) {
+    EXPECT_EQ(ReadMatcher(row.written).description, row.described);
     EXPECT_EQ(Match(row.written, row.actual), row.is_match)
         << row.written << " : " << row.actual.substr(0, 99);
   }
