@@ -54,7 +54,7 @@ corvis_bench() {
   prepare_node
   # Reuses the options of the build folder, so that neither tests nor kit are built twice.
   grep -qs '^CORVIS_BUILD_BENCH:BOOL=ON$' "$build/CMakeCache.txt" ||
-    configure "$build" $(cat "$build/corvis-options" 2>/dev/null || echo -DCORVIS_BUILD_TESTS=OFF) -DCORVIS_BUILD_BENCH=ON
+    configure "$build" $(cat "$build/corvis-options" 2>/dev/null || echo "${kit_options[@]}") -DCORVIS_BUILD_BENCH=ON
   compile "$build" "${kit_targets[@]}" bench_programs
   prepare_npm_package
   ! wants_cross "$@" || prepare_cross

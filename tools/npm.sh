@@ -29,7 +29,7 @@ compile_module() {
 prepare_npm_package() {
   install_missing "${kit_packages[@]}" "${npm_packages[@]}"
   prepare_node
-  [ -f "$build/build.ninja" ] || configure "$build" -DCORVIS_BUILD_TESTS=OFF
+  [ -f "$build/build.ninja" ] || configure "$build" "${kit_options[@]}"
   compile "$build" voiceinteraction_api.js language_data
   mkdir -p "$build/npm"
   # The module has English alone; the other languages, three quarters of the data, are files beside it.

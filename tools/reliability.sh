@@ -98,7 +98,7 @@ corvis_reliability() {
   fi
   install_missing "${kit_packages[@]}" "${test_packages[@]}"
   prepare_node
-  configure "$build" -DCORVIS_BUILD_TESTS=ON
+  configure "$build" "${test_options[@]}"
   compile "$build" "${kit_targets[@]}" robustness_programs
   export CORVIS_BUILD=$build
   for name in "${names[@]}"; do

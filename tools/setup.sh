@@ -52,6 +52,14 @@ make_build_folder() {
   { mkdir -p "$1" && [ -w "$1" ]; } 2>/dev/null || fail "Can't write to the build folder $1; check its permissions."
 }
 
+# Joining the files of a target takes a third of the time to compile them all. Without it, a change compiles one file, and
+# an editor finds the options of each.
+joined=(-DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0)
+kit_options=(-DCORVIS_BUILD_TESTS=OFF "${joined[@]}")
+# With the tests the build is a developer's, except in continuous integration.
+test_options=(-DCORVIS_BUILD_TESTS=ON)
+if [ -n "${CI:-}" ]; then test_options+=("${joined[@]}"); else test_options+=(-DCMAKE_UNITY_BUILD=OFF); fi
+
 # Configures a build folder unless it has been configured with these options before.
 configure() {
   local folder=$1 options="${*:2}" log=$1/configure.log
@@ -81,7 +89,7 @@ prepare_kit() {
   install_missing "${kit_packages[@]}"
   if ! is_own "$build" || [ ! -f "$build/build.ninja" ]; then
     echo "Building; the first time takes a minute or two." >&2
-    configure "$build" -DCORVIS_BUILD_TESTS=OFF
+    configure "$build" "${kit_options[@]}"
   fi
   compile "$build" "${kit_targets[@]}"
 }

@@ -59,7 +59,8 @@ count_files() {
     count_results "$1" node --test --test-reporter=spec "${@:2}"
 }
 
-# Runs the native tests in a separate build with sanitizers.
+# Runs the native tests in a separate build with sanitizers, in which no file is joined with others, so that each includes
+# what it uses.
 sanitized_tests() {
   configure "$build-sanitize" -DCORVIS_BUILD_TESTS=ON -DCORVIS_SANITIZE=address,undefined -DCMAKE_BUILD_TYPE=Debug
   compile "$build-sanitize" native_tests
@@ -68,7 +69,7 @@ sanitized_tests() {
 
 test_parts() {
   local part
-  configure "$build" -DCORVIS_BUILD_TESTS=ON
+  configure "$build" "${test_options[@]}"
   compile "$build"
   for part in "$@"; do
     case $part in
