@@ -194,7 +194,8 @@ void Conversation::WaitForLoad(std::chrono::milliseconds timeout) {
   for (;;) {
     const Result<bool> is_loaded = runtime_.IsLoaded();
     if (!is_loaded || *is_loaded || (Clock::now() > end && !AreTimeLimitsSuspended())) return;
-    RunFor(kInterval);
+    // A load that ends by failing is not announced.
+    HappensWithin([this, loads_before = loads_] { return loads_ != loads_before; }, kInterval);
   }
 }
 
@@ -365,7 +366,9 @@ Status Conversation::Recover() {
 Status Conversation::BeginAnew() {
   // A hang belongs to the previous script's result, so the error is dropped here.
   if (!Recover()) static_cast<void>(WaitForPage(timeout_));
-  if (const Status granted = SetPrivileges(privileges_); !granted) return granted;
+  if (held_privileges_ != privileges_) {
+    if (const Status granted = SetPrivileges(privileges_); !granted) return granted;
+  }
   // Unload the old page first, because it may store more data or keep a database open.
   if (const Status left = runtime_.Load("about:blank"); !left) return left;
   if (!is_storage_kept_) {

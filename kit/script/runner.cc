@@ -91,10 +91,11 @@ StepDone ScriptRunner::RunAlone(const Step& step) {
 // If the application ends with its last answer, or at a timer that is due then, wait for that, so that this
 // script reports it.
 void ScriptRunner::AwaitClosing() {
-  constexpr auto kTimers = std::chrono::milliseconds(20);
+  constexpr auto kTimers = std::chrono::milliseconds(5);
   constexpr auto kDeparture = std::chrono::seconds(2);
+  if (HappensWithin([] { return IsInterrupted(); }, kTimers)) return;
   const bool is_there = conversation_.runtime().Sync().has_value();
-  HappensWithin([] { return IsInterrupted(); }, is_there ? kTimers : kDeparture);
+  if (!is_there) HappensWithin([] { return IsInterrupted(); }, kDeparture);
 }
 
 Status ScriptRunner::PrepareScript() {
