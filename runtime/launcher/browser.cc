@@ -82,7 +82,8 @@ void Browser::SetUpContext(const Options& options, const Application& applicatio
     webkit_website_data_manager_set_tls_errors_policy(
         webkit_web_context_get_website_data_manager(context_.get()), WEBKIT_TLS_ERRORS_POLICY_IGNORE);
   }
-  webkit_web_context_set_cache_model(context_.get(), WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
+  // With a smaller cache the engine drops the scripts that it has loaded ahead, and loads them again.
+  webkit_web_context_set_cache_model(context_.get(), WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
   const char* languages[] = {options.language.c_str(), nullptr};
   webkit_web_context_set_preferred_languages(context_.get(), languages);
   extension_data_ = ExtensionData(options, application);
@@ -151,6 +152,8 @@ void Browser::BeginLoad(ResultCallback done) {
 void Browser::Load(const std::string& uri, ResultCallback done) {
   BeginLoad(std::move(done));
   last_uri_ = uri;
+  // Files may have changed, also those that their server doesn't date.
+  webkit_web_context_clear_cache(context_.get());
   webkit_web_view_load_uri(view_, uri.c_str());
 }
 

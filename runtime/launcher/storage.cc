@@ -9,6 +9,9 @@ namespace corvis::tv {
 namespace {
 
 constexpr const char* kAuthorityFile = "/address";
+// Files that the application's author changes must not come from an earlier run's cache. The engine has no
+// disk cache if it can't create the folder.
+constexpr const char* kNoFolder = "/dev/null";
 
 using Done = std::function<void(const std::string& error)>;
 
@@ -23,9 +26,9 @@ void OnCleared(GObject* manager, GAsyncResult* result, gpointer data) {
 }  // namespace
 
 nurvo::GObjectPtr<WebKitWebContext> NewWebContext(const std::string& profile) {
-  const nurvo::GObjectPtr<WebKitWebsiteDataManager> manager(
-      webkit_website_data_manager_new("base-data-directory", (profile + "/data").c_str(),
-                                      "base-cache-directory", (profile + "/cache").c_str(), nullptr));
+  const nurvo::GObjectPtr<WebKitWebsiteDataManager> manager(webkit_website_data_manager_new(
+      "base-data-directory", (profile + "/data").c_str(), "base-cache-directory",
+      (profile + "/cache").c_str(), "disk-cache-directory", kNoFolder, nullptr));
   nurvo::GObjectPtr<WebKitWebContext> context(
       webkit_web_context_new_with_website_data_manager(manager.get()));
   webkit_cookie_manager_set_persistent_storage(webkit_web_context_get_cookie_manager(context.get()),

@@ -5,7 +5,7 @@ import { request } from 'node:http';
 import path from 'node:path';
 import { test } from 'node:test';
 import { scratchFolder, until } from '../../testing/corvis.mjs';
-import { Tv, startBus } from '../../testing/tv.mjs';
+import { Tv, serve, startBus } from '../../testing/tv.mjs';
 
 const large = 'x'.repeat(600_000) + 'end';
 
@@ -173,4 +173,24 @@ test('--single-page: a path of the application gives its page', async (t) => {
   await tv.evaluate(`[history.pushState(null, '', '/watch/12')]`);
   await tv.call('Reload');
   assert.deepEqual(await tv.evaluate('[location.pathname, typeof example]'), ['/watch/12', 'object']);
+});
+
+test("a server's files are loaded once for a page, and again for the next", async (t) => {
+  const asked = [];
+  let version = 1;
+  const scripts = ['/a.js', '/b.js', '/c.js'];
+  const origin = await serve(t, (request, response) => {
+    asked.push(request.url);
+    // Without any statement about caching, an old file counts as fresh for long.
+    response.setHeader('Last-Modified', 'Mon, 01 Jan 2001 00:00:00 GMT');
+    response.setHeader('Content-Type', request.url.endsWith('.js') ? 'text/javascript' : 'text/html');
+    const tags = scripts.map((script) => `<script src="${script}"></script>`).join('');
+    response.end(request.url.endsWith('.js') ? `var version = ${version};` : `<!doctype html>${tags}`);
+  });
+  const tv = new Tv(t, await startBus(t), `${origin}/`);
+  await tv.loaded();
+  assert.deepEqual(asked.filter((url) => scripts.includes(url)).sort(), scripts);
+  version = 2;
+  await tv.call('Load', `${origin}/`);
+  assert.equal(await tv.evaluate('version'), 2);
 });
