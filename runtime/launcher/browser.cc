@@ -132,6 +132,8 @@ void Browser::SetUpView(const Options& options, const Application& application) 
                    }),
                    this);
   gtk_widget_show_all(window_);
+  // Nobody sees the display, and screenshots come from the engine.
+  if (options.is_headless) gdk_window_freeze_updates(gtk_widget_get_window(window_));
 }
 
 void Browser::ClearStorage(ResultCallback done) {
