@@ -38,6 +38,7 @@ std::vector<std::string> RuntimeCommand(const RunOptions& options) {
     command.insert(command.end(), {"--privilege", PrivilegeUri(privilege)});
   }
   if (!options.profile.empty()) command.insert(command.end(), {"--profile", options.profile});
+  if (options.is_api_followed) command.emplace_back("--follow-api");
   if (options.is_headless) command.emplace_back("--headless");
   for (const std::string& grant : options.grants) command.insert(command.end(), {"--grant", grant});
   command.insert(command.end(), options.runtime_arguments.begin(), options.runtime_arguments.end());

@@ -60,6 +60,8 @@ struct RunOptions {
   ServerOptions server;
   // The permissions that the page gets without a user's consent, by the names of corvis-tv.
   std::vector<std::string> grants;
+  // Whether the script API's console lines are needed when they are written.
+  bool is_api_followed = true;
   Places places = FindPlaces();
 };
 

@@ -327,6 +327,9 @@ void Prompt::Apps(const std::string& /*argument*/) {
 }
 
 void Prompt::ListActions(const std::string& /*argument*/) {
+  // Registrations are read from the console, whose lines arrive before this call's reply. A page that doesn't
+  // respond has no further ones.
+  static_cast<void>(conversation_.runtime().Sync());
   const RegisteredActions& registered = conversation_.registered();
   if (!registered.is_known()) {
     return lines_.Show(

@@ -48,6 +48,7 @@ class RunCommand : public Subcommand {
     if (is_watching_ && (is_json_ || WatchedFolder(operands[0]).empty()))
       return Fail("--watch needs an HTML file or a folder, and a prompt.", ErrorKind::kUsage);
     if (is_json_) return ExecuteJson(supervisor, operands[0]);
+    options_.run.is_api_followed = options_.console == "all";
     const std::unique_ptr<LineSource> lines = OpenStandardInput();
     const auto run = StartApplication(
         supervisor, operands[0], options_, [&lines](const std::string& sentence) { lines->Show(sentence); },

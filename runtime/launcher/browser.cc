@@ -36,8 +36,8 @@ nurvo::GVariantPtr ExtensionData(const Options& options, const Application& appl
   GVariantBuilder libraries;
   g_variant_builder_init(&libraries, G_VARIANT_TYPE("as"));
   for (const std::string& path : options.extensions) g_variant_builder_add(&libraries, "s", path.c_str());
-  return nurvo::GVariantPtr(
-      g_variant_ref_sink(g_variant_new("(sas)", application.origin.c_str(), &libraries)));
+  return nurvo::GVariantPtr(g_variant_ref_sink(
+      g_variant_new(kStartType, application.origin.c_str(), &libraries, options.is_api_followed)));
 }
 
 void AddPageScript(WebKitWebView* view, const std::string& text) {

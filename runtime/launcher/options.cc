@@ -139,6 +139,12 @@ std::string SetConsole(Options& options, const std::string& kind) {
     options.console = ConsoleKind::kNone;
   else
     return "Expected page, all or none, not \"" + kind + "\".";
+  options.is_api_followed = options.is_api_followed || kind == "all";
+  return "";
+}
+
+std::string FollowApi(Options& options, const std::string& /*nothing*/) {
+  options.is_api_followed = true;
   return "";
 }
 
@@ -192,6 +198,7 @@ constexpr OptionRow kRows[] = {
     {"headless", nullptr, "run without a window or display (starts an Xvfb)", SetHeadless},
     {"console", "KIND", "console lines to print: page (default), all (including script APIs), none",
      SetConsole},
+    {"follow-api", nullptr, "report the lines of script APIs at once, not before the next reply", FollowApi},
 };
 
 // The codes of the options that have no row. The code of a row is its position in the table, counted from 1.

@@ -49,6 +49,9 @@ struct Options {
   // The inspector's port, 0 for any; nothing for no inspector.
   std::optional<int> inspector_port;
   ConsoleKind console = ConsoleKind::kPage;
+  // Whether lines of script APIs are reported when they are written, which printing them implies. Otherwise
+  // they are reported before the next reply or line of the page.
+  bool is_api_followed = false;
   // The value of navigator.language, a BCP 47 tag; by default that of the environment.
   std::string language;
   // A URL, an HTML file, or a folder.

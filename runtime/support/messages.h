@@ -5,6 +5,9 @@
 
 namespace corvis::tv {
 
+// What a web process gets at its start: the application's origin, the extension libraries, and whether lines
+// of script APIs are followed.
+constexpr const char* kStartType = "(sasb)";
 // From a page: console lines and uncaught errors, each with level, text and source.
 constexpr const char* kConsoleMessage = "console";
 constexpr const char* kConsoleType = "a(sss)";

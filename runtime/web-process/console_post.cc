@@ -7,13 +7,15 @@ namespace corvis::tv {
 
 namespace {
 constexpr guint kDelayMs = 5;
+// No line is lost if nobody asks for a long time.
+constexpr size_t kMostLines = 4096;
 }  // namespace
 
 void ConsolePost::Take(const std::string& level, const std::string& text, const std::string& source) {
   lines_.emplace_back(
       g_variant_ref_sink(g_variant_new(kConsoleLineType, level.c_str(), text.c_str(), source.c_str())));
-  if (source != "api") return Flush();
-  if (!timer_.is_running()) timer_.Start(kDelayMs);
+  if (source != "api" || lines_.size() == kMostLines) return Flush();
+  if (is_api_followed_ && !timer_.is_running()) timer_.Start(kDelayMs);
 }
 
 void ConsolePost::Flush() {

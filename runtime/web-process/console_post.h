@@ -13,12 +13,12 @@
 namespace corvis::tv {
 
 // One object per page, used on the main thread. Sends a page's own lines at once. Lines of script APIs, of
-// which every command writes several, are collected for a short time, at most until the page's next line or
-// Flush().
+// which every command writes several, are collected until the page's next line or Flush(); if somebody
+// follows them, for a short time only.
 class ConsolePost {
  public:
   // `page` must outlive this object.
-  explicit ConsolePost(WebKitWebPage* page) : page_(page) {}
+  ConsolePost(WebKitWebPage* page, bool is_api_followed) : page_(page), is_api_followed_(is_api_followed) {}
 
   void Take(const std::string& level, const std::string& text, const std::string& source);
   // Sends the collected lines.
@@ -26,6 +26,7 @@ class ConsolePost {
 
  private:
   WebKitWebPage* page_;
+  bool is_api_followed_;
   std::vector<nurvo::GVariantPtr> lines_;
   Timer timer_{[this] { Flush(); }};
 };

@@ -25,6 +25,7 @@ namespace {
 
 struct WebProcess {
   std::string origin;
+  bool is_api_followed = false;
   // The bridges of the pages' main frames.
   std::map<WebKitWebPage*, std::unique_ptr<PageBridge>> pages;
   std::map<WebKitWebPage*, ConsolePost> posts;
@@ -41,7 +42,7 @@ WebProcess& TheWebProcess() {
 }
 
 ConsolePost& PostOf(WebKitWebPage* page) {
-  return TheWebProcess().posts.try_emplace(page, page).first->second;
+  return TheWebProcess().posts.try_emplace(page, page, TheWebProcess().is_api_followed).first->second;
 }
 
 ConsoleSink ConsoleOf(WebKitWebPage* page) {
@@ -184,8 +185,10 @@ extern "C" __attribute__((visibility("default"))) void webkit_web_extension_init
     WebKitWebExtension* process, const GVariant* user_data) {
   const char* origin = nullptr;
   GVariantIter* libraries = nullptr;
-  g_variant_get(const_cast<GVariant*>(user_data), "(&sas)", &origin, &libraries);
+  gboolean is_api_followed = FALSE;
+  g_variant_get(const_cast<GVariant*>(user_data), "(&sasb)", &origin, &libraries, &is_api_followed);
   corvis::tv::TheWebProcess().origin = origin;
+  corvis::tv::TheWebProcess().is_api_followed = is_api_followed != FALSE;
   corvis::tv::LoadExtensions(process, libraries);
   g_variant_iter_free(libraries);
   g_signal_connect(process, "page-created", G_CALLBACK(corvis::tv::OnPageCreated), nullptr);

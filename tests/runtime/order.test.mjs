@@ -62,3 +62,23 @@ test('replies come after what the page wrote before them', async (t) => {
     for (const [, { error }] of bus.records.slice(1, 4)) assert.match(error, /crashed before it answered/);
   });
 });
+
+test("a script API's lines are reported when they are wanted", async (t) => {
+  for (const [options, count, unasked] of [
+    [[], 10, 0],
+    [[], 4096, 4096],
+    [['--follow-api'], 10, 10],
+  ]) {
+    const address = await startBus(t);
+    const tv = new Tv(t, address, writePage(t, '<p>Here'), { options: ['--console', 'none', ...options] });
+    await tv.loaded();
+    const bus = await watchBus(t, address);
+    const reported = () => bus.records.filter(([name]) => name === 'Console').length;
+    await tv.evaluate(`setTimeout(function () { for (var i = 0; i < ${count}; i++) example.echo.log(i); })`);
+    if (unasked) await until(() => reported() === unasked, bus);
+    else await new Promise((resolve) => setTimeout(resolve, 300));
+    assert.equal(reported(), unasked, options.join());
+    await tv.call('Sync');
+    await until(() => reported() === count, bus);
+  }
+});
