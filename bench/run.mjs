@@ -16,9 +16,11 @@ import * as roundTrip from './rows/round-trip.mjs';
 import * as script from './rows/script.mjs';
 import * as simulator from './rows/simulator.mjs';
 import * as size from './rows/size.mjs';
+import * as testApp from './rows/test-app.mjs';
 
 const benchmarks = new Map([
   ['round-trip', roundTrip],
+  ['test-app', testApp],
   ['command', command],
   ['answer', answer],
   ['bundle-json', bundleJson],

@@ -11,6 +11,7 @@ medians, the target, and whether it is met. Both sides of each ratio are measure
 docs/performance.md explains the figures. Without a name all are measured:
 
   round-trip     a command from the voice service to the page and its answer back
+  test-app       the start of a test run, and each of its scripts
   command        the native work of a command, in instructions
   answer         answers that don't fit into one message
   bundle-json    a command's bundle to JSON

@@ -13,6 +13,7 @@ const names =
   element map: time for each item | start of the script API in a page | a command through the script |
   loading and initializing the library | resident memory of one page that listens | stripped library |
   relocations of the library | script API | resident memory of a process with the library |
+  \`corvis test-app\` until its first result | each further script | 2 scripts with \`--jobs 2\` |
   native work of a command with logging switched off | the simulator, one file | the simulator in a fresh page |
   a phrase in the simulator | understanding a text, p99, slowest language | loading a language, slowest`.split(
     / \|\s+/
