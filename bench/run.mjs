@@ -59,4 +59,4 @@ if (options.json) {
   const report = done.map(({ name, lines, samples }) => ({ name, lines, samples }));
   writeFileSync(options.json, JSON.stringify(report, null, 1) + '\n');
 }
-if (options.plots) writeFileSync(options.plots, plotPage(done.flatMap(({ plots }) => plots)));
+if (options.plots) writeFileSync(options.plots, await plotPage(done.flatMap(({ plots }) => plots)));
