@@ -33,15 +33,25 @@ const kinds = {
   }),
 };
 
+const number = "format(datum.value, datum.value < 1 ? '~g' : '~s')";
+/** The labels of an axis; on a logarithmic one those that begin with 1, 2 or 5. */
+const labelsOf = (scale) =>
+  scale.type === 'log'
+    ? `indexof([1, 2, 5], round(datum.value / pow(10, floor(log(datum.value) / LN10 + 1e-9)))) < 0 ? '' : ${number}`
+    : number;
+const axisOf = (field, title, scale) => ({
+  field,
+  title,
+  type: 'quantitative',
+  scale: { nice: false, ...scale },
+  axis: { labelExpr: labelsOf(scale), labelOverlap: 'greedy' },
+});
+
 function panelOf(plot) {
   const { points, x, y, yScale, mark } = kinds[plot.kind](plot);
   const values = Object.entries(plot.series).flatMap(([series, list]) =>
     points(list).map(([across, up], order) => ({ series, across, up, order }))
   );
-  const axis = {
-    labelExpr: "format(datum.value, datum.value < 1 ? '~g' : '~s')",
-    labelOverlap: true,
-  };
   const legend = { title: null, orient: 'top', columns: 2, labelLimit: 0 };
   return {
     title: { text: plot.title, anchor: 'start' },
@@ -50,8 +60,8 @@ function panelOf(plot) {
     data: { values },
     mark: { type: 'line', interpolate: 'linear', ...mark },
     encoding: {
-      x: { field: 'across', type: 'quantitative', scale: { type: 'log', nice: false }, axis, title: x },
-      y: { field: 'up', type: 'quantitative', scale: { nice: false, ...yScale }, axis, title: y },
+      x: axisOf('across', x, { type: 'log' }),
+      y: axisOf('up', y, yScale),
       color: { field: 'series', type: 'nominal', sort: Object.keys(plot.series), legend },
       order: { field: 'order' },
     },
