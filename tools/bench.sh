@@ -53,9 +53,8 @@ corvis_bench() {
   done
   install_missing "${kit_packages[@]}" "${test_packages[@]}" "${bench_packages[@]}"
   prepare_node
-  # Reuses the options of the build folder, so that neither tests nor kit are built twice.
-  grep -qs '^CORVIS_BUILD_BENCH:BOOL=ON$' "$build/CMakeCache.txt" ||
-    configure "$build" $(cat "$build/corvis-options" 2>/dev/null || echo "${kit_options[@]}") -DCORVIS_BUILD_BENCH=ON
+  # The build of the tests, so that nothing is built twice, and what is measured is compiled file by file.
+  configure "$build" "${test_options[@]}" -DCORVIS_BUILD_BENCH=ON
   compile "$build" "${kit_targets[@]}" bench_programs
   prepare_npm_package
   ! wants_cross "$@" || prepare_cross

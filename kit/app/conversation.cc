@@ -367,7 +367,8 @@ Status Conversation::BeginAnew() {
   // A hang belongs to the previous script's result, so the error is dropped here.
   if (!Recover()) static_cast<void>(WaitForPage(timeout_));
   if (held_privileges_ != privileges_) {
-    if (const Status granted = SetPrivileges(privileges_); !granted) return granted;
+    if (const Status granted = runtime_.SetPrivileges(privileges_); !granted) return granted;
+    held_privileges_ = privileges_;
   }
   // Unload the old page first, because it may store more data or keep a database open.
   if (const Status left = runtime_.Load("about:blank"); !left) return left;

@@ -8,11 +8,11 @@
 #include <csignal>
 #include <iostream>
 #include <iterator>
-#include <memory>
 #include <nlohmann/json.hpp>
 
 #include "cli/exit_status.h"
 #include "cli/script_player.h"
+#include "nurvo_desktop/glib_ptr.h"
 #include "output/text_forms.h"
 #include "script/script_reader.h"
 
@@ -24,14 +24,12 @@ using Json = nlohmann::ordered_json;
 
 // The bytes of a script, which need not be valid UTF-8, as JSON carries them.
 std::string Encoded(const std::string& bytes) {
-  const std::unique_ptr<gchar, decltype(&g_free)> text(
-      g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size()), g_free);
-  return text.get();
+  return nurvo::GText(g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size())).get();
 }
 
 std::string Decoded(const std::string& text) {
   gsize size = 0;
-  const std::unique_ptr<guchar, decltype(&g_free)> bytes(g_base64_decode(text.c_str(), &size), g_free);
+  const nurvo::Owned<guchar, g_free> bytes(g_base64_decode(text.c_str(), &size));
   return {reinterpret_cast<const char*>(bytes.get()), size};
 }
 
